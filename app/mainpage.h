@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "widgets/turningboxes.h"
+
+class QPushButton;
+
+/// The first page: the three ways into the program, and its toolbar.
+struct MainPage {
+    QPushButton *shopping = nullptr;
+    QPushButton *reminder = nullptr;
+    QPushButton *shops = nullptr;
+    QPushButton *options = nullptr;
+    QPushButton *help = nullptr;
+    QPushButton *about = nullptr;
+    QPushButton *exit = nullptr;
+    TurningBoxes turningBoxes;
+};

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "app/messagepages.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+
+#include "app/shopwindow.h"
+#include "widgets/controls.h"
+#include "widgets/TrKineticScroller.h"
+#include "widgets/wraplabel.h"
+
+namespace {
+
+constexpr int textIndent = 10;
+
+/// The font that `widget` gets on its page, `difference` points larger.
+QFont resized(const QWidget *widget, int difference)
+{
+    QFont font = widget->font();
+    font.setPointSize(font.pointSize() + difference);
+    return font;
+}
+
+QLabel *titleLabel(const QString &objectName)
+{
+    auto *title = new WrapLabel;
+    title->setObjectName(objectName);
+    title->setAlignment(Qt::AlignCenter);
+    return title;
+}
+
+/// The centred text that takes the free height of the confirmation and the waiting page.
+QLabel *largeText(const QString &objectName, const QWidget *page)
+{
+    auto *text = new WrapLabel;
+    text->setObjectName(objectName);
+    text->setAlignment(Qt::AlignCenter);
+    text->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    text->setFont(resized(page, 1));
+    return text;
+}
+
+} // namespace
+
+void ShopWindow::buildMessagePage()
+{
+    QWidget *page = addPage(PageMessage, QStringLiteral("messagePage"));
+    MessagePage &p = messagePage;
+
+    p.icon = Controls::pictureLabel(QStringLiteral("messageIcon"));
+    p.title = titleLabel(QStringLiteral("messageTitle"));
+    p.text = new QLabel;
+    p.text->setObjectName(QStringLiteral("messageText"));
+    p.text->setFont(resized(page, -1));
+    p.text->setTextFormat(Qt::RichText);
+    p.text->setWordWrap(true);
+    // Any other setting lets the label keep the moves that the scroller needs.
+    p.text->setTextInteractionFlags(Qt::NoTextInteraction);
+    p.text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    p.text->setIndent(textIndent);
+    p.ok = Controls::textButton(QStringLiteral("messageOkButton"),
+                                QStringLiteral(":/img/commit.png"), Controls::pictureExtent,
+                                tr("OK"));
+
+    auto *area = new QScrollArea;
+    area->setObjectName(QStringLiteral("messageArea"));
+    area->setWidgetResizable(true);
+    area->setWidget(p.text);
+    p.scrollBar = area->verticalScrollBar();
+    auto *scroller = new TrKineticScroller(area);
+    scroller->enableKineticScrollFor(area);
+
+    auto *header = new QHBoxLayout;
+    header->addWidget(p.icon);
+    header->addWidget(p.title, 1);
+
+    auto *box = new QVBoxLayout(page);
+    box->addLayout(header);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addWidget(area, 1);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addWidget(p.ok);
+
+    connect(p.ok, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
+}
+
+void ShopWindow::buildWaitingPage()
+{
+    QWidget *page = addPage(PageWaiting, QStringLiteral("waitingPage"));
+    WaitingPage &p = waitingPage;
+
+    QLabel *title = titleLabel(QStringLiteral("waitingTitle"));
+    title->setText(tr("Update in Progress"));
+    QLabel *icon = Controls::pictureLabel(QStringLiteral("waitingIcon"));
+    Controls::showPicture(icon, QStringLiteral(":/img/info.png"), Controls::pictureExtent);
+    QLabel *text = largeText(QStringLiteral("waitingText"), page);
+    text->setText(
+        tr("Requesting GPS coordinates. Please wait. You can cancel GPS requesting."));
+    p.cancel = Controls::textButton(QStringLiteral("waitingCancelButton"),
+                                    QStringLiteral(":/img/red_round_error.svg"),
+                                    Controls::pictureExtent, cancelText);
+
+    auto *box = new QVBoxLayout(page);
+    box->addWidget(title);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addWidget(icon);
+    box->addWidget(text, 1);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addWidget(p.cancel);
+
+    connect(p.cancel, &QPushButton::clicked, this, &ShopWindow::waitingCanceled);
+}
+
+void ShopWindow::buildConfirmationPage()
+{
+    QWidget *page = addPage(PageConfirmation, QStringLiteral("confirmationPage"));
+    ConfirmationPage &p = confirmationPage;
+
+    p.title = titleLabel(QStringLiteral("confirmationTitle"));
+    QLabel *icon = Controls::pictureLabel(QStringLiteral("confirmationIcon"));
+    Controls::showPicture(icon, QStringLiteral(":/img/warning_r.svg"), Controls::pictureExtent);
+    p.text = largeText(QStringLiteral("confirmationText"), page);
+    p.yes = Controls::textButton(QStringLiteral("confirmationYesButton"),
+                                 QStringLiteral(":/img/commit.png"), Controls::pictureExtent,
+                                 tr("Yes"));
+    p.no = Controls::textButton(QStringLiteral("confirmationNoButton"),
+                                QStringLiteral(":/img/red_round_error.svg"),
+                                Controls::pictureExtent, tr("No"));
+
+    auto *answers = new QHBoxLayout;
+    answers->addWidget(p.yes);
+    answers->addWidget(p.no);
+
+    auto *box = new QVBoxLayout(page);
+    box->addWidget(p.title);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addWidget(icon);
+    box->addWidget(p.text, 1);
+    box->addWidget(Controls::separator(QFrame::HLine));
+    box->addLayout(answers);
+
+    // "Yes" is connected anew by every question.
+    connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
+}
+
+void ShopWindow::showMessage(const QString &title, const QString &text, const QString &picture,
+                             int returnPage)
+{
+    messagePage.title->setText(title);
+    messagePage.text->setText(text);
+    messagePage.text->adjustSize();
+    messagePage.scrollBar->setSliderPosition(0);
+    Controls::showPicture(messagePage.icon, picture, Controls::pictureExtent);
+    messageReturnPage = returnPage;
+    pageStack->setCurrentIndex(PageMessage);
+}
+
+void ShopWindow::askQuestion(const QString &title, const QString &text,
+                             void (ShopWindow::*confirmed)(), int returnPage)
+{
+    confirmationPage.title->setText(title);
+    confirmationPage.text->setText(text);
+    disconnect(confirmationPage.yes, &QPushButton::clicked, nullptr, nullptr);
+    connect(confirmationPage.yes, &QPushButton::clicked, this, confirmed);
+    messageReturnPage = returnPage;
+    pageStack->setCurrentIndex(PageConfirmation);
+}
+
+void ShopWindow::showWaiting()
+{
+    waitingReturnPage = pageStack->currentIndex();
+    pageStack->setCurrentIndex(PageWaiting);
+}
+
+void ShopWindow::messageBoxOkClicked()
+{
+    messagePage.text->clear();
+    pageStack->setCurrentIndex(messageReturnPage);
+}
+
+void ShopWindow::waitingCanceled()
+{
+    waitingForFix = false;
+    // A position that arrives later finds nobody waiting.
+    disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
+    pageStack->setCurrentIndex(waitingReturnPage);
+}

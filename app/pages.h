@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// The pages of the window, in the order in which they stand in the page stack.
+enum Page : int {
+    PageMain,
+    PageShopping,
+    PageTracking,
+    PageStores,
+    PageItemsList,
+    PageListEdit,
+    PageShoppingLists,
+    PageItemEdit,
+    PageStoreList,
+    PageStoreEdit,
+    PageCategoryList,
+    PageCategoryEdit,
+    PageMessage,
+    PageDoShopping,
+    PageOptions,
+    PageWaiting,
+    PageConfirmation,
+    PageTrackedList,
+    PageReminder,
+    PageCoordinates,
+};

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "app/shopwindow.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QResizeEvent>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QTimer>
+
+#include "app/installation.h"
+#include "app/trsettings.h"
+#include "data/database.h"
+#include "platform/informationbox.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto bannerTime = 3000ms;
+constexpr QSize preferredSize(800, 480);
+constexpr int pagePointSize = 22;
+/// The attribute by which a window asks to be turned with the device. Toolkits of today have given
+/// its number to something that is on by default.
+constexpr auto autoOrientation = static_cast<Qt::WidgetAttribute>(130);
+
+/// A square counts as portrait.
+Qt::Orientation orientationOf(const QSize &size)
+{
+    return size.height() < size.width() ? Qt::Horizontal : Qt::Vertical;
+}
+
+QSize firstSize()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return preferredSize;
+    const QSize available = screen->availableSize();
+    const bool fits = preferredSize.boundedTo(available) == preferredSize;
+    return fits ? preferredSize : available;
+}
+
+} // namespace
+
+// Compiled-in resources of a static library are dropped unless something names them, and that has
+// to be done outside any class.
+static void initPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+
+ShopWindow::ShopWindow(QWidget *parent) : QMainWindow(parent, Qt::WindowFlags())
+{
+    initPictures();
+    reserveTimer = new QTimer(this);
+    loadSettings();
+    alertHelper = std::make_unique<AlertHelper>();
+    alertHelper->initialise();
+    setAttribute(autoOrientation, true);
+    setWindowTitle(QStringLiteral("Trolleo"));
+    resize(firstSize());
+    dbFilePath = Database::filePath();
+    Database::prepareFolder();
+    openDatabase();
+    buildUserInterface();
+}
+
+ShopWindow::~ShopWindow()
+{
+    alertHelper.reset();
+    Database::close(db);
+}
+
+void ShopWindow::loadSettings()
+{
+    const TrSettings &settings = TrSettings::instance();
+    gpsEnabled = settings.gpsEnabled();
+    gpsAutoStart = settings.gpsAutoStart();
+    soundFileName = settings.soundFileName();
+    if (soundFileName.isEmpty())
+        soundFileName = QString(installationFolder) + defaultAlarmFile;
+    trackAutoStart = settings.trackAutoStart();
+    languageId = settings.languageId();
+}
+
+void ShopWindow::openDatabase()
+{
+    db = Database::open(dbFilePath);
+    if (!db.isOpen()) {
+        const auto *banner = InformationBox::information(this, tr("Can't open database"), bannerTime);
+        // Asked for now, quitting has no effect before the event loop runs. Nobody may type into a
+        // program that saves nothing, so it ends once the banner has been read.
+        QCoreApplication::quit();
+        connect(banner, &InformationBox::timedOut, this, &ShopWindow::exitClicked);
+    }
+    Database::createMissingTables(db);
+}
+
+void ShopWindow::setSharedTexts()
+{
+    categoryButtonDefaultText = tr("(click to select)");
+    categoryNotSelectedText = tr("(not selected)");
+    cancelText = tr("Cancel");
+    htmlBreak = QStringLiteral("<br>");
+    htmlBoldOpen = QStringLiteral("<b>");
+    htmlBoldClose = QStringLiteral("</b>");
+}
+
+void ShopWindow::buildUserInterface()
+{
+    setSharedTexts();
+    pageStack = new QStackedWidget(this);
+    pageStack->setObjectName(QStringLiteral("pageStack"));
+    // A page must not keep the window from being turned: while it turns, pages still laid out for
+    // the old orientation may be wider than the new one.
+    pageStack->setMinimumSize(1, 1);
+    QFont pageFont;
+    pageFont.setPointSize(pagePointSize);
+    pageStack->setFont(pageFont);
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QSize screenSize = screen ? screen->size() : preferredSize;
+    textWidth = std::min(screenSize.width(), screenSize.height())
+                - QFontMetrics(pageFont).horizontalAdvance(QLatin1Char('f'));
+
+    buildMainPage();
+    buildShoppingPage();
+    buildTrackingPage();
+    buildStoresPage();
+    buildItemsListPage();
+    buildListEditPage();
+    buildShoppingListsPage();
+    buildItemEditPage();
+    buildStoreListPage();
+    buildStoreEditPage();
+    buildCategoryListPage();
+    buildCategoryEditPage();
+    buildMessagePage();
+    buildDoShoppingPage();
+    buildOptionsPage();
+    buildWaitingPage();
+    buildConfirmationPage();
+    setupTrackedListPage();
+    buildReminderPage();
+    buildCoordinatesPage();
+
+    setCentralWidget(pageStack);
+    pageStack->setCurrentIndex(PageMain);
+    // No resize event follows when pages are built anew in a maximized window.
+    turnPages(orientationOf(size()));
+}
+
+QWidget *ShopWindow::addPage(Page page, const QString &objectName)
+{
+    auto *widget = new QWidget(pageStack);
+    widget->setObjectName(objectName);
+    [[maybe_unused]] const int index = pageStack->addWidget(widget);
+    Q_ASSERT(index == page);
+    return widget;
+}
+
+void ShopWindow::resizeEvent(QResizeEvent *event)
+{
+    const Qt::Orientation orientation = orientationOf(event->size());
+    if (!turningPages && orientation != pagesOrientation)
+        turnPages(orientation);
+    QMainWindow::resizeEvent(event);
+}
+
+void ShopWindow::turnPages(Qt::Orientation orientation)
+{
+    const QScopedValueRollback guard(turningPages, true);
+    pagesOrientation = orientation;
+    for (const TurningBoxes *boxes : {&mainPage.turningBoxes})
+        boxes->turn(orientation);
+    if (isVisible())
+        layOutHiddenPages();
+}
+
+/// Shows every hidden page once, so that it applies its new layout now and not when it is first
+/// seen. The page in use stays where it is: were it hidden for that, the field being typed in would
+/// lose and regain the focus.
+void ShopWindow::layOutHiddenPages()
+{
+    pageStack->setUpdatesEnabled(false);
+    for (int index = 0; index < pageStack->count(); ++index) {
+        if (index == pageStack->currentIndex())
+            continue;
+        QWidget *page = pageStack->widget(index);
+        page->setGeometry(pageStack->contentsRect());
+        page->show();
+        page->hide();
+    }
+    pageStack->setUpdatesEnabled(true);
+}
+
+void ShopWindow::timerFired() {}
+
+void ShopWindow::exitClicked()
+{
+    QCoreApplication::quit();
+}
+
+void ShopWindow::backClicked()
+{
+    startShoppingPending = false;
+    pageStack->setCurrentIndex(PageMain);
+}

@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include <QMainWindow>
+#include <QSqlDatabase>
+#include <QString>
+
+#include "app/alerthelper.h"
+#include "app/mainpage.h"
+#include "app/messagepages.h"
+#include "app/pages.h"
+
+class QListWidgetItem;
+class QStackedWidget;
+class QTimer;
+
+/// The main window: it holds every page of the program in one page stack and nearly every slot,
+/// since its pages switch each other. Pages never close; they are switched by their index alone.
+///
+/// Constructing it opens the database, which happens once per process: the connection is the
+/// default one.
+class ShopWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit ShopWindow(QWidget *parent = nullptr);
+    ~ShopWindow() override;
+
+signals:
+    /// A position has arrived while someone waited for one. Whoever waits connects for one use.
+    void requestedGpsUpdate();
+
+    // ---- Application shell ------------------------------------------------------------------
+    // app/shopwindow.cpp, app/mainpage.cpp
+private slots:
+    void timerFired();
+    void exitClicked();
+    void backClicked();
+
+    // app/messagepages.cpp
+    void messageBoxOkClicked();
+    void waitingCanceled();
+
+    // app/optionspage.cpp
+    void optionsClicked();
+    void saveSettings();
+    void enableGpsChanged(bool aState);
+    void enableAutoStartChanged(bool aState);
+    void chooseSoundFile();
+
+    // app/help.cpp
+    void mainPageHelp();
+    void mainPageAbout();
+    void optionsPageHelp();
+    void trackingPageHelp();
+    void trackingListHelp();
+    void doShoppingHelp();
+    void shopListPageHelp();
+    void shopListsHelp();
+    void shopListEditHelp();
+    void editItemsListHelp();
+    void addItemHelp();
+    void shopsHelp();
+    void magazinListHelp();
+    void addShopHelp();
+    void gpsEnterHelp();
+    void categoryListHelp();
+    void addCategoryHelp();
+
+    // ---- Shopping lists ---------------------------------------------------------------------
+    // lists/shoppingpage.cpp
+    void buyClicked();
+
+    // lists/doshoppingpage.cpp
+    void doShoppingOkClicked();
+    void doShoppingItemActivated(QListWidgetItem *item);
+    void doShoppingItemClicked(QListWidgetItem *item);
+    void clearMarks();
+    void setAllMarks();
+
+    // lists/shoppinglistpages.cpp
+    void listCreateClicked();
+    void listPropertiesEditClicked();
+    void cancelListCreateClicked();
+    void showShoppingLists();
+    void cancelShoppingLists();
+    void selectShoppingLists();
+    void updateShopList();
+    void createShopList();
+    void shopListSelectMagazin();
+    void shopListSelectCategory();
+    void deleteShopList();
+    void deleteShopListConfirm();
+    void shopListItemActivated(QListWidgetItem *item);
+    void shopListItemClicked(QListWidgetItem *item);
+    void shopListResetState();
+
+    // lists/doshoppingpage.cpp
+    void startShopping();
+
+    // lists/itempages.cpp
+    void listEditClicked();
+    void addListItemClicked();
+    void saveShoppingItemsClicked();
+    void cancelShoppingItemsClicked();
+    void deleteShoppingItemClicked();
+    void deleteShoppingItemConfirm();
+    void addShoppingItemConfirmClicked();
+    void addShoppingItemCancelClicked();
+    void editShoppingItemConfirmClicked();
+    void shoppingItemActivated(QListWidgetItem *item);
+    void shoppingItemClicked(QListWidgetItem *item);
+    void fillItemEditPage();
+
+    // ---- Stores and categories --------------------------------------------------------------
+    // stores/storepages.cpp, stores/storeeditpage.cpp
+    void shopsClicked();
+    void addShopClicked();
+    void addShopCancelClicked();
+    void editShopClicked();
+    void viewShopsClicked();
+    void cancelViewShopsClicked();
+    void selectShopClicked();
+    void addShopConfirmClicked();
+    void editShopConfirmClicked();
+    void deleteShopClicked();
+    void deleteShopConfirm();
+    void shopItemActivated(QListWidgetItem *item);
+    void shopItemClicked(QListWidgetItem *item);
+
+    // stores/categorypages.cpp
+    void showCategoriesClicked();
+    void addCategoryClicked();
+    void backFromCategoryClicked();
+    void selectCategoryClicked();
+    void categoryItemActivated(QListWidgetItem *item);
+    void categoryItemClicked(QListWidgetItem *item);
+    void deleteCategoryClicked();
+    void deleteCategoryConfirm();
+    void addCategoryConfirmClicked();
+    void editCategoryConfirmClicked();
+    void addCategoryCancelClicked();
+
+    // ---- Positioning ------------------------------------------------------------------------
+    // gps/positions.cpp
+public slots:
+    /// A position has arrived; degrees and metres, longitude first.
+    void gpsAcquired(qreal longitude, qreal latitude, qreal altitude);
+    /// The position source has not delivered in time.
+    void coordUpdateTimeout();
+    /// There is no position source.
+    void startGpsFailed();
+private slots:
+    void fixCurrentGps();
+
+    // gps/coordinatespage.cpp
+    void manualEnterGps();
+    void backToShopEdit();
+    void saveEnteredGps();
+    void lonBtnSwitch();
+    void latBtnSwitch();
+    void gpsEditPageChanged(int aIndex);
+    void showGpsGetPage();
+    void showGpsEditPage();
+    void showGpsMapPage();
+    void updateGpsGetPage();
+    void btnGetGpsClicked();
+public slots:
+    /// The store's mark was put elsewhere on the map; degrees, latitude first.
+    void mapMarkUpdated(qreal latitude, qreal longitude);
+    void mapCenterByEdited();
+    void mapCenterByGps();
+private slots:
+    void updateMapCenter();
+
+    // ---- Tracking and reminders -------------------------------------------------------------
+    // tracking/trackingpage.cpp
+    void trackingClicked();
+    void startTracking();
+    void stopTracking();
+    void selectStoreForTracking();
+    void selectCategoryForTracking();
+    void rbByCategoryToggle(bool checked);
+    void rbByStoreToggle(bool checked);
+
+    // tracking/trackedlistpage.cpp
+    void viewFilteredTracking();
+    void setupTrackedListPage();
+
+    // tracking/reminderpage.cpp
+    void skipStore();
+    void startShoppingGps();
+
+    // tracking/trackedlistpage.cpp
+    void showTrackingAfterGps();
+    void trackingMapShow();
+    void trackingListShow();
+public slots:
+    void mapTrackCenterByGps();
+    void mapTrackCenterByStore();
+
+    // ---- Map --------------------------------------------------------------------------------
+    // map/mapsession.cpp
+    /// The network session that the map waits for is open.
+    void sessionOpened();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+    // ---- What every page uses to speak to the person: app/messagepages.cpp -------------------
+
+    /// Shows `text`, which may be rich text, on the message page; "OK" leads to `returnPage`.
+    /// `picture` is a resource path.
+    void showMessage(const QString &title, const QString &text, const QString &picture,
+                     int returnPage);
+
+    /// Asks `text`, taken as plain text, on the confirmation page. "Yes" runs `confirmed` and
+    /// nothing else, and `confirmed` decides which page follows; "No" leads to `returnPage`.
+    void askQuestion(const QString &title, const QString &text, void (ShopWindow::*confirmed)(),
+                     int returnPage);
+
+    /// Shows the waiting page; cancelling it leads back to the page that shows now.
+    void showWaiting();
+
+private:
+    // ---- Start and pages: app/shopwindow.cpp -------------------------------------------------
+    void loadSettings();
+    void openDatabase();
+    void buildUserInterface();
+    void setSharedTexts();
+    /// Adds an empty page to the page stack, where it must come to stand at `page`.
+    QWidget *addPage(Page page, const QString &objectName);
+    void turnPages(Qt::Orientation orientation);
+    void layOutHiddenPages();
+
+    // ---- One builder a page, each beside the page's slots -------------------------------------
+    void buildMainPage();
+    void buildShoppingPage();
+    void buildTrackingPage();
+    void buildStoresPage();
+    void buildItemsListPage();
+    void buildListEditPage();
+    void buildShoppingListsPage();
+    void buildItemEditPage();
+    void buildStoreListPage();
+    void buildStoreEditPage();
+    void buildCategoryListPage();
+    void buildCategoryEditPage();
+    void buildMessagePage();
+    void buildDoShoppingPage();
+    void buildOptionsPage();
+    void buildWaitingPage();
+    void buildConfirmationPage();
+    void buildReminderPage();
+    void buildCoordinatesPage();
+
+    // ---- Application shell --------------------------------------------------------------------
+    QTimer *reserveTimer = nullptr; // never started; kept for a use to come
+    std::unique_ptr<AlertHelper> alertHelper;
+    QStackedWidget *pageStack = nullptr;
+    MainPage mainPage;
+    MessagePage messagePage;
+    ConfirmationPage confirmationPage;
+    WaitingPage waitingPage;
+    int messageReturnPage = PageMain;
+    int waitingReturnPage = PageMain;
+    Qt::Orientation pagesOrientation = Qt::Horizontal;
+    bool turningPages = false;
+
+    /// Pixels; as wide as a text may be without making its page wider than the upright screen.
+    int textWidth = 0;
+
+    // Texts that many pages share.
+    QString categoryButtonDefaultText;
+    QString categoryNotSelectedText;
+    QString cancelText;
+    QString htmlBreak;
+    QString htmlBoldOpen;
+    QString htmlBoldClose;
+
+    // The settings as the program follows them; the store is read once and written by the options.
+    bool gpsEnabled = false;
+    bool gpsAutoStart = false;
+    bool trackAutoStart = false;
+    int languageId = 0;
+    QString soundFileName;
+
+    // ---- Data ---------------------------------------------------------------------------------
+    QString dbFilePath;
+    QSqlDatabase db;
+
+    // ---- Shopping lists -----------------------------------------------------------------------
+    /// Return pages, each the index of the page that opened the one named.
+    int itemsReturnPage = PageMain;
+    int listEditReturnPage = PageMain;
+    /// "Start" was pressed without a list: the next list chosen goes straight on to shopping.
+    bool startShoppingPending = false;
+
+    // ---- Stores and categories ----------------------------------------------------------------
+    int storeListReturnPage = PageMain;
+    int storeEditReturnPage = PageMain;
+    int categoryReturnPage = PageMain;
+
+    // ---- Positioning --------------------------------------------------------------------------
+    /// Someone waits for a position.
+    bool waitingForFix = false;
+};

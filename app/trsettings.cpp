@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "app/trsettings.h"
+
+#include <cmath>
+
+#include <QSettings>
+#include <QVariant>
+
+namespace {
+
+const QString organization = QStringLiteral("Vantor");
+const QString application = QStringLiteral("Trolleo");
+
+const QString gpsEnabledKey = QStringLiteral("GpsEnabled");
+const QString gpsAutoStartKey = QStringLiteral("GpsAutoStart");
+const QString trackAutoStartKey = QStringLiteral("TrackAutoStart");
+const QString languageIdKey = QStringLiteral("LanguageId");
+const QString soundFileNameKey = QStringLiteral("SoundFileName");
+const QString lastLatitudeKey = QStringLiteral("LastLatitude");
+const QString lastLongitudeKey = QStringLiteral("LastLongitude");
+const QString networkConfigurationKey = QStringLiteral("DefaultNetworkConfiguration");
+
+QVariant read(const QString &key, const QVariant &fallback)
+{
+    return QSettings(organization, application).value(key, fallback);
+}
+
+void write(const QString &key, const QVariant &value)
+{
+    QSettings(organization, application).setValue(key, value);
+}
+
+/// QVariant takes every text but "", "0" and "false" for true. A hand-written "no" or garbage in
+/// the file must not switch the GPS on, so only "true" and numbers other than 0 count as true.
+bool readFlag(const QString &key)
+{
+    const QVariant value = read(key, QVariant(false));
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    if (value.toString().compare(QLatin1String("true"), Qt::CaseInsensitive) == 0)
+        return true;
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    return isNumber && std::isfinite(number) && number != 0.0;
+}
+
+} // namespace
+
+TrSettings &TrSettings::instance()
+{
+    static TrSettings settings;
+    return settings;
+}
+
+bool TrSettings::gpsEnabled() const
+{
+    return readFlag(gpsEnabledKey);
+}
+
+void TrSettings::setGpsEnabled(const bool &enabled)
+{
+    write(gpsEnabledKey, QVariant(enabled));
+}
+
+bool TrSettings::gpsAutoStart() const
+{
+    return readFlag(gpsAutoStartKey);
+}
+
+void TrSettings::setGpsAutoStart(const bool &autoStart)
+{
+    write(gpsAutoStartKey, QVariant(autoStart));
+}
+
+bool TrSettings::trackAutoStart() const
+{
+    return readFlag(trackAutoStartKey);
+}
+
+void TrSettings::setTrackAutoStart(const bool &autoStart)
+{
+    write(trackAutoStartKey, QVariant(autoStart));
+}
+
+int TrSettings::languageId() const
+{
+    return read(languageIdKey, QVariant(0)).toInt();
+}
+
+void TrSettings::setLanguageId(const int &id)
+{
+    write(languageIdKey, QVariant(id));
+}
+
+QString TrSettings::soundFileName() const
+{
+    return read(soundFileNameKey, QVariant(QString())).toString();
+}
+
+void TrSettings::setSoundFileName(const QString &fileName)
+{
+    write(soundFileNameKey, QVariant(fileName));
+}
+
+float TrSettings::lastLatitude() const
+{
+    return read(lastLatitudeKey, QVariant(0)).toFloat();
+}
+
+void TrSettings::setLastLatitude(const float &degrees)
+{
+    write(lastLatitudeKey, QVariant(degrees));
+}
+
+float TrSettings::lastLongitude() const
+{
+    return read(lastLongitudeKey, QVariant(0)).toFloat();
+}
+
+void TrSettings::setLastLongitude(const float &degrees)
+{
+    write(lastLongitudeKey, QVariant(degrees));
+}
+
+QString TrSettings::defaultNetworkConfiguration() const
+{
+    return read(networkConfigurationKey, QVariant()).toString();
+}
+
+void TrSettings::setDefaultNetworkConfiguration(const QString &identifier)
+{
+    write(networkConfigurationKey, QVariant(identifier));
+}

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "data/database.h"
+
+#include <chrono>
+
+#include <QDir>
+
+#include "data/statements.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Looking for the tables and creating them takes eight statements. Were each of them to wait as long
+// as later ones may, a file locked by another process would keep the window away for most of a minute.
+constexpr std::chrono::milliseconds waitForTables = 250ms;
+constexpr std::chrono::milliseconds waitForStatement = 5s;
+
+void setBusyTimeout(std::chrono::milliseconds wait)
+{
+    Database::run(Statements::setBusyTimeout, static_cast<int>(wait.count()));
+}
+
+} // namespace
+
+QString Database::folder()
+{
+    return QDir::homePath() + QStringLiteral("/.trolleo/");
+}
+
+QString Database::filePath()
+{
+    return folder() + QStringLiteral("trolleo.db");
+}
+
+void Database::prepareFolder()
+{
+    const QDir dataFolder(folder());
+    if (!dataFolder.exists())
+        dataFolder.mkpath(folder());
+}
+
+QSqlDatabase Database::open(const QString &file)
+{
+    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    database.setDatabaseName(file);
+    database.open();
+    return database;
+}
+
+void Database::createMissingTables(const QSqlDatabase &database)
+{
+    setBusyTimeout(waitForTables);
+    if (!database.tables(QSql::Tables).contains(QLatin1String("magazin"))) {
+        QSqlQuery query{QString(), QSqlDatabase()};
+        for (const QLatin1StringView statement : Statements::createTables)
+            query.exec(statement);
+    }
+    setBusyTimeout(waitForStatement);
+}
+
+void Database::close(QSqlDatabase &database)
+{
+    const QString name = database.connectionName();
+    if (database.isOpen())
+        database.close();
+    database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
+}
+
+QSqlQuery Database::execute(const QString &statement)
+{
+    QSqlQuery query{QString(), QSqlDatabase()};
+    query.exec(statement);
+    return query;
+}
+
+int Database::newId(QLatin1StringView statement)
+{
+    QSqlQuery query = run(statement);
+    if (!query.first())
+        return 1;
+    return qMax(query.value(QStringLiteral("ad")).toInt(), 1);
+}

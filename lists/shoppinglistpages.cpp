@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include <QStackedWidget>
+
+#include "app/shopwindow.h"
+
+void ShopWindow::buildListEditPage()
+{
+    addPage(PageListEdit, QStringLiteral("listEditPage"));
+}
+
+void ShopWindow::buildShoppingListsPage()
+{
+    addPage(PageShoppingLists, QStringLiteral("shoppingListsPage"));
+}
+
+void ShopWindow::showShoppingLists() {}
+
+void ShopWindow::cancelShoppingLists()
+{
+    pageStack->setCurrentIndex(PageShopping);
+}
+
+void ShopWindow::selectShoppingLists() {}
+
+void ShopWindow::shopListItemClicked(QListWidgetItem * /*item*/) {}
+
+void ShopWindow::shopListItemActivated(QListWidgetItem * /*item*/) {}
+
+void ShopWindow::listCreateClicked() {}
+
+void ShopWindow::listPropertiesEditClicked() {}
+
+void ShopWindow::cancelListCreateClicked()
+{
+    pageStack->setCurrentIndex(listEditReturnPage);
+}
+
+void ShopWindow::createShopList() {}
+
+void ShopWindow::updateShopList() {}
+
+void ShopWindow::shopListSelectMagazin() {}
+
+void ShopWindow::shopListSelectCategory() {}
+
+void ShopWindow::shopListResetState() {}
+
+void ShopWindow::deleteShopList() {}
+
+void ShopWindow::deleteShopListConfirm() {}

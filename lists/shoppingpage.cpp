@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#include "app/shopwindow.h"
+
+void ShopWindow::buildShoppingPage()
+{
+    addPage(PageShopping, QStringLiteral("shoppingPage"));
+}
+
+void ShopWindow::buyClicked() {}

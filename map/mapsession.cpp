@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "app/shopwindow.h"
+
+void ShopWindow::sessionOpened() {}

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "platform/informationbox.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr int marginToWindow = 12;
+constexpr int padding = 16;
+constexpr int cornerRadius = 8;
+constexpr int pointSize = 18;
+
+/// Screen readers speak a notification as soon as it shows, without moving the focus.
+QAccessibleInterface *accessibleBanner(const QString & /*className*/, QObject *object)
+{
+    auto *box = qobject_cast<InformationBox *>(object);
+    return box ? new QAccessibleWidget(box, QAccessible::Notification, box->text()) : nullptr;
+}
+
+} // namespace
+
+InformationBox *InformationBox::information(QWidget *window, const QString &text,
+                                            std::chrono::milliseconds time)
+{
+    // Installing it again changes nothing.
+    QAccessible::installFactory(accessibleBanner);
+    for (QObject *earlier : window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly))
+        delete earlier;
+    auto *box = new InformationBox(window, text, time);
+    box->show();
+    return box;
+}
+
+InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono::milliseconds time)
+    : QLabel(text, window)
+{
+    setObjectName(QStringLiteral("informationBox"));
+    setAccessibleName(text);
+    setTextFormat(Qt::PlainText);
+    setTextInteractionFlags(Qt::NoTextInteraction);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setAlignment(Qt::AlignCenter);
+    setWordWrap(true);
+    setMargin(padding);
+    QFont large = font();
+    large.setPointSize(pointSize);
+    setFont(large);
+    // Inverted, so that it stands out from any page in light and dark palettes alike.
+    setBackgroundRole(QPalette::WindowText);
+    setForegroundRole(QPalette::Window);
+    timer.setSingleShot(true);
+    timer.setInterval(time);
+    connect(&timer, &QTimer::timeout, this, &InformationBox::vanish);
+    window->installEventFilter(this);
+    place();
+}
+
+bool InformationBox::eventFilter(QObject *object, QEvent *event)
+{
+    if (object == parent()) {
+        if (event->type() == QEvent::Resize)
+            place();
+        else if (event->type() == QEvent::ChildAdded)
+            raise(); // what the window gets later must not cover the banner
+    }
+    return QLabel::eventFilter(object, event);
+}
+
+void InformationBox::paintEvent(QPaintEvent *event)
+{
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().brush(backgroundRole()));
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    QLabel::paintEvent(event);
+}
+
+void InformationBox::showEvent(QShowEvent *event)
+{
+    QLabel::showEvent(event);
+    raise();
+    place();
+    if (!timer.isActive())
+        timer.start();
+    QAccessibleEvent announcement(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&announcement);
+}
+
+void InformationBox::vanish()
+{
+    hide();
+    deleteLater();
+    emit timedOut();
+}
+
+/// Near the upper edge, as wide as the text needs and the window gives.
+void InformationBox::place()
+{
+    const QSize room = parentWidget()->size() - QSize(2 * marginToWindow, 2 * marginToWindow);
+    const int width = qMin(fontMetrics().size(0, text()).width() + 2 * padding, room.width());
+    const int height = qMin(heightForWidth(width), room.height());
+    setGeometry((parentWidget()->width() - width) / 2, marginToWindow, width, height);
+}

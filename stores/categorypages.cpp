@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include <QStackedWidget>
+
+#include "app/shopwindow.h"
+
+void ShopWindow::buildCategoryListPage()
+{
+    addPage(PageCategoryList, QStringLiteral("categoryListPage"));
+}
+
+void ShopWindow::buildCategoryEditPage()
+{
+    addPage(PageCategoryEdit, QStringLiteral("categoryEditPage"));
+}
+
+void ShopWindow::showCategoriesClicked() {}
+
+void ShopWindow::categoryItemClicked(QListWidgetItem * /*item*/) {}
+
+void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/) {}
+
+void ShopWindow::selectCategoryClicked() {}
+
+void ShopWindow::backFromCategoryClicked()
+{
+    pageStack->setCurrentIndex(categoryReturnPage);
+}
+
+void ShopWindow::addCategoryClicked() {}
+
+void ShopWindow::addCategoryConfirmClicked() {}
+
+void ShopWindow::editCategoryConfirmClicked() {}
+
+void ShopWindow::addCategoryCancelClicked()
+{
+    pageStack->setCurrentIndex(PageCategoryList);
+}
+
+void ShopWindow::deleteCategoryClicked() {}
+
+void ShopWindow::deleteCategoryConfirm() {}

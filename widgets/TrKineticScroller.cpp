@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/TrKineticScroller.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include <QAbstractScrollArea>
+#include <QMouseEvent>
+#include <QPoint>
+#include <QPointer>
+#include <QScrollBar>
+#include <QTimer>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds tick = 30ms;
+/// Moves after a press that still may be a shaky tap.
+constexpr int toleratedMoves = 3;
+/// Pixels per tick.
+constexpr int fastestGlide = 30;
+/// The press and the release of the click that may follow a click.
+constexpr int actionsAfterClick = 2;
+
+/// What tells one physical mouse event from another.
+struct Fingerprint {
+    QEvent::Type type = QEvent::None;
+    quint64 timestamp = 0;
+    QPointF globalPosition;
+
+    bool operator==(const Fingerprint &) const = default;
+};
+
+Fingerprint fingerprint(const QMouseEvent &event)
+{
+    return {event.type(), event.timestamp(), event.globalPosition()};
+}
+
+} // namespace
+
+struct TrKineticScroller::State {
+    QPointer<QAbstractScrollArea> scrollArea;
+    bool isPressed = false;
+    /// Dragging or gliding.
+    bool isMoving = false;
+    /// In the coordinates of the area, like all positions here.
+    QPoint lastPressPoint;
+    /// Where the pointer was at the last tick, or where the drag began.
+    int lastMouseYPos = 0;
+    /// Where the pointer was last seen. Moves tell it; the cursor does not follow a finger.
+    int pointerY = 0;
+    int lastScrollBarPosition = 0;
+    /// Pixels per tick, positive downwards.
+    int velocity = 0;
+    /// Moves seen since the press, before scrolling starts.
+    int ignoredMouseMoves = 0;
+    /// Presses and releases still to be let pass.
+    int ignoredMouseActions = 0;
+    /// The last event seen at the viewport, until its copy was dropped.
+    Fingerprint seenAtViewport;
+    QTimer kineticTimer;
+};
+
+TrKineticScroller::TrKineticScroller(QObject *parent) : QObject(parent), d(new State)
+{
+    connect(&d->kineticTimer, &QTimer::timeout, this, &TrKineticScroller::onKineticTimerElapsed);
+}
+
+TrKineticScroller::~TrKineticScroller() = default;
+
+void TrKineticScroller::enableKineticScrollFor(QAbstractScrollArea *area)
+{
+    Q_ASSERT_X(area, "kinetic scroller", "missing scroll area");
+    if (d->scrollArea) {
+        d->scrollArea->viewport()->removeEventFilter(this);
+        d->scrollArea->removeEventFilter(this);
+        d->isPressed = false;
+        d->ignoredMouseActions = 0;
+        stopMotion();
+    }
+    area->installEventFilter(this);
+    area->viewport()->installEventFilter(this);
+    d->scrollArea = area;
+}
+
+bool TrKineticScroller::isMoving() const
+{
+    return d->isMoving;
+}
+
+bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        break;
+    case QEvent::Hide:
+        // A page that goes away under the finger gets no release.
+        if (object == d->scrollArea) {
+            d->isPressed = false;
+            stopMotion();
+        }
+        return false;
+    default:
+        return false;
+    }
+
+    const auto *mouseEvent = static_cast<QMouseEvent *>(event);
+    if (!d->scrollArea || isCopy(object, *mouseEvent))
+        return false;
+    const QPoint position = static_cast<QWidget *>(object)->mapTo(
+        d->scrollArea.data(), mouseEvent->position().toPoint());
+    if (event->type() == QEvent::MouseMove)
+        moved(position);
+    else if (event->type() == QEvent::MouseButtonRelease)
+        released();
+    else
+        pressed(position);
+    return false;
+}
+
+/// A viewport hands an event that nobody took on to the area, where it arrives a second time.
+bool TrKineticScroller::isCopy(const QObject *object, const QMouseEvent &event)
+{
+    const Fingerprint print = fingerprint(event);
+    if (object != d->scrollArea) {
+        d->seenAtViewport = print;
+        return false;
+    }
+    const bool copy = print == d->seenAtViewport;
+    d->seenAtViewport = {};
+    return copy;
+}
+
+void TrKineticScroller::pressed(const QPoint &position)
+{
+    d->isPressed = true;
+    d->lastPressPoint = position;
+    d->pointerY = position.y();
+    d->lastScrollBarPosition = d->scrollArea->verticalScrollBar()->value();
+    d->ignoredMouseMoves = 0;
+    // Whatever else is let pass: a touch stops a glide.
+    stopMotion();
+    letPassUntouched();
+}
+
+void TrKineticScroller::released()
+{
+    // Also when the release is let pass: a finger that is up must not seem to drag on.
+    d->isPressed = false;
+    if (letPassUntouched())
+        return;
+    if (!d->isMoving)
+        d->ignoredMouseActions = actionsAfterClick;
+}
+
+void TrKineticScroller::moved(const QPoint &position)
+{
+    // A mouse that only hovers drags nothing.
+    if (!d->isPressed)
+        return;
+    d->pointerY = position.y();
+    if (d->isMoving) {
+        const int dy = position.y() - d->lastPressPoint.y();
+        d->scrollArea->verticalScrollBar()->setValue(d->lastScrollBarPosition - dy);
+    } else if (d->ignoredMouseMoves > toleratedMoves) {
+        d->ignoredMouseMoves = 0;
+        d->isMoving = true;
+        d->lastMouseYPos = position.y();
+        if (!d->kineticTimer.isActive())
+            d->kineticTimer.start(tick);
+    } else {
+        ++d->ignoredMouseMoves;
+    }
+}
+
+bool TrKineticScroller::letPassUntouched()
+{
+    if (d->ignoredMouseActions == 0)
+        return false;
+    --d->ignoredMouseActions;
+    return true;
+}
+
+void TrKineticScroller::stopMotion()
+{
+    d->isMoving = false;
+    d->velocity = 0;
+    d->kineticTimer.stop();
+}
+
+void TrKineticScroller::onKineticTimerElapsed()
+{
+    if (!d->scrollArea || !d->isMoving) {
+        stopMotion();
+        return;
+    }
+    if (d->isPressed) {
+        d->velocity = d->pointerY - d->lastMouseYPos;
+        d->lastMouseYPos = d->pointerY;
+        return;
+    }
+    d->velocity = std::clamp(d->velocity, -fastestGlide, fastestGlide);
+    if (d->velocity > 0)
+        --d->velocity;
+    else if (d->velocity < 0)
+        ++d->velocity;
+    if (d->velocity == 0) {
+        stopMotion();
+        return;
+    }
+    QScrollBar *bar = d->scrollArea->verticalScrollBar();
+    bar->setValue(bar->value() - d->velocity);
+}

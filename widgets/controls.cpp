@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/controls.h"
+
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+
+QPushButton *Controls::pictureButton(const QString &objectName, const QString &picture, int extent,
+                                     const QString &name)
+{
+    QPushButton *button = textButton(objectName, picture, extent, QString());
+    button->setAccessibleName(name);
+    return button;
+}
+
+QPushButton *Controls::textButton(const QString &objectName, const QString &picture, int extent,
+                                  const QString &text)
+{
+    auto *button = new QPushButton(QIcon(picture), text);
+    button->setObjectName(objectName);
+    button->setIconSize(QSize(extent, extent));
+    return button;
+}
+
+QLabel *Controls::pictureLabel(const QString &objectName)
+{
+    auto *label = new QLabel;
+    label->setObjectName(objectName);
+    label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+void Controls::showPicture(QLabel *label, const QString &picture, int extent)
+{
+    label->setPixmap(QIcon(picture).pixmap(QSize(extent, extent), label->devicePixelRatio()));
+}
+
+QFrame *Controls::separator(QFrame::Shape shape)
+{
+    auto *line = new QFrame;
+    line->setFrameShape(shape);
+    line->setFrameShadow(QFrame::Sunken);
+    return line;
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+class QLabel;
+class QPushButton;
+class QWidget;
+
+/// The small pieces that pages are made of. What the functions return has no parent yet; the
+/// layout it is put into gives it one.
+namespace Controls {
+
+/// Extents of pictures, in device-independent pixels.
+inline constexpr int logoExtent = 52;
+inline constexpr int pictureExtent = 60;
+
+/// The one distance between things on a page, in device-independent pixels.
+inline constexpr int spacing = 8;
+
+/// A button that shows only `picture`, a resource path; `name` is what a screen reader says.
+QPushButton *pictureButton(const QString &objectName, const QString &picture, int extent,
+                           const QString &name);
+
+/// A button that shows `text` beside `picture`, a resource path.
+QPushButton *textButton(const QString &objectName, const QString &picture, int extent,
+                        const QString &text);
+
+/// A centred label for a picture; see showPicture().
+QLabel *pictureLabel(const QString &objectName);
+
+/// Lets `label` show `picture`, a resource path, within `extent` x `extent`, keeping its aspect
+/// ratio. It is drawn for just that size on the label's screen, so nothing is left to be scaled.
+void showPicture(QLabel *label, const QString &picture, int extent);
+
+/// A sunken line; `shape` is QFrame::HLine or QFrame::VLine.
+QFrame *separator(QFrame::Shape shape);
+
+} // namespace Controls

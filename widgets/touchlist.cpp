@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/touchlist.h"
+
+#include <QItemSelectionModel>
+#include <QScopedValueRollback>
+
+#include "widgets/TrKineticScroller.h"
+
+TouchList::TouchList(QWidget *parent) : QListWidget(parent), scroller(new TrKineticScroller(this))
+{
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAutoScroll(false);
+    setAlternatingRowColors(true);
+    setUniformItemSizes(true);
+    // Some desktop styles activate a row on a single click, which would undo "tap twice".
+    setStyleSheet(QStringLiteral("QListView { activate-on-singleclick: 0; }"));
+    scroller->enableKineticScrollFor(this);
+}
+
+bool TouchList::isMoving() const
+{
+    return scroller->isMoving();
+}
+
+void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QListWidget::currentChanged(current, previous);
+    // The row under the finger is in view already; moving it away would upset the drag.
+    if (followsPointer || !current.isValid())
+        return;
+    if (isVisible())
+        scrollTo(current);
+    else
+        scrollWhenShown = true;
+}
+
+void TouchList::focusInEvent(QFocusEvent *event)
+{
+    const bool hadCurrent = currentIndex().isValid();
+    QListWidget::focusInEvent(event);
+    // The view makes its first row current on getting the focus; nobody chose that row.
+    if (!hadCurrent)
+        selectionModel()->clearCurrentIndex();
+}
+
+void TouchList::mousePressEvent(QMouseEvent *event)
+{
+    const QScopedValueRollback guard(followsPointer, true);
+    QListWidget::mousePressEvent(event);
+}
+
+void TouchList::mouseMoveEvent(QMouseEvent *event)
+{
+    const QScopedValueRollback guard(followsPointer, true);
+    QListWidget::mouseMoveEvent(event);
+}
+
+void TouchList::showEvent(QShowEvent *event)
+{
+    QListWidget::showEvent(event);
+    if (scrollWhenShown)
+        scrollTo(currentIndex());
+    scrollWhenShown = false;
+}

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QListWidget>
+
+class TrKineticScroller;
+
+/// A list for fingers: it flicks, a single tap never activates a row whatever the desktop's style
+/// says, and no row becomes current unless the person or the program chose it.
+class TouchList : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TouchList(QWidget *parent = nullptr);
+
+    /// Whether the rows are being dragged or glide: an itemClicked() that comes then is no tap.
+    bool isMoving() const;
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    TrKineticScroller *scroller;
+    bool followsPointer = false;
+    bool scrollWhenShown = false;
+};
