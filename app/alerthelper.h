@@ -8,7 +8,7 @@ class AlertHelper
 {
 public:
     AlertHelper() = default;
-    ~AlertHelper();
+    ~AlertHelper() = default;
     AlertHelper(const AlertHelper &) = delete;
     AlertHelper &operator=(const AlertHelper &) = delete;
 

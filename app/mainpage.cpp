@@ -8,6 +8,8 @@
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int largeButtonExtent = 96;
@@ -26,26 +28,21 @@ QPushButton *largeButton(const QString &objectName, const QString &picture, cons
 
 void ShopWindow::buildMainPage()
 {
-    QWidget *page = addPage(PageMain, QStringLiteral("mainPage"));
+    QWidget *page = addPage(PageMain, u"mainPage"_s);
     MainPage &p = mainPage;
 
-    p.shopping = largeButton(QStringLiteral("shoppingButton"),
-                             QStringLiteral(":/img/shopping-cart.svg"), tr("Shopping"));
-    p.reminder = largeButton(QStringLiteral("reminderButton"),
-                             QStringLiteral(":/img/reminder.svg"), tr("Reminder"));
-    p.shops = largeButton(QStringLiteral("shopsButton"), QStringLiteral(":/img/market.png"),
-                          tr("Shops"));
-    p.options = Controls::pictureButton(QStringLiteral("optionsButton"),
-                                        QStringLiteral(":/img/tools.svg"), toolExtent,
+    p.shopping = largeButton(u"shoppingButton"_s, u":/img/shopping-cart.svg"_s, tr("Shopping"));
+    p.reminder = largeButton(u"reminderButton"_s, u":/img/reminder.svg"_s, tr("Reminder"));
+    p.shops = largeButton(u"shopsButton"_s, u":/img/market.png"_s, tr("Shops"));
+    p.options = Controls::pictureButton(u"optionsButton"_s, u":/img/tools.svg"_s, toolExtent,
                                         tr("Options"));
-    p.exit = Controls::pictureButton(QStringLiteral("exitButton"),
-                                     QStringLiteral(":/img/exit.svg"), toolExtent, tr("Exit"));
-    p.help = Controls::pictureButton(QStringLiteral("helpButton"),
-                                     QStringLiteral(":/img/question.png"), helpExtent, tr("Help"));
-    p.about = Controls::pictureButton(QStringLiteral("aboutButton"),
-                                      QStringLiteral(":/img/info.png"), helpExtent, tr("About"));
-    QLabel *logo = Controls::pictureLabel(QStringLiteral("logo"));
-    Controls::showPicture(logo, QStringLiteral(":/img/House.png"), Controls::logoExtent);
+    p.exit = Controls::pictureButton(u"exitButton"_s, u":/img/exit.svg"_s, toolExtent, tr("Exit"));
+    p.help =
+        Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, helpExtent, tr("Help"));
+    p.about =
+        Controls::pictureButton(u"aboutButton"_s, u":/img/info.png"_s, helpExtent, tr("About"));
+    QLabel *logo = Controls::pictureLabel(u"logo"_s);
+    Controls::showPicture(logo, u":/img/House.png"_s, Controls::logoExtent);
 
     auto *toolbar = new QBoxLayout(QBoxLayout::TopToBottom);
     toolbar->addWidget(logo);
@@ -64,6 +61,7 @@ void ShopWindow::buildMainPage()
 
     QFrame *line = Controls::separator(QFrame::VLine);
     auto *box = new QHBoxLayout(page);
+    Controls::setPageSpacing(box);
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(buttons, 1);

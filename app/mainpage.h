@@ -6,7 +6,8 @@
 class QPushButton;
 
 /// The first page: the three ways into the program, and its toolbar.
-struct MainPage {
+struct MainPage
+{
     QPushButton *shopping = nullptr;
     QPushButton *reminder = nullptr;
     QPushButton *shops = nullptr;

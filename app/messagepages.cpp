@@ -13,6 +13,8 @@
 #include "widgets/TrKineticScroller.h"
 #include "widgets/wraplabel.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int textIndent = 10;
@@ -48,13 +50,13 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
 
 void ShopWindow::buildMessagePage()
 {
-    QWidget *page = addPage(PageMessage, QStringLiteral("messagePage"));
+    QWidget *page = addPage(PageMessage, u"messagePage"_s);
     MessagePage &p = messagePage;
 
-    p.icon = Controls::pictureLabel(QStringLiteral("messageIcon"));
-    p.title = titleLabel(QStringLiteral("messageTitle"));
+    p.icon = Controls::pictureLabel(u"messageIcon"_s);
+    p.title = titleLabel(u"messageTitle"_s);
     p.text = new QLabel;
-    p.text->setObjectName(QStringLiteral("messageText"));
+    p.text->setObjectName(u"messageText"_s);
     p.text->setFont(resized(page, -1));
     p.text->setTextFormat(Qt::RichText);
     p.text->setWordWrap(true);
@@ -62,12 +64,11 @@ void ShopWindow::buildMessagePage()
     p.text->setTextInteractionFlags(Qt::NoTextInteraction);
     p.text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     p.text->setIndent(textIndent);
-    p.ok = Controls::textButton(QStringLiteral("messageOkButton"),
-                                QStringLiteral(":/img/commit.png"), Controls::pictureExtent,
-                                tr("OK"));
+    p.ok = Controls::textButton(u"messageOkButton"_s, u":/img/commit.png"_s,
+                                Controls::pictureExtent, tr("OK"));
 
     auto *area = new QScrollArea;
-    area->setObjectName(QStringLiteral("messageArea"));
+    area->setObjectName(u"messageArea"_s);
     area->setWidgetResizable(true);
     area->setWidget(p.text);
     p.scrollBar = area->verticalScrollBar();
@@ -79,6 +80,7 @@ void ShopWindow::buildMessagePage()
     header->addWidget(p.title, 1);
 
     auto *box = new QVBoxLayout(page);
+    Controls::setPageSpacing(box);
     box->addLayout(header);
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(area, 1);
@@ -90,21 +92,20 @@ void ShopWindow::buildMessagePage()
 
 void ShopWindow::buildWaitingPage()
 {
-    QWidget *page = addPage(PageWaiting, QStringLiteral("waitingPage"));
+    QWidget *page = addPage(PageWaiting, u"waitingPage"_s);
     WaitingPage &p = waitingPage;
 
-    QLabel *title = titleLabel(QStringLiteral("waitingTitle"));
+    QLabel *title = titleLabel(u"waitingTitle"_s);
     title->setText(tr("Update in Progress"));
-    QLabel *icon = Controls::pictureLabel(QStringLiteral("waitingIcon"));
-    Controls::showPicture(icon, QStringLiteral(":/img/info.png"), Controls::pictureExtent);
-    QLabel *text = largeText(QStringLiteral("waitingText"), page);
-    text->setText(
-        tr("Requesting GPS coordinates. Please wait. You can cancel GPS requesting."));
-    p.cancel = Controls::textButton(QStringLiteral("waitingCancelButton"),
-                                    QStringLiteral(":/img/red_round_error.svg"),
+    QLabel *icon = Controls::pictureLabel(u"waitingIcon"_s);
+    Controls::showPicture(icon, u":/img/info.png"_s, Controls::pictureExtent);
+    QLabel *text = largeText(u"waitingText"_s, page);
+    text->setText(tr("Requesting GPS coordinates. Please wait. You can cancel GPS requesting."));
+    p.cancel = Controls::textButton(u"waitingCancelButton"_s, u":/img/red_round_error.svg"_s,
                                     Controls::pictureExtent, cancelText);
 
     auto *box = new QVBoxLayout(page);
+    Controls::setPageSpacing(box);
     box->addWidget(title);
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(icon);
@@ -117,18 +118,16 @@ void ShopWindow::buildWaitingPage()
 
 void ShopWindow::buildConfirmationPage()
 {
-    QWidget *page = addPage(PageConfirmation, QStringLiteral("confirmationPage"));
+    QWidget *page = addPage(PageConfirmation, u"confirmationPage"_s);
     ConfirmationPage &p = confirmationPage;
 
-    p.title = titleLabel(QStringLiteral("confirmationTitle"));
-    QLabel *icon = Controls::pictureLabel(QStringLiteral("confirmationIcon"));
-    Controls::showPicture(icon, QStringLiteral(":/img/warning_r.svg"), Controls::pictureExtent);
-    p.text = largeText(QStringLiteral("confirmationText"), page);
-    p.yes = Controls::textButton(QStringLiteral("confirmationYesButton"),
-                                 QStringLiteral(":/img/commit.png"), Controls::pictureExtent,
-                                 tr("Yes"));
-    p.no = Controls::textButton(QStringLiteral("confirmationNoButton"),
-                                QStringLiteral(":/img/red_round_error.svg"),
+    p.title = titleLabel(u"confirmationTitle"_s);
+    QLabel *icon = Controls::pictureLabel(u"confirmationIcon"_s);
+    Controls::showPicture(icon, u":/img/warning_r.svg"_s, Controls::pictureExtent);
+    p.text = largeText(u"confirmationText"_s, page);
+    p.yes = Controls::textButton(u"confirmationYesButton"_s, u":/img/commit.png"_s,
+                                 Controls::pictureExtent, tr("Yes"));
+    p.no = Controls::textButton(u"confirmationNoButton"_s, u":/img/red_round_error.svg"_s,
                                 Controls::pictureExtent, tr("No"));
 
     auto *answers = new QHBoxLayout;
@@ -136,6 +135,7 @@ void ShopWindow::buildConfirmationPage()
     answers->addWidget(p.no);
 
     auto *box = new QVBoxLayout(page);
+    Controls::setPageSpacing(box);
     box->addWidget(p.title);
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(icon);

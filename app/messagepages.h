@@ -6,7 +6,8 @@ class QPushButton;
 class QScrollBar;
 
 /// Warnings, information, help and About.
-struct MessagePage {
+struct MessagePage
+{
     QLabel *icon = nullptr;
     QLabel *title = nullptr;
     QLabel *text = nullptr;
@@ -15,7 +16,8 @@ struct MessagePage {
 };
 
 /// A question to be answered with "Yes" or "No".
-struct ConfirmationPage {
+struct ConfirmationPage
+{
     QLabel *title = nullptr;
     QLabel *text = nullptr;
     QPushButton *yes = nullptr;
@@ -23,6 +25,7 @@ struct ConfirmationPage {
 };
 
 /// Shown while a position is awaited.
-struct WaitingPage {
+struct WaitingPage
+{
     QPushButton *cancel = nullptr;
 };

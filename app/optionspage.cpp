@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildOptionsPage()
 {
-    addPage(PageOptions, QStringLiteral("optionsPage"));
+    addPage(PageOptions, u"optionsPage"_s);
 }
 
 void ShopWindow::optionsClicked() {}

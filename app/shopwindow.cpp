@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QLayout>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -17,6 +18,7 @@
 #include "data/database.h"
 #include "platform/informationbox.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -34,14 +36,17 @@ Qt::Orientation orientationOf(const QSize &size)
     return size.height() < size.width() ? Qt::Horizontal : Qt::Vertical;
 }
 
-QSize firstSize()
+/// Gives `window` the preferred size. On a screen without the room for it and a frame, the window
+/// fills the screen; maximized, because only the window manager knows how much a frame takes.
+void setFirstSize(QWidget *window)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return preferredSize;
-    const QSize available = screen->availableSize();
-    const bool fits = preferredSize.boundedTo(available) == preferredSize;
-    return fits ? preferredSize : available;
+    const QSize available = screen ? screen->availableSize() : QSize();
+    const bool fits = !screen || (available.width() >= preferredSize.width() &&
+                                  available.height() > preferredSize.height());
+    window->resize(fits ? preferredSize : available);
+    if (!fits)
+        window->setWindowState(Qt::WindowMaximized);
 }
 
 } // namespace
@@ -53,7 +58,8 @@ static void initPictures()
     Q_INIT_RESOURCE(pictures);
 }
 
-ShopWindow::ShopWindow(QWidget *parent) : QMainWindow(parent, Qt::WindowFlags())
+ShopWindow::ShopWindow(QWidget *parent)
+    : QMainWindow(parent, Qt::WindowFlags())
 {
     initPictures();
     reserveTimer = new QTimer(this);
@@ -61,8 +67,11 @@ ShopWindow::ShopWindow(QWidget *parent) : QMainWindow(parent, Qt::WindowFlags())
     alertHelper = std::make_unique<AlertHelper>();
     alertHelper->initialise();
     setAttribute(autoOrientation, true);
-    setWindowTitle(QStringLiteral("Trolleo"));
-    resize(firstSize());
+    setWindowTitle(u"Trolleo"_s);
+    // There are no dock widgets to animate, and a page stack that is animated into a turned window
+    // lags behind it.
+    setAnimated(false);
+    setFirstSize(this);
     dbFilePath = Database::filePath();
     Database::prepareFolder();
     openDatabase();
@@ -91,7 +100,8 @@ void ShopWindow::openDatabase()
 {
     db = Database::open(dbFilePath);
     if (!db.isOpen()) {
-        const auto *banner = InformationBox::information(this, tr("Can't open database"), bannerTime);
+        const auto *banner =
+            InformationBox::information(this, tr("Can't open database"), bannerTime);
         // Asked for now, quitting has no effect before the event loop runs. Nobody may type into a
         // program that saves nothing, so it ends once the banner has been read.
         QCoreApplication::quit();
@@ -105,16 +115,16 @@ void ShopWindow::setSharedTexts()
     categoryButtonDefaultText = tr("(click to select)");
     categoryNotSelectedText = tr("(not selected)");
     cancelText = tr("Cancel");
-    htmlBreak = QStringLiteral("<br>");
-    htmlBoldOpen = QStringLiteral("<b>");
-    htmlBoldClose = QStringLiteral("</b>");
+    htmlBreak = u"<br>"_s;
+    htmlBoldOpen = u"<b>"_s;
+    htmlBoldClose = u"</b>"_s;
 }
 
 void ShopWindow::buildUserInterface()
 {
     setSharedTexts();
     pageStack = new QStackedWidget(this);
-    pageStack->setObjectName(QStringLiteral("pageStack"));
+    pageStack->setObjectName(u"pageStack"_s);
     // A page must not keep the window from being turned: while it turns, pages still laid out for
     // the old orientation may be wider than the new one.
     pageStack->setMinimumSize(1, 1);
@@ -123,8 +133,8 @@ void ShopWindow::buildUserInterface()
     pageStack->setFont(pageFont);
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize screenSize = screen ? screen->size() : preferredSize;
-    textWidth = std::min(screenSize.width(), screenSize.height())
-                - QFontMetrics(pageFont).horizontalAdvance(QLatin1Char('f'));
+    textWidth = std::min(screenSize.width(), screenSize.height()) -
+                QFontMetrics(pageFont).horizontalAdvance(QLatin1Char('f'));
 
     buildMainPage();
     buildShoppingPage();
@@ -186,6 +196,8 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
 void ShopWindow::layOutHiddenPages()
 {
     pageStack->setUpdatesEnabled(false);
+    // Else the window is laid out anew with every page that is shown and hidden.
+    layout()->setEnabled(false);
     for (int index = 0; index < pageStack->count(); ++index) {
         if (index == pageStack->currentIndex())
             continue;
@@ -194,6 +206,7 @@ void ShopWindow::layOutHiddenPages()
         page->show();
         page->hide();
     }
+    layout()->setEnabled(true);
     pageStack->setUpdatesEnabled(true);
 }
 

@@ -6,19 +6,21 @@
 #include <QSettings>
 #include <QVariant>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString organization = QStringLiteral("Vantor");
-const QString application = QStringLiteral("Trolleo");
+const QString organization = u"Vantor"_s;
+const QString application = u"Trolleo"_s;
 
-const QString gpsEnabledKey = QStringLiteral("GpsEnabled");
-const QString gpsAutoStartKey = QStringLiteral("GpsAutoStart");
-const QString trackAutoStartKey = QStringLiteral("TrackAutoStart");
-const QString languageIdKey = QStringLiteral("LanguageId");
-const QString soundFileNameKey = QStringLiteral("SoundFileName");
-const QString lastLatitudeKey = QStringLiteral("LastLatitude");
-const QString lastLongitudeKey = QStringLiteral("LastLongitude");
-const QString networkConfigurationKey = QStringLiteral("DefaultNetworkConfiguration");
+const QString gpsEnabledKey = u"GpsEnabled"_s;
+const QString gpsAutoStartKey = u"GpsAutoStart"_s;
+const QString trackAutoStartKey = u"TrackAutoStart"_s;
+const QString languageIdKey = u"LanguageId"_s;
+const QString soundFileNameKey = u"SoundFileName"_s;
+const QString lastLatitudeKey = u"LastLatitude"_s;
+const QString lastLongitudeKey = u"LastLongitude"_s;
+const QString networkConfigurationKey = u"DefaultNetworkConfiguration"_s;
 
 QVariant read(const QString &key, const QVariant &fallback)
 {

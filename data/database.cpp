@@ -7,12 +7,14 @@
 
 #include "data/statements.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-// Looking for the tables and creating them takes eight statements. Were each of them to wait as long
-// as later ones may, a file locked by another process would keep the window away for most of a minute.
+// Looking for the tables and creating them takes eight statements. Were each of them to wait as
+// long as later ones may, a file locked by another process would keep the window away for most of a
+// minute.
 constexpr std::chrono::milliseconds waitForTables = 250ms;
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
@@ -25,12 +27,12 @@ void setBusyTimeout(std::chrono::milliseconds wait)
 
 QString Database::folder()
 {
-    return QDir::homePath() + QStringLiteral("/.trolleo/");
+    return QDir::homePath() + u"/.trolleo/"_s;
 }
 
 QString Database::filePath()
 {
-    return folder() + QStringLiteral("trolleo.db");
+    return folder() + u"trolleo.db"_s;
 }
 
 void Database::prepareFolder()
@@ -42,7 +44,7 @@ void Database::prepareFolder()
 
 QSqlDatabase Database::open(const QString &file)
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s);
     database.setDatabaseName(file);
     database.open();
     return database;
@@ -80,5 +82,5 @@ int Database::newId(QLatin1StringView statement)
     QSqlQuery query = run(statement);
     if (!query.first())
         return 1;
-    return qMax(query.value(QStringLiteral("ad")).toInt(), 1);
+    return qMax(query.value(u"ad"_s).toInt(), 1);
 }

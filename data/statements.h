@@ -19,9 +19,11 @@ inline constexpr std::array<Text, 7> createTables{
     Text{"create table category (id int primary key, name varchar(20))"},
     Text{"create table magazin (id int primary key, name varchar(50), categoryid int, gpsid int)"},
     Text{"create table shoplist (id int primary key, name varchar(20),magazinid int, state int)"},
-    Text{"create table purchase (id int primary key, name varchar(20),shoplistid int, amount int, checkstate int)"},
+    Text{"create table purchase (id int primary key, name varchar(20),shoplistid int, amount int, "
+         "checkstate int)"},
     Text{"create table purref (id int primary key, name varchar(20),int categoryid)"},
-    Text{"create table gpscoord (id int primary key, latitude float,longitude float, altitude float)"},
+    Text{"create table gpscoord (id int primary key, latitude float,longitude float, altitude "
+         "float)"},
     Text{"create table reminders (id int primary key, name varchar(20), alarm datetime)"},
 };
 
@@ -43,7 +45,8 @@ inline constexpr Text store{"select * from magazin where id = %1"};
 inline constexpr Text storeName{"select name from magazin where id = %1"};
 inline constexpr Text newStoreId{"select max(id)+1 as ad from magazin"};
 inline constexpr Text insertStore{"insert into magazin values (%1, '%2', %3, %4)"};
-inline constexpr Text updateStore{"update magazin set name = '%1', categoryid = %2, gpsid = %3 where id = %4"};
+inline constexpr Text updateStore{
+    "update magazin set name = '%1', categoryid = %2, gpsid = %3 where id = %4"};
 inline constexpr Text deleteStore{"delete from magazin where id = %1"};
 inline constexpr Text clearStoreCategory{"update magazin set categoryid = null where id = %1"};
 
@@ -70,19 +73,36 @@ inline constexpr Text newGoodId{"select max(id)+1 as ad from purchase"};
 inline constexpr Text insertGood{"insert into purchase values (%1, '%2', %3, %4, 0)"};
 inline constexpr Text updateGood{"update purchase set name = '%1', amount = %2 where id = %3"};
 inline constexpr Text deleteGood{"delete from purchase where id = %1"};
-inline constexpr Text uncheckGoodsOfList{"update purchase set checkstate = 0 where shoplistid = %1"};
+inline constexpr Text uncheckGoodsOfList{
+    "update purchase set checkstate = 0 where shoplistid = %1"};
 inline constexpr Text deleteGoodsOfList{"delete from purchase where shoplistid = %1"};
 inline constexpr Text updateGoodCheckState{"update purchase set checkstate = %1 where id = %2"};
 inline constexpr Text checkStatesOfList{"select checkstate from purchase where shoplistid = %1"};
-inline constexpr Text uncheckedGoodsOfList{"select * from purchase where checkstate = 0 and shoplistid = %1"};
-inline constexpr Text checkedGoodsOfList{"select * from purchase where checkstate = 1 and shoplistid = %1"};
-inline constexpr Text uncheckedGoodsOfStore{"select * from purchase where checkstate = 0 and shoplistid in (select id from shoplist where magazinid = %1)"};
-inline constexpr Text checkedGoodsOfStore{"select * from purchase where checkstate = 1 and shoplistid in (select id from shoplist where magazinid = %1)"};
+inline constexpr Text uncheckedGoodsOfList{
+    "select * from purchase where checkstate = 0 and shoplistid = %1"};
+inline constexpr Text checkedGoodsOfList{
+    "select * from purchase where checkstate = 1 and shoplistid = %1"};
+inline constexpr Text uncheckedGoodsOfStore{
+    "select * from purchase where checkstate = 0 and shoplistid in (select id from shoplist where "
+    "magazinid = %1)"};
+inline constexpr Text checkedGoodsOfStore{
+    "select * from purchase where checkstate = 1 and shoplistid in (select id from shoplist where "
+    "magazinid = %1)"};
 
 // Stores that have coordinates and a list still open (state 1 or 2), for tracking.
-inline constexpr Text trackedStore{"select m.name as name, c.name as cname, g.*, s.id as sid, s.name as sname from magazin m  inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  left join category c on m.categoryid = c.id  where m.id = %1 and s.state in (1,2) "};
-inline constexpr Text trackedStoresOfCategory{"select m.name as name, m.id as id, c.name as cname,  g.*, s.id as sid, s.name as sname from magazin m  inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  left join category c on m.categoryid = c.id  where m.categoryid = %1 and s.state in (1,2) order by m.id"};
-inline constexpr Text trackedStores{"select m.name as name, m.id as id, c.name as cname, g.*, s.id as sid, s.name as sname from magazin m  inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  left join category c on m.categoryid = c.id  where s.state in (1,2) order by m.id"};
+inline constexpr Text trackedStore{
+    "select m.name as name, c.name as cname, g.*, s.id as sid, s.name as sname from magazin m  "
+    "inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  left join "
+    "category c on m.categoryid = c.id  where m.id = %1 and s.state in (1,2) "};
+inline constexpr Text trackedStoresOfCategory{
+    "select m.name as name, m.id as id, c.name as cname,  g.*, s.id as sid, s.name as sname from "
+    "magazin m  inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  "
+    "left join category c on m.categoryid = c.id  where m.categoryid = %1 and s.state in (1,2) "
+    "order by m.id"};
+inline constexpr Text trackedStores{
+    "select m.name as name, m.id as id, c.name as cname, g.*, s.id as sid, s.name as sname from "
+    "magazin m  inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  "
+    "left join category c on m.categoryid = c.id  where s.state in (1,2) order by m.id"};
 inline constexpr Text noTrackedStores{"select * from magazin where id = 0"};
 
 // clang-format on

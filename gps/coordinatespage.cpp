@@ -3,9 +3,11 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildCoordinatesPage()
 {
-    addPage(PageCoordinates, QStringLiteral("coordinatesPage"));
+    addPage(PageCoordinates, u"coordinatesPage"_s);
 }
 
 void ShopWindow::manualEnterGps() {}

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildDoShoppingPage()
 {
-    addPage(PageDoShopping, QStringLiteral("doShoppingPage"));
+    addPage(PageDoShopping, u"doShoppingPage"_s);
 }
 
 void ShopWindow::startShopping() {}

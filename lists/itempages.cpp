@@ -3,14 +3,16 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildItemsListPage()
 {
-    addPage(PageItemsList, QStringLiteral("itemsListPage"));
+    addPage(PageItemsList, u"itemsListPage"_s);
 }
 
 void ShopWindow::buildItemEditPage()
 {
-    addPage(PageItemEdit, QStringLiteral("itemEditPage"));
+    addPage(PageItemEdit, u"itemEditPage"_s);
 }
 
 void ShopWindow::listEditClicked() {}

@@ -3,14 +3,16 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildListEditPage()
 {
-    addPage(PageListEdit, QStringLiteral("listEditPage"));
+    addPage(PageListEdit, u"listEditPage"_s);
 }
 
 void ShopWindow::buildShoppingListsPage()
 {
-    addPage(PageShoppingLists, QStringLiteral("shoppingListsPage"));
+    addPage(PageShoppingLists, u"shoppingListsPage"_s);
 }
 
 void ShopWindow::showShoppingLists() {}

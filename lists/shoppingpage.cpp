@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildShoppingPage()
 {
-    addPage(PageShopping, QStringLiteral("shoppingPage"));
+    addPage(PageShopping, u"shoppingPage"_s);
 }
 
 void ShopWindow::buyClicked() {}

@@ -6,6 +6,8 @@
 #include <QEvent>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int marginToWindow = 12;
@@ -37,7 +39,7 @@ InformationBox *InformationBox::information(QWidget *window, const QString &text
 InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono::milliseconds time)
     : QLabel(text, window)
 {
-    setObjectName(QStringLiteral("informationBox"));
+    setObjectName(u"informationBox"_s);
     setAccessibleName(text);
     setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::NoTextInteraction);

@@ -3,14 +3,16 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildCategoryListPage()
 {
-    addPage(PageCategoryList, QStringLiteral("categoryListPage"));
+    addPage(PageCategoryList, u"categoryListPage"_s);
 }
 
 void ShopWindow::buildCategoryEditPage()
 {
-    addPage(PageCategoryEdit, QStringLiteral("categoryEditPage"));
+    addPage(PageCategoryEdit, u"categoryEditPage"_s);
 }
 
 void ShopWindow::showCategoriesClicked() {}

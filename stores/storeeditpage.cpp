@@ -3,9 +3,11 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildStoreEditPage()
 {
-    addPage(PageStoreEdit, QStringLiteral("storeEditPage"));
+    addPage(PageStoreEdit, u"storeEditPage"_s);
 }
 
 void ShopWindow::addShopClicked() {}

@@ -3,14 +3,16 @@
 
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildStoresPage()
 {
-    addPage(PageStores, QStringLiteral("storesPage"));
+    addPage(PageStores, u"storesPage"_s);
 }
 
 void ShopWindow::buildStoreListPage()
 {
-    addPage(PageStoreList, QStringLiteral("storeListPage"));
+    addPage(PageStoreList, u"storeListPage"_s);
 }
 
 void ShopWindow::shopsClicked() {}

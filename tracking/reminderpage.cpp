@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildReminderPage()
 {
-    addPage(PageReminder, QStringLiteral("reminderPage"));
+    addPage(PageReminder, u"reminderPage"_s);
 }
 
 void ShopWindow::skipStore() {}

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::setupTrackedListPage()
 {
-    addPage(PageTrackedList, QStringLiteral("trackedListPage"));
+    addPage(PageTrackedList, u"trackedListPage"_s);
 }
 
 void ShopWindow::viewFilteredTracking() {}

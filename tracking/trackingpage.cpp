@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
 
+using namespace Qt::StringLiterals;
+
 void ShopWindow::buildTrackingPage()
 {
-    addPage(PageTracking, QStringLiteral("trackingPage"));
+    addPage(PageTracking, u"trackingPage"_s);
 }
 
 void ShopWindow::trackingClicked() {}

@@ -24,7 +24,8 @@ constexpr int fastestGlide = 30;
 constexpr int actionsAfterClick = 2;
 
 /// What tells one physical mouse event from another.
-struct Fingerprint {
+struct Fingerprint
+{
     QEvent::Type type = QEvent::None;
     quint64 timestamp = 0;
     QPointF globalPosition;
@@ -39,7 +40,12 @@ Fingerprint fingerprint(const QMouseEvent &event)
 
 } // namespace
 
-struct TrKineticScroller::State {
+struct TrKineticScroller::State
+{
+    explicit State(QObject *parent)
+        : kineticTimer(parent)
+    {}
+
     QPointer<QAbstractScrollArea> scrollArea;
     bool isPressed = false;
     /// Dragging or gliding.
@@ -62,7 +68,9 @@ struct TrKineticScroller::State {
     QTimer kineticTimer;
 };
 
-TrKineticScroller::TrKineticScroller(QObject *parent) : QObject(parent), d(new State)
+TrKineticScroller::TrKineticScroller(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<State>(this))
 {
     connect(&d->kineticTimer, &QTimer::timeout, this, &TrKineticScroller::onKineticTimerElapsed);
 }
@@ -99,10 +107,8 @@ bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
         break;
     case QEvent::Hide:
         // A page that goes away under the finger gets no release.
-        if (object == d->scrollArea) {
-            d->isPressed = false;
-            stopMotion();
-        }
+        d->isPressed = false;
+        stopMotion();
         return false;
     default:
         return false;
@@ -111,8 +117,8 @@ bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
     const auto *mouseEvent = static_cast<QMouseEvent *>(event);
     if (!d->scrollArea || isCopy(object, *mouseEvent))
         return false;
-    const QPoint position = static_cast<QWidget *>(object)->mapTo(
-        d->scrollArea.data(), mouseEvent->position().toPoint());
+    const QPoint position = static_cast<QWidget *>(object)->mapTo(d->scrollArea.data(),
+                                                                  mouseEvent->position().toPoint());
     if (event->type() == QEvent::MouseMove)
         moved(position);
     else if (event->type() == QEvent::MouseButtonRelease)

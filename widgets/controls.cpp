@@ -1,9 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/controls.h"
 
+#include <QBoxLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
+
+namespace {
+
+// Device-independent pixels.
+constexpr int pageSpacing = 8;
+
+} // namespace
+
+void Controls::setPageSpacing(QBoxLayout *box)
+{
+    box->setSpacing(pageSpacing);
+    box->setContentsMargins(pageSpacing, pageSpacing, pageSpacing, pageSpacing);
+}
 
 QPushButton *Controls::pictureButton(const QString &objectName, const QString &picture, int extent,
                                      const QString &name)

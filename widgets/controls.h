@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QString>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 class QWidget;
@@ -16,8 +17,8 @@ namespace Controls {
 inline constexpr int logoExtent = 52;
 inline constexpr int pictureExtent = 60;
 
-/// The one distance between things on a page, in device-independent pixels.
-inline constexpr int spacing = 8;
+/// Sets the one distance between things on a page, and to its edges. Boxes within `box` follow it.
+void setPageSpacing(QBoxLayout *box);
 
 /// A button that shows only `picture`, a resource path; `name` is what a screen reader says.
 QPushButton *pictureButton(const QString &objectName, const QString &picture, int extent,

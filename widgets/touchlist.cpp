@@ -6,7 +6,11 @@
 
 #include "widgets/TrKineticScroller.h"
 
-TouchList::TouchList(QWidget *parent) : QListWidget(parent), scroller(new TrKineticScroller(this))
+using namespace Qt::StringLiterals;
+
+TouchList::TouchList(QWidget *parent)
+    : QListWidget(parent)
+    , scroller(new TrKineticScroller(this))
 {
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -14,7 +18,7 @@ TouchList::TouchList(QWidget *parent) : QListWidget(parent), scroller(new TrKine
     setAlternatingRowColors(true);
     setUniformItemSizes(true);
     // Some desktop styles activate a row on a single click, which would undo "tap twice".
-    setStyleSheet(QStringLiteral("QListView { activate-on-singleclick: 0; }"));
+    setStyleSheet(u"QListView { activate-on-singleclick: 0; }"_s);
     scroller->enableKineticScrollFor(this);
 }
 

@@ -8,7 +8,8 @@ class QBoxLayout;
 class QFrame;
 
 /// The parts of one page that turn with the window. None of them is owned.
-struct TurningBoxes {
+struct TurningBoxes
+{
     /// Side by side in landscape, stacked in portrait.
     QList<QBoxLayout *> alongWidth;
     /// Stacked in landscape, side by side in portrait.

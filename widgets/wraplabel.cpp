@@ -12,7 +12,8 @@ constexpr int unboundedHeight = 1 << 20;
 
 } // namespace
 
-WrapLabel::WrapLabel(QWidget *parent) : QLabel(parent)
+WrapLabel::WrapLabel(QWidget *parent)
+    : QLabel(parent)
 {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
@@ -45,8 +46,8 @@ int WrapLabel::heightForWidth(int width) const
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    style()->drawItemText(&painter, contentsRect().marginsRemoved(QMargins(margin(), margin(),
-                                                                           margin(), margin())),
-                          static_cast<int>(alignment()) | wrapAnywhere, palette(), isEnabled(),
-                          text(), foregroundRole());
+    style()->drawItemText(
+        &painter, contentsRect().marginsRemoved(QMargins(margin(), margin(), margin(), margin())),
+        static_cast<int>(alignment()) | wrapAnywhere, palette(), isEnabled(), text(),
+        foregroundRole());
 }

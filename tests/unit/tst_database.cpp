@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include <QSqlError>
+#include <QtTest>
+
+#include "data/database.h"
+#include "data/statements.h"
+#include "tests/support/testhome.h"
+
+/// Runs every test on an opened, empty database.
+class TestDatabase : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void folderAndFile();
+    void tablesHaveExactlyTheirColumns();
+    void connectionIsTheDefaultOne();
+    void newIds_data();
+    void newIds();
+    void newIdOfAMissingTableIsOne();
+    void valuesArePastedOneAfterTheOther();
+    void quoteMakesAStatementFailSilently();
+    void twoStatementsInOneTextFailWhole();
+    void everyStatementIsUnderstood();
+    void closingRemovesTheConnection();
+
+private:
+    std::unique_ptr<TestHome> home;
+    QSqlDatabase database;
+};
+
+void TestDatabase::init()
+{
+    home = std::make_unique<TestHome>();
+    Database::prepareFolder();
+    database = Database::open(Database::filePath());
+    Database::createMissingTables(database);
+}
+
+void TestDatabase::cleanup()
+{
+    Database::close(database);
+    home.reset();
+}
+
+void TestDatabase::folderAndFile()
+{
+    QCOMPARE(Database::folder(), home->path() + "/.trolleo/");
+    QCOMPARE(Database::filePath(), home->path() + "/.trolleo/trolleo.db");
+    QVERIFY(QFile::exists(home->databaseFile()));
+}
+
+void TestDatabase::tablesHaveExactlyTheirColumns()
+{
+    SecondConnection second(home->databaseFile());
+    const QStringList tables{"category", "gpscoord",  "magazin", "purchase",
+                             "purref",   "reminders", "shoplist"};
+    QCOMPARE(second.tables(), tables);
+    const QHash<QString, QStringList> columns{
+        {"category", {"id INT", "name varchar(20)"}},
+        {"magazin", {"id INT", "name varchar(50)", "categoryid INT", "gpsid INT"}},
+        {"shoplist", {"id INT", "name varchar(20)", "magazinid INT", "state INT"}},
+        {"purchase",
+         {"id INT", "name varchar(20)", "shoplistid INT", "amount INT", "checkstate INT"}},
+        {"purref", {"id INT", "name varchar(20)", "int categoryid"}},
+        {"gpscoord", {"id INT", "latitude float", "longitude float", "altitude float"}},
+        {"reminders", {"id INT", "name varchar(20)", "alarm datetime"}},
+    };
+    for (const QString &table : tables) {
+        QStringList found = second.columnsOf(table);
+        // How SQLite itself writes the types depends on its version.
+        for (QString &column : found)
+            column.replace(" int", " INT").replace(" FLOAT", " float");
+        QCOMPARE(found, columns.value(table));
+    }
+    // Created in this order.
+    QCOMPARE(second.column("select name from sqlite_master where type = 'table' order by rowid"),
+             (QVariantList{"category", "magazin", "shoplist", "purchase", "purref", "gpscoord",
+                           "reminders"}));
+}
+
+void TestDatabase::connectionIsTheDefaultOne()
+{
+    QCOMPARE(database.connectionName(), QString(QSqlDatabase::defaultConnection));
+    QCOMPARE(database.driverName(), "QSQLITE");
+}
+
+void TestDatabase::newIds_data()
+{
+    QTest::addColumn<QString>("statement");
+    QTest::addColumn<QString>("insert");
+    QTest::addColumn<QString>("table");
+    QTest::newRow("category") << QString(Statements::newCategoryId)
+                              << QString(Statements::insertCategory) << "category";
+    QTest::newRow("magazin") << QString(Statements::newStoreId) << QString(Statements::insertStore)
+                             << "magazin";
+    QTest::newRow("shoplist") << QString(Statements::newListId) << QString(Statements::insertList)
+                              << "shoplist";
+    QTest::newRow("purchase") << QString(Statements::newGoodId) << QString(Statements::insertGood)
+                              << "purchase";
+}
+
+void TestDatabase::newIds()
+{
+    QFETCH(QString, statement);
+    QFETCH(QString, insert);
+    QFETCH(QString, table);
+    const QByteArray newIdText = statement.toLatin1();
+    const auto addRow = [&] {
+        const int id = Database::newId(QLatin1StringView(newIdText));
+        Database::execute(insert.arg(id).arg("name").arg(0).arg(0));
+        return id;
+    };
+    QCOMPARE(addRow(), 1);
+    QCOMPARE(addRow(), 2);
+    QCOMPARE(addRow(), 3);
+
+    SecondConnection second(home->databaseFile());
+    QVERIFY(second.run(QString("delete from %1 where id = 3").arg(table)));
+    QCOMPARE(addRow(), 3);
+    QVERIFY(second.run(QString("delete from %1 where id = 1").arg(table)));
+    QCOMPARE(addRow(), 4);
+    QVERIFY(second.run(QString("delete from %1").arg(table)));
+    QVERIFY(second.run(QString("insert into %1 (id) values (-7)").arg(table)));
+    QCOMPARE(addRow(), 1);
+}
+
+void TestDatabase::newIdOfAMissingTableIsOne()
+{
+    SecondConnection second(home->databaseFile());
+    QVERIFY(second.run("drop table category"));
+    QCOMPARE(Database::newId(Statements::newCategoryId), 1);
+}
+
+void TestDatabase::valuesArePastedOneAfterTheOther()
+{
+    Database::run(Statements::insertCategory, 1, QString("a\\b \"c\" 100%"));
+    Database::run(Statements::insertList, 1, QString("a%3"), 7, 0);
+    SecondConnection second(home->databaseFile());
+    QCOMPARE(second.rows("select * from category"), (QList<QVariantList>{{1, "a\\b \"c\" 100%"}}));
+    // The %3 within the name is a placeholder like the statement's own.
+    QCOMPARE(second.rows("select * from shoplist"), (QList<QVariantList>{{1, "a7", 7, 0}}));
+}
+
+void TestDatabase::quoteMakesAStatementFailSilently()
+{
+    Database::run(Statements::insertList, 1, QString("Joe's"), 0, 0);
+    Database::run(Statements::insertGood, 1, QString("Joe's"), 1, 1);
+    SecondConnection second(home->databaseFile());
+    QCOMPARE(second.column("select count(*) from shoplist"), QVariantList{0});
+    QCOMPARE(second.column("select count(*) from purchase"), QVariantList{0});
+    Database::run(Statements::insertList, 1, QString("It''s"), 0, 0);
+    QCOMPARE(second.column("select name from shoplist"), QVariantList{"It's"});
+}
+
+void TestDatabase::twoStatementsInOneTextFailWhole()
+{
+    Database::run(Statements::insertCategory, 1, QString("a"));
+    Database::run(Statements::insertCategory, 2, QString("b'); delete from category; --"));
+    SecondConnection second(home->databaseFile());
+    QCOMPARE(second.column("select name from category"), QVariantList{"a"});
+}
+
+void TestDatabase::everyStatementIsUnderstood()
+{
+    using namespace Statements;
+    const QList<Text> statements{
+        newCategoryId,
+        insertCategory,
+        updateCategory,
+        deleteCategory,
+        allCategories,
+        categoryName,
+        categoryIdByName,
+        allStores,
+        store,
+        storeName,
+        newStoreId,
+        insertStore,
+        updateStore,
+        deleteStore,
+        clearStoreCategory,
+        insertCoordinates,
+        deleteCoordinates,
+        coordinates,
+        allLists,
+        list,
+        listName,
+        newListId,
+        insertList,
+        updateList,
+        resetListState,
+        updateListState,
+        deleteList,
+        goodsOfList,
+        goodIdsOfList,
+        newGoodId,
+        insertGood,
+        updateGood,
+        deleteGood,
+        uncheckGoodsOfList,
+        deleteGoodsOfList,
+        updateGoodCheckState,
+        checkStatesOfList,
+        uncheckedGoodsOfList,
+        checkedGoodsOfList,
+        uncheckedGoodsOfStore,
+        checkedGoodsOfStore,
+        trackedStore,
+        trackedStoresOfCategory,
+        trackedStores,
+        noTrackedStores,
+    };
+    for (const Text statement : statements) {
+        QString text(statement);
+        for (int value = 1; text.contains('%'); ++value)
+            text = text.arg(value);
+        const QSqlQuery query = Database::execute(text);
+        QVERIFY2(query.lastError().type() == QSqlError::NoError, qPrintable(text));
+    }
+}
+
+void TestDatabase::closingRemovesTheConnection()
+{
+    Database::close(database);
+    QVERIFY(!database.isValid());
+    QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+    database = Database::open(Database::filePath());
+}
+
+QTEST_GUILESS_MAIN(TestDatabase)
+#include "tst_database.moc"

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include <QAccessible>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "platform/informationbox.h"
+
+using namespace std::chrono_literals;
+
+class TestInformationBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void goesAfterItsTime();
+    void itsTimeStartsWhenItIsSeen();
+    void lettingClicksThrough();
+    void newOneReplacesTheOneShowing();
+    void staysOnTopOfWhatComesLater();
+    void isReadableInBothOrientations_data();
+    void isReadableInBothOrientations();
+    void isAnnounced();
+    void leavesTheFocusAlone();
+};
+
+namespace {
+
+struct Window : QWidget
+{
+    Window()
+    {
+        resize(800, 480);
+    }
+
+    void showNow()
+    {
+        show();
+        QVERIFY(QTest::qWaitForWindowExposed(this));
+    }
+
+    InformationBox *banner() const
+    {
+        return findChild<InformationBox *>();
+    }
+};
+
+} // namespace
+
+void TestInformationBox::goesAfterItsTime()
+{
+    Window window;
+    window.showNow();
+    QElapsedTimer clock;
+    clock.start();
+    InformationBox *box = InformationBox::information(&window, "text", 300ms);
+    QVERIFY(box->isVisible());
+    QCOMPARE(box->text(), "text");
+    QSignalSpy timedOut(box, &InformationBox::timedOut);
+    QTRY_VERIFY(!window.banner());
+    QVERIFY2(clock.elapsed() >= 285, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(timedOut.count(), 1);
+}
+
+void TestInformationBox::itsTimeStartsWhenItIsSeen()
+{
+    Window window;
+    InformationBox::information(&window, "text", 100ms);
+    QTest::qWait(250);
+    QVERIFY(window.banner());
+    window.showNow();
+    QVERIFY(window.banner()->isVisible());
+    QTRY_VERIFY(!window.banner());
+}
+
+void TestInformationBox::lettingClicksThrough()
+{
+    Window window;
+    QPushButton button("press", &window);
+    button.setGeometry(window.rect());
+    QSignalSpy clicked(&button, &QPushButton::clicked);
+    window.showNow();
+    InformationBox *box = InformationBox::information(&window, "text", 3000ms);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, box->geometry().center());
+    QCOMPARE(clicked.count(), 1);
+}
+
+void TestInformationBox::newOneReplacesTheOneShowing()
+{
+    Window window;
+    window.showNow();
+    QSignalSpy timedOut(InformationBox::information(&window, "first", 100ms),
+                        &InformationBox::timedOut);
+    InformationBox::information(&window, "second", 400ms);
+    QCOMPARE(window.findChildren<InformationBox *>().size(), 1);
+    QCOMPARE(window.banner()->text(), "second");
+    QTest::qWait(200);
+    QVERIFY(window.banner());
+    QCOMPARE(timedOut.count(), 0);
+    QTRY_VERIFY(!window.banner());
+}
+
+void TestInformationBox::staysOnTopOfWhatComesLater()
+{
+    Window window;
+    InformationBox *box = InformationBox::information(&window, "text", 3000ms);
+    QWidget later(&window);
+    later.setGeometry(window.rect());
+    window.showNow();
+    QWidget latest(&window);
+    latest.setGeometry(window.rect());
+    latest.show();
+    QCOMPARE(window.children().last(), box);
+}
+
+void TestInformationBox::isReadableInBothOrientations_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("short") << "Can't open database";
+    QTest::newRow("long") << QString("Не удалось открыть базу данных ").repeated(4);
+}
+
+void TestInformationBox::isReadableInBothOrientations()
+{
+    QFETCH(QString, text);
+    Window window;
+    window.showNow();
+    InformationBox *box = InformationBox::information(&window, text, 3000ms);
+    for (const QSize &size : {QSize(800, 480), QSize(480, 800), QSize(800, 480)}) {
+        window.resize(size);
+        QTRY_COMPARE(window.size(), size);
+        QVERIFY(window.rect().contains(box->geometry()));
+        QVERIFY(box->height() >= box->heightForWidth(box->width()));
+        QVERIFY(qAbs(box->geometry().center().x() - window.rect().center().x()) <= 1);
+    }
+}
+
+void TestInformationBox::isAnnounced()
+{
+    // That it is spoken when it shows is seen on the accessibility bus, which this platform lacks.
+    Window window;
+    window.showNow();
+    InformationBox *box = InformationBox::information(&window, "text", 3000ms);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(box);
+    QVERIFY(accessible);
+    QCOMPARE(accessible->role(), QAccessible::Notification);
+    QCOMPARE(accessible->text(QAccessible::Name), "text");
+}
+
+void TestInformationBox::leavesTheFocusAlone()
+{
+    Window window;
+    QPushButton button("press", &window);
+    window.showNow();
+    window.activateWindow();
+    button.setFocus();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTRY_VERIFY(button.hasFocus());
+    InformationBox::information(&window, "text", 50ms);
+    QVERIFY(button.hasFocus());
+    QTRY_VERIFY(!window.banner());
+    QVERIFY(button.hasFocus());
+}
+
+QTEST_MAIN(TestInformationBox)
+#include "tst_informationbox.moc"

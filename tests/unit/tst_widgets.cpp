@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+#include <QAccessible>
+#include <QBoxLayout>
+#include <QLabel>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QStyle>
+#include <QtTest>
+
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/touchlist.h"
+#include "widgets/turningboxes.h"
+#include "widgets/wraplabel.h"
+
+class TestWidgets : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        Q_INIT_RESOURCE(pictures);
+    }
+
+    void pictureButtonIsNamed();
+    void picturesAreSharp_data();
+    void picturesAreSharp();
+    void nameButtonDrawsAnAmpersand();
+    void wrapLabelWrapsAnywhereAndTakesMarkupAsText();
+    void turningBoxesTurn();
+
+    void listIsNeverActivatedByOneTap();
+    void focusMakesNoRowCurrent();
+    void rowMadeCurrentIsScrolledIntoView();
+    void rowMadeCurrentUnseenIsInViewWhenShown();
+    void pressingARowMovesNothing();
+    void dragIsNoTap();
+};
+
+void TestWidgets::pictureButtonIsNamed()
+{
+    const std::unique_ptr<QPushButton> button(
+        Controls::pictureButton("helpButton", ":/img/question.png", 52, "Help"));
+    QCOMPARE(button->objectName(), "helpButton");
+    QCOMPARE(button->text(), QString());
+    QCOMPARE(button->accessibleName(), "Help");
+    QCOMPARE(button->iconSize(), QSize(52, 52));
+    QVERIFY(!button->icon().isNull());
+}
+
+void TestWidgets::picturesAreSharp_data()
+{
+    QTest::addColumn<QString>("picture");
+    QTest::newRow("svg") << ":/img/warning_r.svg";
+    QTest::newRow("png") << ":/img/info.png";
+}
+
+void TestWidgets::picturesAreSharp()
+{
+    QFETCH(QString, picture);
+    QLabel label;
+    Controls::showPicture(&label, picture, 60);
+    QCOMPARE(label.pixmap().deviceIndependentSize(), QSizeF(60, 60));
+    // Scaling nearest-neighbour from the file's own size would leave no half-transparent edges.
+    const QImage image = label.pixmap().toImage();
+    QSet<int> alphas;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            alphas << qAlpha(image.pixel(x, y));
+    QVERIFY2(alphas.size() > 8, qPrintable(QString::number(alphas.size())));
+}
+
+void TestWidgets::nameButtonDrawsAnAmpersand()
+{
+    NameButton button;
+    button.setName("M&S");
+    QCOMPARE(button.text(), "M&S");
+    QVERIFY(button.shortcut().isEmpty());
+    QCOMPARE(QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Name), "M&S");
+
+    QPushButton escaped("M&&S");
+    QPushButton shortcut("M&S");
+    const QSize size(120, 40);
+    for (QPushButton *each : {static_cast<QPushButton *>(&button), &escaped, &shortcut})
+        each->resize(size);
+    QCOMPARE(button.grab().toImage(), escaped.grab().toImage());
+    QVERIFY(button.grab().toImage() != shortcut.grab().toImage());
+}
+
+void TestWidgets::wrapLabelWrapsAnywhereAndTakesMarkupAsText()
+{
+    WrapLabel label;
+    const QString name = QString("W").repeated(25);
+    label.setText(QString("Delete store '%1' ?").arg(name));
+    const int narrow = 200;
+    QVERIFY(label.minimumSizeHint().width() < narrow);
+    const int lines = label.heightForWidth(narrow) / label.fontMetrics().height();
+    QVERIFY2(lines * narrow >= label.fontMetrics().horizontalAdvance(name),
+             qPrintable(QString::number(lines)));
+    QVERIFY(label.heightForWidth(100000) < 2 * label.fontMetrics().height());
+
+    // What is drawn stays inside: the last column of a label as wide as it asks for is empty.
+    label.resize(narrow, label.heightForWidth(narrow));
+    QVERIFY(label.grab().toImage() != QImage());
+    label.setText("<b>x</b>");
+    QCOMPARE(label.textFormat(), Qt::PlainText);
+    QLabel plain("<b>x</b>");
+    plain.setTextFormat(Qt::PlainText);
+    QVERIFY(label.sizeHint().width() >= plain.fontMetrics().horizontalAdvance("<b>x</b>"));
+}
+
+void TestWidgets::turningBoxesTurn()
+{
+    QBoxLayout along(QBoxLayout::LeftToRight);
+    QBoxLayout across(QBoxLayout::TopToBottom);
+    QFrame line;
+    const TurningBoxes boxes{
+        .alongWidth = {&along}, .acrossWidth = {&across}, .separators = {&line}};
+    boxes.turn(Qt::Vertical);
+    QCOMPARE(along.direction(), QBoxLayout::TopToBottom);
+    QCOMPARE(across.direction(), QBoxLayout::LeftToRight);
+    QCOMPARE(line.frameShape(), QFrame::HLine);
+    boxes.turn(Qt::Horizontal);
+    QCOMPARE(along.direction(), QBoxLayout::LeftToRight);
+    QCOMPARE(across.direction(), QBoxLayout::TopToBottom);
+    QCOMPARE(line.frameShape(), QFrame::VLine);
+}
+
+namespace {
+
+struct ShownList
+{
+    explicit ShownList(int rows)
+    {
+        for (int row = 0; row < rows; ++row)
+            list.addItem(QString::number(row));
+        list.resize(300, 200);
+        list.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+    }
+
+    QPoint at(int row)
+    {
+        return list.viewport()->mapTo(&list, list.visualItemRect(list.item(row)).center());
+    }
+
+    TouchList list;
+};
+
+} // namespace
+
+void TestWidgets::listIsNeverActivatedByOneTap()
+{
+    ShownList shown(3);
+    QSignalSpy activated(&shown.list, &QListWidget::itemActivated);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    QVERIFY(!shown.list.style()->styleHint(QStyle::SH_ItemView_ActivateItemOnSingleClick, nullptr,
+                                           &shown.list));
+    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(activated.count(), 0);
+}
+
+void TestWidgets::focusMakesNoRowCurrent()
+{
+    ShownList shown(3);
+    shown.list.clearFocus();
+    shown.list.setFocus();
+    shown.list.activateWindow();
+    QTRY_VERIFY(shown.list.hasFocus());
+    QCOMPARE(shown.list.currentRow(), -1);
+    QTest::keyClick(&shown.list, Qt::Key_Down);
+    QCOMPARE(shown.list.currentRow(), 0);
+    shown.list.clearFocus();
+    shown.list.setFocus();
+    QCOMPARE(shown.list.currentRow(), 0);
+}
+
+void TestWidgets::rowMadeCurrentIsScrolledIntoView()
+{
+    ShownList shown(100);
+    shown.list.setCurrentRow(80);
+    QVERIFY(shown.list.viewport()->rect().contains(shown.list.visualItemRect(shown.list.item(80))));
+    for (int row = 80; row < 95; ++row)
+        QTest::keyClick(&shown.list, Qt::Key_Down);
+    QCOMPARE(shown.list.currentRow(), 95);
+    QVERIFY(shown.list.viewport()->rect().contains(shown.list.visualItemRect(shown.list.item(95))));
+}
+
+void TestWidgets::rowMadeCurrentUnseenIsInViewWhenShown()
+{
+    ShownList shown(100);
+    shown.list.hide();
+    shown.list.setCurrentRow(80);
+    shown.list.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&shown.list));
+    QVERIFY(shown.list.viewport()->rect().contains(shown.list.visualItemRect(shown.list.item(80))));
+}
+
+void TestWidgets::pressingARowMovesNothing()
+{
+    ShownList shown(100);
+    shown.list.verticalScrollBar()->setValue(5);
+    const QRect half = shown.list.visualItemRect(shown.list.item(0));
+    QVERIFY(half.top() < 0);
+    QTest::mousePress(
+        shown.list.windowHandle(), Qt::LeftButton, {},
+        shown.list.viewport()->mapTo(&shown.list, half.bottomLeft() + QPoint(20, -1)));
+    QCOMPARE(shown.list.currentRow(), 0);
+    QCOMPARE(shown.list.verticalScrollBar()->value(), 5);
+    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(20, 2));
+}
+
+void TestWidgets::dragIsNoTap()
+{
+    ShownList shown(100);
+    int taps = 0;
+    int clicks = 0;
+    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
+        ++clicks;
+        taps += !shown.list.isMoving();
+    });
+    const QPoint start = shown.at(5);
+    QTest::mousePress(shown.list.windowHandle(), Qt::LeftButton, {}, start);
+    for (int dy = 1; dy <= 10; ++dy)
+        QTest::mouseMove(shown.list.windowHandle(), start - QPoint(0, dy));
+    QVERIFY(shown.list.isMoving());
+    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 10));
+    QCOMPARE(clicks, 1); // the row went along with the finger, so the view sees a click
+    QCOMPARE(taps, 0);
+    QTRY_VERIFY(!shown.list.isMoving());
+    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(5));
+    QCOMPARE(taps, 1);
+}
+
+QTEST_MAIN(TestWidgets)
+#include "tst_widgets.moc"

@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+#include <unistd.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QSqlQuery>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/shopwindow.h"
+#include "platform/informationbox.h"
+#include "tests/support/testhome.h"
+
+/// Files and folders that are not as the program would like them.
+class TestBadWorlds : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dataFolderIsAFile();
+    void databaseIsAFolder();
+    void homeIsReadOnly();
+    void homeIsAFile();
+    void databaseIsEmpty();
+    void databaseIsGarbage_data();
+    void databaseIsGarbage();
+    void databaseIsTruncated_data();
+    void databaseIsTruncated();
+    void databaseIsReadOnly();
+    void databaseIsLockedByAnotherProcess();
+    void databaseHasTheStoresTableOnly();
+    void tableNamesAreComparedExactly();
+    void databaseVanishesWhileOpen();
+    void settingsAreGarbage();
+
+private:
+    void expectBannerAndExit();
+    void expectUsableWindowWithoutBanner(ShopWindow &window);
+    QByteArray goodDatabase();
+};
+
+/// The window says what is wrong, works meanwhile, and ends the program when the banner has gone.
+void TestBadWorlds::expectBannerAndExit()
+{
+    ShopWindow window;
+    QVERIFY(!QSqlDatabase::database(QSqlDatabase::defaultConnection, false).isOpen());
+    QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->count(), 20);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const auto *banner = window.findChild<InformationBox *>();
+    QVERIFY(banner);
+    QVERIFY(banner->isVisible());
+    QCOMPARE(banner->text(), "Can't open database");
+    QCOMPARE(window.children().last(), banner); // over the pages, which were made after it
+
+    QElapsedTimer clock;
+    clock.start();
+    bool hung = false;
+    QTimer::singleShot(10000, &window, [&hung] {
+        hung = true;
+        QCoreApplication::exit(1);
+    });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(!hung);
+    QVERIFY2(clock.elapsed() > 2500 && clock.elapsed() < 4500,
+             qPrintable(QString::number(clock.elapsed())));
+}
+
+void TestBadWorlds::expectUsableWindowWithoutBanner(ShopWindow &window)
+{
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(!window.findChild<InformationBox *>());
+    QVERIFY(window.findChild<QPushButton *>("shoppingButton")->isVisible());
+    for (const char *button : {"shoppingButton", "reminderButton", "shopsButton"})
+        QTest::mouseClick(window.findChild<QPushButton *>(button), Qt::LeftButton);
+}
+
+/// A database as the program makes it, with a row in it.
+QByteArray TestBadWorlds::goodDatabase()
+{
+    const TestHome home;
+    {
+        const ShopWindow window;
+    }
+    {
+        SecondConnection second(home.databaseFile());
+        second.run("insert into category values (1, 'Food')");
+    }
+    return home.readDatabaseFile();
+}
+
+void TestBadWorlds::dataFolderIsAFile()
+{
+    const TestHome home;
+    QFile file(home.dataFolder());
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QCOMPARE(file.write("mine"), 4);
+    file.flush();
+    expectBannerAndExit();
+    file.seek(0);
+    QCOMPARE(file.readAll(), "mine");
+}
+
+void TestBadWorlds::databaseIsAFolder()
+{
+    const TestHome home;
+    QVERIFY(QDir().mkpath(home.databaseFile()));
+    expectBannerAndExit();
+    QVERIFY(QDir(home.databaseFile()).isEmpty());
+}
+
+void TestBadWorlds::homeIsReadOnly()
+{
+    const TestHome home;
+    QVERIFY(QFile::setPermissions(QDir(home.path()).absoluteFilePath(".."),
+                                  QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner |
+                                      QFile::ReadOther | QFile::ExeOther));
+    QVERIFY(QFile::setPermissions(home.path(), QFile::ReadOwner | QFile::ExeOwner |
+                                                   QFile::ReadOther | QFile::ExeOther));
+    // Permissions do not bind root, so root becomes someone else meanwhile.
+    const uid_t self = geteuid();
+    const uid_t nobody = 65534;
+    if (self == 0)
+        QCOMPARE(seteuid(nobody), 0);
+    expectBannerAndExit();
+    QVERIFY(!QFile::exists(home.dataFolder()));
+    if (self == 0)
+        QCOMPARE(seteuid(self), 0);
+    QVERIFY(
+        QFile::setPermissions(home.path(), QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner));
+}
+
+void TestBadWorlds::homeIsAFile()
+{
+    const TestHome home;
+    QFile file(home.path() + "/file");
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    qputenv("HOME", QFile::encodeName(file.fileName()));
+    expectBannerAndExit();
+    QVERIFY(QFileInfo(file.fileName()).isFile());
+}
+
+void TestBadWorlds::databaseIsEmpty()
+{
+    const TestHome home;
+    home.writeDatabaseFile(QByteArray());
+    ShopWindow window;
+    expectUsableWindowWithoutBanner(window);
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.tables().size(), 7);
+}
+
+void TestBadWorlds::databaseIsGarbage_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("a text") << QByteArray("This is not a database.\n");
+    QTest::newRow("zeros") << QByteArray(8192, '\0');
+    QTest::newRow("noise") << QByteArray("\x9d\x02\xff\x1b~").repeated(4000);
+    QTest::newRow("header only") << QByteArray("SQLite format 3\0", 16);
+    QTest::newRow("header and noise")
+        << QByteArray("SQLite format 3\0", 16) + QByteArray("\x9d\x02\xff").repeated(4000);
+}
+
+void TestBadWorlds::databaseIsGarbage()
+{
+    QFETCH(QByteArray, content);
+    const TestHome home;
+    home.writeDatabaseFile(content);
+    {
+        ShopWindow window;
+        expectUsableWindowWithoutBanner(window);
+    }
+    QCOMPARE(home.readDatabaseFile(), content);
+}
+
+void TestBadWorlds::databaseIsTruncated_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {10, 99, 100, 600, 4096, 5000, 20000})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void TestBadWorlds::databaseIsTruncated()
+{
+    QFETCH(int, size);
+    const QByteArray whole = goodDatabase();
+    QVERIFY(whole.size() > size);
+    const TestHome home;
+    home.writeDatabaseFile(whole.left(size));
+    {
+        ShopWindow window;
+        expectUsableWindowWithoutBanner(window);
+    }
+    QCOMPARE(home.readDatabaseFile(), whole.left(size));
+}
+
+void TestBadWorlds::databaseIsReadOnly()
+{
+    const QByteArray content = goodDatabase();
+    const TestHome home;
+    home.writeDatabaseFile(content);
+    QVERIFY(QFile::setPermissions(home.databaseFile(), QFile::ReadOwner));
+    {
+        ShopWindow window;
+        expectUsableWindowWithoutBanner(window);
+        QSqlQuery query("select name from category");
+        QVERIFY(query.first());
+        QCOMPARE(query.value(0).toString(), "Food");
+    }
+    QCOMPARE(home.readDatabaseFile(), content);
+}
+
+void TestBadWorlds::databaseIsLockedByAnotherProcess()
+{
+    const QByteArray content = goodDatabase();
+    const TestHome home;
+    home.writeDatabaseFile(content);
+    QProcess other;
+    other.start("sqlite3", {home.databaseFile()});
+    QVERIFY2(other.waitForStarted(), "sqlite3 cannot be run; its package is sqlite3");
+    other.write("begin exclusive;\n.shell echo locked\n");
+    QVERIFY(other.waitForReadyRead());
+    QCOMPARE(other.readAllStandardOutput(), "locked\n");
+
+    QElapsedTimer clock;
+    clock.start();
+    ShopWindow window;
+    expectUsableWindowWithoutBanner(window);
+    QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(home.readDatabaseFile(), content);
+
+    // A lock that is gone in good time costs the person nothing but the wait.
+    other.write(".shell sleep 1\nrollback;\n.quit\n");
+    QVERIFY(other.waitForBytesWritten());
+    QSqlQuery query;
+    QVERIFY(query.exec("insert into category values (2, 'Tools')"));
+    QVERIFY(other.waitForFinished());
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.column("select name from category order by id"),
+             (QVariantList{"Food", "Tools"}));
+}
+
+void TestBadWorlds::databaseHasTheStoresTableOnly()
+{
+    const TestHome home;
+    home.writeDatabaseFile(QByteArray());
+    {
+        SecondConnection second(home.databaseFile());
+        QVERIFY(second.run("create table magazin (x)"));
+    }
+    const QByteArray before = home.readDatabaseFile();
+    {
+        ShopWindow window;
+        expectUsableWindowWithoutBanner(window);
+    }
+    QCOMPARE(home.readDatabaseFile(), before);
+}
+
+void TestBadWorlds::tableNamesAreComparedExactly()
+{
+    const TestHome home;
+    home.writeDatabaseFile(QByteArray());
+    {
+        SecondConnection second(home.databaseFile());
+        QVERIFY(second.run("create table MAGAZIN (x)"));
+    }
+    ShopWindow window;
+    expectUsableWindowWithoutBanner(window);
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.tables(), (QStringList{"MAGAZIN", "category", "gpscoord", "purchase", "purref",
+                                           "reminders", "shoplist"}));
+}
+
+void TestBadWorlds::databaseVanishesWhileOpen()
+{
+    const TestHome home;
+    ShopWindow window;
+    QVERIFY(QFile::remove(home.databaseFile()));
+    expectUsableWindowWithoutBanner(window);
+}
+
+void TestBadWorlds::settingsAreGarbage()
+{
+    const TestHome home;
+    QDir().mkpath(QFileInfo(home.settingsFile()).path());
+    QFile file(home.settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("\x00\xff[General\nLanguageId=@Rect(1)\nGpsEnabled=perhaps\n"
+               "SoundFileName=@Invalid()\n%%%=;\n");
+    file.close();
+    ShopWindow window;
+    expectUsableWindowWithoutBanner(window);
+    QCOMPARE(window.windowTitle(), "Trolleo");
+}
+
+QTEST_MAIN(TestBadWorlds)
+#include "tst_badworlds.moc"

@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QStackedWidget>
+#include <QTranslator>
+#include <QtTest>
+
+#include "app/shopwindow.h"
+#include "tests/support/testhome.h"
+
+namespace {
+
+/// Translates every text into one and the same.
+class EverythingTranslator : public QTranslator
+{
+public:
+    QString translate(const char * /*context*/, const char * /*sourceText*/,
+                      const char * /*disambiguation*/, int /*n*/) const override
+    {
+        return QStringLiteral("Перевод");
+    }
+    bool isEmpty() const override
+    {
+        return false;
+    }
+};
+
+} // namespace
+
+class TestStart : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void firstStartMakesFolderAndTables();
+    void laterStartsKeepWhatIsThere();
+    void twentyPagesStandInTheirOrder();
+    void mainPageShows();
+    void mainPageControls_data();
+    void mainPageControls();
+    void everyControlHasItsName();
+    void titleIsTheSameInEveryLanguage_data();
+    void titleIsTheSameInEveryLanguage();
+    void firstSize();
+    void exitButtonEndsTheEventLoop();
+    void destroyingRemovesTheConnection();
+    void nothingIsWrittenToTheSettings();
+    void idleWindowRunsNoTimer();
+    void homeWithAnUnusualPath_data();
+    void homeWithAnUnusualPath();
+    void twoProgramsShareOneFile();
+};
+
+void TestStart::firstStartMakesFolderAndTables()
+{
+    const TestHome home;
+    QVERIFY(!QFile::exists(home.dataFolder()));
+    const ShopWindow window;
+    QVERIFY(QFile::exists(home.databaseFile()));
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.tables(), (QStringList{"category", "gpscoord", "magazin", "purchase", "purref",
+                                           "reminders", "shoplist"}));
+    QCOMPARE(second.columnsOf("purref"), (QStringList{second.columnsOf("purref").value(0),
+                                                      "name varchar(20)", "int categoryid"}));
+}
+
+void TestStart::laterStartsKeepWhatIsThere()
+{
+    const TestHome home;
+    {
+        const ShopWindow window;
+    }
+    {
+        SecondConnection second(home.databaseFile());
+        QVERIFY(second.run("insert into category values (1, 'Food')"));
+    }
+    const QByteArray before = home.readDatabaseFile();
+    {
+        const ShopWindow window;
+    }
+    QCOMPARE(home.readDatabaseFile(), before);
+}
+
+void TestStart::twentyPagesStandInTheirOrder()
+{
+    const TestHome home;
+    const ShopWindow window;
+    const auto *stack = qobject_cast<QStackedWidget *>(window.centralWidget());
+    QVERIFY(stack);
+    QCOMPARE(window.findChildren<QStackedWidget *>(Qt::FindDirectChildrenOnly).size(), 1);
+    const QStringList names{
+        "mainPage",         "shoppingPage",    "trackingPage",      "storesPage",
+        "itemsListPage",    "listEditPage",    "shoppingListsPage", "itemEditPage",
+        "storeListPage",    "storeEditPage",   "categoryListPage",  "categoryEditPage",
+        "messagePage",      "doShoppingPage",  "optionsPage",       "waitingPage",
+        "confirmationPage", "trackedListPage", "reminderPage",      "coordinatesPage"};
+    QCOMPARE(stack->count(), 20);
+    for (int index = 0; index < stack->count(); ++index) {
+        const QWidget *page = stack->widget(index);
+        QCOMPARE(page->objectName(), names.at(index));
+        QCOMPARE(page->metaObject()->className(), "QWidget");
+        QCOMPARE(page->font().pointSize(), 22);
+    }
+}
+
+void TestStart::mainPageShows()
+{
+    const TestHome home;
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->currentIndex(), 0);
+    QVERIFY(window.findChild<QWidget *>("mainPage")->isVisible());
+    const auto *logo = window.findChild<QLabel *>("logo");
+    QCOMPARE(logo->pixmap().deviceIndependentSize(), QSizeF(52, 52));
+}
+
+void TestStart::mainPageControls_data()
+{
+    QTest::addColumn<QString>("objectName");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("accessibleName");
+    QTest::addColumn<int>("icon");
+    QTest::newRow("shopping") << "shoppingButton"
+                              << "Shopping"
+                              << "" << 96;
+    QTest::newRow("reminder") << "reminderButton"
+                              << "Reminder"
+                              << "" << 96;
+    QTest::newRow("shops") << "shopsButton"
+                           << "Shops"
+                           << "" << 96;
+    QTest::newRow("options") << "optionsButton"
+                             << ""
+                             << "Options" << 40;
+    QTest::newRow("exit") << "exitButton"
+                          << ""
+                          << "Exit" << 40;
+    QTest::newRow("help") << "helpButton"
+                          << ""
+                          << "Help" << 52;
+    QTest::newRow("about") << "aboutButton"
+                           << ""
+                           << "About" << 52;
+}
+
+void TestStart::mainPageControls()
+{
+    QFETCH(QString, objectName);
+    QFETCH(QString, text);
+    QFETCH(QString, accessibleName);
+    QFETCH(int, icon);
+    const TestHome home;
+    const ShopWindow window;
+    const auto *button =
+        window.findChild<QWidget *>("mainPage")->findChild<QPushButton *>(objectName);
+    QVERIFY(button);
+    QCOMPARE(button->text(), text);
+    QCOMPARE(button->accessibleName(), accessibleName);
+    QCOMPARE(button->iconSize(), QSize(icon, icon));
+    QVERIFY(!button->icon().isNull());
+    QCOMPARE(button->sizePolicy().verticalPolicy(),
+             icon == 96 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
+}
+
+void TestStart::everyControlHasItsName()
+{
+    const TestHome home;
+    const ShopWindow window;
+    for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
+        // Those of scroll bars and the like belong to the toolkit.
+        if (button->objectName().startsWith("qt_"))
+            continue;
+        QVERIFY2(!button->objectName().isEmpty(), qPrintable(button->text()));
+        QVERIFY2(!button->text().isEmpty() || !button->accessibleName().isEmpty(),
+                 qPrintable(button->objectName()));
+    }
+}
+
+void TestStart::titleIsTheSameInEveryLanguage_data()
+{
+    QTest::addColumn<int>("languageId");
+    for (const int id : {-1, 0, 1, 2, 99})
+        QTest::addRow("language %d", id) << id;
+}
+
+void TestStart::titleIsTheSameInEveryLanguage()
+{
+    QFETCH(int, languageId);
+    const TestHome home;
+    QSettings("Vantor", "Trolleo").setValue("LanguageId", languageId);
+    EverythingTranslator translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    const ShopWindow window;
+    QCOMPARE(window.windowTitle(), "Trolleo");
+    QCOMPARE(window.findChild<QPushButton *>("shoppingButton")->text(), "Перевод");
+}
+
+void TestStart::firstSize()
+{
+    const TestHome home;
+    ShopWindow window;
+    // This platform's screen is 800 x 800.
+    QCOMPARE(QGuiApplication::primaryScreen()->availableSize(), QSize(800, 800));
+    QCOMPARE(window.size(), QSize(800, 480));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCOMPARE(window.size(), QSize(800, 480));
+}
+
+void TestStart::exitButtonEndsTheEventLoop()
+{
+    const TestHome home;
+    {
+        ShopWindow window;
+        window.show();
+        QTimer::singleShot(0, &window, [&window] {
+            QTest::mouseClick(window.findChild<QPushButton *>("exitButton"), Qt::LeftButton);
+        });
+        bool hung = false;
+        QTimer::singleShot(5000, &window, [&hung] {
+            hung = true;
+            QCoreApplication::exit(1);
+        });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(!hung);
+        QVERIFY(QSqlDatabase::database().isOpen());
+    }
+    QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.column("pragma integrity_check"), QVariantList{"ok"});
+}
+
+void TestStart::destroyingRemovesTheConnection()
+{
+    const TestHome home;
+    {
+        const ShopWindow window;
+        QCOMPARE(QSqlDatabase::connectionNames(),
+                 QStringList(QLatin1String(QSqlDatabase::defaultConnection)));
+        QVERIFY(QSqlDatabase::database().isOpen());
+    }
+    QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+}
+
+void TestStart::nothingIsWrittenToTheSettings()
+{
+    const TestHome home;
+    QSettings("Vantor", "Trolleo").setValue("SoundFileName", "");
+    QFile file(home.settingsFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+    {
+        ShopWindow window;
+        window.show();
+    }
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), before);
+}
+
+void TestStart::idleWindowRunsNoTimer()
+{
+    const TestHome home;
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    int timers = 0;
+    for (const QTimer *timer : window.findChildren<QTimer *>()) {
+        ++timers;
+        QVERIFY2(!timer->isActive(), qPrintable(timer->parent()->objectName()));
+    }
+    QVERIFY(timers > 0);
+}
+
+void TestStart::homeWithAnUnusualPath_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("spaces") << "my  home ";
+    QTest::newRow("Cyrillic") << "домашняя папка";
+    QTest::newRow("quotes") << "it's \"home\"; drop";
+    QTest::newRow("percent") << "%1 %20 #?";
+}
+
+void TestStart::homeWithAnUnusualPath()
+{
+    QFETCH(QString, name);
+    const TestHome home(name);
+    const ShopWindow window;
+    QVERIFY(QFile::exists(home.databaseFile()));
+    SecondConnection second(home.databaseFile());
+    QCOMPARE(second.tables().size(), 7);
+}
+
+void TestStart::twoProgramsShareOneFile()
+{
+    const TestHome home;
+    const ShopWindow window;
+    SecondConnection second(home.databaseFile());
+    QVERIFY(second.run("insert into category values (1, 'Food')"));
+    QSqlQuery query("select name from category where id = 1");
+    QVERIFY(query.first());
+    QCOMPARE(query.value(0).toString(), "Food");
+}
+
+QTEST_MAIN(TestStart)
+#include "tst_start.moc"

@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: MIT
+#include <QBoxLayout>
+#include <QFrame>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "app/shopwindow.h"
+#include "tests/support/testhome.h"
+
+namespace {
+
+constexpr QSize landscape(800, 480);
+constexpr QSize portrait(480, 800);
+
+/// Counts how often each page is shown.
+class ShowCounter : public QObject
+{
+public:
+    explicit ShowCounter(QStackedWidget *stack)
+    {
+        for (int index = 0; index < stack->count(); ++index)
+            stack->widget(index)->installEventFilter(this);
+    }
+
+    QHash<QObject *, int> shown;
+
+protected:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show)
+            ++shown[object];
+        return false;
+    }
+};
+
+} // namespace
+
+class TestTurning : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void mainPageTurns_data();
+    void mainPageTurns();
+    void threeLargeButtonsStayStacked();
+    void messagePagesNeverTurn();
+    void everyHiddenPageIsLaidOutAnew_data();
+    void everyHiddenPageIsLaidOutAnew();
+    void pagesAreLeftAloneWithinAnOrientation();
+    void everyPageFitsBothOrientations();
+    void focusSelectionAndCursorSurvive();
+    void turningFiveHundredTimesLeaksNothing_data();
+    void turningFiveHundredTimesLeaksNothing();
+
+private:
+    void resizeTo(const QSize &size);
+    qsizetype objectCount() const;
+    QBoxLayout *box() const;
+    template <typename Widget>
+    Widget *find(const char *name) const
+    {
+        return window->findChild<Widget *>(name);
+    }
+
+    std::unique_ptr<TestHome> home;
+    std::unique_ptr<ShopWindow> window;
+    QStackedWidget *stack = nullptr;
+};
+
+void TestTurning::init()
+{
+    home = std::make_unique<TestHome>();
+    window = std::make_unique<ShopWindow>();
+    stack = find<QStackedWidget>("pageStack");
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QCOMPARE(window->size(), landscape);
+}
+
+void TestTurning::cleanup()
+{
+    window.reset();
+    home.reset();
+}
+
+void TestTurning::resizeTo(const QSize &size)
+{
+    window->resize(size);
+    QTRY_COMPARE(window->size(), size);
+}
+
+/// How many objects the window has, less those that are about to be deleted.
+qsizetype TestTurning::objectCount() const
+{
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return window->findChildren<QObject *>().size();
+}
+
+QBoxLayout *TestTurning::box() const
+{
+    return qobject_cast<QBoxLayout *>(find<QWidget>("mainPage")->layout());
+}
+
+void TestTurning::mainPageTurns_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("isLandscape");
+    QTest::newRow("landscape") << landscape << true;
+    QTest::newRow("portrait") << portrait << false;
+    QTest::newRow("square") << QSize(600, 600) << false;
+    QTest::newRow("a pixel wider than high") << QSize(601, 600) << true;
+    QTest::newRow("a pixel higher than wide") << QSize(600, 601) << false;
+}
+
+void TestTurning::mainPageTurns()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, isLandscape);
+    // Come from the other orientation.
+    resizeTo(isLandscape ? portrait : landscape);
+    resizeTo(size);
+
+    QCOMPARE(box()->direction(), isLandscape ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    const auto *toolbar = qobject_cast<QBoxLayout *>(box()->itemAt(0)->layout());
+    QVERIFY(toolbar);
+    QCOMPARE(toolbar->direction(), isLandscape ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    const auto *line = qobject_cast<QFrame *>(box()->itemAt(1)->widget());
+    QVERIFY(line);
+    QCOMPARE(line->frameShape(), isLandscape ? QFrame::VLine : QFrame::HLine);
+    QCOMPARE(line->frameShadow(), QFrame::Sunken);
+    QCOMPARE(box()->stretch(2), 1);
+
+    // What the person sees: the toolbar beside the three buttons, or above them.
+    const auto *exit = find<QWidget>("exitButton");
+    const auto *shopping = find<QWidget>("shoppingButton");
+    if (isLandscape)
+        QTRY_VERIFY(exit->geometry().right() < shopping->geometry().left());
+    else
+        QTRY_VERIFY(exit->geometry().bottom() < shopping->geometry().top());
+}
+
+void TestTurning::threeLargeButtonsStayStacked()
+{
+    for (const QSize &size : {landscape, portrait}) {
+        resizeTo(size);
+        QTRY_COMPARE(box()->geometry(), stack->rect());
+        const QRect shopping = find<QWidget>("shoppingButton")->geometry();
+        const QRect reminder = find<QWidget>("reminderButton")->geometry();
+        const QRect shops = find<QWidget>("shopsButton")->geometry();
+        QCOMPARE(reminder.top(), shopping.bottom() + 1);
+        QCOMPARE(shops.top(), reminder.bottom() + 1);
+        QVERIFY(qAbs(shopping.height() - shops.height()) <= 1);
+        QCOMPARE(shopping.width(), shops.width());
+    }
+}
+
+void TestTurning::messagePagesNeverTurn()
+{
+    for (const QSize &size : {portrait, landscape}) {
+        resizeTo(size);
+        for (const char *name : {"messagePage", "waitingPage", "confirmationPage"})
+            QCOMPARE(qobject_cast<QBoxLayout *>(find<QWidget>(name)->layout())->direction(),
+                     QBoxLayout::TopToBottom);
+    }
+}
+
+void TestTurning::everyHiddenPageIsLaidOutAnew_data()
+{
+    QTest::addColumn<int>("current");
+    QTest::newRow("main page in use") << int(PageMain);
+    QTest::newRow("confirmation page in use") << int(PageConfirmation);
+    QTest::newRow("last page in use") << int(PageCoordinates);
+}
+
+void TestTurning::everyHiddenPageIsLaidOutAnew()
+{
+    QFETCH(int, current);
+    stack->setCurrentIndex(current);
+    ShowCounter counter(stack);
+    QSignalSpy switched(stack, &QStackedWidget::currentChanged);
+    resizeTo(portrait);
+
+    QCOMPARE(stack->currentIndex(), current);
+    QVERIFY(stack->currentWidget()->isVisible());
+    QCOMPARE(switched.count(), 0);
+    for (int index = 0; index < stack->count(); ++index) {
+        QWidget *page = stack->widget(index);
+        QCOMPARE(counter.shown.value(page), index == current ? 0 : 1);
+        QCOMPARE(page->isVisible(), index == current);
+        QCOMPARE(page->size(), stack->size());
+        if (page->layout())
+            QTRY_COMPARE(page->layout()->geometry(), page->rect());
+    }
+}
+
+void TestTurning::pagesAreLeftAloneWithinAnOrientation()
+{
+    ShowCounter counter(stack);
+    resizeTo(QSize(780, 470));
+    resizeTo(QSize(600, 400));
+    QVERIFY(counter.shown.isEmpty());
+    QCOMPARE(find<QWidget>("mainPage")->size(), stack->size());
+}
+
+void TestTurning::everyPageFitsBothOrientations()
+{
+    for (const QSize &size : {landscape, portrait}) {
+        resizeTo(size);
+        for (int index = 0; index < stack->count(); ++index) {
+            stack->setCurrentIndex(index);
+            QWidget *page = stack->widget(index);
+            const QSize needed = page->minimumSizeHint();
+            QVERIFY2(needed.width() <= size.width() && needed.height() <= size.height(),
+                     qPrintable(QString("%1 needs %2 x %3")
+                                    .arg(page->objectName())
+                                    .arg(needed.width())
+                                    .arg(needed.height())));
+            for (const QWidget *child : page->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+                QVERIFY2(page->rect().contains(child->geometry()), qPrintable(child->objectName()));
+            }
+        }
+    }
+}
+
+void TestTurning::focusSelectionAndCursorSurvive()
+{
+    // The pages with fields to type in are still empty, so one of them is lent a field.
+    auto *field = new QLineEdit("half typed", stack->widget(PageStoreEdit));
+    stack->setCurrentIndex(PageStoreEdit);
+    field->show();
+    window->activateWindow();
+    field->setFocus();
+    QTRY_VERIFY(field->hasFocus());
+    field->setSelection(2, 4);
+    QSignalSpy finished(field, &QLineEdit::editingFinished);
+    QSignalSpy focusMoved(qApp, &QApplication::focusChanged);
+
+    resizeTo(portrait);
+    resizeTo(landscape);
+    QVERIFY(field->hasFocus());
+    QCOMPARE(field->selectedText(), "lf t");
+    QCOMPARE(field->cursorPosition(), 6);
+    QCOMPARE(field->text(), "half typed");
+    QCOMPARE(finished.count(), 0);
+    QCOMPARE(focusMoved.count(), 0);
+}
+
+void TestTurning::turningFiveHundredTimesLeaksNothing_data()
+{
+    QTest::addColumn<int>("current");
+    for (int index = 0; index <= PageCoordinates; ++index)
+        QTest::addRow("page %d", index) << index;
+}
+
+void TestTurning::turningFiveHundredTimesLeaksNothing()
+{
+    QFETCH(int, current);
+    stack->setCurrentIndex(current);
+    // What the toolkit makes when it is first needed is there after one turn.
+    resizeTo(portrait);
+    resizeTo(landscape);
+    const qsizetype objects = objectCount();
+    for (int turn = 0; turn < 250; ++turn) {
+        for (const QSize &size : {portrait, landscape}) {
+            window->resize(size);
+            QCoreApplication::processEvents();
+            QCOMPARE(stack->currentIndex(), current);
+        }
+    }
+    QCOMPARE(window->size(), landscape);
+    QCOMPARE(objectCount(), objects);
+    QCOMPARE(box()->direction(), QBoxLayout::LeftToRight);
+}
+
+QTEST_MAIN(TestTurning)
+#include "tst_turning.moc"
