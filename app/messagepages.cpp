@@ -7,6 +7,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QUrl>
 
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
@@ -18,6 +19,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textIndent = 10;
+/// Extent of a picture within the text of a message.
+constexpr int inlineExtent = 24;
 
 /// The font that `widget` gets on its page, `difference` points larger.
 QFont resized(const QWidget *widget, int difference)
@@ -64,6 +67,11 @@ void ShopWindow::buildMessagePage()
     p.text->setTextInteractionFlags(Qt::NoTextInteraction);
     p.text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     p.text->setIndent(textIndent);
+    // By itself a text draws its pictures at the size of their file and then shrinks them roughly.
+    p.text->setResourceProvider([label = p.text](const QUrl &url) -> QVariant {
+        const QSize size(inlineExtent, inlineExtent);
+        return QIcon(u':' + url.path()).pixmap(size, label->devicePixelRatio());
+    });
     p.ok = Controls::textButton(u"messageOkButton"_s, u":/img/commit.png"_s,
                                 Controls::pictureExtent, tr("OK"));
 

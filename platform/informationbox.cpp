@@ -7,6 +7,7 @@
 #include <QPainter>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -14,6 +15,7 @@ constexpr int marginToWindow = 12;
 constexpr int padding = 16;
 constexpr int cornerRadius = 8;
 constexpr int pointSize = 18;
+constexpr std::chrono::milliseconds timeToJoinTheBus = 500ms;
 
 /// Screen readers speak a notification as soon as it shows, without moving the focus.
 QAccessibleInterface *accessibleBanner(const QString & /*className*/, QObject *object)
@@ -55,6 +57,7 @@ InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono
     setBackgroundRole(QPalette::WindowText);
     setForegroundRole(QPalette::Window);
     timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer);
     timer.setInterval(time);
     connect(&timer, &QTimer::timeout, this, &InformationBox::vanish);
     window->installEventFilter(this);
@@ -91,8 +94,16 @@ void InformationBox::showEvent(QShowEvent *event)
     place();
     if (!timer.isActive())
         timer.start();
-    QAccessibleEvent announcement(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&announcement);
+    // The toolkit tells the accessibility bus that the banner shows, if it is on that bus by now. A
+    // program that has just been started is not yet, and the banner would go unheard.
+    if (!QAccessible::isActive())
+        QTimer::singleShot(timeToJoinTheBus, this, &InformationBox::announce);
+}
+
+void InformationBox::announce()
+{
+    QAccessibleEvent showing(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&showing);
 }
 
 void InformationBox::vanish()

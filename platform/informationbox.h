@@ -31,6 +31,7 @@ protected:
 private:
     InformationBox(QWidget *window, const QString &text, std::chrono::milliseconds time);
     void place();
+    void announce();
     void vanish();
 
     QTimer timer;

@@ -1,14 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/wraplabel.h"
 
+#include <cmath>
+
 #include <QPainter>
-#include <QStyle>
+#include <QTextLayout>
 
 namespace {
 
-constexpr int wrapAnywhere = Qt::TextWordWrap | Qt::TextWrapAnywhere;
-// Lower than any text gets.
-constexpr int unboundedHeight = 1 << 20;
+/// Breaks the text of `layout` into lines for `width` and returns their common height.
+qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
+{
+    QTextOption option(alignment);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    qreal height = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, height));
+        height += line.height();
+    }
+    layout.endLayout();
+    return height;
+}
 
 } // namespace
 
@@ -21,14 +36,12 @@ WrapLabel::WrapLabel(QWidget *parent)
 
 QSize WrapLabel::sizeHint() const
 {
-    const int margins = 2 * margin();
-    return fontMetrics().size(0, text()) + QSize(margins, margins);
+    return fontMetrics().size(0, text());
 }
 
 QSize WrapLabel::minimumSizeHint() const
 {
-    const int margins = 2 * margin();
-    return {fontMetrics().averageCharWidth() + margins, fontMetrics().height() + margins};
+    return {fontMetrics().averageCharWidth(), fontMetrics().height()};
 }
 
 bool WrapLabel::hasHeightForWidth() const
@@ -38,16 +51,20 @@ bool WrapLabel::hasHeightForWidth() const
 
 int WrapLabel::heightForWidth(int width) const
 {
-    const int margins = 2 * margin();
-    const QRect room(0, 0, width - margins, unboundedHeight);
-    return fontMetrics().boundingRect(room, wrapAnywhere, text()).height() + margins;
+    QTextLayout layout(text(), font(), this);
+    return static_cast<int>(std::ceil(breakLines(layout, width, alignment())));
 }
 
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
+    QTextLayout layout(text(), font(), this);
+    const qreal height = breakLines(layout, width(), alignment());
+    qreal top = 0;
+    if (alignment() & Qt::AlignVCenter)
+        top = (this->height() - height) / 2;
+    else if (alignment() & Qt::AlignBottom)
+        top = this->height() - height;
     QPainter painter(this);
-    style()->drawItemText(
-        &painter, contentsRect().marginsRemoved(QMargins(margin(), margin(), margin(), margin())),
-        static_cast<int>(alignment()) | wrapAnywhere, palette(), isEnabled(), text(),
-        foregroundRole());
+    painter.setPen(palette().color(foregroundRole()));
+    layout.draw(&painter, QPointF(0, top));
 }

@@ -27,7 +27,10 @@ private slots:
     void picturesAreSharp_data();
     void picturesAreSharp();
     void nameButtonDrawsAnAmpersand();
-    void wrapLabelWrapsAnywhereAndTakesMarkupAsText();
+    void wrapLabelBreaksBetweenWords();
+    void wrapLabelBreaksAWordThatIsTooWide();
+    void wrapLabelDrawsWhereItsAlignmentSays();
+    void wrapLabelTakesMarkupAsText();
     void turningBoxesTurn();
 
     void listIsNeverActivatedByOneTap();
@@ -88,26 +91,70 @@ void TestWidgets::nameButtonDrawsAnAmpersand()
     QVERIFY(button.grab().toImage() != shortcut.grab().toImage());
 }
 
-void TestWidgets::wrapLabelWrapsAnywhereAndTakesMarkupAsText()
+namespace {
+
+/// The columns in which `label` draws something, from the left.
+QList<int> inkColumns(QLabel &label)
+{
+    const QImage image = label.grab().toImage();
+    QList<int> columns;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (image.pixel(x, y) != image.pixel(0, 0)) {
+                columns << x;
+                break;
+            }
+        }
+    }
+    return columns;
+}
+
+} // namespace
+
+void TestWidgets::wrapLabelBreaksBetweenWords()
+{
+    WrapLabel label;
+    label.setText("first second");
+    const int line = label.fontMetrics().height();
+    const int oneLine = label.fontMetrics().horizontalAdvance("first second") + 2;
+    QVERIFY(label.heightForWidth(oneLine) < 2 * line);
+    // Too narrow for both words: the second goes to the next line whole, and no further.
+    const int oneWord = label.fontMetrics().horizontalAdvance("second") + 2;
+    QCOMPARE(label.heightForWidth(oneLine - 10), label.heightForWidth(oneWord));
+    QVERIFY(label.heightForWidth(oneWord) < 3 * line);
+}
+
+void TestWidgets::wrapLabelBreaksAWordThatIsTooWide()
 {
     WrapLabel label;
     const QString name = QString("W").repeated(25);
-    label.setText(QString("Delete store '%1' ?").arg(name));
-    const int narrow = 200;
-    QVERIFY(label.minimumSizeHint().width() < narrow);
-    const int lines = label.heightForWidth(narrow) / label.fontMetrics().height();
-    QVERIFY2(lines * narrow >= label.fontMetrics().horizontalAdvance(name),
-             qPrintable(QString::number(lines)));
-    QVERIFY(label.heightForWidth(100000) < 2 * label.fontMetrics().height());
+    label.setText(name);
+    const int width = label.fontMetrics().horizontalAdvance(name) / 3 + 10;
+    QVERIFY(label.minimumSizeHint().width() < width);
+    QVERIFY(label.heightForWidth(width) >= 3 * label.fontMetrics().height());
+    label.resize(width, label.heightForWidth(width));
+    QVERIFY(inkColumns(label).last() < width - 1); // nothing is cut off
+}
 
-    // What is drawn stays inside: the last column of a label as wide as it asks for is empty.
-    label.resize(narrow, label.heightForWidth(narrow));
-    QVERIFY(label.grab().toImage() != QImage());
+void TestWidgets::wrapLabelDrawsWhereItsAlignmentSays()
+{
+    WrapLabel label;
+    label.setText("x");
+    label.resize(200, 40);
+    label.setAlignment(Qt::AlignCenter);
+    QVERIFY(qAbs(inkColumns(label).first() - 100) < 15);
+    label.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    QVERIFY(inkColumns(label).first() < 15);
+}
+
+void TestWidgets::wrapLabelTakesMarkupAsText()
+{
+    WrapLabel label;
     label.setText("<b>x</b>");
     QCOMPARE(label.textFormat(), Qt::PlainText);
-    QLabel plain("<b>x</b>");
-    plain.setTextFormat(Qt::PlainText);
-    QVERIFY(label.sizeHint().width() >= plain.fontMetrics().horizontalAdvance("<b>x</b>"));
+    label.resize(200, 40);
+    const int drawn = inkColumns(label).last() - inkColumns(label).first();
+    QVERIFY(drawn > label.fontMetrics().horizontalAdvance("b>x</b"));
 }
 
 void TestWidgets::turningBoxesTurn()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -57,6 +58,7 @@ private slots:
     void okLeadsBackAndClearsTheText();
     void longTextStartsAtItsTopEachTime();
     void longTextIsFlicked();
+    void picturesInTheTextAreCrisp();
     void messageTextTakesNoClicks();
     void yesRunsTheConfirmingSlotOnly();
     void secondQuestionsYesRunsOnlyTheSecondSlot();
@@ -165,6 +167,24 @@ void TestMessagePages::longTextIsFlicked()
     QTRY_VERIFY(!scroller->isMoving());
     QVERIFY(area->verticalScrollBar()->value() > 120);
     QCOMPARE(stack->currentIndex(), int(PageMessage));
+}
+
+void TestMessagePages::picturesInTheTextAreCrisp()
+{
+    const QString picture = ":/img/warning_r.svg";
+    window->showMessage("Title", QString("<img src=\"%1\" width=24 height=24>").arg(picture),
+                        ":/img/info.png", PageMain);
+    auto *text = find<QLabel>("messageText");
+    QTRY_COMPARE(text->width(), find<QScrollArea>("messageArea")->viewport()->width());
+    const QImage seen = text->grab().toImage();
+    QImage crisp(24, 24, seen.format());
+    crisp.fill(seen.pixel(0, 0));
+    QPainter(&crisp).drawPixmap(0, 0, QIcon(picture).pixmap(24, 24));
+    bool found = false;
+    for (int y = 0; y + 24 <= seen.height() && !found; ++y)
+        for (int x = 0; x < 60 && !found; ++x)
+            found = seen.copy(x, y, 24, 24) == crisp;
+    QVERIFY(found);
 }
 
 void TestMessagePages::messageTextTakesNoClicks()

@@ -1,0 +1,224 @@
+# SPDX-License-Identifier: MIT
+"""A desktop of its own for the installed program: an X server, a window manager, a session bus
+with accessibility, and an empty home.
+
+Import this before pyatspi: it makes the session bus that pyatspi connects to.
+"""
+import atexit
+import os
+import pathlib
+import shutil
+import signal
+import sqlite3
+import subprocess
+import tempfile
+import time
+
+PROGRAM = "/opt/trolleo/bin/trolleo"
+DEADLINE = 20  # seconds; generous, for a loaded machine
+
+PACKAGES = {
+    "Xvfb": "xvfb",
+    "openbox": "openbox",
+    "dbus-daemon": "dbus",
+    "xwininfo": "x11-utils",
+    "xdotool": "xdotool",
+}
+
+
+def tool(name):
+    """The path of a program, or a failure that names the package to install."""
+    path = shutil.which(name)
+    if path is None:
+        raise FileNotFoundError(f"{name} is missing; install the package {PACKAGES[name]}")
+    return path
+
+
+def stop(process):
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(DEADLINE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+def wait_for(what, condition):
+    """Polls until condition() is true and returns what it returned."""
+    end = time.monotonic() + DEADLINE
+    while time.monotonic() < end:
+        pump_events()
+        result = condition()
+        if result:
+            return result
+        time.sleep(0.02)
+    raise AssertionError(f"waited {DEADLINE} s in vain for {what}")
+
+
+def start_session_bus():
+    runtime = tempfile.mkdtemp(prefix="trolleo-runtime-")
+    os.environ["XDG_RUNTIME_DIR"] = runtime
+    os.environ.pop("DISPLAY", None)
+    os.environ.pop("WAYLAND_DISPLAY", None)
+    bus = subprocess.Popen(
+        [tool("dbus-daemon"), "--session", "--nofork", "--print-address=1"],
+        stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL,
+        text=True,
+    )
+    os.environ["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def end():
+        stop(bus)
+        bus.stdout.close()
+        shutil.rmtree(runtime, ignore_errors=True)
+
+    atexit.register(end)
+
+
+start_session_bus()
+try:
+    import pyatspi  # noqa: E402
+    from gi.repository import GLib  # noqa: E402
+except ImportError as missing:
+    raise ImportError(f"{missing}; install the packages python3-pyatspi and python3-gi") from missing
+
+
+def pump_events():
+    context = GLib.MainContext.default()
+    while context.pending():
+        context.iteration(False)
+
+
+class Home:
+    """An empty home folder."""
+
+    def __init__(self):
+        self.path = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-home-"))
+
+    @property
+    def database(self):
+        return self.path / ".trolleo" / "trolleo.db"
+
+    def query(self, statement):
+        """The rows a statement yields, over a connection of our own."""
+        connection = sqlite3.connect(self.database)
+        try:
+            return connection.execute(statement).fetchall()
+        finally:
+            connection.close()
+
+    def remove(self):
+        shutil.rmtree(self.path, ignore_errors=True)
+
+
+class Desktop:
+    """An X server with one screen of the given size, and a window manager on it."""
+
+    def __init__(self, width=1024, height=768):
+        read_end, write_end = os.pipe()
+        self.server = subprocess.Popen(
+            [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
+             "-nolisten", "tcp"],
+            pass_fds=[write_end],
+            stderr=subprocess.DEVNULL,
+        )
+        os.close(write_end)
+        with os.fdopen(read_end) as pipe:
+            self.display = ":" + pipe.readline().strip()
+        self.manager = subprocess.Popen(
+            [tool("openbox")], env=self.environment(), stderr=subprocess.DEVNULL
+        )
+        wait_for("the window manager", lambda: "_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
+
+    def environment(self):
+        return dict(os.environ, DISPLAY=self.display)
+
+    def run(self, command):
+        tool("xwininfo")  # xprop comes in the same package
+        return subprocess.run(
+            command, env=self.environment(), capture_output=True, text=True, check=False
+        ).stdout
+
+    def stop(self):
+        stop(self.manager)
+        stop(self.server)
+
+
+class Program:
+    """The installed program, running on a desktop in a home."""
+
+    def __init__(self, desktop, home, **extra):
+        environment = desktop.environment()
+        for name in [name for name in environment if name.startswith("XDG_") and name
+                     != "XDG_RUNTIME_DIR"]:
+            del environment[name]
+        environment.update(
+            HOME=str(home.path), QT_QPA_PLATFORM="xcb", QT_STYLE_OVERRIDE="Fusion",
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LANG="C.UTF-8", **extra,
+        )
+        self.desktop = desktop
+        self.process = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.DEVNULL)
+
+    def application(self):
+        """The program on the accessibility bus, or None while it is not there."""
+        for application in pyatspi.Registry.getDesktop(0):
+            try:
+                if application is not None and application.get_process_id() == self.process.pid:
+                    return application
+            except GLib.Error:
+                pass  # it has just gone
+        return None
+
+    def wait_for_window(self):
+        return wait_for("the window on the accessibility bus", lambda: self.find("frame", "Trolleo"))
+
+    def find_all(self, role, name=None):
+        """What is showing with a role, and a name unless that is None."""
+        found = []
+
+        def visit(node, depth):
+            if node is None or depth > 12:
+                return
+            states = node.getState()
+            if depth > 1 and not states.contains(pyatspi.STATE_SHOWING):
+                return
+            if node.getRoleName() == role and name in (None, node.name):
+                found.append(node)
+            for child in node:
+                visit(child, depth + 1)
+
+        try:
+            application = self.application()
+            if application is not None:
+                visit(application, 0)
+        except GLib.Error:
+            return []
+        return found
+
+    def find(self, role, name=None):
+        found = self.find_all(role, name)
+        return found[0] if found else None
+
+    def press(self, name):
+        button = wait_for(f"the button {name}", lambda: self.find("push button", name))
+        actions = button.queryAction()
+        names = [actions.getName(index) for index in range(actions.nActions)]
+        actions.doAction(names.index("Press"))
+
+    def window_ids(self):
+        """The X windows of the program that are to be seen."""
+        return self.desktop.run(
+            [tool("xdotool"), "search", "--onlyvisible", "--pid", str(self.process.pid),
+             "--name", "^Trolleo$"]
+        ).split()
+
+    def wait_for_exit(self):
+        return self.process.wait(DEADLINE)
+
+    def stop(self):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+            self.process.wait()

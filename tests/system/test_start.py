@@ -1,0 +1,151 @@
+# SPDX-License-Identifier: MIT
+"""The installed program, started as a person starts it and used as a screen reader uses it."""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import time
+import unittest
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import Desktop, Home, Program, pyatspi, tool, wait_for  # noqa: E402
+
+COLUMNS = {
+    "category": [("id", "INT"), ("name", "varchar(20)")],
+    "magazin": [("id", "INT"), ("name", "varchar(50)"), ("categoryid", "INT"), ("gpsid", "INT")],
+    "shoplist": [("id", "INT"), ("name", "varchar(20)"), ("magazinid", "INT"), ("state", "INT")],
+    "purchase": [("id", "INT"), ("name", "varchar(20)"), ("shoplistid", "INT"), ("amount", "INT"),
+                 ("checkstate", "INT")],
+    "purref": [("id", "INT"), ("name", "varchar(20)"), ("int", "categoryid")],
+    "gpscoord": [("id", "INT"), ("latitude", "float"), ("longitude", "float"),
+                 ("altitude", "float")],
+    "reminders": [("id", "INT"), ("name", "varchar(20)"), ("alarm", "datetime")],
+}
+BUTTONS = ["About", "Exit", "Help", "Options", "Reminder", "Shopping", "Shops"]
+
+
+class SystemTest(unittest.TestCase):
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+
+    def desktop(self, *size):
+        desktop = Desktop(*size)
+        self.addCleanup(desktop.stop)
+        return desktop
+
+    def program(self, desktop, **extra):
+        program = Program(desktop, self.home, **extra)
+        self.addCleanup(program.stop)
+        return program
+
+
+class TestFirstStart(SystemTest):
+    def test_empty_home_to_orderly_end(self):
+        program = self.program(self.desktop())
+        program.wait_for_window()
+        wait_for("seven buttons", lambda: len(program.find_all("push button")) == 7)
+        names = sorted(button.name for button in program.find_all("push button"))
+        self.assertEqual(names, BUTTONS)
+
+        tables = self.home.query("select name from sqlite_master where type = 'table'")
+        self.assertEqual({name for (name,) in tables}, set(COLUMNS))
+        for table, columns in COLUMNS.items():
+            found = self.home.query(f"pragma table_info({table})")
+            self.assertEqual(
+                [(row[1], row[2].lower()) for row in found],
+                [(name, kind.lower()) for name, kind in columns],
+                table,
+            )
+
+        program.press("Exit")
+        self.assertEqual(program.wait_for_exit(), 0)
+        self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])
+        self.assertFalse((self.home.path / ".config").exists(), "nothing was set, nothing is stored")
+
+    def test_two_programs_run_side_by_side(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        second = self.program(desktop)
+        second.wait_for_window()
+        for program in (first, second):
+            program.press("Exit")
+            self.assertEqual(program.wait_for_exit(), 0)
+        self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])
+
+
+class TestFirstSize(SystemTest):
+    def window_size(self, width, height):
+        desktop = self.desktop(width, height)
+        program = self.program(desktop)
+        window = wait_for("the window", program.window_ids)[0]
+
+        def geometry():
+            text = desktop.run([tool("xwininfo"), "-id", window])
+            return [int(re.search(rf"{key}:\s+(-?\d+)", text).group(1)) for key in
+                    ("Width", "Height", "Absolute upper-left X", "Absolute upper-left Y")]
+
+        def settled():
+            before = geometry()
+            time.sleep(0.3)
+            return before == geometry() and before
+
+        return wait_for("a window that stays as it is", settled)
+
+    def test_large_screen(self):
+        self.assertEqual(self.window_size(1280, 800)[:2], [800, 480])
+
+    def test_small_screens_are_filled_and_not_exceeded(self):
+        for width, height in ((800, 480), (480, 800), (640, 400)):
+            with self.subTest(screen=f"{width}x{height}"):
+                window_width, window_height, x, y = self.window_size(width, height)
+                self.assertLessEqual(x + window_width, width)
+                self.assertLessEqual(y + window_height, height)
+                # What is not the window's is its frame's.
+                self.assertGreater(window_width, width - 20)
+                self.assertGreater(window_height, height - 40)
+
+
+class TestDatabaseThatCannotBeOpened(SystemTest):
+    def test_is_announced_and_ends_the_program(self):
+        self.home.database.mkdir(parents=True)
+        announced = []
+
+        def showing(event):
+            if event.detail1 and event.source.getRoleName() == "notification":
+                announced.append(event.source.name)
+
+        pyatspi.Registry.registerEventListener(showing, "object:state-changed:showing")
+        self.addCleanup(
+            pyatspi.Registry.deregisterEventListener, showing, "object:state-changed:showing")
+        program = self.program(self.desktop())
+        wait_for("the announcement", lambda: announced)
+        self.assertEqual(set(announced), {"Can't open database"})
+        shown = time.monotonic()
+        self.assertEqual(program.wait_for_exit(), 0)
+        self.assertGreater(time.monotonic() - shown, 2)
+        self.assertEqual(list(self.home.database.iterdir()), [])
+
+
+class TestCommands(unittest.TestCase):
+    def test_run_without_a_display_says_what_is_missing(self):
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        result = subprocess.run([SOURCES / "scripts" / "run"], env=environment, timeout=60,
+                                capture_output=True, text=True, check=False)
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual(result.stdout, "")
+        self.assertEqual(len(result.stderr.strip().splitlines()), 1)
+        self.assertIn("display", result.stderr)
+
+    def test_setup_does_nothing_when_nothing_is_missing(self):
+        result = subprocess.run([SOURCES / "scripts" / "setup"], timeout=60,
+                                capture_output=True, text=True, check=False)
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "", ""))
+
+
+if __name__ == "__main__":
+    unittest.main()
