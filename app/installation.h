@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QLatin1StringView>
+#include <QString>
 
 /// Where the alarm sound and the translations are installed; ends with a slash.
-inline constexpr QLatin1StringView installationFolder{TROLLEO_INSTALLATION_FOLDER};
+QString installationFolder();
 
-/// The alarm that rings unless the person chose another, in the installation folder.
-inline constexpr QLatin1StringView defaultAlarmFile{"Alarm5.wav"};
+/// The file that rings: `chosen`, or the installed alarm when nothing was chosen.
+QString alarmFile(const QString &chosen);

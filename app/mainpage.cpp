@@ -20,7 +20,9 @@ constexpr int helpExtent = 52;
 QPushButton *largeButton(const QString &objectName, const QString &picture, const QString &text)
 {
     QPushButton *button = Controls::textButton(objectName, picture, largeButtonExtent, text);
-    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    QSizePolicy policy = button->sizePolicy();
+    policy.setVerticalPolicy(QSizePolicy::Preferred);
+    button->setSizePolicy(policy);
     return button;
 }
 

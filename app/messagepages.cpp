@@ -162,7 +162,8 @@ void ShopWindow::showMessage(const QString &title, const QString &text, const QS
     messagePage.text->setText(text);
     messagePage.text->adjustSize();
     messagePage.scrollBar->setSliderPosition(0);
-    Controls::showPicture(messagePage.icon, picture, Controls::pictureExtent);
+    if (!picture.isEmpty())
+        Controls::showPicture(messagePage.icon, picture, Controls::pictureExtent);
     messageReturnPage = returnPage;
     pageStack->setCurrentIndex(PageMessage);
 }

@@ -89,9 +89,7 @@ void ShopWindow::loadSettings()
     const TrSettings &settings = TrSettings::instance();
     gpsEnabled = settings.gpsEnabled();
     gpsAutoStart = settings.gpsAutoStart();
-    soundFileName = settings.soundFileName();
-    if (soundFileName.isEmpty())
-        soundFileName = QString(installationFolder) + defaultAlarmFile;
+    soundFileName = alarmFile(settings.soundFileName());
     trackAutoStart = settings.trackAutoStart();
     languageId = settings.languageId();
 }
@@ -103,9 +101,9 @@ void ShopWindow::openDatabase()
         const auto *banner =
             InformationBox::information(this, tr("Can't open database"), bannerTime);
         // Asked for now, quitting has no effect before the event loop runs. Nobody may type into a
-        // program that saves nothing, so it ends once the banner has been read.
+        // program that saves nothing, so it ends once the banner is gone.
         QCoreApplication::quit();
-        connect(banner, &InformationBox::timedOut, this, &ShopWindow::exitClicked);
+        connect(banner, &QObject::destroyed, this, &ShopWindow::exitClicked);
     }
     Database::createMissingTables(db);
 }
@@ -159,7 +157,12 @@ void ShopWindow::buildUserInterface()
 
     setCentralWidget(pageStack);
     pageStack->setCurrentIndex(PageMain);
-    // No resize event follows when pages are built anew in a maximized window.
+    // No resize event follows when pages are built anew in a maximized window, and turning them
+    // takes a page stack that has its place in the window already.
+    if (isVisible()) {
+        pageStack->show();
+        layout()->activate();
+    }
     turnPages(orientationOf(size()));
 }
 

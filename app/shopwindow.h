@@ -213,7 +213,7 @@ protected:
     // ---- What every page uses to speak to the person: app/messagepages.cpp -------------------
 
     /// Shows `text`, which may be rich text, on the message page; "OK" leads to `returnPage`.
-    /// `picture` is a resource path.
+    /// `picture` is a resource path; an empty one leaves the picture of the message before.
     void showMessage(const QString &title, const QString &text, const QString &picture,
                      int returnPage);
 
@@ -225,11 +225,13 @@ protected:
     /// Shows the waiting page; cancelling it leads back to the page that shows now.
     void showWaiting();
 
+    /// Builds all pages, instead of those that are there, and shows the main page.
+    void buildUserInterface();
+
 private:
     // ---- Start and pages: app/shopwindow.cpp -------------------------------------------------
     void loadSettings();
     void openDatabase();
-    void buildUserInterface();
     void setSharedTexts();
     /// Adds an empty page to the page stack, where it must come to stand at `page`.
     QWidget *addPage(Page page, const QString &objectName);

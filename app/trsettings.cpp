@@ -46,6 +46,13 @@ bool readFlag(const QString &key)
     return isNumber && std::isfinite(number) && number != 0.0;
 }
 
+/// "nan" and "inf" are numbers to the toolkit, but no degrees.
+float readDegrees(const QString &key)
+{
+    const float degrees = read(key, QVariant(0)).toFloat();
+    return std::isfinite(degrees) ? degrees : 0.0F;
+}
+
 } // namespace
 
 TrSettings &TrSettings::instance()
@@ -106,7 +113,7 @@ void TrSettings::setSoundFileName(const QString &fileName)
 
 float TrSettings::lastLatitude() const
 {
-    return read(lastLatitudeKey, QVariant(0)).toFloat();
+    return readDegrees(lastLatitudeKey);
 }
 
 void TrSettings::setLastLatitude(const float &degrees)
@@ -116,7 +123,7 @@ void TrSettings::setLastLatitude(const float &degrees)
 
 float TrSettings::lastLongitude() const
 {
-    return read(lastLongitudeKey, QVariant(0)).toFloat();
+    return readDegrees(lastLongitudeKey);
 }
 
 void TrSettings::setLastLongitude(const float &degrees)

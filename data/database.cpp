@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include <QDir>
+#include <QSqlError>
 
 #include "data/statements.h"
 
@@ -17,6 +18,27 @@ namespace {
 // minute.
 constexpr std::chrono::milliseconds waitForTables = 250ms;
 constexpr std::chrono::milliseconds waitForStatement = 5s;
+
+/// Whether another process keeps this one from looking into the file.
+bool isLocked()
+{
+    constexpr int primaryCode = 0xff; // the rest of an error code tells details
+    const int busy = 5;               // SQLITE_BUSY
+    const QSqlError error = Database::run(Statements::noTrackedStores).lastError();
+    return (error.nativeErrorCode().toInt() & primaryCode) == busy;
+}
+
+bool hasStoresTable(const QSqlDatabase &database)
+{
+    return database.tables(QSql::Tables).contains("magazin"_L1);
+}
+
+/// A locked file seems to have no tables at all, so what is not found is looked for again once it
+/// is certain that the file can be looked into.
+bool lacksStoresTable(const QSqlDatabase &database)
+{
+    return !hasStoresTable(database) && !isLocked() && !hasStoresTable(database);
+}
 
 void setBusyTimeout(std::chrono::milliseconds wait)
 {
@@ -53,7 +75,7 @@ QSqlDatabase Database::open(const QString &file)
 void Database::createMissingTables(const QSqlDatabase &database)
 {
     setBusyTimeout(waitForTables);
-    if (!database.tables(QSql::Tables).contains(QLatin1String("magazin"))) {
+    if (lacksStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};
         for (const QLatin1StringView statement : Statements::createTables)
             query.exec(statement);

@@ -28,7 +28,8 @@ void prepareFolder();
 QSqlDatabase open(const QString &file);
 
 /// Creates all tables when there is no table of stores. That table alone decides: a file that has
-/// it is left as it is, even where another table is missing.
+/// it is left as it is, even where another table is missing. So is a file that cannot be looked
+/// into because another process has locked it.
 void createMissingTables(const QSqlDatabase &database);
 
 /// Closes `database`, resets it and removes its connection.
@@ -46,6 +47,10 @@ inline QString asText(int value)
 {
     return QString::number(value, 10);
 }
+
+/// A fraction has to be written with the digits that its column is to hold, and is then a text.
+template <typename Other>
+QString asText(const Other &value) = delete;
 
 /// Runs `statement` with its placeholders %1, %2, ... replaced by `values`, one after the other:
 /// a name that itself contains a later placeholder is altered by the value that follows.

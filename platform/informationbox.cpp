@@ -59,7 +59,7 @@ InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
     timer.setInterval(time);
-    connect(&timer, &QTimer::timeout, this, &InformationBox::vanish);
+    connect(&timer, &QTimer::timeout, this, &QObject::deleteLater);
     window->installEventFilter(this);
     place();
 }
@@ -104,13 +104,6 @@ void InformationBox::announce()
 {
     QAccessibleEvent showing(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&showing);
-}
-
-void InformationBox::vanish()
-{
-    hide();
-    deleteLater();
-    emit timedOut();
 }
 
 /// Near the upper edge, as wide as the text needs and the window gives.

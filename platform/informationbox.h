@@ -19,10 +19,6 @@ public:
     static InformationBox *information(QWidget *window, const QString &text,
                                        std::chrono::milliseconds time);
 
-signals:
-    /// The banner has been seen for its time and is about to go.
-    void timedOut();
-
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -32,7 +28,6 @@ private:
     InformationBox(QWidget *window, const QString &text, std::chrono::milliseconds time);
     void place();
     void announce();
-    void vanish();
 
     QTimer timer;
 };

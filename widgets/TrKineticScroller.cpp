@@ -50,6 +50,8 @@ struct TrKineticScroller::State
     bool isPressed = false;
     /// Dragging or gliding.
     bool isMoving = false;
+    /// The last press stopped a glide.
+    bool stoppedGlide = false;
     /// In the coordinates of the area, like all positions here.
     QPoint lastPressPoint;
     /// Where the pointer was at the last tick, or where the drag began.
@@ -95,6 +97,11 @@ void TrKineticScroller::enableKineticScrollFor(QAbstractScrollArea *area)
 bool TrKineticScroller::isMoving() const
 {
     return d->isMoving;
+}
+
+bool TrKineticScroller::isTap() const
+{
+    return !d->isMoving && !d->stoppedGlide;
 }
 
 bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
@@ -148,6 +155,7 @@ void TrKineticScroller::pressed(const QPoint &position)
     d->pointerY = position.y();
     d->lastScrollBarPosition = d->scrollArea->verticalScrollBar()->value();
     d->ignoredMouseMoves = 0;
+    d->stoppedGlide = d->isMoving;
     // Whatever else is let pass: a touch stops a glide.
     stopMotion();
     letPassUntouched();

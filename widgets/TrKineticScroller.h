@@ -24,9 +24,12 @@ public:
     /// may die before the scroller.
     void enableKineticScrollFor(QAbstractScrollArea *area);
 
-    /// Whether the contents are being dragged or glide. Still true while the release that ends a
-    /// drag is delivered, so a click that arrives then was no tap.
+    /// Whether the contents are being dragged or glide.
     bool isMoving() const;
+
+    /// Whether the press that is being released is a tap: it neither dragged the contents nor
+    /// stopped them gliding.
+    bool isTap() const;
 
     bool eventFilter(QObject *object, QEvent *event) override;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/touchlist.h"
 
-#include <QItemSelectionModel>
 #include <QScopedValueRollback>
 
 #include "widgets/TrKineticScroller.h"
@@ -22,9 +21,9 @@ TouchList::TouchList(QWidget *parent)
     scroller->enableKineticScrollFor(this);
 }
 
-bool TouchList::isMoving() const
+bool TouchList::wasTapped() const
 {
-    return scroller->isMoving();
+    return scroller->isTap();
 }
 
 void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
@@ -41,11 +40,13 @@ void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &pr
 
 void TouchList::focusInEvent(QFocusEvent *event)
 {
-    const bool hadCurrent = currentIndex().isValid();
-    QListWidget::focusInEvent(event);
-    // The view makes its first row current on getting the focus; nobody chose that row.
-    if (!hadCurrent)
-        selectionModel()->clearCurrentIndex();
+    if (currentIndex().isValid()) {
+        QListWidget::focusInEvent(event);
+        return;
+    }
+    // The view would make its first row current, which nobody chose.
+    QAbstractScrollArea::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
+    viewport()->update();
 }
 
 void TouchList::mousePressEvent(QMouseEvent *event)

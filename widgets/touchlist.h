@@ -14,8 +14,9 @@ class TouchList : public QListWidget
 public:
     explicit TouchList(QWidget *parent = nullptr);
 
-    /// Whether the rows are being dragged or glide: an itemClicked() that comes then is no tap.
-    bool isMoving() const;
+    /// Whether an itemClicked() that comes now is a tap: the finger neither dragged the rows nor
+    /// stopped them gliding.
+    bool wasTapped() const;
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;

@@ -25,6 +25,12 @@ qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
     return height;
 }
 
+/// A layout breaks at line separators, not at newlines.
+QString laidOutText(QString text)
+{
+    return text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+}
+
 } // namespace
 
 WrapLabel::WrapLabel(QWidget *parent)
@@ -51,13 +57,13 @@ bool WrapLabel::hasHeightForWidth() const
 
 int WrapLabel::heightForWidth(int width) const
 {
-    QTextLayout layout(text(), font(), this);
+    QTextLayout layout(laidOutText(text()), font(), this);
     return static_cast<int>(std::ceil(breakLines(layout, width, alignment())));
 }
 
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
-    QTextLayout layout(text(), font(), this);
+    QTextLayout layout(laidOutText(text()), font(), this);
     const qreal height = breakLines(layout, width(), alignment());
     qreal top = 0;
     if (alignment() & Qt::AlignVCenter)

@@ -3,6 +3,7 @@
 #include <QSettings>
 #include <QtTest>
 
+#include "app/installation.h"
 #include "app/trsettings.h"
 #include "tests/support/testhome.h"
 
@@ -13,6 +14,7 @@ class TestTrSettings : public QObject
 private slots:
     void emptyStoreGivesDefaults();
     void everyKeyIsStoredUnderItsNameWithItsType();
+    void noSoundFileMeansTheInstalledAlarm();
     void valuesAreReadBackAtOnce();
     void latitudeComesBackInSinglePrecision();
     void onlyTrueAndNumbersSwitchAFlagOn_data();
@@ -78,6 +80,19 @@ void TestTrSettings::everyKeyIsStoredUnderItsNameWithItsType()
     QCOMPARE(stored("LastLongitude").typeId(), int(QMetaType::Float));
     QCOMPARE(stored("LastLongitude").toFloat(), -37.25F);
     QCOMPARE(stored("DefaultNetworkConfiguration").toString(), "home");
+}
+
+void TestTrSettings::noSoundFileMeansTheInstalledAlarm()
+{
+    const TestHome home;
+    TrSettings &settings = TrSettings::instance();
+    QCOMPARE(alarmFile(settings.soundFileName()), "/opt/trolleo/Alarm5.wav");
+    settings.setSoundFileName("");
+    QCOMPARE(alarmFile(settings.soundFileName()), "/opt/trolleo/Alarm5.wav");
+    // The default is not written back.
+    QCOMPARE(settings.soundFileName(), QString());
+    settings.setSoundFileName("/music/horn.mp3");
+    QCOMPARE(alarmFile(settings.soundFileName()), "/music/horn.mp3");
 }
 
 void TestTrSettings::valuesAreReadBackAtOnce()
@@ -161,8 +176,8 @@ void TestTrSettings::onlyTrueAndNumbersSwitchAFlagOn()
 void TestTrSettings::foreignTypesReadAsDefaults_data()
 {
     QTest::addColumn<QByteArray>("value");
-    for (const char *value :
-         {"abc", "12abc", "@Rect(1 2 3 4)", "@Invalid()", "1, 2", "@ByteArray(a)"})
+    for (const char *value : {"abc", "12abc", "@Rect(1 2 3 4)", "@Invalid()", "1, 2",
+                              "@ByteArray(a)", "nan", "inf", "1e39"})
         QTest::newRow(value) << QByteArray(value);
 }
 

@@ -2,14 +2,15 @@
 #include <QAccessible>
 #include <QBoxLayout>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QStyle>
 #include <QtTest>
 
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
+#include "widgets/TrKineticScroller.h"
 #include "widgets/turningboxes.h"
 #include "widgets/wraplabel.h"
 
@@ -29,6 +30,7 @@ private slots:
     void nameButtonDrawsAnAmpersand();
     void wrapLabelBreaksBetweenWords();
     void wrapLabelBreaksAWordThatIsTooWide();
+    void wrapLabelBreaksAtNewlines();
     void wrapLabelDrawsWhereItsAlignmentSays();
     void wrapLabelTakesMarkupAsText();
     void turningBoxesTurn();
@@ -39,6 +41,7 @@ private slots:
     void rowMadeCurrentUnseenIsInViewWhenShown();
     void pressingARowMovesNothing();
     void dragIsNoTap();
+    void touchThatStopsAGlideIsNoTap();
 };
 
 void TestWidgets::pictureButtonIsNamed()
@@ -136,6 +139,14 @@ void TestWidgets::wrapLabelBreaksAWordThatIsTooWide()
     QVERIFY(inkColumns(label).last() < width - 1); // nothing is cut off
 }
 
+void TestWidgets::wrapLabelBreaksAtNewlines()
+{
+    WrapLabel label;
+    label.setText("one\ntwo\nthree");
+    QVERIFY(label.heightForWidth(500) >= 3 * label.fontMetrics().height());
+    QCOMPARE(label.text(), "one\ntwo\nthree");
+}
+
 void TestWidgets::wrapLabelDrawsWhereItsAlignmentSays()
 {
     WrapLabel label;
@@ -197,26 +208,50 @@ struct ShownList
 
 } // namespace
 
+namespace {
+
+/// A desktop style that activates rows on a single click.
+class SingleClickStyle : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returnData) const override
+    {
+        if (hint == SH_ItemView_ActivateItemOnSingleClick)
+            return 1;
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
+} // namespace
+
 void TestWidgets::listIsNeverActivatedByOneTap()
 {
-    ShownList shown(3);
-    QSignalSpy activated(&shown.list, &QListWidget::itemActivated);
-    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
-    QVERIFY(!shown.list.style()->styleHint(QStyle::SH_ItemView_ActivateItemOnSingleClick, nullptr,
-                                           &shown.list));
-    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
-    QCOMPARE(clicked.count(), 1);
-    QCOMPARE(activated.count(), 0);
+    QApplication::setStyle(new SingleClickStyle);
+    {
+        ShownList shown(3);
+        QSignalSpy activated(&shown.list, &QListWidget::itemActivated);
+        QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+        QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(activated.count(), 0);
+    }
+    QApplication::setStyle("Fusion");
 }
 
 void TestWidgets::focusMakesNoRowCurrent()
 {
-    ShownList shown(3);
+    ShownList shown(100);
+    auto *bar = shown.list.verticalScrollBar();
+    bar->setValue(50);
+    QSignalSpy current(&shown.list, &QListWidget::currentRowChanged);
     shown.list.clearFocus();
     shown.list.setFocus();
     shown.list.activateWindow();
     QTRY_VERIFY(shown.list.hasFocus());
     QCOMPARE(shown.list.currentRow(), -1);
+    QCOMPARE(current.count(), 0);
+    QCOMPARE(bar->value(), 50);
     QTest::keyClick(&shown.list, Qt::Key_Down);
     QCOMPARE(shown.list.currentRow(), 0);
     shown.list.clearFocus();
@@ -266,18 +301,46 @@ void TestWidgets::dragIsNoTap()
     int clicks = 0;
     connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
         ++clicks;
-        taps += !shown.list.isMoving();
+        taps += shown.list.wasTapped();
     });
     const QPoint start = shown.at(5);
     QTest::mousePress(shown.list.windowHandle(), Qt::LeftButton, {}, start);
     for (int dy = 1; dy <= 10; ++dy)
         QTest::mouseMove(shown.list.windowHandle(), start - QPoint(0, dy));
-    QVERIFY(shown.list.isMoving());
     QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 10));
     QCOMPARE(clicks, 1); // the row went along with the finger, so the view sees a click
     QCOMPARE(taps, 0);
-    QTRY_VERIFY(!shown.list.isMoving());
+    const auto *scroller = shown.list.findChild<TrKineticScroller *>();
+    QTRY_VERIFY(!scroller->isMoving());
     QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(5));
+    QCOMPARE(taps, 1);
+}
+
+void TestWidgets::touchThatStopsAGlideIsNoTap()
+{
+    ShownList shown(500);
+    int taps = 0;
+    int clicks = 0;
+    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
+        ++clicks;
+        taps += shown.list.wasTapped();
+    });
+    const auto *scroller = shown.list.findChild<TrKineticScroller *>();
+    QSignalSpy ticks(scroller->findChild<QTimer *>(), &QTimer::timeout);
+    const QPoint start(100, 180);
+    QTest::mousePress(shown.list.windowHandle(), Qt::LeftButton, {}, start);
+    for (int dy = 1; dy <= 10; ++dy)
+        QTest::mouseMove(shown.list.windowHandle(), start - QPoint(0, dy));
+    ticks.clear();
+    QTest::mouseMove(shown.list.windowHandle(), start - QPoint(0, 60));
+    QVERIFY(!ticks.isEmpty() || ticks.wait());
+    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 60));
+    QVERIFY(scroller->isMoving());
+    clicks = 0;
+    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(100, 100));
+    QCOMPARE(clicks, 1);
+    QCOMPARE(taps, 0);
+    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(100, 100));
     QCOMPARE(taps, 1);
 }
 

@@ -15,6 +15,35 @@
 #include "platform/informationbox.h"
 #include "tests/support/testhome.h"
 
+namespace {
+
+/// Permissions do not bind root, so root is someone else for as long as this lives.
+class WithoutPrivileges
+{
+public:
+    WithoutPrivileges()
+    {
+        if (self == 0 && seteuid(nobody) != 0)
+            qFatal("cannot give up root's privileges");
+    }
+    ~WithoutPrivileges()
+    {
+        if (self == 0 && seteuid(self) != 0)
+            qFatal("cannot take root's privileges again");
+    }
+    WithoutPrivileges(const WithoutPrivileges &) = delete;
+    WithoutPrivileges &operator=(const WithoutPrivileges &) = delete;
+
+private:
+    const uid_t self = geteuid();
+    const uid_t nobody = 65534;
+};
+
+constexpr auto readable = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+constexpr auto enterable = QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
+
+} // namespace
+
 /// Files and folders that are not as the program would like them.
 class TestBadWorlds : public QObject
 {
@@ -32,6 +61,7 @@ private slots:
     void databaseIsTruncated();
     void databaseIsReadOnly();
     void databaseIsLockedByAnotherProcess();
+    void lockThatEndsDuringTheStartAltersNothing();
     void databaseHasTheStoresTableOnly();
     void tableNamesAreComparedExactly();
     void databaseVanishesWhileOpen();
@@ -41,7 +71,18 @@ private:
     void expectBannerAndExit();
     void expectUsableWindowWithoutBanner(ShopWindow &window);
     QByteArray goodDatabase();
+    void lock(QProcess &other, const TestHome &home);
 };
+
+/// Lets `other` keep the database of `home` locked until it is told to roll back.
+void TestBadWorlds::lock(QProcess &other, const TestHome &home)
+{
+    other.start("sqlite3", {home.databaseFile()});
+    QVERIFY2(other.waitForStarted(), "sqlite3 cannot be run; its package is sqlite3");
+    other.write("begin exclusive;\n.shell echo locked\n");
+    QVERIFY(other.waitForReadyRead());
+    QCOMPARE(other.readAllStandardOutput(), "locked\n");
+}
 
 /// The window says what is wrong, works meanwhile, and ends the program when the banner has gone.
 void TestBadWorlds::expectBannerAndExit()
@@ -117,22 +158,15 @@ void TestBadWorlds::databaseIsAFolder()
 void TestBadWorlds::homeIsReadOnly()
 {
     const TestHome home;
-    QVERIFY(QFile::setPermissions(QDir(home.path()).absoluteFilePath(".."),
-                                  QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner |
-                                      QFile::ReadOther | QFile::ExeOther));
-    QVERIFY(QFile::setPermissions(home.path(), QFile::ReadOwner | QFile::ExeOwner |
-                                                   QFile::ReadOther | QFile::ExeOther));
-    // Permissions do not bind root, so root becomes someone else meanwhile.
-    const uid_t self = geteuid();
-    const uid_t nobody = 65534;
-    if (self == 0)
-        QCOMPARE(seteuid(nobody), 0);
-    expectBannerAndExit();
+    const QString parent = QFileInfo(home.path()).path();
+    QVERIFY(QFile::setPermissions(parent, readable | enterable | QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(home.path(), readable | enterable));
+    {
+        const WithoutPrivileges nobody;
+        expectBannerAndExit();
+    }
     QVERIFY(!QFile::exists(home.dataFolder()));
-    if (self == 0)
-        QCOMPARE(seteuid(self), 0);
-    QVERIFY(
-        QFile::setPermissions(home.path(), QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(home.path(), readable | enterable | QFile::WriteOwner));
 }
 
 void TestBadWorlds::homeIsAFile()
@@ -204,13 +238,17 @@ void TestBadWorlds::databaseIsReadOnly()
     const QByteArray content = goodDatabase();
     const TestHome home;
     home.writeDatabaseFile(content);
-    QVERIFY(QFile::setPermissions(home.databaseFile(), QFile::ReadOwner));
+    for (const QString &folder : {QFileInfo(home.path()).path(), home.path(), home.dataFolder()})
+        QVERIFY(QFile::setPermissions(folder, readable | enterable | QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(home.databaseFile(), readable));
     {
+        const WithoutPrivileges nobody;
         ShopWindow window;
         expectUsableWindowWithoutBanner(window);
         QSqlQuery query("select name from category");
         QVERIFY(query.first());
         QCOMPARE(query.value(0).toString(), "Food");
+        QVERIFY(!query.exec("delete from category"));
     }
     QCOMPARE(home.readDatabaseFile(), content);
 }
@@ -221,11 +259,7 @@ void TestBadWorlds::databaseIsLockedByAnotherProcess()
     const TestHome home;
     home.writeDatabaseFile(content);
     QProcess other;
-    other.start("sqlite3", {home.databaseFile()});
-    QVERIFY2(other.waitForStarted(), "sqlite3 cannot be run; its package is sqlite3");
-    other.write("begin exclusive;\n.shell echo locked\n");
-    QVERIFY(other.waitForReadyRead());
-    QCOMPARE(other.readAllStandardOutput(), "locked\n");
+    lock(other, home);
 
     QElapsedTimer clock;
     clock.start();
@@ -243,6 +277,29 @@ void TestBadWorlds::databaseIsLockedByAnotherProcess()
     SecondConnection second(home.databaseFile());
     QCOMPARE(second.column("select name from category order by id"),
              (QVariantList{"Food", "Tools"}));
+}
+
+void TestBadWorlds::lockThatEndsDuringTheStartAltersNothing()
+{
+    const TestHome home;
+    home.writeDatabaseFile(QByteArray());
+    {
+        SecondConnection second(home.databaseFile());
+        QVERIFY(second.run("create table magazin (x)"));
+    }
+    const QByteArray before = home.readDatabaseFile();
+    // The start waits a quarter of a second for each of its statements.
+    for (const char *seconds : {"0.3", "0.45", "0.6", "0.9"}) {
+        QProcess other;
+        lock(other, home);
+        other.write(QByteArray(".shell sleep ") + seconds + "\nrollback;\n.quit\n");
+        QVERIFY(other.waitForBytesWritten());
+        {
+            const ShopWindow window;
+        }
+        QVERIFY(other.waitForFinished());
+        QCOMPARE(home.readDatabaseFile(), before);
+    }
 }
 
 void TestBadWorlds::databaseHasTheStoresTableOnly()

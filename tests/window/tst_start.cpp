@@ -43,6 +43,9 @@ private slots:
     void mainPageShows();
     void mainPageControls_data();
     void mainPageControls();
+    void toolbarOrder();
+    void navigationSlots_data();
+    void navigationSlots();
     void everyControlHasItsName();
     void titleIsTheSameInEveryLanguage_data();
     void titleIsTheSameInEveryLanguage();
@@ -166,6 +169,43 @@ void TestStart::mainPageControls()
     QVERIFY(!button->icon().isNull());
     QCOMPARE(button->sizePolicy().verticalPolicy(),
              icon == 96 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
+}
+
+void TestStart::toolbarOrder()
+{
+    const TestHome home;
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    int y = -1;
+    for (const char *name : {"logo", "optionsButton", "helpButton", "aboutButton", "exitButton"}) {
+        const auto *widget = window.findChild<QWidget *>(name);
+        QVERIFY2(widget->geometry().top() > y, name);
+        y = widget->geometry().bottom();
+    }
+}
+
+void TestStart::navigationSlots_data()
+{
+    QTest::addColumn<QString>("slot");
+    QTest::addColumn<int>("page");
+    QTest::newRow("backClicked") << "backClicked" << 0;
+    QTest::newRow("backToShopEdit") << "backToShopEdit" << 9;
+    QTest::newRow("cancelShoppingLists") << "cancelShoppingLists" << 1;
+    QTest::newRow("addShoppingItemCancelClicked") << "addShoppingItemCancelClicked" << 4;
+    QTest::newRow("addCategoryCancelClicked") << "addCategoryCancelClicked" << 10;
+}
+
+void TestStart::navigationSlots()
+{
+    QFETCH(QString, slot);
+    QFETCH(int, page);
+    const TestHome home;
+    ShopWindow window;
+    auto *stack = window.findChild<QStackedWidget *>("pageStack");
+    stack->setCurrentIndex(19);
+    QVERIFY(QMetaObject::invokeMethod(&window, slot.toLatin1().constData()));
+    QCOMPARE(stack->currentIndex(), page);
 }
 
 void TestStart::everyControlHasItsName()

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <malloc.h>
+
 #include <QBoxLayout>
 #include <QFrame>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
@@ -10,6 +14,7 @@
 #include "app/pages.h"
 #include "app/shopwindow.h"
 #include "tests/support/testhome.h"
+#include "widgets/wraplabel.h"
 
 namespace {
 
@@ -39,6 +44,17 @@ protected:
 
 } // namespace
 
+namespace {
+
+/// A window whose pages can be built anew, as a change of language will do.
+class RebuildableWindow : public ShopWindow
+{
+public:
+    using ShopWindow::buildUserInterface;
+};
+
+} // namespace
+
 class TestTurning : public QObject
 {
     Q_OBJECT
@@ -53,6 +69,8 @@ private slots:
     void messagePagesNeverTurn();
     void everyHiddenPageIsLaidOutAnew_data();
     void everyHiddenPageIsLaidOutAnew();
+    void pagesBuiltAnewAreTurnedAndLaidOut_data();
+    void pagesBuiltAnewAreTurnedAndLaidOut();
     void pagesAreLeftAloneWithinAnOrientation();
     void everyPageFitsBothOrientations();
     void focusSelectionAndCursorSurvive();
@@ -70,14 +88,14 @@ private:
     }
 
     std::unique_ptr<TestHome> home;
-    std::unique_ptr<ShopWindow> window;
+    std::unique_ptr<RebuildableWindow> window;
     QStackedWidget *stack = nullptr;
 };
 
 void TestTurning::init()
 {
     home = std::make_unique<TestHome>();
-    window = std::make_unique<ShopWindow>();
+    window = std::make_unique<RebuildableWindow>();
     stack = find<QStackedWidget>("pageStack");
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -201,6 +219,37 @@ void TestTurning::everyHiddenPageIsLaidOutAnew()
     }
 }
 
+void TestTurning::pagesBuiltAnewAreTurnedAndLaidOut_data()
+{
+    QTest::addColumn<bool>("maximized");
+    QTest::newRow("portrait") << false;
+    QTest::newRow("maximized") << true;
+}
+
+void TestTurning::pagesBuiltAnewAreTurnedAndLaidOut()
+{
+    QFETCH(bool, maximized);
+    if (maximized)
+        window->showMaximized();
+    else
+        resizeTo(portrait);
+    QCoreApplication::processEvents();
+    const QPointer<QStackedWidget> earlier = stack;
+
+    window->buildUserInterface();
+    stack = qobject_cast<QStackedWidget *>(window->centralWidget());
+    QVERIFY(stack != earlier);
+    QCOMPARE(stack->count(), 20);
+    QCOMPARE(stack->currentIndex(), int(PageMain));
+    QCOMPARE(stack->size(), window->size());
+    for (int index = 0; index < stack->count(); ++index)
+        QCOMPARE(stack->widget(index)->size(), stack->size());
+    const auto *layout = qobject_cast<QBoxLayout *>(stack->widget(PageMain)->layout());
+    QCOMPARE(layout->direction(), QBoxLayout::TopToBottom); // this platform's screen is a square
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!earlier);
+}
+
 void TestTurning::pagesAreLeftAloneWithinAnOrientation()
 {
     ShowCounter counter(stack);
@@ -212,6 +261,10 @@ void TestTurning::pagesAreLeftAloneWithinAnOrientation()
 
 void TestTurning::everyPageFitsBothOrientations()
 {
+    find<QLabel>("confirmationTitle")->setText("Deleting Shopping List");
+    find<QLabel>("confirmationText")
+        ->setText(QString("Are You really want to delete list named '%1' ?")
+                      .arg(QString("W").repeated(25)));
     for (const QSize &size : {landscape, portrait}) {
         resizeTo(size);
         for (int index = 0; index < stack->count(); ++index) {
@@ -223,6 +276,10 @@ void TestTurning::everyPageFitsBothOrientations()
                                     .arg(page->objectName())
                                     .arg(needed.width())
                                     .arg(needed.height())));
+            // A label that wraps needs the height for its width, whatever it says is its least.
+            for (const WrapLabel *label : page->findChildren<WrapLabel *>())
+                QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                         qPrintable(label->text()));
             for (const QWidget *child : page->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
                 QVERIFY2(page->rect().contains(child->geometry()), qPrintable(child->objectName()));
             }
@@ -268,7 +325,10 @@ void TestTurning::turningFiveHundredTimesLeaksNothing()
     resizeTo(portrait);
     resizeTo(landscape);
     const qsizetype objects = objectCount();
+    size_t memory = 0;
     for (int turn = 0; turn < 250; ++turn) {
+        if (turn == 50)
+            memory = mallinfo2().uordblks;
         for (const QSize &size : {portrait, landscape}) {
             window->resize(size);
             QCoreApplication::processEvents();
@@ -277,6 +337,10 @@ void TestTurning::turningFiveHundredTimesLeaksNothing()
     }
     QCOMPARE(window->size(), landscape);
     QCOMPARE(objectCount(), objects);
+    // Four hundred turns later; one leaked layout item a turn would be 20 KiB and more.
+    const size_t tolerance = 16 * 1024;
+    QVERIFY2(mallinfo2().uordblks < memory + tolerance,
+             qPrintable(QString("%1 bytes").arg(mallinfo2().uordblks - memory)));
     QCOMPARE(box()->direction(), QBoxLayout::LeftToRight);
 }
 
