@@ -12,6 +12,9 @@ public:
     AlertHelper(const AlertHelper &) = delete;
     AlertHelper &operator=(const AlertHelper &) = delete;
 
+    /// To be called once, before alert().
     void initialise();
+
+    /// Starts to notify the person, or stops it.
     void alert(bool on);
 };

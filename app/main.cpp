@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/shopwindow.h"
-
 #include <QApplication>
 #include <QIcon>
+
+#include "app/shopwindow.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,6 +13,7 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(u"trolleo"_s);
 
     ShopWindow window;
+    // The window has made the pictures known.
     QApplication::setWindowIcon(QIcon(u":/img/House.png"_s));
     window.show();
     return QApplication::exec();

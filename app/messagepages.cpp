@@ -2,12 +2,15 @@
 #include "app/messagepages.h"
 
 #include <QBoxLayout>
+#include <QFont>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QUrl>
+#include <QVariant>
 
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
@@ -77,6 +80,7 @@ void ShopWindow::buildMessagePage()
 
     auto *area = new QScrollArea;
     area->setObjectName(u"messageArea"_s);
+    area->setAccessibleName(tr("Message"));
     area->setWidgetResizable(true);
     area->setWidget(p.text);
     p.scrollBar = area->verticalScrollBar();
@@ -181,7 +185,9 @@ void ShopWindow::askQuestion(const QString &title, const QString &text,
 
 void ShopWindow::showWaiting()
 {
-    waitingReturnPage = pageStack->currentIndex();
+    // Else cancelling a second wait would lead to the waiting page itself.
+    if (pageStack->currentIndex() != PageWaiting)
+        waitingReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageWaiting);
 }
 

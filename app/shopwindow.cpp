@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include <QApplication>
+#include <QFont>
 #include <QFontMetrics>
 #include <QLayout>
 #include <QResizeEvent>
@@ -103,7 +104,7 @@ void ShopWindow::openDatabase()
         // Asked for now, quitting has no effect before the event loop runs. Nobody may type into a
         // program that saves nothing, so it ends once the banner is gone.
         QCoreApplication::quit();
-        connect(banner, &QObject::destroyed, this, &ShopWindow::exitClicked);
+        connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
     }
     Database::createMissingTables(db);
 }

@@ -13,9 +13,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Looking for the tables and creating them takes eight statements. Were each of them to wait as
-// long as later ones may, a file locked by another process would keep the window away for most of a
-// minute.
+// Were looking for the tables to wait as long as later statements may, a file that another process
+// has locked would keep the window away for as long.
 constexpr std::chrono::milliseconds waitForTables = 250ms;
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
@@ -74,6 +73,8 @@ QSqlDatabase Database::open(const QString &file)
 
 void Database::createMissingTables(const QSqlDatabase &database)
 {
+    if (!database.isOpen())
+        return;
     setBusyTimeout(waitForTables);
     if (lacksStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};

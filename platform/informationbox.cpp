@@ -31,8 +31,9 @@ InformationBox *InformationBox::information(QWidget *window, const QString &text
 {
     // Installing it again changes nothing.
     QAccessible::installFactory(accessibleBanner);
-    for (QObject *earlier : window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly))
-        delete earlier;
+    for (InformationBox *earlier :
+         window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly))
+        earlier->vanish();
     auto *box = new InformationBox(window, text, time);
     box->show();
     return box;
@@ -59,7 +60,7 @@ InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer);
     timer.setInterval(time);
-    connect(&timer, &QTimer::timeout, this, &QObject::deleteLater);
+    connect(&timer, &QTimer::timeout, this, &InformationBox::vanish);
     window->installEventFilter(this);
     place();
 }
@@ -104,6 +105,15 @@ void InformationBox::announce()
 {
     QAccessibleEvent showing(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&showing);
+}
+
+void InformationBox::vanish()
+{
+    if (isHidden())
+        return; // gone already, and only waiting to be deleted
+    hide();
+    deleteLater();
+    emit gone();
 }
 
 /// Near the upper edge, as wide as the text needs and the window gives.

@@ -19,6 +19,10 @@ public:
     static InformationBox *information(QWidget *window, const QString &text,
                                        std::chrono::milliseconds time);
 
+signals:
+    /// The banner is going: its time is over, or another takes its place.
+    void gone();
+
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -28,6 +32,7 @@ private:
     InformationBox(QWidget *window, const QString &text, std::chrono::milliseconds time);
     void place();
     void announce();
+    void vanish();
 
     QTimer timer;
 };

@@ -5,9 +5,11 @@
 #include <chrono>
 
 #include <QAbstractScrollArea>
+#include <QEvent>
 #include <QMouseEvent>
 #include <QPoint>
 #include <QPointer>
+#include <QPointF>
 #include <QScrollBar>
 #include <QTimer>
 
@@ -85,10 +87,11 @@ void TrKineticScroller::enableKineticScrollFor(QAbstractScrollArea *area)
     if (d->scrollArea) {
         d->scrollArea->viewport()->removeEventFilter(this);
         d->scrollArea->removeEventFilter(this);
-        d->isPressed = false;
-        d->ignoredMouseActions = 0;
-        stopMotion();
     }
+    d->isPressed = false;
+    d->ignoredMouseActions = 0;
+    d->seenAtViewport = {};
+    stopMotion();
     area->installEventFilter(this);
     area->viewport()->installEventFilter(this);
     d->scrollArea = area;

@@ -2,7 +2,10 @@
 #include "widgets/namebutton.h"
 
 #include <QKeySequence>
+#include <QStyle>
 #include <QStyleOptionButton>
+
+using namespace Qt::StringLiterals;
 
 void NameButton::setName(const QString &name)
 {
@@ -13,8 +16,30 @@ void NameButton::setName(const QString &name)
     setAccessibleName(name);
 }
 
+QSize NameButton::sizeFor(int textWidth) const
+{
+    QStyleOptionButton option;
+    QPushButton::initStyleOption(&option);
+    const QSize contents(textWidth, fontMetrics().height());
+    return style()->sizeFromContents(QStyle::CT_PushButton, &option, contents, this);
+}
+
+QSize NameButton::sizeHint() const
+{
+    // The toolkit's own hint takes an ampersand for a mark that has no width.
+    return sizeFor(fontMetrics().horizontalAdvance(text()));
+}
+
+QSize NameButton::minimumSizeHint() const
+{
+    return sizeFor(fontMetrics().averageCharWidth());
+}
+
 void NameButton::initStyleOption(QStyleOptionButton *option) const
 {
     QPushButton::initStyleOption(option);
-    option->text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    constexpr int wide = 1000; // wider than the least width of any style's button
+    const int room = width() - (sizeFor(wide).width() - wide);
+    option->text = fontMetrics().elidedText(text(), Qt::ElideRight, room);
+    option->text.replace(QLatin1Char('&'), "&&"_L1);
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/touchlist.h"
 
+#include <QFocusEvent>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <QShowEvent>
 
 #include "widgets/TrKineticScroller.h"
 
@@ -49,16 +52,37 @@ void TouchList::focusInEvent(QFocusEvent *event)
     viewport()->update();
 }
 
+void TouchList::ignoreDoubleClick()
+{
+    secondClickIgnored = true;
+}
+
 void TouchList::mousePressEvent(QMouseEvent *event)
 {
+    secondClickIgnored = false;
     const QScopedValueRollback guard(followsPointer, true);
     QListWidget::mousePressEvent(event);
+}
+
+/// Two quick taps are two taps. The view would act on the second press already, though it may begin
+/// a flick, and would report no click for it.
+void TouchList::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (!secondClickIgnored)
+        mousePressEvent(event);
 }
 
 void TouchList::mouseMoveEvent(QMouseEvent *event)
 {
     const QScopedValueRollback guard(followsPointer, true);
     QListWidget::mouseMoveEvent(event);
+}
+
+void TouchList::mouseReleaseEvent(QMouseEvent *event)
+{
+    // The flag may be set by the click that this release makes, and is for the next one.
+    if (!secondClickIgnored)
+        QListWidget::mouseReleaseEvent(event);
 }
 
 void TouchList::showEvent(QShowEvent *event)

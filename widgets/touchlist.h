@@ -18,15 +18,22 @@ public:
     /// stopped them gliding.
     bool wasTapped() const;
 
+    /// To be called while a click is handled that made another row come under the finger: should
+    /// the click turn out to be the first of a double click, its second is ignored.
+    void ignoreDoubleClick();
+
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void focusInEvent(QFocusEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
     TrKineticScroller *scroller;
     bool followsPointer = false;
     bool scrollWhenShown = false;
+    bool secondClickIgnored = false;
 };

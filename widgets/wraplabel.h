@@ -4,7 +4,8 @@
 #include <QLabel>
 
 /// A label for texts with names typed by a person in them: plain text, wrapped between words where
-/// possible, and within a word that is wider than the label, so that it never widens a page.
+/// possible, and within a word that is wider than the label, so that it never widens a page. It has
+/// no frame, margin or indent.
 class WrapLabel : public QLabel
 {
     Q_OBJECT

@@ -117,6 +117,7 @@ class Desktop:
     """An X server with one screen of the given size, and a window manager on it."""
 
     def __init__(self, width=1024, height=768):
+        openbox = tool("openbox")
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
             [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
@@ -127,8 +128,10 @@ class Desktop:
         os.close(write_end)
         with os.fdopen(read_end) as pipe:
             self.display = ":" + pipe.readline().strip()
+        if self.display == ":":
+            raise RuntimeError("Xvfb did not start")
         self.manager = subprocess.Popen(
-            [tool("openbox")], env=self.environment(), stderr=subprocess.DEVNULL
+            [openbox], env=self.environment(), stderr=subprocess.DEVNULL
         )
         wait_for("the window manager", lambda: "_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))

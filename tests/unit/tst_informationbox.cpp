@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QAccessible>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
@@ -56,7 +57,7 @@ void TestInformationBox::goesAfterItsTime()
     InformationBox *box = InformationBox::information(&window, "text", 300ms);
     QVERIFY(box->isVisible());
     QCOMPARE(box->text(), "text");
-    QSignalSpy gone(box, &QObject::destroyed);
+    QSignalSpy gone(box, &InformationBox::gone);
     QTRY_VERIFY(!window.banner());
     QVERIFY2(clock.elapsed() >= 285, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(gone.count(), 1);
@@ -65,12 +66,15 @@ void TestInformationBox::goesAfterItsTime()
 void TestInformationBox::itsTimeStartsWhenItIsSeen()
 {
     Window window;
-    InformationBox::information(&window, "text", 100ms);
-    QTest::qWait(250);
-    QVERIFY(window.banner());
+    InformationBox *box = InformationBox::information(&window, "text", 500ms);
+    QElapsedTimer clock;
+    clock.start();
+    QSignalSpy gone(box, &InformationBox::gone);
+    QVERIFY(!gone.wait(700));
     window.showNow();
-    QVERIFY(window.banner()->isVisible());
-    QTRY_VERIFY(!window.banner());
+    clock.restart();
+    QVERIFY(gone.wait());
+    QVERIFY2(clock.elapsed() > 300, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestInformationBox::lettingClicksThrough()
@@ -89,13 +93,15 @@ void TestInformationBox::newOneReplacesTheOneShowing()
 {
     Window window;
     window.showNow();
-    InformationBox::information(&window, "first", 100ms);
-    InformationBox::information(&window, "second", 400ms);
-    QCOMPARE(window.findChildren<InformationBox *>().size(), 1);
-    QCOMPARE(window.banner()->text(), "second");
-    QTest::qWait(200);
-    QVERIFY(window.banner());
-    QTRY_VERIFY(!window.banner());
+    const QPointer<InformationBox> first = InformationBox::information(&window, "first", 60000ms);
+    QSignalSpy firstGone(first, &InformationBox::gone);
+    const QPointer<InformationBox> second = InformationBox::information(&window, "second", 60000ms);
+    QCOMPARE(firstGone.count(), 1);
+    QVERIFY(!first->isVisible());
+    QVERIFY(second->isVisible());
+    QTRY_VERIFY(!first);
+    QCOMPARE(window.banner(), second);
+    QCOMPARE(second->text(), "second");
 }
 
 void TestInformationBox::staysOnTopOfWhatComesLater()

@@ -112,7 +112,7 @@ private slots:
     void flickGlidesSlowerEveryTick_data();
     void flickGlidesSlowerEveryTick();
     void ticksComeEvery30Milliseconds();
-    void fastDragIsClampedAndSlowOneIsNot();
+    void fastDragStaysUnderTheFinger();
     void touchStopsTheGlideAtOnce();
     void pausedFingerDoesNotGlide();
     void firstDragAfterATapScrolls();
@@ -187,21 +187,17 @@ void TestKineticScroller::flickGlidesSlowerEveryTick()
     Flickable f(tallArea());
     f.beginDrag(200);
     QVERIFY(f.moveAndTick(200 + speed));
+    QCOMPARE(f.bar()->value(), middle - speed);
+    QList<int> values{f.bar()->value()};
+    connect(f.bar(), &QScrollBar::valueChanged, f.bar(), [&](int value) { values << value; });
     f.release(200 + speed);
-    const int start = f.bar()->value();
-    QCOMPARE(start, middle - speed);
-
-    int expected = start;
-    for (int step = firstStep; step != 0; step -= speed / std::abs(speed)) {
-        QVERIFY(f.ticks->wait());
-        expected -= step;
-        QCOMPARE(f.bar()->value(), expected);
-        QVERIFY(f.scroller->isMoving());
-    }
-    QVERIFY(f.ticks->wait());
-    QVERIFY(!f.scroller->isMoving());
+    QTRY_VERIFY(!f.scroller->isMoving());
     QVERIFY(!f.timer->isActive());
-    QCOMPARE(f.bar()->value(), expected);
+
+    QList<int> expected{middle - speed};
+    for (int step = firstStep; step != 0; step -= speed / std::abs(speed))
+        expected << expected.last() - step;
+    QCOMPARE(values, expected);
 }
 
 void TestKineticScroller::ticksComeEvery30Milliseconds()
@@ -212,9 +208,8 @@ void TestKineticScroller::ticksComeEvery30Milliseconds()
     QCOMPARE(f.timer->intervalAsDuration(), std::chrono::milliseconds(30));
 }
 
-void TestKineticScroller::fastDragIsClampedAndSlowOneIsNot()
+void TestKineticScroller::fastDragStaysUnderTheFinger()
 {
-    // The clamp is for the glide alone: the contents stay under a finger however fast it goes.
     Flickable f(tallArea());
     f.beginDrag(10);
     f.move(310);
@@ -256,7 +251,6 @@ void TestKineticScroller::firstDragAfterATapScrolls()
     Flickable f(tallArea());
     f.press(50);
     f.release(50);
-    QTest::qWait(QApplication::doubleClickInterval() + 50); // else the next press is a double click
     f.beginDrag(200);
     QVERIFY(f.moveAndTick(220));
     QCOMPARE(f.bar()->value(), middle - 20);

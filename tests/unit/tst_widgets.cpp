@@ -28,6 +28,7 @@ private slots:
     void picturesAreSharp_data();
     void picturesAreSharp();
     void nameButtonDrawsAnAmpersand();
+    void nameButtonElidesANameThatIsTooLong();
     void wrapLabelBreaksBetweenWords();
     void wrapLabelBreaksAWordThatIsTooWide();
     void wrapLabelBreaksAtNewlines();
@@ -40,6 +41,8 @@ private slots:
     void rowMadeCurrentIsScrolledIntoView();
     void rowMadeCurrentUnseenIsInViewWhenShown();
     void pressingARowMovesNothing();
+    void quickDoubleTapIsTwoTaps();
+    void secondOfTwoQuickTapsCanBeIgnored();
     void dragIsNoTap();
     void touchThatStopsAGlideIsNoTap();
 };
@@ -92,6 +95,24 @@ void TestWidgets::nameButtonDrawsAnAmpersand()
         each->resize(size);
     QCOMPARE(button.grab().toImage(), escaped.grab().toImage());
     QVERIFY(button.grab().toImage() != shortcut.grab().toImage());
+    QCOMPARE(button.sizeHint(), escaped.sizeHint());
+}
+
+void TestWidgets::nameButtonElidesANameThatIsTooLong()
+{
+    NameButton button;
+    button.setName(QString("W").repeated(25));
+    const int width = button.sizeHint().width() / 2;
+    QVERIFY(button.minimumSizeHint().width() < width);
+    button.resize(width, button.sizeHint().height());
+    QPushButton elided;
+    elided.setText(button.fontMetrics().elidedText(
+        button.text(), Qt::ElideRight,
+        width -
+            (button.sizeHint().width() - button.fontMetrics().horizontalAdvance(button.text()))));
+    elided.resize(button.size());
+    QVERIFY(elided.text().endsWith(QChar(0x2026)));
+    QCOMPARE(button.grab().toImage(), elided.grab().toImage());
 }
 
 namespace {
@@ -292,6 +313,32 @@ void TestWidgets::pressingARowMovesNothing()
     QCOMPARE(shown.list.currentRow(), 0);
     QCOMPARE(shown.list.verticalScrollBar()->value(), 5);
     QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(20, 2));
+}
+
+void TestWidgets::quickDoubleTapIsTwoTaps()
+{
+    ShownList shown(3);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    QSignalSpy activated(&shown.list, &QListWidget::itemActivated);
+    QTest::mouseDClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
+    QCOMPARE(clicked.count(), 2);
+    QCOMPARE(activated.count(), 0);
+    QTest::keyClick(&shown.list, Qt::Key_Return);
+    QCOMPARE(activated.count(), 1);
+}
+
+void TestWidgets::secondOfTwoQuickTapsCanBeIgnored()
+{
+    ShownList shown(3);
+    int clicks = 0;
+    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
+        ++clicks;
+        shown.list.ignoreDoubleClick();
+    });
+    QTest::mouseDClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
+    QCOMPARE(clicks, 1);
+    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
+    QCOMPARE(clicks, 2);
 }
 
 void TestWidgets::dragIsNoTap()

@@ -52,6 +52,7 @@ class TestBadWorlds : public QObject
 private slots:
     void dataFolderIsAFile();
     void databaseIsAFolder();
+    void closingTheWindowWhileTheBannerShowsIsSafe();
     void homeIsReadOnly();
     void homeIsAFile();
     void databaseIsEmpty();
@@ -153,6 +154,16 @@ void TestBadWorlds::databaseIsAFolder()
     QVERIFY(QDir().mkpath(home.databaseFile()));
     expectBannerAndExit();
     QVERIFY(QDir(home.databaseFile()).isEmpty());
+}
+
+void TestBadWorlds::closingTheWindowWhileTheBannerShowsIsSafe()
+{
+    const TestHome home;
+    QVERIFY(QDir().mkpath(home.databaseFile()));
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(window.findChild<InformationBox *>()->isVisible());
 }
 
 void TestBadWorlds::homeIsReadOnly()

@@ -65,6 +65,7 @@ private slots:
     void noLeadsBackAndRunsNothing();
     void namesInAQuestionAreNoMarkup();
     void waitingPageReturnsToItsOpener();
+    void secondWaitReturnsToTheSameOpener();
     void cancelledWaitLeavesNobodyWaiting();
     void cancellingAfterThePositionCameStillReturns();
     void keyboardAnswers();
@@ -264,6 +265,15 @@ void TestMessagePages::waitingPageReturnsToItsOpener()
     QCOMPARE(find<QLabel>("waitingText")->text(),
              "Requesting GPS coordinates. Please wait. You can cancel GPS requesting.");
     QCOMPARE(find<QPushButton>("waitingCancelButton")->text(), "Cancel");
+}
+
+void TestMessagePages::secondWaitReturnsToTheSameOpener()
+{
+    stack->setCurrentIndex(PageTracking);
+    window->showWaiting();
+    window->showWaiting();
+    click("waitingCancelButton");
+    QCOMPARE(stack->currentIndex(), int(PageTracking));
 }
 
 void TestMessagePages::cancelledWaitLeavesNobodyWaiting()

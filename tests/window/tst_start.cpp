@@ -5,7 +5,6 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QStackedWidget>
 #include <QTranslator>
 #include <QtTest>
@@ -56,7 +55,6 @@ private slots:
     void idleWindowRunsNoTimer();
     void homeWithAnUnusualPath_data();
     void homeWithAnUnusualPath();
-    void twoProgramsShareOneFile();
 };
 
 void TestStart::firstStartMakesFolderAndTables()
@@ -335,17 +333,6 @@ void TestStart::homeWithAnUnusualPath()
     QVERIFY(QFile::exists(home.databaseFile()));
     SecondConnection second(home.databaseFile());
     QCOMPARE(second.tables().size(), 7);
-}
-
-void TestStart::twoProgramsShareOneFile()
-{
-    const TestHome home;
-    const ShopWindow window;
-    SecondConnection second(home.databaseFile());
-    QVERIFY(second.run("insert into category values (1, 'Food')"));
-    QSqlQuery query("select name from category where id = 1");
-    QVERIFY(query.first());
-    QCOMPARE(query.value(0).toString(), "Food");
 }
 
 QTEST_MAIN(TestStart)
