@@ -177,8 +177,7 @@ void ShopWindow::askQuestion(const QString &title, const QString &text,
 {
     confirmationPage.title->setText(title);
     confirmationPage.text->setText(text);
-    disconnect(confirmationPage.yes, &QPushButton::clicked, nullptr, nullptr);
-    connect(confirmationPage.yes, &QPushButton::clicked, this, confirmed);
+    connectAnew(confirmationPage.yes, confirmed);
     messageReturnPage = returnPage;
     pageStack->setCurrentIndex(PageConfirmation);
 }

@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QFontMetrics>
 #include <QLayout>
+#include <QPushButton>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -17,7 +18,9 @@
 #include "app/installation.h"
 #include "app/trsettings.h"
 #include "data/database.h"
+#include "gps/trshopgps.h"
 #include "platform/informationbox.h"
+#include "widgets/pageswitchguard.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -72,15 +75,24 @@ ShopWindow::ShopWindow(QWidget *parent)
     // There are no dock widgets to animate, and a page stack that is animated into a turned window
     // lags behind it.
     setAnimated(false);
+    gps = std::make_unique<TrShopGps>();
+    connect(gps.get(), &TrShopGps::coordinateUpdated, this, &ShopWindow::gpsAcquired);
+    connect(gps.get(), &TrShopGps::coordinateRequestTimeout, this, &ShopWindow::coordUpdateTimeout);
+    connect(gps.get(), &TrShopGps::startGpsFailed, this, &ShopWindow::startGpsFailed);
+    gpsAvailable = gps->isAvailable();
     setFirstSize(this);
     dbFilePath = Database::filePath();
     Database::prepareFolder();
     openDatabase();
     buildUserInterface();
+    if (gpsEnabled)
+        gps->init();
 }
 
 ShopWindow::~ShopWindow()
 {
+    gps->stopUpdates();
+    gps.reset();
     alertHelper.reset();
     Database::close(db);
 }
@@ -129,6 +141,7 @@ void ShopWindow::buildUserInterface()
     pageStack->setMinimumSize(1, 1);
     QFont pageFont;
     pageFont.setPointSize(pagePointSize);
+    setFont(pageFont);
     pageStack->setFont(pageFont);
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize screenSize = screen ? screen->size() : preferredSize;
@@ -165,6 +178,7 @@ void ShopWindow::buildUserInterface()
         layout()->activate();
     }
     turnPages(orientationOf(size()));
+    new PageSwitchGuard(pageStack);
 }
 
 QWidget *ShopWindow::addPage(Page page, const QString &objectName)
@@ -188,7 +202,12 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
 {
     const QScopedValueRollback guard(turningPages, true);
     pagesOrientation = orientation;
-    for (const TurningBoxes *boxes : {&mainPage.turningBoxes})
+    for (const TurningBoxes *boxes :
+         {&mainPage.turningBoxes, &shoppingPage.turningBoxes, &storesPage.turningBoxes,
+          &itemsListPage.turningBoxes, &listEditPage.turningBoxes, &shoppingListsPage.turningBoxes,
+          &itemEditPage.turningBoxes, &storeListPage.turningBoxes, &storeEditPage.turningBoxes,
+          &categoryListPage.turningBoxes, &categoryEditPage.turningBoxes,
+          &doShoppingPage.turningBoxes, &coordinatesBoxes})
         boxes->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
@@ -212,6 +231,18 @@ void ShopWindow::layOutHiddenPages()
     }
     layout()->setEnabled(true);
     pageStack->setUpdatesEnabled(true);
+}
+
+void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)())
+{
+    disconnect(button, &QPushButton::clicked, nullptr, nullptr);
+    connect(button, &QPushButton::clicked, this, slot);
+}
+
+void ShopWindow::showEditPage(Page page, QWidget *field)
+{
+    pageStack->setCurrentIndex(page);
+    field->setFocus();
 }
 
 void ShopWindow::timerFired() {}

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include <QLatin1StringView>
 #include <QMainWindow>
 #include <QSqlDatabase>
 #include <QString>
@@ -11,10 +12,18 @@
 #include "app/mainpage.h"
 #include "app/messagepages.h"
 #include "app/pages.h"
+#include "lists/doshoppingpage.h"
+#include "lists/itempages.h"
+#include "lists/shoppinglistpages.h"
+#include "lists/shoppingpage.h"
+#include "stores/categorypages.h"
+#include "stores/storeeditpage.h"
+#include "stores/storepages.h"
 
 class QListWidgetItem;
 class QStackedWidget;
 class QTimer;
+class TrShopGps;
 
 /// The main window: it holds every page of the program in one page stack and nearly every slot,
 /// since its pages switch each other. Pages never close; they are switched by their index alone.
@@ -222,11 +231,19 @@ protected:
     void askQuestion(const QString &title, const QString &text, void (ShopWindow::*confirmed)(),
                      int returnPage);
 
+    /// Says that a row has to be chosen first; "OK" leads back to the page that shows now.
+    void warnNotSelected();
+    /// Says that a name has to be typed first; "OK" leads back to the page that shows now.
+    void warnEmptyName();
+
     /// Shows the waiting page; cancelling it leads back to the page that shows now.
     void showWaiting();
 
     /// Builds all pages, instead of those that are there, and shows the main page.
     void buildUserInterface();
+
+    /// A position source exists, as far as is known.
+    bool gpsAvailable = false;
 
 private:
     // ---- Start and pages: app/shopwindow.cpp -------------------------------------------------
@@ -237,6 +254,11 @@ private:
     QWidget *addPage(Page page, const QString &objectName);
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
+
+    /// Lets `button` run `slot` and nothing else: a page that adds and edits has one "Save".
+    void connectAnew(QPushButton *button, void (ShopWindow::*slot)());
+    /// Shows an edit page, ready to type in `field`.
+    void showEditPage(Page page, QWidget *field);
 
     // ---- One builder a page, each beside the page's slots -------------------------------------
     void buildMainPage();
@@ -295,18 +317,84 @@ private:
     QSqlDatabase db;
 
     // ---- Shopping lists -----------------------------------------------------------------------
+    static QString listStateText(int state);
+    QString storeNameForRow() const;
+    int addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState);
+    void toggleGood(int row);
+    /// Recomputes the state of the active list from its goods, stores it and shows it.
+    void updateListState();
+
+    ShoppingPage shoppingPage;
+    ShoppingListsPage shoppingListsPage;
+    ListEditPage listEditPage;
+    ItemsListPage itemsListPage;
+    ItemEditPage itemEditPage;
+    DoShoppingPage doShoppingPage;
     /// Return pages, each the index of the page that opened the one named.
     int itemsReturnPage = PageMain;
     int listEditReturnPage = PageMain;
+    /// The active list.
+    int currentListId = 0;
+    /// The list being edited; on the shopping lists page the one tapped last.
+    int editedListId = 0;
+    int newListState = 0;
+    int lastTappedItemId = 0;
+    int lastTappedGoodId = 0;
+    /// How many goods are checked; they are the last rows of the list.
+    int checkedCount = 0;
+    /// The next filling of the shopping takes the goods of all lists of the current store.
+    bool shoppingFromReminder = false;
     /// "Start" was pressed without a list: the next list chosen goes straight on to shopping.
     bool startShoppingPending = false;
 
     // ---- Stores and categories ----------------------------------------------------------------
+    static QString categoryName(int id);
+    QString distanceToCurrentStore();
+    QString distanceToShownStore() const;
+    void forgetTakenCoordinates();
+    void showCoordinatesOf(int storeId);
+    QString categoryIdText() const;
+    bool coordinatesWereTaken() const;
+    void insertTakenCoordinates(int storeId);
+
+    StoresPage storesPage;
+    StoreListPage storeListPage;
+    StoreEditPage storeEditPage;
+    CategoryListPage categoryListPage;
+    CategoryEditPage categoryEditPage;
+    /// The current store: shown on the stores page, and what the store list picks.
+    int currentStoreId = 0;
+    int storeBeforePicking = 0;
+    /// The store being edited; on the store list page the one tapped last.
+    int editedStoreId = 0;
+    /// The store of which the text of the coordinates button tells; 0 for none.
+    int coordinatesTextStoreId = 0;
+    /// The category chosen last.
+    int selectedCategoryId = 0;
+    int lastTappedCategoryId = 0;
+    /// The stores page waits for a position to tell the distance.
+    bool distancePending = false;
+    /// Degrees, of the store on the stores page.
+    float shownStoreLatitude = 0;
+    float shownStoreLongitude = 0;
+    /// Coordinates were taken for the store being edited, in degrees and metres.
+    bool storeCoordsSet = false;
+    float editedLatitude = 0;
+    float editedLongitude = 0;
+    float editedAltitude = 0;
     int storeListReturnPage = PageMain;
     int storeEditReturnPage = PageMain;
     int categoryReturnPage = PageMain;
 
     // ---- Positioning --------------------------------------------------------------------------
+    std::unique_ptr<TrShopGps> gps;
+    TurningBoxes coordinatesBoxes;
+    /// The last position, in degrees and metres.
+    float currentLatitude = 0;
+    float currentLongitude = 0;
+    float currentAltitude = 0;
+    /// A position has arrived.
+    bool haveGpsFix = false;
     /// Someone waits for a position.
     bool waitingForFix = false;
 };

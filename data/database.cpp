@@ -100,6 +100,14 @@ QSqlQuery Database::execute(const QString &statement)
     return query;
 }
 
+std::optional<QString> Database::name(QLatin1StringView statement, int id)
+{
+    QSqlQuery query = run(statement, id);
+    if (!query.first())
+        return std::nullopt;
+    return query.value(u"name"_s).toString();
+}
+
 int Database::newId(QLatin1StringView statement)
 {
     QSqlQuery query = run(statement);

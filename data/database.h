@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <QLatin1StringView>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -61,6 +63,9 @@ QSqlQuery run(QLatin1StringView statement, const Values &...values)
     ((text = text.arg(asText(values))), ...);
     return execute(text);
 }
+
+/// The name of the record `id`, by `statement`; nothing when there is no such record.
+std::optional<QString> name(QLatin1StringView statement, int id);
 
 /// The id for a new row: `statement` gives the largest id plus one as "ad"; at least 1.
 int newId(QLatin1StringView statement);

@@ -1,16 +1,27 @@
 // SPDX-License-Identifier: MIT
+#include <QBoxLayout>
+#include <QPushButton>
 #include <QStackedWidget>
 
+#include "app/frames.h"
 #include "app/shopwindow.h"
 
 using namespace Qt::StringLiterals;
 
 void ShopWindow::buildCoordinatesPage()
 {
-    addPage(PageCoordinates, u"coordinatesPage"_s);
+    QWidget *page = addPage(PageCoordinates, u"coordinatesPage"_s);
+    const ToolbarFrame frame = Frames::makeToolbarFrame(page);
+    frame.help->hide();
+    frame.contents->addStretch(1);
+    coordinatesBoxes = frame.turningBoxes;
+    connect(frame.back, &QPushButton::clicked, this, &ShopWindow::backToShopEdit);
 }
 
-void ShopWindow::manualEnterGps() {}
+void ShopWindow::manualEnterGps()
+{
+    pageStack->setCurrentIndex(PageCoordinates);
+}
 
 void ShopWindow::backToShopEdit()
 {

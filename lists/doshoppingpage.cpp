@@ -1,21 +1,163 @@
 // SPDX-License-Identifier: MIT
+#include "lists/doshoppingpage.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "lists/listrow.h"
+#include "lists/liststate.h"
+#include "widgets/controls.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
 void ShopWindow::buildDoShoppingPage()
 {
-    addPage(PageDoShopping, u"doShoppingPage"_s);
+    QWidget *page = addPage(PageDoShopping, u"doShoppingPage"_s);
+    DoShoppingPage &p = doShoppingPage;
+    p = {Frames::makeListFrame(page, u":/img/check-list.svg"_s, QString())};
+
+    p.check = Controls::pictureButton(u"checkButton"_s, u":/img/check_sign_fill.svg"_s,
+                                      Controls::pictureExtent, tr("Check"));
+    p.uncheck = Controls::pictureButton(u"uncheckButton"_s, u":/img/check_sign_empt.svg"_s,
+                                        Controls::pictureExtent, tr("Uncheck"));
+    p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
+                                tr("OK"));
+    p.buttons->addWidget(p.check);
+    p.buttons->addWidget(p.uncheck);
+    p.buttons->addWidget(p.ok, 1);
+
+    connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::doShoppingItemClicked);
+    connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::doShoppingItemActivated);
+    connect(p.check, &QPushButton::clicked, this, &ShopWindow::setAllMarks);
+    connect(p.uncheck, &QPushButton::clicked, this, &ShopWindow::clearMarks);
+    connect(p.ok, &QPushButton::clicked, this, &ShopWindow::doShoppingOkClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::doShoppingOkClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::doShoppingHelp);
 }
 
-void ShopWindow::startShopping() {}
+void ShopWindow::startShopping()
+{
+    if (currentListId == 0) {
+        startShoppingPending = true;
+        showShoppingLists();
+        showMessage(tr("No Shop List selected"), tr("Please select Shop List or create a New One"),
+                    u":/img/warning_r.svg"_s, PageShoppingLists);
+        shoppingFromReminder = false;
+        return;
+    }
+    doShoppingPage.list->clear();
+    checkedCount = 0;
+    lastTappedGoodId = 0;
+    doShoppingPage.title->setText(shoppingPage.listName->text());
+    if (shoppingFromReminder) {
+        addGoods(Statements::uncheckedGoodsOfStore, currentStoreId, Qt::Unchecked);
+        checkedCount = addGoods(Statements::checkedGoodsOfStore, currentStoreId, Qt::Checked);
+    } else {
+        addGoods(Statements::uncheckedGoodsOfList, currentListId, Qt::Unchecked);
+        checkedCount = addGoods(Statements::checkedGoodsOfList, currentListId, Qt::Checked);
+    }
+    pageStack->setCurrentIndex(PageDoShopping);
+    startShoppingPending = false;
+    shoppingFromReminder = false;
+}
 
-void ShopWindow::doShoppingItemClicked(QListWidgetItem * /*item*/) {}
+/// Appends the goods that `statement` gives for the list or store `id`; returns how many.
+int ShopWindow::addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState)
+{
+    int added = 0;
+    QSqlQuery query = Database::run(statement, id);
+    while (query.next()) {
+        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
+        row->setData(SecondColumnRole, query.value(u"amount"_s).toInt());
+        row->setData(CheckableRole, 1);
+        row->setData(Qt::CheckStateRole, static_cast<int>(checkState));
+        doShoppingPage.list->addItem(row);
+        ++added;
+    }
+    return added;
+}
 
-void ShopWindow::doShoppingItemActivated(QListWidgetItem * /*item*/) {}
+void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
+{
+    if (!doShoppingPage.list->wasTapped())
+        return;
+    if (rowId(*item) != lastTappedGoodId) {
+        lastTappedGoodId = rowId(*item);
+        return;
+    }
+    // The row below moves up under the finger: a quick second tap was not meant for it.
+    doShoppingPage.list->ignoreDoubleClick();
+    toggleGood(doShoppingPage.list->row(item));
+}
 
-void ShopWindow::setAllMarks() {}
+void ShopWindow::doShoppingItemActivated(QListWidgetItem *item)
+{
+    lastTappedGoodId = rowId(*item);
+    toggleGood(doShoppingPage.list->row(item));
+}
 
-void ShopWindow::clearMarks() {}
+/// Checks or unchecks the good in `row`, and moves it to where its block of the list begins or
+/// ends.
+void ShopWindow::toggleGood(int row)
+{
+    QListWidget *list = doShoppingPage.list;
+    QListWidgetItem *good = list->takeItem(row);
+    const int id = rowId(*good);
+    lastTappedGoodId = id;
+    const int left = list->count();
+    int checkState = 0;
+    if (good->checkState() == Qt::Checked) {
+        const int below = left - checkedCount + 1;
+        --checkedCount;
+        good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Unchecked));
+        list->insertItem(below, good);
+        list->setCurrentRow(below);
+    } else {
+        const int above = left - checkedCount;
+        ++checkedCount;
+        good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Checked));
+        list->insertItem(above, good);
+        list->setCurrentRow(row);
+        checkState = 1;
+    }
+    lastTappedGoodId = rowId(*list->currentItem());
+    Database::run(Statements::updateGoodCheckState, checkState, id);
+}
 
-void ShopWindow::doShoppingOkClicked() {}
+void ShopWindow::setAllMarks()
+{
+    const QListWidgetItem *good = doShoppingPage.list->currentItem();
+    if (good && good->checkState() == Qt::Unchecked)
+        toggleGood(doShoppingPage.list->currentRow());
+}
+
+void ShopWindow::clearMarks()
+{
+    const QListWidgetItem *good = doShoppingPage.list->currentItem();
+    if (good && good->checkState() == Qt::Checked)
+        toggleGood(doShoppingPage.list->currentRow());
+}
+
+void ShopWindow::doShoppingOkClicked()
+{
+    updateListState();
+    pageStack->setCurrentIndex(PageShopping);
+}
+
+void ShopWindow::updateListState()
+{
+    QList<bool> checkMarks;
+    QSqlQuery query = Database::run(Statements::checkStatesOfList, currentListId);
+    while (query.next())
+        checkMarks << query.value(u"checkstate"_s).toBool();
+    query.finish();
+    const int state = stateOfList(checkMarks);
+    Database::run(Statements::updateListState, state, currentListId);
+    shoppingPage.state->setText(listStateText(state));
+}

@@ -1,46 +1,201 @@
 // SPDX-License-Identifier: MIT
+#include "lists/itempages.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSet>
+#include <QSpinBox>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "lists/listrow.h"
+#include "widgets/controls.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
+// ---- The items list page ----------------------------------------------------------------------
+
 void ShopWindow::buildItemsListPage()
 {
-    addPage(PageItemsList, u"itemsListPage"_s);
+    QWidget *page = addPage(PageItemsList, u"itemsListPage"_s);
+    ItemsListPage &p = itemsListPage;
+    p = {Frames::makeListFrame(page, u":/img/shopping-cart.svg"_s, QString())};
+
+    p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
+                                    tr("New item"));
+    p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
+                                tr("OK"));
+    p.buttons->addWidget(p.add);
+    p.buttons->addWidget(p.ok, 1);
+
+    connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shoppingItemClicked);
+    connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::shoppingItemActivated);
+    connect(p.ok, &QPushButton::clicked, this, &ShopWindow::saveShoppingItemsClicked);
+    connect(p.add, &QPushButton::clicked, this, &ShopWindow::addListItemClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::cancelShoppingItemsClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::editItemsListHelp);
 }
 
-void ShopWindow::buildItemEditPage()
+void ShopWindow::listEditClicked()
 {
-    addPage(PageItemEdit, u"itemEditPage"_s);
+    QListWidget *list = itemsListPage.list;
+    list->clear();
+    itemsListPage.title->setText(
+        Database::name(Statements::listName, currentListId).value_or(QString()));
+    QSqlQuery query = Database::run(Statements::goodsOfList, currentListId);
+    while (query.next()) {
+        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
+        row->setData(SecondColumnRole, query.value(u"amount"_s).toInt());
+        list->addItem(row);
+    }
+    itemsReturnPage = pageStack->currentIndex();
+    pageStack->setCurrentIndex(PageItemsList);
 }
 
-void ShopWindow::listEditClicked() {}
+void ShopWindow::shoppingItemClicked(QListWidgetItem *item)
+{
+    if (!itemsListPage.list->wasTapped())
+        return;
+    if (rowId(*item) == lastTappedItemId)
+        shoppingItemActivated(item);
+    else
+        lastTappedItemId = rowId(*item);
+}
 
-void ShopWindow::shoppingItemClicked(QListWidgetItem * /*item*/) {}
+void ShopWindow::shoppingItemActivated(QListWidgetItem *item)
+{
+    lastTappedItemId = rowId(*item);
+    fillItemEditPage();
+}
 
-void ShopWindow::shoppingItemActivated(QListWidgetItem * /*item*/) {}
+void ShopWindow::saveShoppingItemsClicked()
+{
+    const QListWidget *list = itemsListPage.list;
+    QSet<int> kept;
+    for (int index = 0; index < list->count(); ++index)
+        kept << rowId(*list->item(index));
+    QList<int> deleted;
+    QSqlQuery query = Database::run(Statements::goodIdsOfList, currentListId);
+    while (query.next()) {
+        const int id = query.value(u"id"_s).toInt();
+        if (!kept.contains(id))
+            deleted << id;
+    }
+    query.finish();
+    for (const int id : deleted)
+        Database::run(Statements::deleteGood, id);
 
-void ShopWindow::saveShoppingItemsClicked() {}
+    for (int index = 0; index < list->count(); ++index) {
+        const QListWidgetItem &row = *list->item(index);
+        const int amount = row.data(SecondColumnRole).toInt();
+        if (rowId(row) != 0) {
+            Database::run(Statements::updateGood, row.text(), amount, rowId(row));
+        } else {
+            Database::run(Statements::insertGood, Database::newId(Statements::newGoodId),
+                          row.text(), currentListId, amount);
+        }
+    }
+    updateListState();
+    pageStack->setCurrentIndex(itemsReturnPage);
+}
 
 void ShopWindow::cancelShoppingItemsClicked()
 {
     pageStack->setCurrentIndex(itemsReturnPage);
 }
 
-void ShopWindow::addListItemClicked() {}
+// ---- The item edit page -----------------------------------------------------------------------
 
-void ShopWindow::fillItemEditPage() {}
+void ShopWindow::buildItemEditPage()
+{
+    QWidget *page = addPage(PageItemEdit, u"itemEditPage"_s);
+    ItemEditPage &p = itemEditPage;
+    p = {Frames::makeEditFrame(page)};
 
-void ShopWindow::addShoppingItemConfirmClicked() {}
+    p.name = Frames::nameField(u"nameField"_s, p.save);
+    p.name->setAlignment(Qt::AlignCenter);
+    p.amount = new QSpinBox;
+    p.amount->setObjectName(u"amountField"_s);
+    p.amount->setMinimum(1);
+    p.amount->setAlignment(Qt::AlignCenter);
+    p.fields->addRow(tr("Name"), p.name);
+    p.fields->addRow(tr("Amount"), p.amount);
 
-void ShopWindow::editShoppingItemConfirmClicked() {}
+    connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShoppingItemClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::addShoppingItemCancelClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::addItemHelp);
+}
+
+void ShopWindow::addListItemClicked()
+{
+    ItemEditPage &p = itemEditPage;
+    Controls::showPicture(p.picture, u":/img/itemAdd.png"_s, Controls::pictureExtent);
+    p.name->clear();
+    p.amount->setValue(1);
+    p.remove->setEnabled(false);
+    connectAnew(p.save, &ShopWindow::addShoppingItemConfirmClicked);
+    showEditPage(PageItemEdit, p.name);
+}
+
+void ShopWindow::fillItemEditPage()
+{
+    ItemEditPage &p = itemEditPage;
+    Controls::showPicture(p.picture, u":/img/itemEdit.png"_s, Controls::pictureExtent);
+    if (const QListWidgetItem *row = itemsListPage.list->currentItem()) {
+        p.name->setText(row->text());
+        p.amount->setValue(row->data(SecondColumnRole).toInt());
+    }
+    p.remove->setEnabled(true);
+    connectAnew(p.save, &ShopWindow::editShoppingItemConfirmClicked);
+    showEditPage(PageItemEdit, p.name);
+}
+
+void ShopWindow::addShoppingItemConfirmClicked()
+{
+    if (itemEditPage.name->text().isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    auto *row = new ListRow(itemEditPage.name->text(), 0);
+    row->setData(SecondColumnRole, itemEditPage.amount->value());
+    itemsListPage.list->addItem(row);
+    pageStack->setCurrentIndex(PageItemsList);
+    itemsListPage.list->setCurrentItem(row);
+}
+
+void ShopWindow::editShoppingItemConfirmClicked()
+{
+    if (itemEditPage.name->text().isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    if (QListWidgetItem *row = itemsListPage.list->currentItem()) {
+        row->setText(itemEditPage.name->text());
+        row->setData(SecondColumnRole, itemEditPage.amount->value());
+    }
+    pageStack->setCurrentIndex(PageItemsList);
+}
 
 void ShopWindow::addShoppingItemCancelClicked()
 {
     pageStack->setCurrentIndex(PageItemsList);
 }
 
-void ShopWindow::deleteShoppingItemClicked() {}
+void ShopWindow::deleteShoppingItemClicked()
+{
+    askQuestion(tr("Deleting List Item"),
+                tr("Are You really want to delete item '%1' ?").arg(itemEditPage.name->text()),
+                &ShopWindow::deleteShoppingItemConfirm, PageItemEdit);
+}
 
-void ShopWindow::deleteShoppingItemConfirm() {}
+void ShopWindow::deleteShoppingItemConfirm()
+{
+    delete itemsListPage.list->currentItem();
+    pageStack->setCurrentIndex(PageItemsList);
+}

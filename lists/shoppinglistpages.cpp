@@ -1,52 +1,259 @@
 // SPDX-License-Identifier: MIT
+#include "lists/shoppinglistpages.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "lists/listrow.h"
+#include "lists/liststate.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
-void ShopWindow::buildListEditPage()
-{
-    addPage(PageListEdit, u"listEditPage"_s);
-}
+// ---- The shopping lists page ------------------------------------------------------------------
 
 void ShopWindow::buildShoppingListsPage()
 {
-    addPage(PageShoppingLists, u"shoppingListsPage"_s);
+    QWidget *page = addPage(PageShoppingLists, u"shoppingListsPage"_s);
+    ShoppingListsPage &p = shoppingListsPage;
+    p = {Frames::makeListFrame(page, u":/img/listList.png"_s, tr("Shopping Lists"))};
+
+    p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
+                                    Controls::pictureExtent, tr("Select"));
+    p.create = Controls::pictureButton(u"createButton"_s, u":/img/plus.svg"_s,
+                                       Controls::pictureExtent, tr("New list"));
+    p.buttons->addWidget(p.create);
+    p.buttons->addWidget(p.select, 1);
+
+    connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shopListItemClicked);
+    connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::shopListItemActivated);
+    connect(p.select, &QPushButton::clicked, this, &ShopWindow::selectShoppingLists);
+    connect(p.create, &QPushButton::clicked, this, &ShopWindow::listCreateClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::cancelShoppingLists);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::shopListsHelp);
 }
 
-void ShopWindow::showShoppingLists() {}
+void ShopWindow::showShoppingLists()
+{
+    QListWidget *list = shoppingListsPage.list;
+    list->clear();
+    QSqlQuery query = Database::run(Statements::allLists);
+    while (query.next()) {
+        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
+        const int storeId = query.value(u"magazinid"_s).toInt();
+        if (storeId != 0) {
+            if (const auto store = Database::name(Statements::storeName, storeId))
+                row->setData(SecondColumnRole, *store);
+        }
+        list->addItem(row);
+    }
+    pageStack->setCurrentIndex(PageShoppingLists);
+    editedListId = 0;
+    listEditReturnPage = PageShoppingLists;
+}
 
 void ShopWindow::cancelShoppingLists()
 {
     pageStack->setCurrentIndex(PageShopping);
 }
 
-void ShopWindow::selectShoppingLists() {}
+void ShopWindow::shopListItemClicked(QListWidgetItem *item)
+{
+    if (!shoppingListsPage.list->wasTapped())
+        return;
+    if (rowId(*item) == editedListId)
+        selectShoppingLists();
+    else
+        editedListId = rowId(*item);
+}
 
-void ShopWindow::shopListItemClicked(QListWidgetItem * /*item*/) {}
+void ShopWindow::shopListItemActivated(QListWidgetItem * /*item*/)
+{
+    selectShoppingLists();
+}
 
-void ShopWindow::shopListItemActivated(QListWidgetItem * /*item*/) {}
+void ShopWindow::selectShoppingLists()
+{
+    const QListWidgetItem *row = shoppingListsPage.list->currentItem();
+    if (!row) {
+        warnNotSelected();
+        return;
+    }
+    currentListId = rowId(*row);
+    buyClicked();
+    if (startShoppingPending)
+        startShopping();
+}
 
-void ShopWindow::listCreateClicked() {}
+// ---- The list edit page -----------------------------------------------------------------------
 
-void ShopWindow::listPropertiesEditClicked() {}
+void ShopWindow::buildListEditPage()
+{
+    QWidget *page = addPage(PageListEdit, u"listEditPage"_s);
+    ListEditPage &p = listEditPage;
+    p = {Frames::makeEditFrame(page)};
+
+    p.name = Frames::nameField(u"nameField"_s, p.save);
+    p.store = new NameButton;
+    p.store->setObjectName(u"storeButton"_s);
+    p.store->setMaximumWidth(textWidth);
+    p.state = Controls::valueLabel(u"listState"_s);
+    p.state->setText(tr("unknown"));
+    p.reset = new QPushButton(tr("Reset"));
+    p.reset->setObjectName(u"resetButton"_s);
+    p.fields->addRow(tr("ShopList"), p.name);
+    p.fields->addRow(tr("Store"), p.store);
+    p.fields->addRow(tr("State"), p.state);
+    p.fields->addRow(QString(), p.reset);
+
+    connect(p.store, &QPushButton::clicked, this, &ShopWindow::shopListSelectMagazin);
+    connect(p.reset, &QPushButton::clicked, this, &ShopWindow::shopListResetState);
+    connect(p.save, &QPushButton::clicked, this, &ShopWindow::backClicked);
+    connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShopList);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::cancelListCreateClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::shopListEditHelp);
+}
+
+void ShopWindow::listCreateClicked()
+{
+    ListEditPage &p = listEditPage;
+    listEditReturnPage = pageStack->currentIndex();
+    Controls::showPicture(p.picture, u":/img/plus.svg"_s, Controls::pictureExtent);
+    newListState = ListEmpty;
+    currentStoreId = 0;
+    p.name->clear();
+    p.store->setName(QString());
+    p.remove->setEnabled(false);
+    p.reset->setEnabled(false);
+    p.state->setText(listStateText(ListEmpty));
+    connectAnew(p.save, &ShopWindow::createShopList);
+    showEditPage(PageListEdit, p.name);
+}
+
+void ShopWindow::listPropertiesEditClicked()
+{
+    ListEditPage &p = listEditPage;
+    editedListId = currentListId;
+    listEditReturnPage = pageStack->currentIndex();
+    Controls::showPicture(p.picture, u":/img/edit.svg"_s, Controls::pictureExtent);
+    QSqlQuery query = Database::run(Statements::list, editedListId);
+    if (query.first()) {
+        currentStoreId = query.value(u"magazinid"_s).toInt();
+        p.name->setText(query.value(u"name"_s).toString());
+        p.store->setName(shoppingPage.store->text());
+        const int state = query.value(u"state"_s).toInt();
+        p.state->setText(listStateText(state));
+        p.reset->setEnabled(state == ListPartlyChecked || state == ListFinished);
+    }
+    p.remove->setEnabled(true);
+    connectAnew(p.save, &ShopWindow::updateShopList);
+    showEditPage(PageListEdit, p.name);
+}
 
 void ShopWindow::cancelListCreateClicked()
 {
     pageStack->setCurrentIndex(listEditReturnPage);
 }
 
-void ShopWindow::createShopList() {}
+/// The name of the store on the list edit page, for a row's second column; empty when there is none
+/// to be named.
+QString ShopWindow::storeNameForRow() const
+{
+    const QString name = listEditPage.store->text();
+    return currentStoreId == 0 || name == tr("(unknown)") ? QString() : name;
+}
 
-void ShopWindow::updateShopList() {}
+void ShopWindow::createShopList()
+{
+    const QString name = listEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    const int id = Database::newId(Statements::newListId);
+    Database::run(Statements::insertList, id, name, currentStoreId, newListState);
+    currentListId = id;
 
-void ShopWindow::shopListSelectMagazin() {}
+    auto *row = new ListRow(name, id);
+    if (currentStoreId != 0)
+        row->setData(SecondColumnRole, storeNameForRow());
+    shoppingListsPage.list->addItem(row);
+    shoppingListsPage.list->setCurrentItem(row);
+    pageStack->setCurrentIndex(PageShoppingLists);
 
-void ShopWindow::shopListSelectCategory() {}
+    itemsListPage.list->clear();
+    itemsListPage.title->setText(name);
+    itemsReturnPage = PageShoppingLists;
+    showMessage(tr("List Created"),
+                tr("Shopping List created. But it is empty for now. "
+                   "Fill it with shopping Items."),
+                u":/img/info.png"_s, PageItemsList);
+}
 
-void ShopWindow::shopListResetState() {}
+void ShopWindow::updateShopList()
+{
+    const QString name = listEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    Database::run(Statements::updateList, name, currentStoreId, editedListId);
+    if (listEditReturnPage == PageShoppingLists) {
+        if (QListWidgetItem *row = shoppingListsPage.list->currentItem()) {
+            row->setText(name);
+            row->setData(SecondColumnRole, storeNameForRow());
+        }
+        pageStack->setCurrentIndex(PageShoppingLists);
+    } else {
+        currentListId = editedListId;
+        buyClicked();
+    }
+}
 
-void ShopWindow::deleteShopList() {}
+void ShopWindow::shopListSelectMagazin()
+{
+    viewShopsClicked();
+}
 
-void ShopWindow::deleteShopListConfirm() {}
+void ShopWindow::shopListSelectCategory()
+{
+    showCategoriesClicked();
+}
+
+void ShopWindow::shopListResetState()
+{
+    Database::run(Statements::uncheckGoodsOfList, editedListId);
+    Database::run(Statements::resetListState, editedListId);
+    listEditPage.state->setText(listStateText(ListUnchecked));
+    listEditPage.reset->setEnabled(false);
+}
+
+void ShopWindow::deleteShopList()
+{
+    askQuestion(
+        tr("Deleting Shopping List"),
+        tr("Are You really want to delete list named '%1' ?").arg(listEditPage.name->text()),
+        &ShopWindow::deleteShopListConfirm, PageListEdit);
+}
+
+void ShopWindow::deleteShopListConfirm()
+{
+    Database::run(Statements::deleteGoodsOfList, currentListId);
+    Database::run(Statements::deleteList, currentListId);
+    if (listEditReturnPage == PageShoppingLists) {
+        delete shoppingListsPage.list->currentItem();
+        pageStack->setCurrentIndex(PageShoppingLists);
+    } else {
+        currentListId = 0;
+        buyClicked();
+    }
+}

@@ -1,44 +1,184 @@
 // SPDX-License-Identifier: MIT
+#include "stores/categorypages.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "lists/listrow.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
+// ---- The category list page -------------------------------------------------------------------
+
 void ShopWindow::buildCategoryListPage()
 {
-    addPage(PageCategoryList, u"categoryListPage"_s);
+    QWidget *page = addPage(PageCategoryList, u"categoryListPage"_s);
+    CategoryListPage &p = categoryListPage;
+    p = {Frames::makeListFrame(page, u":/img/bee.png"_s, tr("Category List"))};
+
+    p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
+                                    tr("New category"));
+    p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
+                                    Controls::pictureExtent, tr("Select"));
+    p.buttons->addWidget(p.add);
+    p.buttons->addWidget(p.select, 1);
+
+    connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::categoryItemClicked);
+    connect(p.add, &QPushButton::clicked, this, &ShopWindow::addCategoryClicked);
+    connect(p.select, &QPushButton::clicked, this, &ShopWindow::selectCategoryClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::backFromCategoryClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::categoryListHelp);
 }
 
-void ShopWindow::buildCategoryEditPage()
+QString ShopWindow::categoryName(int id)
 {
-    addPage(PageCategoryEdit, u"categoryEditPage"_s);
+    return Database::name(Statements::categoryName, id).value_or(QString());
 }
 
-void ShopWindow::showCategoriesClicked() {}
+void ShopWindow::showCategoriesClicked()
+{
+    categoryReturnPage = pageStack->currentIndex();
+    pageStack->setCurrentIndex(PageCategoryList);
+    QListWidget *list = categoryListPage.list;
+    list->clear();
+    int selected = 0;
+    QSqlQuery query = Database::run(Statements::allCategories);
+    while (query.next()) {
+        const int id = query.value(u"id"_s).toInt();
+        list->addItem(new ListRow(query.value(u"name"_s).toString(), id));
+        if (id == selectedCategoryId)
+            selected = list->count() - 1;
+    }
+    list->setCurrentRow(selected);
+}
 
-void ShopWindow::categoryItemClicked(QListWidgetItem * /*item*/) {}
-
-void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/) {}
-
-void ShopWindow::selectCategoryClicked() {}
+void ShopWindow::selectCategoryClicked()
+{
+    const QListWidgetItem *row = categoryListPage.list->currentItem();
+    if (!row) {
+        warnNotSelected();
+        return;
+    }
+    selectedCategoryId = rowId(*row);
+    if (categoryReturnPage == PageStoreEdit)
+        storeEditPage.category->setName(row->text());
+    pageStack->setCurrentIndex(categoryReturnPage);
+}
 
 void ShopWindow::backFromCategoryClicked()
 {
     pageStack->setCurrentIndex(categoryReturnPage);
 }
 
-void ShopWindow::addCategoryClicked() {}
+void ShopWindow::categoryItemClicked(QListWidgetItem *item)
+{
+    if (!categoryListPage.list->wasTapped())
+        return;
+    if (rowId(*item) == lastTappedCategoryId)
+        categoryItemActivated(item);
+    else
+        lastTappedCategoryId = rowId(*item);
+}
 
-void ShopWindow::addCategoryConfirmClicked() {}
+// ---- The category edit page -------------------------------------------------------------------
 
-void ShopWindow::editCategoryConfirmClicked() {}
+void ShopWindow::buildCategoryEditPage()
+{
+    QWidget *page = addPage(PageCategoryEdit, u"categoryEditPage"_s);
+    CategoryEditPage &p = categoryEditPage;
+    p = {Frames::makeEditFrame(page)};
+
+    p.name = Frames::nameField(u"nameField"_s, p.save);
+    p.name->setAlignment(Qt::AlignCenter);
+    p.fields->addRow(tr("Category"), p.name);
+
+    connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteCategoryClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::addCategoryCancelClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::addCategoryHelp);
+}
+
+void ShopWindow::addCategoryClicked()
+{
+    CategoryEditPage &p = categoryEditPage;
+    Controls::showPicture(p.picture, u":/img/categAdd.png"_s, Controls::pictureExtent);
+    p.name->clear();
+    p.remove->setEnabled(false);
+    connectAnew(p.save, &ShopWindow::addCategoryConfirmClicked);
+    showEditPage(PageCategoryEdit, p.name);
+}
+
+void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
+{
+    const QListWidgetItem *row = categoryListPage.list->currentItem();
+    if (!row)
+        return;
+    CategoryEditPage &p = categoryEditPage;
+    Controls::showPicture(p.picture, u":/img/categEdit.png"_s, Controls::pictureExtent);
+    p.name->setText(row->text());
+    p.remove->setEnabled(true);
+    connectAnew(p.save, &ShopWindow::editCategoryConfirmClicked);
+    showEditPage(PageCategoryEdit, p.name);
+}
+
+void ShopWindow::addCategoryConfirmClicked()
+{
+    const QString name = categoryEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    const int id = Database::newId(Statements::newCategoryId);
+    Database::run(Statements::insertCategory, id, name);
+    auto *row = new ListRow(name, id);
+    categoryListPage.list->addItem(row);
+    pageStack->setCurrentIndex(PageCategoryList);
+    categoryListPage.list->setCurrentItem(row);
+}
+
+void ShopWindow::editCategoryConfirmClicked()
+{
+    const QString name = categoryEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    if (QListWidgetItem *row = categoryListPage.list->currentItem()) {
+        Database::run(Statements::updateCategory, name, rowId(*row));
+        row->setText(name);
+    }
+    pageStack->setCurrentIndex(PageCategoryList);
+}
 
 void ShopWindow::addCategoryCancelClicked()
 {
     pageStack->setCurrentIndex(PageCategoryList);
 }
 
-void ShopWindow::deleteCategoryClicked() {}
+void ShopWindow::deleteCategoryClicked()
+{
+    askQuestion(
+        tr("Deleting Category"),
+        tr("Are You really want to delete category '%1' ?").arg(categoryEditPage.name->text()),
+        &ShopWindow::deleteCategoryConfirm, PageCategoryEdit);
+}
 
-void ShopWindow::deleteCategoryConfirm() {}
+void ShopWindow::deleteCategoryConfirm()
+{
+    if (const std::unique_ptr<QListWidgetItem> row{
+            categoryListPage.list->takeItem(categoryListPage.list->currentRow())}) {
+        // The id is the category's, and is compared with the stores' own ids: that is how the
+        // statement has always been.
+        Database::run(Statements::clearStoreCategory, rowId(*row));
+        Database::run(Statements::deleteCategory, rowId(*row));
+    }
+    pageStack->setCurrentIndex(PageCategoryList);
+}

@@ -1,28 +1,214 @@
 // SPDX-License-Identifier: MIT
+#include "stores/storeeditpage.h"
+
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "lists/listrow.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What stands for a missing reference in a statement.
+const QString missingReference = u"null"_s;
+
+} // namespace
+
 void ShopWindow::buildStoreEditPage()
 {
-    addPage(PageStoreEdit, u"storeEditPage"_s);
+    QWidget *page = addPage(PageStoreEdit, u"storeEditPage"_s);
+    StoreEditPage &p = storeEditPage;
+    p = {Frames::makeEditFrame(page)};
+
+    p.name = Frames::nameField(u"nameField"_s, p.save);
+    p.category = new NameButton;
+    p.category->setObjectName(u"categoryButton"_s);
+    p.category->setMaximumWidth(textWidth);
+    p.category->setName(categoryButtonDefaultText);
+    p.coordinates = new NameButton;
+    p.coordinates->setObjectName(u"coordinatesButton"_s);
+    p.coordinates->setMaximumWidth(textWidth);
+    p.fields->addRow(tr("Store"), p.name);
+    p.fields->addRow(tr("Category"), p.category);
+    p.fields->addRow(tr("GPS"), p.coordinates);
+
+    connect(p.category, &QPushButton::clicked, this, &ShopWindow::showCategoriesClicked);
+    connect(p.coordinates, &QPushButton::clicked, this, &ShopWindow::manualEnterGps);
+    connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShopClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::addShopCancelClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::addShopHelp);
 }
 
-void ShopWindow::addShopClicked() {}
+/// Coordinates taken for another store are not this one's.
+void ShopWindow::forgetTakenCoordinates()
+{
+    storeCoordsSet = false;
+    editedAltitude = 0;
+}
 
-void ShopWindow::editShopClicked() {}
+void ShopWindow::addShopClicked()
+{
+    StoreEditPage &p = storeEditPage;
+    storeEditReturnPage = pageStack->currentIndex();
+    Controls::showPicture(p.picture, u":/img/storeAdd.png"_s, Controls::pictureExtent);
+    p.name->clear();
+    p.category->setName(categoryButtonDefaultText);
+    forgetTakenCoordinates();
+    p.coordinates->setName(gpsAvailable ? tr("(set Coordinates)") : tr("(GPS is not Available)"));
+    p.coordinates->setEnabled(gpsAvailable);
+    coordinatesTextStoreId = 0;
+    p.remove->setEnabled(false);
+    connectAnew(p.save, &ShopWindow::addShopConfirmClicked);
+    showEditPage(PageStoreEdit, p.name);
+}
 
-void ShopWindow::addShopConfirmClicked() {}
+void ShopWindow::editShopClicked()
+{
+    StoreEditPage &p = storeEditPage;
+    editedStoreId = currentStoreId;
+    storeEditReturnPage = pageStack->currentIndex();
+    Controls::showPicture(p.picture, u":/img/storeEdit.png"_s, Controls::pictureExtent);
+    p.remove->setEnabled(true);
+    connectAnew(p.save, &ShopWindow::editShopConfirmClicked);
 
-void ShopWindow::editShopConfirmClicked() {}
+    QSqlQuery store = Database::run(Statements::store, editedStoreId);
+    if (store.first()) {
+        p.name->setText(store.value(u"name"_s).toString());
+        const int categoryId = store.value(u"categoryid"_s).toInt();
+        const QString category = categoryName(categoryId);
+        p.category->setName(category.isEmpty() ? categoryButtonDefaultText : category);
+        selectedCategoryId = category.isEmpty() ? 0 : categoryId;
+    }
+    forgetTakenCoordinates();
+    showCoordinatesOf(editedStoreId);
+    showEditPage(PageStoreEdit, p.name);
+}
+
+/// Lets the coordinates button tell what is known of the store that is being opened for editing.
+void ShopWindow::showCoordinatesOf(int storeId)
+{
+    NameButton *button = storeEditPage.coordinates;
+    button->setEnabled(gpsAvailable);
+    if (!gpsAvailable) {
+        button->setName(tr("(GPS is not Available)"));
+    } else if (!gpsEnabled) {
+        const bool known = Database::run(Statements::coordinates, storeId).first();
+        button->setName(known ? tr("coords is set (edit...)") : tr("(enter GPS)"));
+    } else if (coordinatesTextStoreId != storeId) {
+        // With GPS the text stays as it was, unless it tells of another store.
+        button->setName(tr("(set Coordinates)"));
+    }
+    coordinatesTextStoreId = storeId;
+}
+
+/// The category on the button as a statement takes it. It is found by its name: of two categories
+/// with one name the first counts.
+QString ShopWindow::categoryIdText() const
+{
+    QSqlQuery category =
+        Database::run(Statements::categoryIdByName, storeEditPage.category->text());
+    return category.first() ? category.value(u"id"_s).toString() : missingReference;
+}
+
+void ShopWindow::insertTakenCoordinates(int storeId)
+{
+    constexpr int significantDigits = 8;
+    constexpr int altitudeDecimals = 2;
+    const auto degrees = [](float value) {
+        return u"%1"_s.arg(static_cast<double>(value), 0, 'g', significantDigits);
+    };
+    Database::run(Statements::insertCoordinates, storeId, degrees(editedLatitude),
+                  degrees(editedLongitude),
+                  u"%1"_s.arg(static_cast<double>(editedAltitude), 0, 'f', altitudeDecimals));
+}
+
+bool ShopWindow::coordinatesWereTaken() const
+{
+    return storeEditPage.coordinates->isEnabled() && storeCoordsSet;
+}
+
+void ShopWindow::addShopConfirmClicked()
+{
+    const QString name = storeEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    const QString categoryId = categoryIdText();
+    const int id = Database::newId(Statements::newStoreId);
+    Database::run(Statements::insertStore, id, name, categoryId, missingReference);
+    if (coordinatesWereTaken())
+        insertTakenCoordinates(id);
+    currentStoreId = id;
+    if (storeEditReturnPage == PageStoreList) {
+        auto *row = new ListRow(name, id);
+        if (categoryId != missingReference)
+            row->setData(SecondColumnRole, storeEditPage.category->text());
+        storeListPage.list->addItem(row);
+        pageStack->setCurrentIndex(PageStoreList);
+    } else {
+        shopsClicked();
+    }
+}
+
+void ShopWindow::editShopConfirmClicked()
+{
+    const QString name = storeEditPage.name->text();
+    if (name.isEmpty()) {
+        warnEmptyName();
+        return;
+    }
+    const QString categoryId = categoryIdText();
+    Database::run(Statements::updateStore, name, categoryId, missingReference, editedStoreId);
+    if (coordinatesWereTaken()) {
+        Database::run(Statements::deleteCoordinates, editedStoreId);
+        insertTakenCoordinates(editedStoreId);
+    }
+    if (storeEditReturnPage != PageStoreList) {
+        currentStoreId = editedStoreId;
+        shopsClicked();
+        return;
+    }
+    if (QListWidgetItem *row = storeListPage.list->currentItem()) {
+        row->setText(name);
+        if (categoryId != missingReference)
+            row->setData(SecondColumnRole, storeEditPage.category->text());
+    }
+    pageStack->setCurrentIndex(PageStoreList);
+}
 
 void ShopWindow::addShopCancelClicked()
 {
     pageStack->setCurrentIndex(storeEditReturnPage);
 }
 
-void ShopWindow::deleteShopClicked() {}
+void ShopWindow::deleteShopClicked()
+{
+    askQuestion(
+        tr("Deleting Store"),
+        tr("Are You really want to delete store named '%1' ?").arg(storeEditPage.name->text()),
+        &ShopWindow::deleteShopConfirm, PageStoreEdit);
+}
 
-void ShopWindow::deleteShopConfirm() {}
+void ShopWindow::deleteShopConfirm()
+{
+    // Lists bound to the store stay, and show that they do not know it.
+    Database::run(Statements::deleteCoordinates, editedStoreId);
+    Database::run(Statements::deleteStore, editedStoreId);
+    if (storeEditReturnPage == PageStoreList) {
+        delete storeListPage.list->currentItem();
+        pageStack->setCurrentIndex(PageStoreList);
+    } else {
+        currentStoreId = 0;
+        shopsClicked();
+    }
+}

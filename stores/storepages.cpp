@@ -1,31 +1,194 @@
 // SPDX-License-Identifier: MIT
+#include "stores/storepages.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "gps/trshopgps.h"
+#include "lists/listrow.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
 
+// ---- The stores page --------------------------------------------------------------------------
+
 void ShopWindow::buildStoresPage()
 {
-    addPage(PageStores, u"storesPage"_s);
+    QWidget *page = addPage(PageStores, u"storesPage"_s);
+    StoresPage &p = storesPage;
+    const ToolbarFrame frame = Frames::makeToolbarFrame(page);
+    Controls::showPicture(frame.picture, u":/img/market.png"_s, Controls::pictureExtent);
+    p.turningBoxes = frame.turningBoxes;
+
+    p.name = Controls::valueLabel(u"storeName"_s);
+    p.name->setText(tr("(empty)"));
+    p.category = Controls::valueLabel(u"storeCategory"_s);
+    p.category->setText(tr("(not set)"));
+    p.distance = Controls::valueLabel(u"storeDistance"_s);
+    p.distance->setText(tr("(GPS not active)"));
+    QFormLayout *fields = Frames::addFields(frame.contents);
+    fields->addRow(tr("Store"), p.name);
+    fields->addRow(tr("Category"), p.category);
+    fields->addRow(tr("Distance"), p.distance);
+
+    p.edit = Controls::textButton(u"editButton"_s, u":/img/edit.svg"_s, Controls::pictureExtent,
+                                  tr("Edit Store"));
+    p.edit->setEnabled(false);
+    p.stores = Controls::textButton(u"storesButton"_s, u":/img/storeList.svg"_s,
+                                    Controls::pictureExtent, tr("Stores"));
+    p.create = Controls::textButton(u"newButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
+                                    tr("New"));
+    auto *buttons = new QVBoxLayout;
+    for (QPushButton *button : {p.edit, p.stores, p.create})
+        buttons->addWidget(button);
+    frame.contents->addLayout(buttons);
+
+    connect(p.edit, &QPushButton::clicked, this, &ShopWindow::editShopClicked);
+    connect(p.stores, &QPushButton::clicked, this, &ShopWindow::viewShopsClicked);
+    connect(p.create, &QPushButton::clicked, this, &ShopWindow::addShopClicked);
+    connect(frame.back, &QPushButton::clicked, this, &ShopWindow::backClicked);
+    connect(frame.help, &QPushButton::clicked, this, &ShopWindow::shopsHelp);
 }
+
+void ShopWindow::shopsClicked()
+{
+    distancePending = false;
+    if (currentStoreId == 0) {
+        for (QLabel *value : {storesPage.name, storesPage.category, storesPage.distance})
+            value->setText(categoryNotSelectedText);
+        storesPage.edit->setEnabled(false);
+    } else {
+        QSqlQuery store = Database::run(Statements::store, currentStoreId);
+        if (store.first()) {
+            storesPage.name->setText(store.value(u"name"_s).toString());
+            const QString category = categoryName(store.value(u"categoryid"_s).toInt());
+            storesPage.category->setText(category.isEmpty() ? categoryNotSelectedText : category);
+            storesPage.distance->setText(distanceToCurrentStore());
+            storesPage.edit->setEnabled(true);
+        }
+    }
+    pageStack->setCurrentIndex(PageStores);
+}
+
+/// What the stores page says of the way to the current store; asks for a position when it takes
+/// one.
+QString ShopWindow::distanceToCurrentStore()
+{
+    if (!gpsAvailable)
+        return tr("(GPS is not Available)");
+    QSqlQuery coordinates = Database::run(Statements::coordinates, currentStoreId);
+    if (!coordinates.first())
+        return tr("(no Coordinates set)");
+    shownStoreLatitude = coordinates.value(u"latitude"_s).toFloat();
+    shownStoreLongitude = coordinates.value(u"longitude"_s).toFloat();
+    editedLatitude = shownStoreLatitude;
+    editedLongitude = shownStoreLongitude;
+    forgetTakenCoordinates();
+    if (haveGpsFix)
+        return distanceToShownStore();
+    if (!gpsEnabled)
+        return tr("(GPS disabled)");
+    distancePending = true;
+    gps->requestUpdate();
+    return tr("(calculating)");
+}
+
+QString ShopWindow::distanceToShownStore() const
+{
+    constexpr int decimals = 2;
+    const float meters = TrShopGps::distanceBetween(currentLatitude, currentLongitude,
+                                                    shownStoreLatitude, shownStoreLongitude);
+    return tr("%1 meters").arg(static_cast<double>(meters), 0, 'f', decimals);
+}
+
+// ---- The store list page ----------------------------------------------------------------------
 
 void ShopWindow::buildStoreListPage()
 {
-    addPage(PageStoreList, u"storeListPage"_s);
+    QWidget *page = addPage(PageStoreList, u"storeListPage"_s);
+    StoreListPage &p = storeListPage;
+    p = {Frames::makeListFrame(page, u":/img/market.png"_s, tr("Stores List"))};
+
+    p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
+                                    tr("New store"));
+    p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
+                                    Controls::pictureExtent, tr("Select"));
+    p.buttons->addWidget(p.add);
+    p.buttons->addWidget(p.select, 1);
+
+    connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shopItemClicked);
+    connect(p.add, &QPushButton::clicked, this, &ShopWindow::addShopClicked);
+    connect(p.select, &QPushButton::clicked, this, &ShopWindow::selectShopClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::cancelViewShopsClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::magazinListHelp);
 }
 
-void ShopWindow::shopsClicked() {}
+void ShopWindow::viewShopsClicked()
+{
+    storeListReturnPage = pageStack->currentIndex();
+    pageStack->setCurrentIndex(PageStoreList);
+    storeEditReturnPage = PageStoreList;
+    storeBeforePicking = currentStoreId;
 
-void ShopWindow::viewShopsClicked() {}
+    QListWidget *list = storeListPage.list;
+    list->clear();
+    QListWidgetItem *selected = nullptr;
+    QSqlQuery query = Database::run(Statements::allStores);
+    while (query.next()) {
+        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
+        const QString category = categoryName(query.value(u"categoryid"_s).toInt());
+        if (!category.isEmpty())
+            row->setData(SecondColumnRole, category);
+        list->addItem(row);
+        if (rowId(*row) == currentStoreId)
+            selected = row;
+    }
+    list->setCurrentItem(selected);
+}
 
-void ShopWindow::selectShopClicked() {}
+void ShopWindow::selectShopClicked()
+{
+    const QListWidgetItem *row = storeListPage.list->currentItem();
+    if (!row) {
+        warnNotSelected();
+        return;
+    }
+    currentStoreId = rowId(*row);
+    if (storeListReturnPage == PageStores) {
+        shopsClicked();
+        return;
+    }
+    if (storeListReturnPage == PageListEdit)
+        listEditPage.store->setName(row->text());
+    pageStack->setCurrentIndex(storeListReturnPage);
+}
 
-void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/) {}
+void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
+{
+    selectShopClicked();
+}
 
-void ShopWindow::shopItemClicked(QListWidgetItem * /*item*/) {}
+void ShopWindow::shopItemClicked(QListWidgetItem *item)
+{
+    if (!storeListPage.list->wasTapped())
+        return;
+    if (rowId(*item) == editedStoreId)
+        selectShopClicked();
+    else
+        editedStoreId = rowId(*item);
+}
 
 void ShopWindow::cancelViewShopsClicked()
 {
+    // A store that was added meanwhile is the current one, but nobody chose it here.
+    currentStoreId = storeBeforePicking;
     pageStack->setCurrentIndex(storeListReturnPage);
 }

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "widgets/wraplabel.h"
+
 namespace {
 
 // Device-independent pixels.
@@ -41,6 +43,13 @@ QLabel *Controls::pictureLabel(const QString &objectName)
     auto *label = new QLabel;
     label->setObjectName(objectName);
     label->setAlignment(Qt::AlignCenter);
+    return label;
+}
+
+QLabel *Controls::valueLabel(const QString &objectName)
+{
+    auto *label = new WrapLabel;
+    label->setObjectName(objectName);
     return label;
 }
 

@@ -31,6 +31,9 @@ QPushButton *textButton(const QString &objectName, const QString &picture, int e
 /// A centred label for a picture; see showPicture().
 QLabel *pictureLabel(const QString &objectName);
 
+/// A label for a value: plain text that wraps.
+QLabel *valueLabel(const QString &objectName);
+
 /// Lets `label` show `picture`, a resource path, within `extent` x `extent`, keeping its aspect
 /// ratio. It is drawn for just that size on the label's screen, so nothing is left to be scaled.
 void showPicture(QLabel *label, const QString &picture, int extent);

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "app/frames.h"
+
+#include <QBoxLayout>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+
+#include "app/shopwindow.h"
+#include "lists/trlistdelegate.h"
+#include "widgets/controls.h"
+#include "widgets/touchlist.h"
+#include "widgets/wraplabel.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int longestName = 25; // characters
+
+QPushButton *helpButton(int extent)
+{
+    return Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, extent,
+                                   ShopWindow::tr("Help"));
+}
+
+QPushButton *backButton(QWidget *page, int extent)
+{
+    QPushButton *button = Controls::pictureButton(u"backButton"_s, u":/img/back.svg"_s, extent,
+                                                  ShopWindow::tr("Back"));
+    // The shortcut of a hidden page is asleep.
+    auto *escape = new QShortcut(Qt::Key_Escape, page);
+    QObject::connect(escape, &QShortcut::activated, button, &QPushButton::click);
+    return button;
+}
+
+/// Lays `page` out as a toolbar and a box of contents.
+void makeToolbar(ToolbarFrame &frame, QWidget *page)
+{
+    frame.picture = Controls::pictureLabel(u"picture"_s);
+    frame.help = helpButton(Controls::pictureExtent);
+    frame.back = backButton(page, Controls::pictureExtent);
+    auto *toolbar = new QVBoxLayout;
+    toolbar->addWidget(frame.picture);
+    toolbar->addStretch();
+    toolbar->addWidget(frame.help);
+    toolbar->addStretch();
+    toolbar->addWidget(frame.back);
+
+    QFrame *line = Controls::separator(QFrame::VLine);
+    frame.contents = new QHBoxLayout;
+    auto *box = new QHBoxLayout(page);
+    Controls::setPageSpacing(box);
+    box->addLayout(toolbar);
+    box->addWidget(line);
+    box->addLayout(frame.contents, 1);
+    frame.turningBoxes = {
+        .alongWidth = {box, frame.contents}, .acrossWidth = {toolbar}, .separators = {line}};
+}
+
+} // namespace
+
+ListFrame Frames::makeListFrame(QWidget *page, const QString &picture, const QString &title)
+{
+    ListFrame frame;
+    QLabel *pictureLabel = Controls::pictureLabel(u"picture"_s);
+    Controls::showPicture(pictureLabel, picture, listPictureExtent);
+    frame.title = new WrapLabel;
+    frame.title->setObjectName(u"title"_s);
+    frame.title->setAlignment(Qt::AlignCenter);
+    frame.title->setText(title);
+    frame.help = helpButton(listToolExtent);
+    frame.back = backButton(page, listToolExtent);
+    auto *header = new QHBoxLayout;
+    header->addWidget(pictureLabel);
+    header->addWidget(frame.title, 1);
+    header->addWidget(frame.back);
+    header->addWidget(frame.help);
+
+    frame.list = new TouchList;
+    frame.list->setObjectName(u"list"_s);
+    frame.list->setFont(page->font()); // its style sheet keeps it from following the page
+    frame.list->setItemDelegate(new TrListDelegate(frame.list));
+    auto *contents = new QVBoxLayout;
+    contents->addLayout(header);
+    contents->addWidget(frame.list, 1);
+
+    frame.buttons = new QVBoxLayout;
+    auto *box = new QHBoxLayout(page);
+    Controls::setPageSpacing(box);
+    box->addLayout(contents, 1);
+    box->addLayout(frame.buttons);
+    frame.turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}, .separators = {}};
+    return frame;
+}
+
+ToolbarFrame Frames::makeToolbarFrame(QWidget *page)
+{
+    ToolbarFrame frame;
+    makeToolbar(frame, page);
+    return frame;
+}
+
+EditFrame Frames::makeEditFrame(QWidget *page)
+{
+    EditFrame frame;
+    makeToolbar(frame, page);
+
+    frame.fields = addFields(frame.contents);
+    frame.save = Controls::textButton(u"saveButton"_s, u":/img/commit.png"_s,
+                                      Controls::pictureExtent, ShopWindow::tr("Save"));
+    frame.remove = Controls::textButton(u"deleteButton"_s, u":/img/trash.svg"_s,
+                                        Controls::pictureExtent, ShopWindow::tr("Delete"));
+    frame.remove->setEnabled(false);
+    auto *buttons = new QVBoxLayout;
+    buttons->addWidget(frame.save);
+    buttons->addWidget(frame.remove);
+
+    QFrame *line = Controls::separator(QFrame::VLine);
+    frame.contents->addWidget(line);
+    frame.contents->addLayout(buttons);
+    frame.turningBoxes.acrossWidth << buttons;
+    frame.turningBoxes.separators << line;
+    return frame;
+}
+
+QFormLayout *Frames::addFields(QBoxLayout *contents)
+{
+    auto *fields = new QFormLayout;
+    fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    fields->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    auto *column = new QVBoxLayout;
+    column->addStretch();
+    column->addLayout(fields);
+    column->addStretch();
+    contents->addLayout(column, 1);
+    return fields;
+}
+
+QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
+{
+    auto *field = new QLineEdit;
+    field->setObjectName(objectName);
+    field->setMaxLength(longestName);
+    // A name is what is typed; a keyboard on the screen must not turn it into another word.
+    field->setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
+    QObject::connect(field, &QLineEdit::returnPressed, save, &QPushButton::click);
+    return field;
+}

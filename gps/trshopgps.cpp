@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "gps/trshopgps.h"
+
+#include <chrono>
+
+#include <QDebug>
+#include <QGeoCoordinate>
+#include <QGeoPositionInfoSource>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds updateInterval = 3000ms;
+constexpr int waitedPerTimeout = 1000; // milliseconds
+
+} // namespace
+
+TrShopGps::TrShopGps(QObject *parent)
+    : QObject(parent)
+{}
+
+TrShopGps::~TrShopGps() = default;
+
+void TrShopGps::init()
+{
+    if (source)
+        return;
+    source = QGeoPositionInfoSource::createDefaultSource(this);
+    if (!source) {
+        available = false;
+        emit startGpsFailed();
+        return;
+    }
+    connect(source, &QGeoPositionInfoSource::positionUpdated, this, &TrShopGps::positionUpdated);
+    connect(source, &QGeoPositionInfoSource::errorOccurred, this,
+            [this](QGeoPositionInfoSource::Error error) {
+                if (error == QGeoPositionInfoSource::UpdateTimeoutError)
+                    updateTimeout();
+            });
+    sourceCreated = true;
+}
+
+bool TrShopGps::isAvailable() const
+{
+    return available;
+}
+
+void TrShopGps::startUpdates()
+{
+    if (!source)
+        return;
+    waitedMs = 0;
+    source->startUpdates();
+    source->setUpdateInterval(static_cast<int>(updateInterval.count()));
+}
+
+void TrShopGps::stopUpdates()
+{
+    if (source)
+        source->stopUpdates();
+}
+
+void TrShopGps::requestUpdate()
+{
+    if (source)
+        source->requestUpdate(0);
+}
+
+float TrShopGps::distanceBetween(float latitude1, float longitude1, float latitude2,
+                                 float longitude2)
+{
+    const QGeoCoordinate from(latitude1, longitude1);
+    const QGeoCoordinate to(latitude2, longitude2);
+    return static_cast<float>(from.distanceTo(to));
+}
+
+void TrShopGps::positionUpdated(const QGeoPositionInfo &info)
+{
+    waitedMs = 0;
+    if (info.isValid()) {
+        const QGeoCoordinate coordinate = info.coordinate();
+        emit coordinateUpdated(coordinate.longitude(), coordinate.latitude(),
+                               coordinate.altitude());
+    }
+    qDebug() << "Position updated:" << info;
+}
+
+void TrShopGps::updateTimeout()
+{
+    waitedMs += waitedPerTimeout;
+    emit coordinateRequestTimeout();
+}

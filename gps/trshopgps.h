@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QGeoPositionInfo>
+#include <QObject>
+#include <QPointer>
+
+class QGeoPositionInfoSource;
+
+/// The device's position: follows it, or asks for it once. Each operation but init() does nothing
+/// while there is no source.
+class TrShopGps : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TrShopGps(QObject *parent = nullptr);
+    ~TrShopGps() override;
+
+    /// Makes the platform's default source, unless there is one. Emits startGpsFailed() when the
+    /// platform has none.
+    void init();
+
+    /// False once making the source has failed.
+    bool isAvailable() const;
+
+    /// Follows the position, every 3000 ms.
+    void startUpdates();
+    void stopUpdates();
+
+    /// Asks for the position once, for as long as the source itself sees fit to wait.
+    void requestUpdate();
+
+    /// The great-circle distance in metres between two points in degrees.
+    static float distanceBetween(float latitude1, float longitude1, float latitude2,
+                                 float longitude2);
+
+signals:
+    void startGpsFailed();
+    /// Degrees and metres, longitude first.
+    void coordinateUpdated(qreal longitude, qreal latitude, qreal altitude);
+    void coordinateRequestTimeout();
+
+private slots:
+    void positionUpdated(const QGeoPositionInfo &info);
+    void updateTimeout();
+
+private:
+    QPointer<QGeoPositionInfoSource> source;
+    bool available = true;
+    bool sourceCreated = false;
+    /// Milliseconds of time-outs since the last position or start.
+    int waitedMs = 0;
+};

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "lists/trlistdelegate.h"
+
+#include <QPainter>
+#include <QTextOption>
+
+#include "lists/listrow.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Pixels.
+constexpr int roomAboveAndBelowText = 9;
+constexpr int gapBesideColumn = 2;
+constexpr int columns = 3; // the second column takes the last third
+
+} // namespace
+
+TrListDelegate::TrListDelegate(QObject *parent)
+    : QStyledItemDelegate(parent)
+{
+    checked.addFile(u":/img/check-aqua.svg"_s, QSize(), QIcon::Normal, QIcon::On);
+    unchecked.addFile(u":/img/uncheck-aqua.svg"_s, QSize(), QIcon::Normal, QIcon::On);
+}
+
+TrListDelegate::~TrListDelegate() = default;
+
+void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                           const QModelIndex &index) const
+{
+    const QRect &rect = option.rect;
+    const int width = rect.width();
+    const int height = rect.height();
+    painter->save();
+    painter->setRenderHint(QPainter::TextAntialiasing);
+
+    QPen pen = painter->pen();
+    pen.setColor(option.palette.color(QPalette::WindowText));
+    pen.setWidth(0);
+    painter->setPen(pen);
+    if (index.row() > 0)
+        painter->drawLine(rect.topLeft(), rect.topRight());
+
+    if (option.state & QStyle::State_Selected) {
+        painter->fillRect(rect, option.palette.brush(QPalette::Highlight));
+        pen.setColor(option.palette.color(QPalette::HighlightedText));
+        painter->setPen(pen);
+    }
+
+    QFont font = option.font;
+    int left = 0;
+    if (index.data(CheckableRole).toBool()) {
+        left = height + gapBesideColumn;
+        const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        font.setStrikeOut(isChecked || font.strikeOut());
+        const QRect square(rect.x(), rect.y(), height, height);
+        painter->drawPixmap(square,
+                            (isChecked ? checked : unchecked)
+                                .pixmap(square.size(), painter->device()->devicePixelRatio(),
+                                        QIcon::Normal, QIcon::On));
+    }
+    painter->setFont(font);
+
+    const QString text = index.data(Qt::DisplayRole).toString();
+    const QString second = index.data(SecondColumnRole).toString();
+    QTextOption alignment(Qt::AlignLeft | Qt::AlignVCenter);
+    alignment.setWrapMode(QTextOption::NoWrap);
+    if (second.isEmpty()) {
+        painter->drawText(QRectF(rect.adjusted(left, 0, 0, 0)), text, alignment);
+    } else {
+        const int third = width / columns;
+        painter->drawText(QRectF(rect.adjusted(left, 0, -(third + gapBesideColumn), 0)), text,
+                          alignment);
+        if (option.fontMetrics.horizontalAdvance(second) < third)
+            alignment.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        font.setItalic(true);
+        font.setPointSize(font.pointSize() - 1);
+        painter->setFont(font);
+        const int secondLeft = width * (columns - 1) / columns + gapBesideColumn;
+        painter->drawText(QRectF(rect.adjusted(secondLeft, 0, 0, 0)), second, alignment);
+    }
+    painter->restore();
+}
+
+QSize TrListDelegate::sizeHint(const QStyleOptionViewItem &option,
+                               const QModelIndex & /*index*/) const
+{
+    return {option.rect.width(), option.fontMetrics.height() + roomAboveAndBelowText};
+}
+
+void TrListDelegate::closeAndCommitEditor() {}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/pageswitchguard.h"
+
+#include <QEvent>
+#include <QStackedWidget>
+#include <QWindow>
+
+PageSwitchGuard::PageSwitchGuard(QStackedWidget *guarded)
+    : QObject(guarded)
+    , stack(guarded)
+{
+    // The window's surface, where events pass before they reach any page, is there once it shows.
+    stack->window()->installEventFilter(this);
+    if (QWindow *surface = stack->window()->windowHandle())
+        surface->installEventFilter(this);
+}
+
+bool PageSwitchGuard::eventFilter(QObject *object, QEvent *event)
+{
+    if (!object->isWindowType()) {
+        if (event->type() == QEvent::Show && object == stack->window())
+            stack->window()->windowHandle()->installEventFilter(this);
+        return false;
+    }
+    if (event->type() == QEvent::MouseButtonPress)
+        pageAtPress = stack->currentIndex();
+    return event->type() == QEvent::MouseButtonDblClick && stack->currentIndex() != pageAtPress;
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+class QStackedWidget;
+
+/// Keeps the second press of a double click from the page that its first click brought up: two
+/// quick taps on a row that opens a page must not press a button of that page.
+class PageSwitchGuard : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Guards the pages of `stack`, which owns the guard and has its window already.
+    explicit PageSwitchGuard(QStackedWidget *stack);
+
+    bool eventFilter(QObject *object, QEvent *event) override;
+
+private:
+    QStackedWidget *stack;
+    int pageAtPress = 0;
+};
