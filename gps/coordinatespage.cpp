@@ -46,7 +46,12 @@ void ShopWindow::updateGpsGetPage() {}
 
 void ShopWindow::btnGetGpsClicked() {}
 
-void ShopWindow::mapMarkUpdated(qreal /*latitude*/, qreal /*longitude*/) {}
+void ShopWindow::mapMarkUpdated(qreal latitude, qreal longitude)
+{
+    editedLatitude = static_cast<float>(latitude);
+    editedLongitude = static_cast<float>(longitude);
+    storeCoordsSet = true;
+}
 
 void ShopWindow::mapCenterByEdited() {}
 

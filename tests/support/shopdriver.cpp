@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/shopdriver.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+
+ShopDriver::ShopDriver()
+    : ShopDriver(QStringList())
+{}
+
+ShopDriver::ShopDriver(const QStringList &statements, const QVariantMap &settings)
+    : home(std::make_unique<TestHome>())
+{
+    for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
+        QSettings("Vantor", "Trolleo").setValue(setting.key(), setting.value());
+    if (!statements.isEmpty()) {
+        const Window first; // makes the tables
+        SecondConnection connection(home->databaseFile());
+        for (const QString &statement : statements) {
+            if (!connection.run(statement))
+                qFatal("cannot run %s", qPrintable(statement));
+        }
+    }
+    start();
+}
+
+void ShopDriver::start()
+{
+    window = std::make_unique<Window>();
+    stack = window->findChild<QStackedWidget *>("pageStack");
+    db = std::make_unique<SecondConnection>(home->databaseFile());
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get()))
+        qFatal("the window does not show");
+}
+
+QWidget *ShopDriver::page() const
+{
+    return stack->currentWidget();
+}
+
+int ShopDriver::pageIndex() const
+{
+    return stack->currentIndex();
+}
+
+QPoint ShopDriver::inWindow(const QWidget *widget, const QPoint &position) const
+{
+    return widget->mapTo(window.get(), position);
+}
+
+void ShopDriver::press(const char *button) const
+{
+    QCoreApplication::processEvents(); // lets a page that has just come be laid out
+    auto *widget = find<QAbstractButton>(button);
+    if (!widget || !widget->isVisible())
+        qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      inWindow(widget, widget->rect().center()));
+}
+
+bool ShopDriver::isEnabled(const char *button) const
+{
+    return find<QAbstractButton>(button)->isEnabled();
+}
+
+QString ShopDriver::buttonText(const char *button) const
+{
+    return find<QAbstractButton>(button)->text();
+}
+
+QString ShopDriver::labelText(const char *label) const
+{
+    return find<QLabel>(label)->text();
+}
+
+void ShopDriver::type(const QString &text, const char *field) const
+{
+    auto *edit = find<QLineEdit>(field);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    for (const QChar character : text)
+        QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(character), {});
+}
+
+QListWidget *ShopDriver::list() const
+{
+    return page()->findChild<QListWidget *>();
+}
+
+void ShopDriver::tap(int row) const
+{
+    QCoreApplication::processEvents();
+    list()->scrollToItem(list()->item(row));
+    const QPoint center = list()->visualItemRect(list()->item(row)).center();
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      inWindow(list()->viewport(), center));
+}
+
+void ShopDriver::doubleTap(int row) const
+{
+    QCoreApplication::processEvents();
+    const QPoint center = list()->visualItemRect(list()->item(row)).center();
+    QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {},
+                       inWindow(list()->viewport(), center));
+}
+
+QStringList ShopDriver::rows() const
+{
+    QStringList result;
+    for (int row = 0; row < list()->count(); ++row) {
+        const QListWidgetItem *item = list()->item(row);
+        QString text = item->text();
+        if (item->data(Qt::UserRole + 1).isValid())
+            text += '|' + item->data(Qt::UserRole + 1).toString();
+        if (item->data(Qt::CheckStateRole).toInt() == Qt::Checked)
+            text += '*';
+        result << text;
+    }
+    return result;
+}
+
+QString ShopDriver::message() const
+{
+    if (pageIndex() == PageConfirmation)
+        return labelText("confirmationTitle") + ": " + labelText("confirmationText");
+    if (pageIndex() == PageMessage)
+        return labelText("messageTitle") + ": " + labelText("messageText");
+    return "no message on " + page()->objectName();
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include <QListWidget>
+#include <QString>
+#include <QVariantMap>
+
+#include "app/shopwindow.h"
+#include "tests/support/testhome.h"
+
+class QAbstractButton;
+class QStackedWidget;
+
+/// The real window in a home of its own, used as a person uses it: by what is to be seen on the
+/// page that shows.
+class ShopDriver
+{
+public:
+    /// The window, with what no page offers yet.
+    class Window : public ShopWindow
+    {
+    public:
+        using ShopWindow::gpsAvailable;
+    };
+
+    ShopDriver();
+    /// Starts the program on the database that `statements` make, with these settings stored.
+    explicit ShopDriver(const QStringList &statements, const QVariantMap &settings = {});
+
+    QWidget *page() const;
+    int pageIndex() const;
+    template <typename Widget>
+    Widget *find(const char *name) const
+    {
+        return page()->findChild<Widget *>(name);
+    }
+
+    /// Presses a button of the page that shows, with the mouse.
+    void press(const char *button) const;
+    bool isEnabled(const char *button) const;
+    QString buttonText(const char *button) const;
+    QString labelText(const char *label) const;
+
+    /// Replaces what stands in the field by keys.
+    void type(const QString &text, const char *field = "nameField") const;
+
+    QListWidget *list() const;
+    /// Taps a row of the page's list.
+    void tap(int row) const;
+    void doubleTap(int row) const;
+    /// Rows as "name" or "name|second column", checked ones with a trailing "*".
+    QStringList rows() const;
+
+    /// The title of the message or question that shows, with its text.
+    QString message() const;
+
+    std::unique_ptr<TestHome> home;
+    std::unique_ptr<Window> window;
+    std::unique_ptr<SecondConnection> db;
+    QStackedWidget *stack = nullptr;
+
+private:
+    void start();
+    QPoint inWindow(const QWidget *widget, const QPoint &position) const;
+};

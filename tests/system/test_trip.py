@@ -1,0 +1,99 @@
+# SPDX-License-Identifier: MIT
+"""A whole shopping trip with the installed program, driven as a screen reader drives it."""
+import pathlib
+import sys
+import time
+import unittest
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import Desktop, Home, Program, pyatspi, wait_for  # noqa: E402
+
+
+class TestTrip(unittest.TestCase):
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        desktop = Desktop()
+        self.addCleanup(desktop.stop)
+        self.program = Program(desktop, self.home)
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()
+
+    def type(self, text):
+        field = wait_for("the name field", lambda: self.program.find("text"))
+        field.queryEditableText().setTextContents(text)
+
+    def rows(self):
+        return [row.name for row in self.program.find_all("list item")]
+
+    def press_row(self, name):
+        """Makes a row current."""
+        row = wait_for(f"the row {name}", lambda: self.program.find("list item", name))
+        row.parent.querySelection().selectChild(row.getIndexInParent())
+
+    def add(self, button, name):
+        self.program.press(button)
+        self.type(name)
+        self.program.press("Save")
+
+    def test_from_a_category_to_a_finished_list(self):
+        started = time.monotonic()
+        program = self.program
+        # A store in a category.
+        program.press("Shops")
+        program.press("New")
+        self.type("Corner shop")
+        program.press("(click to select)")
+        self.add("New category", "Food & Drink")
+        wait_for("the category", lambda: self.rows() == ["Food & Drink"])
+        program.press("Select")
+        program.press("Save")
+        program.press("Back")
+
+        # A list for that store, and goods for the list.
+        program.press("Shopping")
+        program.press("Lists")
+        program.press("New list")
+        self.type("Weekend")
+        program.press("Store")
+        self.press_row("Corner shop, Food & Drink")
+        program.press("Select")
+        program.press("Save")
+        program.press("OK")
+        for name in ("Milk", "Bread", "Apples"):
+            self.add("New item", name)
+        wait_for("the goods", lambda: self.rows() == ["Milk, 1", "Bread, 1", "Apples, 1"])
+        program.press("OK")
+        program.press("Select")
+
+        # The trip itself.
+        program.press("Start")
+        for name in ("Bread", "Milk", "Apples"):
+            self.press_row(f"{name}, 1, unchecked")
+            program.press("Check")
+            wait_for(f"{name} checked", lambda: f"{name}, 1, checked" in self.rows())
+        self.assertEqual(self.rows(),
+                         ["Apples, 1, checked", "Milk, 1, checked", "Bread, 1, checked"])
+        program.press("OK")
+        wait_for("the finished list", lambda: program.find("label", "Finished (checked)"))
+        program.press("Back")
+        program.press("Exit")
+        self.assertEqual(program.wait_for_exit(), 0)
+        self.assertLess(time.monotonic() - started, 60)
+
+        self.assertEqual(self.home.query("select * from category"), [(1, "Food & Drink")])
+        self.assertEqual(self.home.query("select * from magazin"), [(1, "Corner shop", 1, None)])
+        self.assertEqual(self.home.query("select * from gpscoord"), [])
+        self.assertEqual(self.home.query("select * from shoplist"), [(1, "Weekend", 1, 3)])
+        self.assertEqual(
+            self.home.query("select * from purchase order by id"),
+            [(1, "Milk", 1, 1, 1), (2, "Bread", 1, 1, 1), (3, "Apples", 1, 1, 1)],
+        )
+        self.assertEqual(self.home.query("select * from purref"), [])
+        self.assertEqual(self.home.query("select * from reminders"), [])
+        self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])
+
+
+if __name__ == "__main__":
+    unittest.main()

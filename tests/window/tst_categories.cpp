@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include <QLineEdit>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+
+/// Categories, reached as the person reaches them: by a new store's category button.
+class TestCategories : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void emptyTable();
+    void idsOfNewCategories();
+    void newCategoryIsLastUntilTheListIsFilledAgain();
+    void tappingTwiceInSuccessionEdits();
+    void quickDoubleTapEdits();
+    void lastTapIsRememberedBetweenVisits();
+    void renaming();
+    void deletingClearsTheStoreWithTheSameId();
+    void deletingCanBeDeclined();
+    void namesAreUpTo25Characters();
+    void emptyNameIsRefused();
+    void quoteIsNotStored();
+    void choiceGoesToTheStore();
+    void lastChoiceIsPreselected();
+    void backChoosesNothing();
+    void enterSavesAndEscapeGoesBack();
+
+private:
+    static void openCategories(ShopDriver &shop)
+    {
+        shop.press("shopsButton");
+        shop.press("newButton");
+        shop.press("categoryButton");
+        QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    }
+    static void addCategory(ShopDriver &shop, const QString &name)
+    {
+        shop.press("addButton");
+        shop.type(name);
+        shop.press("saveButton");
+    }
+};
+
+void TestCategories::emptyTable()
+{
+    ShopDriver shop;
+    openCategories(shop);
+    QCOMPARE(shop.list()->count(), 0);
+    QCOMPARE(shop.list()->currentRow(), -1);
+    shop.press("selectButton");
+    QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+}
+
+void TestCategories::idsOfNewCategories()
+{
+    ShopDriver shop;
+    openCategories(shop);
+    addCategory(shop, "Food");
+    QCOMPARE(shop.db->rows("select * from category"), (QList<QVariantList>{{1, "Food"}}));
+    QVERIFY(shop.db->run("insert into category values (7, 'Tools')"));
+    addCategory(shop, "Toys");
+    QCOMPARE(shop.db->column("select id from category where name = 'Toys'"), QVariantList{8});
+}
+
+void TestCategories::newCategoryIsLastUntilTheListIsFilledAgain()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'b')", "insert into category values (2, 'B')"});
+    openCategories(shop);
+    QCOMPARE(shop.rows(), (QStringList{"B", "b"})); // upper case first
+    addCategory(shop, "a");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.rows(), (QStringList{"B", "b", "a"}));
+    QCOMPARE(shop.list()->currentRow(), 2);
+    shop.press("backButton");
+    shop.press("categoryButton");
+    QCOMPARE(shop.rows(), (QStringList{"B", "a", "b"}));
+}
+
+void TestCategories::tappingTwiceInSuccessionEdits()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    openCategories(shop);
+    shop.tap(0);
+    shop.tap(1);
+    shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "a");
+    QVERIFY(shop.isEnabled("deleteButton"));
+}
+
+void TestCategories::quickDoubleTapEdits()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    openCategories(shop);
+    shop.doubleTap(1);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    shop.press("backButton");
+    // On a row that is remembered the first tap opens the page; the second presses nothing there.
+    shop.doubleTap(1);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+}
+
+void TestCategories::lastTapIsRememberedBetweenVisits()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    openCategories(shop);
+    shop.tap(1);
+    shop.press("backButton");
+    shop.press("categoryButton");
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+}
+
+void TestCategories::renaming()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    openCategories(shop);
+    shop.doubleTap(0);
+    shop.type("z");
+    shop.press("saveButton");
+    QCOMPARE(shop.rows(), (QStringList{"z", "b"}));
+    QCOMPARE(shop.db->column("select name from category order by id"), (QVariantList{"z", "b"}));
+}
+
+void TestCategories::deletingClearsTheStoreWithTheSameId()
+{
+    ShopDriver shop({"insert into category values (3, 'a')", "insert into category values (4, 'b')",
+                     "insert into magazin values (3, 'store three', 4, null)",
+                     "insert into magazin values (5, 'store five', 3, null)"});
+    openCategories(shop);
+    shop.doubleTap(0);
+    shop.press("deleteButton");
+    QCOMPARE(shop.message(), "Deleting Category: Are You really want to delete category 'a' ?");
+    shop.press("confirmationYesButton");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.rows(), QStringList("b"));
+    QCOMPARE(shop.db->column("select id from category"), QVariantList{4});
+    QCOMPARE(shop.db->rows("select id, coalesce(categoryid, 'null') from magazin order by id"),
+             (QList<QVariantList>{{3, "null"}, {5, 3}}));
+}
+
+void TestCategories::deletingCanBeDeclined()
+{
+    ShopDriver shop({"insert into category values (1, 'a')"});
+    openCategories(shop);
+    shop.doubleTap(0);
+    shop.press("deleteButton");
+    shop.press("confirmationNoButton");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{"a"});
+}
+
+void TestCategories::namesAreUpTo25Characters()
+{
+    ShopDriver shop;
+    openCategories(shop);
+    addCategory(shop, QString("n").repeated(26));
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{QString("n").repeated(25)});
+}
+
+void TestCategories::emptyNameIsRefused()
+{
+    ShopDriver shop({"insert into category values (1, 'a')"});
+    openCategories(shop);
+    for (const bool editing : {false, true}) {
+        if (editing)
+            shop.doubleTap(0);
+        else
+            shop.press("addButton");
+        QCOMPARE(shop.isEnabled("deleteButton"), editing);
+        shop.type("");
+        shop.press("saveButton");
+        QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
+        shop.press("messageOkButton");
+        QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+        shop.press("backButton");
+    }
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{"a"});
+}
+
+void TestCategories::quoteIsNotStored()
+{
+    ShopDriver shop;
+    openCategories(shop);
+    addCategory(shop, "Joe's");
+    // The page goes on as if it had been.
+    QCOMPARE(shop.rows(), QStringList("Joe's"));
+    QCOMPARE(shop.db->column("select name from category"), QVariantList());
+}
+
+void TestCategories::choiceGoesToTheStore()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b & c')"});
+    openCategories(shop);
+    QCOMPARE(shop.list()->currentRow(), 0);
+    shop.tap(1);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.buttonText("categoryButton"), "b & c");
+}
+
+void TestCategories::lastChoiceIsPreselected()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    openCategories(shop);
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("categoryButton");
+    QCOMPARE(shop.list()->currentRow(), 1);
+    QVERIFY(shop.db->run("delete from category where id = 2"));
+    shop.press("backButton");
+    shop.press("categoryButton");
+    QCOMPARE(shop.list()->currentRow(), 0);
+}
+
+void TestCategories::backChoosesNothing()
+{
+    ShopDriver shop({"insert into category values (1, 'a')"});
+    openCategories(shop);
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
+}
+
+void TestCategories::enterSavesAndEscapeGoesBack()
+{
+    ShopDriver shop;
+    openCategories(shop);
+    shop.press("addButton");
+    QVERIFY(shop.find<QLineEdit>("nameField")->hasFocus());
+    shop.type("Food");
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Return);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{"Food"});
+    shop.press("addButton");
+    shop.type("dropped");
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{"Food"});
+}
+
+QTEST_MAIN(TestCategories)
+#include "tst_categories.moc"

@@ -1,0 +1,314 @@
+// SPDX-License-Identifier: MIT
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+
+class TestDoShopping : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void uncheckedGoodsComeFirst();
+    void checkedGoodMovesToTheTopOfTheCheckedOnes();
+    void uncheckedGoodMovesBelowTheLastUncheckedOne();
+    void everyToggleIsStoredAtOnce();
+    void buttonsActOnTheCurrentGoodOnly();
+    void buttonsWithoutACurrentGoodDoNothing();
+    void quickDoubleTapActsOnce();
+    void enterToggles();
+    void leavingRecomputesTheState_data();
+    void leavingRecomputesTheState();
+    void backIsOk();
+    void withoutAListOneIsChosenFirst();
+    void pendingStartIsForgottenOnTheMainPage();
+    void selectingAfterAStartOnlySelects();
+    void rowsAreReadOut();
+    void spaceChecksNothing();
+    void randomTogglesMatchAModel();
+
+private:
+    static void openShopping(ShopDriver &shop)
+    {
+        shop.press("shoppingButton");
+        shop.press("listsButton");
+        shop.tap(0);
+        shop.press("selectButton");
+        shop.press("startButton");
+        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    }
+};
+
+static QStringList listOf(int goods, int checked = 0)
+{
+    QStringList statements{"insert into shoplist values (1, 'Weekend', 0, 1)",
+                           "insert into shoplist values (2, 'zzz', 0, 1)",
+                           "insert into purchase values (1000, 'elsewhere', 2, 1, 0)"};
+    for (int id = 1; id <= goods; ++id)
+        statements << QString("insert into purchase values (%1, '%2', 1, %1, %3)")
+                          .arg(id)
+                          .arg(QChar('A' + (id - 1) % 26))
+                          .arg(id > goods - checked ? 1 : 0);
+    return statements;
+}
+
+void TestDoShopping::uncheckedGoodsComeFirst()
+{
+    QStringList statements = listOf(4);
+    statements << "update purchase set checkstate = 1 where id in (1, 3)";
+    ShopDriver shop(statements);
+    openShopping(shop);
+    QCOMPARE(shop.rows(), (QStringList{"B|2", "D|4", "A|1*", "C|3*"}));
+    QCOMPARE(shop.labelText("title"), "Weekend");
+    for (int row = 0; row < 4; ++row)
+        QCOMPARE(shop.list()->item(row)->data(Qt::UserRole + 2), QVariant(1));
+}
+
+void TestDoShopping::checkedGoodMovesToTheTopOfTheCheckedOnes()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    shop.tap(1);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3"}));
+    shop.tap(1);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "C|3", "B|2*"}));
+    QCOMPARE(shop.list()->currentRow(), 1);
+    // C moved up under the finger: one tap checks it.
+    shop.tap(1);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "C|3*", "B|2*"}));
+    QCOMPARE(shop.list()->currentRow(), 1);
+}
+
+void TestDoShopping::uncheckedGoodMovesBelowTheLastUncheckedOne()
+{
+    ShopDriver shop(listOf(5, 3));
+    openShopping(shop);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*", "D|4*", "E|5*"}));
+    shop.tap(4);
+    shop.tap(4);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "E|5", "C|3*", "D|4*"}));
+    QCOMPARE(shop.list()->currentRow(), 2);
+    shop.tap(2); // the good itself stays selected and remembered
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "E|5*", "C|3*", "D|4*"}));
+}
+
+void TestDoShopping::everyToggleIsStoredAtOnce()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    shop.tap(1);
+    shop.tap(1);
+    QCOMPARE(shop.db->column("select checkstate from purchase order by id"),
+             (QVariantList{0, 1, 0, 0}));
+    shop.list()->setCurrentRow(2);
+    shop.press("uncheckButton");
+    QCOMPARE(shop.db->column("select checkstate from purchase order by id"),
+             (QVariantList{0, 0, 0, 0}));
+}
+
+void TestDoShopping::buttonsActOnTheCurrentGoodOnly()
+{
+    ShopDriver shop(listOf(3, 1));
+    openShopping(shop);
+    shop.list()->setCurrentRow(2);
+    shop.press("checkButton");
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
+    shop.list()->setCurrentRow(0);
+    shop.press("uncheckButton");
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
+    shop.press("checkButton");
+    QCOMPARE(shop.rows(), (QStringList{"B|2", "A|1*", "C|3*"}));
+    shop.list()->setCurrentRow(2);
+    shop.press("uncheckButton");
+    QCOMPARE(shop.rows(), (QStringList{"B|2", "C|3", "A|1*"}));
+}
+
+void TestDoShopping::buttonsWithoutACurrentGoodDoNothing()
+{
+    ShopDriver shop(listOf(2, 1));
+    openShopping(shop);
+    QCOMPARE(shop.list()->currentRow(), -1);
+    shop.press("checkButton");
+    shop.press("uncheckButton");
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2*"}));
+}
+
+void TestDoShopping::quickDoubleTapActsOnce()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    shop.doubleTap(0);
+    QCOMPARE(shop.rows(), (QStringList{"B|2", "C|3", "A|1*"}));
+    // B is remembered now; its first tap checks it, and the second is not for C.
+    shop.doubleTap(0);
+    QCOMPARE(shop.rows(), (QStringList{"C|3", "B|2*", "A|1*"}));
+}
+
+void TestDoShopping::enterToggles()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    shop.tap(2);
+    QTest::keyClick(shop.list(), Qt::Key_Return);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
+}
+
+void TestDoShopping::leavingRecomputesTheState_data()
+{
+    QTest::addColumn<int>("goods");
+    QTest::addColumn<int>("checked");
+    QTest::addColumn<int>("state");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no goods") << 0 << 0 << 1 << "Active (unchecked)";
+    QTest::newRow("none checked") << 3 << 0 << 1 << "Active (unchecked)";
+    QTest::newRow("some checked") << 3 << 1 << 2 << "Active (partial checked)";
+    QTest::newRow("all checked") << 3 << 3 << 3 << "Finished (checked)";
+}
+
+void TestDoShopping::leavingRecomputesTheState()
+{
+    QFETCH(int, goods);
+    QFETCH(int, checked);
+    QFETCH(int, state);
+    QFETCH(QString, text);
+    QStringList statements = listOf(goods, checked);
+    statements << "update shoplist set state = 0";
+    ShopDriver shop(statements);
+    openShopping(shop);
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listState"), text);
+    QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{state, 0}));
+}
+
+void TestDoShopping::backIsOk()
+{
+    ShopDriver shop(listOf(2, 2));
+    openShopping(shop);
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
+}
+
+void TestDoShopping::withoutAListOneIsChosenFirst()
+{
+    ShopDriver shop(listOf(2));
+    shop.press("shoppingButton");
+    shop.press("startButton");
+    QCOMPARE(shop.message(), "No Shop List selected: Please select Shop List or create a New One");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    QCOMPARE(shop.rows(), (QStringList{"Weekend", "zzz"}));
+    shop.tap(0);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2"}));
+}
+
+void TestDoShopping::pendingStartIsForgottenOnTheMainPage()
+{
+    ShopDriver shop(listOf(2));
+    shop.press("shoppingButton");
+    shop.press("startButton");
+    shop.press("messageOkButton");
+    shop.press("backButton");
+    shop.press("backButton");
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+}
+
+void TestDoShopping::selectingAfterAStartOnlySelects()
+{
+    ShopDriver shop(listOf(2));
+    shop.press("shoppingButton");
+    shop.press("startButton");
+    shop.press("messageOkButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("okButton");
+    shop.press("listsButton");
+    shop.tap(1);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "zzz");
+}
+
+void TestDoShopping::rowsAreReadOut()
+{
+    ShopDriver shop(listOf(2, 1));
+    openShopping(shop);
+    const auto *model = shop.list()->model();
+    QCOMPARE(model->index(0, 0).data(Qt::AccessibleTextRole).toString(), "A, 1, unchecked");
+    QCOMPARE(model->index(1, 0).data(Qt::AccessibleTextRole).toString(), "B, 2, checked");
+}
+
+void TestDoShopping::spaceChecksNothing()
+{
+    ShopDriver shop(listOf(2));
+    openShopping(shop);
+    shop.tap(0);
+    QTest::keyClick(shop.list(), Qt::Key_Space);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2"}));
+    QVERIFY(!(shop.list()->item(0)->flags() & Qt::ItemIsUserCheckable));
+}
+
+void TestDoShopping::randomTogglesMatchAModel()
+{
+    struct Good
+    {
+        int id;
+        bool checked;
+    };
+    QRandomGenerator random(42);
+    int toggles = 0;
+    while (toggles < 2000) {
+        const int count = random.bounded(1, 61);
+        ShopDriver shop(listOf(count, random.bounded(count + 1)));
+        openShopping(shop);
+        QList<Good> model;
+        for (int row = 0; row < count; ++row)
+            model << Good{shop.list()->item(row)->data(Qt::UserRole).toInt(),
+                          shop.list()->item(row)->checkState() == Qt::Checked};
+        int remembered = 0;
+        for (int step = 0; step < 100; ++step) {
+            // Sometimes the row that is remembered, so that one tap toggles.
+            int row = random.bounded(count);
+            if (random.bounded(2) == 0 && shop.list()->currentRow() >= 0)
+                row = shop.list()->currentRow();
+            const Good tapped = model.at(row);
+            shop.tap(row);
+            int current = row;
+            if (tapped.id == remembered) {
+                model.removeAt(row);
+                const auto firstChecked = std::find_if(
+                    model.cbegin(), model.cend(), [](const Good &good) { return good.checked; });
+                const int place = int(firstChecked - model.cbegin());
+                model.insert(place, Good{tapped.id, !tapped.checked});
+                current = tapped.checked ? place : row;
+                ++toggles;
+            }
+            remembered = model.at(current).id;
+            QCOMPARE(shop.list()->currentRow(), current);
+            QVariantList checkedInFile;
+            for (int index = 0; index < count; ++index) {
+                const QListWidgetItem *item = shop.list()->item(index);
+                QCOMPARE(item->data(Qt::UserRole).toInt(), model.at(index).id);
+                QCOMPARE(item->checkState() == Qt::Checked, model.at(index).checked);
+                if (model.at(index).checked)
+                    checkedInFile << model.at(index).id;
+            }
+            std::sort(checkedInFile.begin(), checkedInFile.end(),
+                      [](const QVariant &a, const QVariant &b) { return a.toInt() < b.toInt(); });
+            QCOMPARE(shop.db->column("select id from purchase where checkstate = 1 order by id"),
+                     checkedInFile);
+        }
+    }
+}
+
+QTEST_MAIN(TestDoShopping)
+#include "tst_doshopping.moc"

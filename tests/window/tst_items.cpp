@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: MIT
+#include <QLineEdit>
+#include <QRandomGenerator>
+#include <QSpinBox>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+
+class TestItems : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void goodsAreListedWithTheirAmounts();
+    void nothingIsStoredBeforeOk();
+    void newGoodsGetConsecutiveIds();
+    void idsOfNewRowsStayZero();
+    void amountStartsAtOneAndIsNeverLess();
+    void editingKeepsTheCheckMark();
+    void addingAnUncheckedGoodMakesAFinishedListPartial();
+    void emptyListIsUnchecked();
+    void tapTwiceEdits();
+    void quickDoubleTapEditsOnce();
+    void deleteIsForGoodsThatAreThere();
+    void emptyNameIsRefused();
+    void quoteIsSkippedAndTheOthersAreStored();
+    void strangeAmounts();
+    void randomEditingMatchesAModel();
+
+private:
+    static void openGoods(ShopDriver &shop)
+    {
+        shop.press("shoppingButton");
+        shop.press("listsButton");
+        shop.tap(0);
+        shop.press("selectButton");
+        shop.press("goodsButton");
+        QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    }
+    static void add(ShopDriver &shop, const QString &name, int amount = 1)
+    {
+        shop.press("addButton");
+        shop.type(name);
+        shop.find<QSpinBox>("amountField")->setValue(amount);
+        shop.press("saveButton");
+    }
+    static void open(ShopDriver &shop, int row)
+    {
+        shop.list()->setCurrentRow(row);
+        QTest::keyClick(shop.list(), Qt::Key_Return);
+        QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    }
+    static QList<QVariantList> goods(ShopDriver &shop)
+    {
+        return shop.db->rows("select id, name, shoplistid, amount, checkstate from purchase "
+                             "order by id");
+    }
+};
+
+static const QStringList oneList{
+    "insert into shoplist values (1, 'Weekend', 0, 2)",
+    "insert into purchase values (1, 'Milk', 1, 2, 0)",
+    "insert into purchase values (2, 'Bread', 1, 1, 1)",
+    "insert into purchase values (3, 'Other', 2, 1, 0)",
+};
+
+void TestItems::goodsAreListedWithTheirAmounts()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    QCOMPARE(shop.labelText("title"), "Weekend");
+    QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1"}));
+}
+
+void TestItems::nothingIsStoredBeforeOk()
+{
+    ShopDriver shop(oneList);
+    const QList<QVariantList> before = goods(shop);
+    openGoods(shop);
+    add(shop, "Eggs", 12);
+    open(shop, 0);
+    shop.type("Oat milk");
+    shop.press("saveButton");
+    open(shop, 1);
+    shop.press("deleteButton");
+    QCOMPARE(shop.message(), "Deleting List Item: Are You really want to delete item 'Bread' ?");
+    shop.press("confirmationYesButton");
+    QCOMPARE(shop.rows(), (QStringList{"Oat milk|2", "Eggs|12"}));
+    QCOMPARE(goods(shop), before);
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(goods(shop), before);
+    shop.press("goodsButton");
+    QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1"}));
+}
+
+void TestItems::newGoodsGetConsecutiveIds()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    add(shop, "Eggs", 12);
+    add(shop, "Salt");
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(goods(shop), (QList<QVariantList>{{1, "Milk", 1, 2, 0},
+                                               {2, "Bread", 1, 1, 1},
+                                               {3, "Other", 2, 1, 0},
+                                               {4, "Eggs", 1, 12, 0},
+                                               {5, "Salt", 1, 1, 0}}));
+}
+
+void TestItems::idsOfNewRowsStayZero()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    add(shop, "Eggs");
+    const auto *list = shop.list();
+    shop.press("okButton");
+    QCOMPARE(list->item(2)->data(Qt::UserRole).toInt(), 0);
+}
+
+void TestItems::amountStartsAtOneAndIsNeverLess()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    open(shop, 0);
+    QCOMPARE(shop.find<QSpinBox>("amountField")->value(), 2);
+    shop.press("backButton");
+    shop.press("addButton");
+    auto *amount = shop.find<QSpinBox>("amountField");
+    QCOMPARE(amount->value(), 1);
+    QCOMPARE(amount->minimum(), 1);
+    QCOMPARE(amount->maximum(), 99);
+    QTest::keyClick(amount, Qt::Key_Down);
+    QCOMPARE(amount->value(), 1);
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "");
+}
+
+void TestItems::editingKeepsTheCheckMark()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    open(shop, 1);
+    shop.type("Rye bread");
+    shop.find<QSpinBox>("amountField")->setValue(3);
+    shop.press("saveButton");
+    shop.press("okButton");
+    QCOMPARE(goods(shop).at(1), (QVariantList{2, "Rye bread", 1, 3, 1}));
+}
+
+void TestItems::addingAnUncheckedGoodMakesAFinishedListPartial()
+{
+    QStringList statements = oneList;
+    statements << "update purchase set checkstate = 1"
+               << "update shoplist set state = 3";
+    ShopDriver shop(statements);
+    openGoods(shop);
+    add(shop, "Eggs");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select state from shoplist"), QVariantList{2});
+    QCOMPARE(shop.labelText("listState"), "Active (partial checked)");
+}
+
+void TestItems::emptyListIsUnchecked()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    for (int count = 0; count < 2; ++count) {
+        open(shop, 0);
+        shop.press("deleteButton");
+        shop.press("confirmationYesButton");
+    }
+    shop.press("okButton");
+    QCOMPARE(goods(shop), (QList<QVariantList>{{3, "Other", 2, 1, 0}}));
+    QCOMPARE(shop.db->column("select state from shoplist"), QVariantList{1});
+    QCOMPARE(shop.labelText("listState"), "Active (unchecked)");
+}
+
+void TestItems::tapTwiceEdits()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    shop.tap(0);
+    shop.tap(1);
+    shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    shop.press("backButton");
+    // Goods that are not stored yet share one id: any second tap on one of them opens it.
+    add(shop, "Eggs");
+    add(shop, "Salt");
+    shop.tap(2);
+    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    shop.tap(3);
+    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Salt");
+}
+
+void TestItems::quickDoubleTapEditsOnce()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    shop.doubleTap(1);
+    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    shop.press("backButton");
+    shop.doubleTap(1);
+    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+}
+
+void TestItems::deleteIsForGoodsThatAreThere()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    shop.press("addButton");
+    QVERIFY(!shop.isEnabled("deleteButton"));
+    shop.press("backButton");
+    open(shop, 0);
+    QVERIFY(shop.isEnabled("deleteButton"));
+    shop.press("deleteButton");
+    shop.press("confirmationNoButton");
+    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+}
+
+void TestItems::emptyNameIsRefused()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    for (const bool editing : {false, true}) {
+        if (editing)
+            open(shop, 0);
+        else
+            shop.press("addButton");
+        shop.type("");
+        shop.press("saveButton");
+        QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
+        shop.press("messageOkButton");
+        QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+        shop.press("backButton");
+        QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1"}));
+    }
+}
+
+void TestItems::quoteIsSkippedAndTheOthersAreStored()
+{
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    add(shop, "Joe's jam");
+    add(shop, "Salt");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select name from purchase where shoplistid = 1 order by id"),
+             (QVariantList{"Milk", "Bread", "Salt"}));
+}
+
+void TestItems::strangeAmounts()
+{
+    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 1)",
+                     "insert into purchase values (1, 'none', 1, 0, 0)",
+                     "insert into purchase values (2, 'null', 1, null, 0)",
+                     "insert into purchase values (3, 'many', 1, 100, 0)",
+                     "insert into purchase values (4, 'text', 1, 'some', null)"});
+    openGoods(shop);
+    QCOMPARE(shop.rows(), (QStringList{"none|0", "null|0", "many|100", "text|0"}));
+    open(shop, 2);
+    QCOMPARE(shop.find<QSpinBox>("amountField")->value(), 99);
+    shop.press("backButton");
+    shop.press("okButton");
+    // Every good is written again as it is shown.
+    QCOMPARE(shop.db->column("select amount from purchase order by id"),
+             (QVariantList{0, 0, 100, 0}));
+}
+
+void TestItems::randomEditingMatchesAModel()
+{
+    struct Good
+    {
+        int id;
+        QString name;
+        int amount;
+    };
+    QRandomGenerator random(20261121);
+    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 0)"});
+    QList<Good> stored;
+    openGoods(shop);
+    QList<Good> shown;
+    for (int step = 0; step < 400; ++step) {
+        const int action = random.bounded(10);
+        const QString name = QString("good %1").arg(step);
+        const int amount = random.bounded(1, 100);
+        if (action < 4) {
+            add(shop, name, amount);
+            shown << Good{0, name, amount};
+        } else if (action < 6 && !shown.isEmpty()) {
+            const int row = random.bounded(int(shown.size()));
+            open(shop, row);
+            shop.type(name);
+            shop.find<QSpinBox>("amountField")->setValue(amount);
+            shop.press("saveButton");
+            shown[row].name = name;
+            shown[row].amount = amount;
+        } else if (action < 8 && !shown.isEmpty()) {
+            const int row = random.bounded(int(shown.size()));
+            open(shop, row);
+            shop.press("deleteButton");
+            shop.press("confirmationYesButton");
+            shown.removeAt(row);
+        } else if (action == 8) {
+            shop.press("okButton");
+            int largest = 0;
+            for (const Good &good : shown)
+                largest = qMax(largest, good.id);
+            for (Good &good : shown) {
+                if (good.id == 0)
+                    good.id = ++largest;
+            }
+            stored = shown;
+            shop.press("goodsButton");
+        } else {
+            shop.press("backButton");
+            shop.press("goodsButton");
+            shown = stored;
+        }
+        QStringList expected;
+        for (const Good &good : shown)
+            expected << QString("%1|%2").arg(good.name).arg(good.amount);
+        QCOMPARE(shop.rows(), expected);
+        QList<QVariantList> rows;
+        for (const Good &good : stored)
+            rows << QVariantList{good.id, good.name, 1, good.amount, 0};
+        QCOMPARE(goods(shop), rows);
+    }
+}
+
+QTEST_MAIN(TestItems)
+#include "tst_items.moc"

@@ -1,0 +1,515 @@
+// SPDX-License-Identifier: MIT
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+
+/// The shopping page, the lists to choose from, and editing one of them.
+class TestLists : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingIsActiveAtStart();
+    void activeListIsShown();
+    void storeThatIsGoneOrMissingIsUnknown();
+    void states_data();
+    void states();
+    void listIsFilledInOrderWithStores();
+    void selectWithoutARowWarns();
+    void tapTwiceOpens();
+    void quickDoubleTapOpensOnce();
+    void enterOpens();
+    void creating();
+    void creatingWithAStore();
+    void newListIsLastUntilFilledAgain();
+    void pickerLeavesTheStoreWhenLeft();
+    void updating();
+    void unknownStoreReachesNoRow();
+    void resetUnchecksAllGoods();
+    void resetIsForCheckedListsOnly_data();
+    void resetIsForCheckedListsOnly();
+    void deletingRemovesTheGoodsFirst();
+    void deletingCanBeDeclined();
+    void emptyNameIsRefused();
+    void namesAreUpTo25Characters();
+    void namesAndStatements_data();
+    void namesAndStatements();
+    void newNameCanReachOtherRows();
+    void newNameThatIsTwoStatementsDoesNothing();
+    void strangeRecords();
+    void tenThousandLists();
+
+private:
+    static void openLists(ShopDriver &shop)
+    {
+        shop.press("shoppingButton");
+        shop.press("listsButton");
+        QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    }
+    static void activate(ShopDriver &shop, int row)
+    {
+        openLists(shop);
+        shop.tap(row);
+        shop.press("selectButton");
+        QCOMPARE(shop.pageIndex(), int(PageShopping));
+    }
+    static QStringList values(ShopDriver &shop)
+    {
+        return {shop.labelText("listName"), shop.labelText("storeName"),
+                shop.labelText("listState")};
+    }
+};
+
+static const QStringList twoLists{
+    "insert into magazin values (4, 'Bakery', null, null)",
+    "insert into shoplist values (1, 'Weekend', 4, 2)",
+    "insert into shoplist values (2, 'Party', 0, 0)",
+    "insert into purchase values (1, 'Milk', 1, 2, 0)",
+    "insert into purchase values (2, 'Bread', 1, 1, 1)",
+    "insert into purchase values (3, 'Balloons', 2, 50, 0)",
+};
+
+void TestLists::nothingIsActiveAtStart()
+{
+    ShopDriver shop;
+    shop.press("shoppingButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "");
+    QVERIFY(!shop.isEnabled("editButton"));
+    QVERIFY(!shop.isEnabled("goodsButton"));
+    for (const char *button : {"startButton", "listsButton", "backButton", "helpButton"})
+        QVERIFY2(shop.isEnabled(button), button);
+}
+
+void TestLists::activeListIsShown()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    QCOMPARE(values(shop), (QStringList{"Weekend", "Bakery", "Active (partial checked)"}));
+    QVERIFY(shop.isEnabled("editButton"));
+    QVERIFY(shop.isEnabled("goodsButton"));
+}
+
+void TestLists::storeThatIsGoneOrMissingIsUnknown()
+{
+    ShopDriver shop(twoLists);
+    QVERIFY(shop.db->run("delete from magazin"));
+    activate(shop, 1);
+    QCOMPARE(shop.labelText("storeName"), "(unknown)");
+    shop.press("listsButton");
+    QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend"}));
+    shop.tap(0);
+    shop.press("selectButton");
+    QCOMPARE(values(shop), (QStringList{"Party", "(unknown)", "Empty"}));
+}
+
+void TestLists::states_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("0") << "0"
+                       << "Empty";
+    QTest::newRow("1") << "1"
+                       << "Active (unchecked)";
+    QTest::newRow("2") << "2"
+                       << "Active (partial checked)";
+    QTest::newRow("3") << "3"
+                       << "Finished (checked)";
+    QTest::newRow("7") << "7"
+                       << "unknown";
+    QTest::newRow("-1") << "-1"
+                        << "unknown";
+}
+
+void TestLists::states()
+{
+    QFETCH(QString, state);
+    QFETCH(QString, text);
+    ShopDriver shop({QString("insert into shoplist values (1, 'a', 0, %1)").arg(state)});
+    activate(shop, 0);
+    QCOMPARE(shop.labelText("listState"), text);
+}
+
+void TestLists::listIsFilledInOrderWithStores()
+{
+    QStringList statements = twoLists;
+    statements << "insert into shoplist values (3, 'advent', 4, 0)"
+               << "insert into shoplist values (4, 'Zoo', 99, 0)";
+    ShopDriver shop(statements);
+    openLists(shop);
+    QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Zoo", "advent|Bakery"}));
+}
+
+void TestLists::selectWithoutARowWarns()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.press("selectButton");
+    QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+}
+
+void TestLists::tapTwiceOpens()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.tap(0);
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "Weekend");
+    // A fill forgets the tap.
+    shop.press("listsButton");
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+}
+
+void TestLists::quickDoubleTapOpensOnce()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.doubleTap(0);
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "Party");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.doubleTap(0);
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+}
+
+void TestLists::enterOpens()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.tap(0);
+    QTest::keyClick(shop.list(), Qt::Key_Return);
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "Party");
+}
+
+void TestLists::creating()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.press("createButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.labelText("listState"), "Empty");
+    QCOMPARE(shop.buttonText("storeButton"), "");
+    QVERIFY(!shop.isEnabled("deleteButton"));
+    QVERIFY(!shop.isEnabled("resetButton"));
+    shop.type("Camping");
+    shop.press("saveButton");
+    QCOMPARE(shop.message(), "List Created: Shopping List created. But it is empty for now. "
+                             "Fill it with shopping Items.");
+    QCOMPARE(shop.db->rows("select * from shoplist where id = 3"),
+             (QList<QVariantList>{{3, "Camping", 0, 0}}));
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    QCOMPARE(shop.labelText("title"), "Camping");
+    QCOMPARE(shop.list()->count(), 0);
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Camping"}));
+    QCOMPARE(shop.list()->currentRow(), 2);
+    // It is the active list.
+    shop.press("selectButton");
+    QCOMPARE(values(shop), (QStringList{"Camping", "(unknown)", "Empty"}));
+}
+
+void TestLists::creatingWithAStore()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.press("createButton");
+    shop.type("Camping");
+    shop.press("storeButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    QCOMPARE(shop.list()->currentRow(), -1);
+    shop.tap(0);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    shop.press("saveButton");
+    shop.press("messageOkButton");
+    shop.press("backButton");
+    QCOMPARE(shop.rows().last(), "Camping|Bakery");
+    QCOMPARE(shop.db->rows("select * from shoplist where id = 3"),
+             (QList<QVariantList>{{3, "Camping", 4, 0}}));
+}
+
+void TestLists::newListIsLastUntilFilledAgain()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.press("createButton");
+    shop.type("Alps");
+    shop.press("saveButton");
+    shop.press("messageOkButton");
+    shop.press("backButton");
+    QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Alps"}));
+    shop.press("backButton");
+    shop.press("listsButton");
+    QCOMPARE(shop.rows(), (QStringList{"Alps", "Party", "Weekend|Bakery"}));
+}
+
+void TestLists::pickerLeavesTheStoreWhenLeft()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.press("storeButton");
+    QCOMPARE(shop.list()->currentRow(), 0);
+    shop.press("addButton");
+    shop.type("Dairy");
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select magazinid from shoplist where id = 1"),
+             (QList<QVariantList>{{4}}));
+}
+
+void TestLists::updating()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 0);
+    shop.press("editButton");
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Party");
+    QVERIFY(shop.isEnabled("deleteButton"));
+    shop.type("Feast");
+    shop.press("storeButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    // The state in the file is left alone, whatever it has become.
+    QVERIFY(shop.db->run("update shoplist set state = 3 where id = 2"));
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(values(shop), (QStringList{"Feast", "Bakery", "Finished (checked)"}));
+    QCOMPARE(shop.db->rows("select * from shoplist where id = 2"),
+             (QList<QVariantList>{{2, "Feast", 4, 3}}));
+}
+
+void TestLists::unknownStoreReachesNoRow()
+{
+    ShopDriver shop({"insert into shoplist values (1, 'a', 77, 1)"});
+    activate(shop, 0);
+    shop.press("editButton");
+    shop.press("saveButton");
+    shop.press("listsButton");
+    QCOMPARE(shop.rows(), QStringList("a"));
+    QCOMPARE(shop.db->rows("select * from shoplist"), (QList<QVariantList>{{1, "a", 77, 1}}));
+}
+
+void TestLists::resetUnchecksAllGoods()
+{
+    QStringList statements = twoLists;
+    statements << "update purchase set checkstate = 1 where shoplistid = 1"
+               << "update purchase set checkstate = 1 where shoplistid = 2"
+               << "update shoplist set state = 3 where id = 1";
+    ShopDriver shop(statements);
+    activate(shop, 1);
+    shop.press("editButton");
+    QCOMPARE(shop.labelText("listState"), "Finished (checked)");
+    shop.press("resetButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.labelText("listState"), "Active (unchecked)");
+    QVERIFY(!shop.isEnabled("resetButton"));
+    QCOMPARE(shop.db->column("select checkstate from purchase order by id"),
+             (QVariantList{0, 0, 1}));
+    QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{1, 0}));
+}
+
+void TestLists::resetIsForCheckedListsOnly_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<bool>("enabled");
+    for (int state = 0; state <= 4; ++state)
+        QTest::addRow("state %d", state) << state << (state == 2 || state == 3);
+}
+
+void TestLists::resetIsForCheckedListsOnly()
+{
+    QFETCH(int, state);
+    QFETCH(bool, enabled);
+    ShopDriver shop({QString("insert into shoplist values (1, 'a', 0, %1)").arg(state)});
+    activate(shop, 0);
+    shop.press("editButton");
+    QCOMPARE(shop.isEnabled("resetButton"), enabled);
+    if (enabled) {
+        // Also without any goods.
+        shop.press("resetButton");
+        QCOMPARE(shop.db->column("select state from shoplist"), QVariantList{1});
+    }
+}
+
+void TestLists::deletingRemovesTheGoodsFirst()
+{
+    QStringList statements = twoLists;
+    // Remembers which rows were left when a list went.
+    statements << "create table seen (goods int)"
+               << "create trigger seen before delete on shoplist begin insert into seen "
+                  "select count(*) from purchase where shoplistid = old.id; end";
+    ShopDriver shop(statements);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.type("another name");
+    shop.press("deleteButton");
+    QCOMPARE(shop.message(), "Deleting Shopping List: Are You really want to delete list named "
+                             "'another name' ?");
+    shop.press("confirmationYesButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "");
+    QVERIFY(!shop.isEnabled("editButton"));
+    QCOMPARE(shop.db->column("select id from shoplist"), QVariantList{2});
+    QCOMPARE(shop.db->column("select id from purchase"), QVariantList{3});
+    QCOMPARE(shop.db->column("select goods from seen"), QVariantList{0});
+}
+
+void TestLists::deletingCanBeDeclined()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.press("deleteButton");
+    shop.press("confirmationNoButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{2});
+}
+
+void TestLists::emptyNameIsRefused()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.type("");
+    shop.press("saveButton");
+    QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    shop.press("backButton");
+    shop.press("listsButton");
+    shop.press("createButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
+    QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{2});
+}
+
+void TestLists::namesAreUpTo25Characters()
+{
+    ShopDriver shop;
+    openLists(shop);
+    shop.press("createButton");
+    shop.type(QString("я").repeated(26));
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from shoplist"), QVariantList{QString("я").repeated(25)});
+}
+
+void TestLists::namesAndStatements_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("stored"); // null: nothing is
+    const QList<std::pair<QString, QString>> rows{
+        {"100%", "100%"},
+        {"a%3", "a0"},
+        {"a%4", "a0"},
+        {"%1", QString()},
+        {"%2", QString()},
+        {"Joe's", QString()},
+        {"It''s", "It's"},
+        {"\"quoted\"", "\"quoted\""},
+        {"back\\slash", "back\\slash"},
+        {"  blanks  ", "  blanks  "},
+        {"🛒🥛", "🛒🥛"},
+        {"חלב ולחם", "חלב ולחם"},
+        {"a;b--c", "a;b--c"},
+        {"two\nlines", "two\nlines"},
+    };
+    for (const auto &[name, stored] : rows)
+        QTest::newRow(qPrintable(name)) << name << stored;
+}
+
+void TestLists::namesAndStatements()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, stored);
+    ShopDriver shop({"insert into shoplist values (1, 'other', 0, 0)"});
+    openLists(shop);
+    shop.press("createButton");
+    // Pasted, as a person would who cannot type it.
+    QGuiApplication::clipboard()->setText(name);
+    shop.find<QLineEdit>("nameField")->paste();
+    shop.press("saveButton");
+    shop.press("messageOkButton");
+    QVariantList expected{"other"};
+    if (!stored.isNull())
+        expected << stored;
+    QCOMPARE(shop.db->column("select name from shoplist order by id"), expected);
+}
+
+void TestLists::newNameCanReachOtherRows()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.type("x' --");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from shoplist order by id"), (QVariantList{"x", "x"}));
+}
+
+void TestLists::newNameThatIsTwoStatementsDoesNothing()
+{
+    ShopDriver shop(twoLists);
+    activate(shop, 1);
+    shop.press("editButton");
+    shop.type("a'; drop table t; --");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from shoplist order by id"),
+             (QVariantList{"Weekend", "Party"}));
+}
+
+void TestLists::strangeRecords()
+{
+    ShopDriver shop({"insert into shoplist values (2147483647, 'top', 2147483647, 2)",
+                     "insert into shoplist values (-5, 'below', -1, null)",
+                     "insert into shoplist values (7, 'same', 0, 1)",
+                     "insert into shoplist values (8, 'same', 0, 1)",
+                     "insert into shoplist values (9, null, null, 'text')"});
+    openLists(shop);
+    QCOMPARE(shop.list()->count(), 5);
+    for (int row = 0; row < 5; ++row) {
+        shop.list()->setCurrentRow(row);
+        shop.press("selectButton");
+        shop.press("goodsButton");
+        shop.press("backButton");
+        shop.press("listsButton");
+    }
+    shop.press("createButton");
+    shop.type("next");
+    shop.press("saveButton");
+    // The largest id plus one is no id any more, so the new one is 1.
+    QCOMPARE(shop.db->column("select id from shoplist where name = 'next'"), QVariantList{1});
+}
+
+void TestLists::tenThousandLists()
+{
+    ShopDriver shop({"with recursive n(i) as (select 1 union all select i + 1 from n "
+                     "where i < 10000) insert into shoplist select i, 'list ' || i, 0, 1 from n"});
+    QElapsedTimer clock;
+    clock.start();
+    openLists(shop);
+    QCOMPARE(shop.list()->count(), 10000);
+    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(shop.list()->findChildren<QWidget *>().size() < 20);
+}
+
+QTEST_MAIN(TestLists)
+#include "tst_lists.moc"

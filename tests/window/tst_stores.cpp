@@ -1,0 +1,408 @@
+// SPDX-License-Identifier: MIT
+#include <QLineEdit>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "gps/trshopgps.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+class TestStores : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingIsSelectedAtStart();
+    void newStoreWithoutAnything();
+    void newStoreFromTheStoresPageIsShown();
+    void newStoreFromTheListIsAppended();
+    void storeAddedInThePickerIsNotChosenByGoingBack();
+    void categoryIsFoundByItsName();
+    void categoryThatIsGone();
+    void distanceTexts();
+    void distanceOfAStoreWithoutCoordinates();
+    void distanceIsAskedForOncePerFill();
+    void distanceIsToTheStoreThatShows();
+    void withoutAPositionSource();
+    void newCoordinatesReplaceTheRow();
+    void coordinatesButtonTexts();
+    void coordinatesButtonNeverTellsOfAnotherStore();
+    void editing();
+    void deletingLeavesTheLists();
+    void listPreselectsTheCurrentStore();
+    void tapTwiceChooses();
+    void tapAfterEditingChoosesAtOnce();
+    void quickDoubleTapChooses();
+    void emptyNameIsRefused();
+    void storeThatIsGoneLeavesTheValues();
+    void coordinatesPageLeadsBack();
+
+private:
+    static void openStoreList(ShopDriver &shop)
+    {
+        if (shop.pageIndex() == PageMain)
+            shop.press("shopsButton");
+        shop.press("storesButton");
+        QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    }
+    static void choose(ShopDriver &shop, int row)
+    {
+        openStoreList(shop);
+        shop.tap(row);
+        shop.press("selectButton");
+        QCOMPARE(shop.pageIndex(), int(PageStores));
+    }
+    static QStringList values(ShopDriver &shop)
+    {
+        return {shop.labelText("storeName"), shop.labelText("storeCategory"),
+                shop.labelText("storeDistance")};
+    }
+};
+
+static const QStringList threeStores{
+    "insert into category values (1, 'Food')",
+    "insert into magazin values (1, 'Bakery', 1, null)",
+    "insert into magazin values (2, 'Dairy', null, null)",
+    "insert into magazin values (5, 'Tools', 9, null)",
+    "insert into gpscoord values (5, 59.9, 10.7, 12.5)",
+};
+
+void TestStores::nothingIsSelectedAtStart()
+{
+    ShopDriver shop;
+    shop.press("shopsButton");
+    QCOMPARE(values(shop), (QStringList{"(not selected)", "(not selected)", "(not selected)"}));
+    QVERIFY(!shop.isEnabled("editButton"));
+}
+
+void TestStores::newStoreWithoutAnything()
+{
+    ShopDriver shop;
+    shop.press("shopsButton");
+    shop.press("newButton");
+    QVERIFY(!shop.isEnabled("deleteButton"));
+    QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
+    shop.type("Corner shop");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select id, name, categoryid is null, gpsid is null from magazin"),
+             (QList<QVariantList>{{1, "Corner shop", 1, 1}}));
+    QCOMPARE(shop.db->rows("select * from gpscoord"), QList<QVariantList>());
+    QCOMPARE(values(shop), (QStringList{"Corner shop", "(not selected)", "(no Coordinates set)"}));
+}
+
+void TestStores::newStoreFromTheStoresPageIsShown()
+{
+    ShopDriver shop(threeStores);
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Fish");
+    shop.press("categoryButton");
+    shop.press("selectButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(values(shop), (QStringList{"Fish", "Food", "(no Coordinates set)"}));
+    QVERIFY(shop.isEnabled("editButton"));
+    QCOMPARE(shop.db->rows("select id, categoryid from magazin where name = 'Fish'"),
+             (QList<QVariantList>{{6, 1}}));
+}
+
+void TestStores::newStoreFromTheListIsAppended()
+{
+    ShopDriver shop(threeStores);
+    openStoreList(shop);
+    QCOMPARE(shop.rows(), (QStringList{"Bakery|Food", "Dairy", "Tools"}));
+    shop.press("addButton");
+    shop.type("Aprons");
+    shop.press("categoryButton");
+    shop.press("selectButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    QCOMPARE(shop.rows(), (QStringList{"Bakery|Food", "Dairy", "Tools", "Aprons|Food"}));
+}
+
+void TestStores::storeAddedInThePickerIsNotChosenByGoingBack()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 1);
+    shop.press("storesButton");
+    shop.press("addButton");
+    shop.type("Aprons");
+    shop.press("saveButton");
+    shop.press("backButton");
+    QCOMPARE(shop.labelText("storeName"), "Dairy");
+    shop.press("editButton");
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Dairy");
+}
+
+void TestStores::categoryIsFoundByItsName()
+{
+    ShopDriver shop(
+        {"insert into category values (1, 'Same')", "insert into category values (2, 'Same')"});
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Corner shop");
+    shop.press("categoryButton");
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select categoryid from magazin"), QVariantList{1});
+}
+
+void TestStores::categoryThatIsGone()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 2);
+    QCOMPARE(shop.labelText("storeCategory"), "(not selected)");
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
+}
+
+void TestStores::distanceTexts()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 2);
+    QCOMPARE(shop.labelText("storeDistance"), "(GPS disabled)");
+    shop.window->gpsAcquired(10.7, 59.901, 0);
+    shop.press("backButton");
+    shop.press("shopsButton");
+    const float meters = TrShopGps::distanceBetween(59.901F, 10.7F, 59.9F, 10.7F);
+    QVERIFY(meters > 111 && meters < 112);
+    QCOMPARE(shop.labelText("storeDistance"), QString("%1 meters").arg(double(meters), 0, 'f', 2));
+}
+
+void TestStores::distanceOfAStoreWithoutCoordinates()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 1);
+    QCOMPARE(shop.labelText("storeDistance"), "(no Coordinates set)");
+    shop.window->gpsAcquired(10.7, 59.901, 0);
+    shop.press("backButton");
+    shop.press("shopsButton");
+    QCOMPARE(shop.labelText("storeDistance"), "(no Coordinates set)");
+}
+
+void TestStores::distanceIsAskedForOncePerFill()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}});
+    const auto *source = TestPositionSource::instance();
+    QVERIFY(source);
+    choose(shop, 2);
+    QCOMPARE(shop.labelText("storeDistance"), "(calculating)");
+    QCOMPARE(source->requests, 1);
+    shop.press("backButton");
+    shop.press("shopsButton");
+    QCOMPARE(source->requests, 2);
+    TestPositionSource::instance()->deliver(59.9, 10.7);
+    QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
+    // It is told once; the next position finds nobody asking.
+    TestPositionSource::instance()->deliver(59.901, 10.7);
+    QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
+    choose(shop, 1);
+    QCOMPARE(shop.labelText("storeDistance"), "(no Coordinates set)");
+    QCOMPARE(source->requests, 2);
+}
+
+void TestStores::newCoordinatesReplaceTheRow()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 2);
+    shop.press("editButton");
+    shop.window->mapMarkUpdated(55.7558321, -37.25);
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select id, latitude, longitude, altitude from gpscoord"),
+             (QList<QVariantList>{{5, 55.755833, -37.25, 0.0}}));
+    shop.press("newButton");
+    shop.type("Fish");
+    shop.window->mapMarkUpdated(1, 2);
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select id, latitude, longitude, altitude from gpscoord where id = 6"),
+             (QList<QVariantList>{{6, 1.0, 2.0, 0.0}}));
+    // What was taken for one store is not the next one's.
+    shop.press("newButton");
+    shop.type("Meat");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select * from gpscoord where id = 7"), QList<QVariantList>());
+}
+
+void TestStores::distanceIsToTheStoreThatShows()
+{
+    QStringList statements = threeStores;
+    statements << "insert into gpscoord values (1, 0, 0, 0)";
+    ShopDriver shop(statements);
+    shop.window->gpsAcquired(0, 0, 0);
+    choose(shop, 0);
+    QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
+    choose(shop, 2);
+    QVERIFY(shop.labelText("storeDistance") != "0.00 meters");
+}
+
+void TestStores::withoutAPositionSource()
+{
+    ShopDriver shop(threeStores);
+    shop.window->gpsAvailable = false;
+    choose(shop, 2);
+    QCOMPARE(shop.labelText("storeDistance"), "(GPS is not Available)");
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(GPS is not Available)");
+    QVERIFY(!shop.isEnabled("coordinatesButton"));
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select latitude, longitude, altitude from gpscoord"),
+             (QList<QVariantList>{{59.9, 10.7, 12.5}}));
+    shop.press("newButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(GPS is not Available)");
+    QVERIFY(!shop.isEnabled("coordinatesButton"));
+}
+
+void TestStores::coordinatesButtonTexts()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 2);
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
+    QVERIFY(shop.isEnabled("coordinatesButton"));
+    shop.press("backButton");
+    choose(shop, 0);
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(enter GPS)");
+}
+
+void TestStores::coordinatesButtonNeverTellsOfAnotherStore()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}});
+    for (const int row : {2, 0}) {
+        choose(shop, row);
+        shop.press("editButton");
+        QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
+        shop.press("backButton");
+    }
+}
+
+void TestStores::editing()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 2);
+    shop.press("editButton");
+    QVERIFY(shop.isEnabled("deleteButton"));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Tools");
+    shop.type("Better tools");
+    shop.press("categoryButton");
+    shop.press("selectButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.labelText("storeName"), "Better tools");
+    QCOMPARE(shop.labelText("storeCategory"), "Food");
+    QCOMPARE(shop.db->rows("select name, categoryid, gpsid is null from magazin where id = 5"),
+             (QList<QVariantList>{{"Better tools", 1, 1}}));
+    // Coordinates that were not touched stay.
+    QCOMPARE(shop.db->rows("select * from gpscoord"), (QList<QVariantList>{{5, 59.9, 10.7, 12.5}}));
+}
+
+void TestStores::deletingLeavesTheLists()
+{
+    QStringList statements = threeStores;
+    statements << "insert into shoplist values (1, 'Weekend', 5, 1)";
+    ShopDriver shop(statements);
+    choose(shop, 2);
+    shop.press("editButton");
+    shop.press("deleteButton");
+    QCOMPARE(shop.message(), "Deleting Store: Are You really want to delete store named 'Tools' ?");
+    shop.press("confirmationYesButton");
+    QCOMPARE(values(shop), (QStringList{"(not selected)", "(not selected)", "(not selected)"}));
+    QVERIFY(!shop.isEnabled("editButton"));
+    QCOMPARE(shop.db->column("select id from magazin order by id"), (QVariantList{1, 2}));
+    QCOMPARE(shop.db->rows("select * from gpscoord"), QList<QVariantList>());
+    QCOMPARE(shop.db->rows("select * from shoplist"), (QList<QVariantList>{{1, "Weekend", 5, 1}}));
+}
+
+void TestStores::listPreselectsTheCurrentStore()
+{
+    ShopDriver shop(threeStores);
+    openStoreList(shop);
+    QCOMPARE(shop.list()->currentRow(), -1);
+    shop.press("selectButton");
+    QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("storesButton");
+    QCOMPARE(shop.list()->currentRow(), 1);
+}
+
+void TestStores::tapTwiceChooses()
+{
+    ShopDriver shop(threeStores);
+    openStoreList(shop);
+    shop.tap(0);
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.labelText("storeName"), "Dairy");
+}
+
+void TestStores::tapAfterEditingChoosesAtOnce()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 1);
+    shop.press("editButton");
+    shop.press("backButton");
+    shop.press("storesButton");
+    shop.tap(1);
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+}
+
+void TestStores::quickDoubleTapChooses()
+{
+    ShopDriver shop(threeStores);
+    openStoreList(shop);
+    shop.doubleTap(2);
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.labelText("storeName"), "Tools");
+    // The row is remembered: its first tap chooses, and the second presses nothing on the page that
+    // comes, though a button lies under it.
+    shop.press("storesButton");
+    shop.doubleTap(2);
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+}
+
+void TestStores::emptyNameIsRefused()
+{
+    ShopDriver shop;
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.db->column("select id from magazin"), QVariantList());
+}
+
+void TestStores::storeThatIsGoneLeavesTheValues()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 0);
+    QVERIFY(shop.db->run("delete from magazin"));
+    shop.press("backButton");
+    shop.press("shopsButton");
+    QCOMPARE(shop.labelText("storeName"), "Bakery");
+}
+
+void TestStores::coordinatesPageLeadsBack()
+{
+    ShopDriver shop;
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("half typed");
+    shop.press("coordinatesButton");
+    QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "half typed");
+}
+
+QTEST_MAIN(TestStores)
+#include "tst_stores.moc"
