@@ -178,6 +178,13 @@ class Program:
     def wait_for_window(self):
         return wait_for("the window on the accessibility bus", lambda: self.find("frame", "Trolleo"))
 
+    def focused(self):
+        """What has the keyboard focus, or None."""
+        nodes = [node for role in ("push button", "text", "spin button", "list", "list item")
+                 for node in self.find_all(role)]
+        return next((node for node in nodes
+                     if node.getState().contains(pyatspi.STATE_FOCUSED)), None)
+
     def find_all(self, role, name=None):
         """What is showing with a role, and a name unless that is None."""
         found = []
@@ -210,6 +217,9 @@ class Program:
         actions = button.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
         actions.doAction(names.index("Press"))
+        # The toolkit shows the button pressed for a moment, and acts when it comes up again.
+        wait_for(f"the button {name} to come up",
+                 lambda: not button.getState().contains(pyatspi.STATE_PRESSED))
 
     def window_ids(self):
         """The X windows of the program that are to be seen."""
