@@ -139,6 +139,12 @@ QFormLayout *Frames::addFields(QBoxLayout *contents)
     return fields;
 }
 
+void Frames::setTabOrder(const QList<QWidget *> &widgets)
+{
+    for (qsizetype index = 1; index < widgets.size(); ++index)
+        QWidget::setTabOrder(widgets.at(index - 1), widgets.at(index));
+}
+
 QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
 {
     auto *field = new QLineEdit;

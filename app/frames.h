@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include "widgets/turningboxes.h"
@@ -58,6 +59,9 @@ EditFrame makeEditFrame(QWidget *page);
 
 /// Adds a form with captions and fields to `contents`, of which it takes what is free.
 QFormLayout *addFields(QBoxLayout *contents);
+
+/// Lets Tab go from one of `widgets` to the next.
+void setTabOrder(const QList<QWidget *> &widgets);
 
 /// A field for a name of up to 25 characters; Enter presses `save`.
 QLineEdit *nameField(const QString &objectName, QPushButton *save);

@@ -126,6 +126,7 @@ void ShopWindow::buildItemEditPage()
     p.amount->setAlignment(Qt::AlignCenter);
     p.fields->addRow(tr("Name"), p.name);
     p.fields->addRow(tr("Amount"), p.amount);
+    Frames::setTabOrder({p.name, p.amount, p.save, p.remove});
 
     connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShoppingItemClicked);
     connect(p.back, &QPushButton::clicked, this, &ShopWindow::addShoppingItemCancelClicked);

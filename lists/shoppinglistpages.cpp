@@ -114,6 +114,7 @@ void ShopWindow::buildListEditPage()
     p.fields->addRow(tr("Store"), p.store);
     p.fields->addRow(tr("State"), p.state);
     p.fields->addRow(QString(), p.reset);
+    Frames::setTabOrder({p.name, p.store, p.reset, p.save, p.remove});
 
     connect(p.store, &QPushButton::clicked, this, &ShopWindow::shopListSelectMagazin);
     connect(p.reset, &QPushButton::clicked, this, &ShopWindow::shopListResetState);

@@ -100,6 +100,7 @@ void ShopWindow::buildCategoryEditPage()
     p.name = Frames::nameField(u"nameField"_s, p.save);
     p.name->setAlignment(Qt::AlignCenter);
     p.fields->addRow(tr("Category"), p.name);
+    Frames::setTabOrder({p.name, p.save, p.remove});
 
     connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteCategoryClicked);
     connect(p.back, &QPushButton::clicked, this, &ShopWindow::addCategoryCancelClicked);

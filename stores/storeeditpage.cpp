@@ -40,6 +40,7 @@ void ShopWindow::buildStoreEditPage()
     p.fields->addRow(tr("Store"), p.name);
     p.fields->addRow(tr("Category"), p.category);
     p.fields->addRow(tr("GPS"), p.coordinates);
+    Frames::setTabOrder({p.name, p.category, p.coordinates, p.save, p.remove});
 
     connect(p.category, &QPushButton::clicked, this, &ShopWindow::showCategoriesClicked);
     connect(p.coordinates, &QPushButton::clicked, this, &ShopWindow::manualEnterGps);

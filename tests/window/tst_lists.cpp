@@ -213,13 +213,18 @@ void TestLists::creating()
     QCOMPARE(shop.pageIndex(), int(PageItemsList));
     QCOMPARE(shop.labelText("title"), "Camping");
     QCOMPARE(shop.list()->count(), 0);
-    shop.press("backButton");
+    // It is the active list already: its goods are stored for it.
+    shop.press("addButton");
+    shop.type("Tent");
+    shop.press("saveButton");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select shoplistid from purchase where name = 'Tent'"),
+             QVariantList{3});
     QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
     QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Camping"}));
     QCOMPARE(shop.list()->currentRow(), 2);
-    // It is the active list.
     shop.press("selectButton");
-    QCOMPARE(values(shop), (QStringList{"Camping", "(unknown)", "Empty"}));
+    QCOMPARE(values(shop), (QStringList{"Camping", "(unknown)", "Active (unchecked)"}));
 }
 
 void TestLists::creatingWithAStore()
@@ -238,6 +243,7 @@ void TestLists::creatingWithAStore()
     shop.press("saveButton");
     shop.press("messageOkButton");
     shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists)); // back from the goods of a new list
     QCOMPARE(shop.rows().last(), "Camping|Bakery");
     QCOMPARE(shop.db->rows("select * from shoplist where id = 3"),
              (QList<QVariantList>{{3, "Camping", 4, 0}}));

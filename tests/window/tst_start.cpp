@@ -47,6 +47,8 @@ private slots:
     void navigationSlots_data();
     void navigationSlots();
     void everyControlHasItsName();
+    void tabFollowsThePage_data();
+    void tabFollowsThePage();
     void titleIsTheSameInEveryLanguage_data();
     void titleIsTheSameInEveryLanguage();
     void firstSize();
@@ -222,6 +224,50 @@ void TestStart::everyControlHasItsName()
             QAccessible::queryAccessibleInterface(const_cast<QAbstractButton *>(button));
         QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), qPrintable(button->objectName()));
     }
+}
+
+void TestStart::tabFollowsThePage_data()
+{
+    QTest::addColumn<QStringList>("order");
+    QTest::newRow("mainPage") << QStringList{"optionsButton", "helpButton",     "aboutButton",
+                                             "exitButton",    "shoppingButton", "reminderButton",
+                                             "shopsButton"};
+    QTest::newRow("shoppingPage") << QStringList{"helpButton", "backButton",  "startButton",
+                                                 "editButton", "goodsButton", "listsButton"};
+    QTest::newRow("storesPage") << QStringList{"helpButton", "backButton", "editButton",
+                                               "storesButton", "newButton"};
+    QTest::newRow("listEditPage") << QStringList{"helpButton",  "backButton",  "nameField",
+                                                 "storeButton", "resetButton", "saveButton",
+                                                 "deleteButton"};
+    QTest::newRow("itemEditPage") << QStringList{"helpButton",  "backButton", "nameField",
+                                                 "amountField", "saveButton", "deleteButton"};
+    QTest::newRow("storeEditPage")
+        << QStringList{"helpButton",        "backButton", "nameField",   "categoryButton",
+                       "coordinatesButton", "saveButton", "deleteButton"};
+    QTest::newRow("categoryEditPage")
+        << QStringList{"helpButton", "backButton", "nameField", "saveButton", "deleteButton"};
+    QTest::newRow("categoryListPage")
+        << QStringList{"backButton", "helpButton", "list", "addButton", "selectButton"};
+    QTest::newRow("doShoppingPage") << QStringList{"backButton",  "helpButton",    "list",
+                                                   "checkButton", "uncheckButton", "okButton"};
+}
+
+void TestStart::tabFollowsThePage()
+{
+    QFETCH(QStringList, order);
+    const TestHome home;
+    const ShopWindow window;
+    const auto *page = window.findChild<QWidget *>(QTest::currentDataTag());
+    QStringList found;
+    const auto *first = page->findChild<QWidget *>(order.first());
+    const QWidget *widget = first;
+    do {
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && !widget->objectName().isEmpty() &&
+            !widget->objectName().startsWith("qt_") && page->isAncestorOf(widget))
+            found << widget->objectName();
+        widget = widget->nextInFocusChain();
+    } while (widget != first);
+    QCOMPARE(found, order);
 }
 
 void TestStart::titleIsTheSameInEveryLanguage_data()
