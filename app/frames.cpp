@@ -30,9 +30,7 @@ QPushButton *backButton(QWidget *page, int extent)
 {
     QPushButton *button = Controls::pictureButton(u"backButton"_s, u":/img/back.svg"_s, extent,
                                                   ShopWindow::tr("Back"));
-    // The shortcut of a hidden page is asleep.
-    auto *escape = new QShortcut(Qt::Key_Escape, page);
-    QObject::connect(escape, &QShortcut::activated, button, &QPushButton::click);
+    Frames::pressOnEscape(page, button);
     return button;
 }
 
@@ -139,6 +137,13 @@ QFormLayout *Frames::addFields(QBoxLayout *contents)
     return fields;
 }
 
+void Frames::pressOnEscape(QWidget *page, QPushButton *button)
+{
+    // The shortcut of a hidden page is asleep.
+    auto *escape = new QShortcut(Qt::Key_Escape, page);
+    QObject::connect(escape, &QShortcut::activated, button, &QPushButton::click);
+}
+
 void Frames::setTabOrder(const QList<QWidget *> &widgets)
 {
     for (qsizetype index = 1; index < widgets.size(); ++index)
@@ -150,6 +155,11 @@ QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
     auto *field = new QLineEdit;
     field->setObjectName(objectName);
     field->setMaxLength(longestName);
+    // The limit may fall within an emoji, and half of one would spoil the statement it is put into.
+    QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
+        if (!text.isEmpty() && text.back().isHighSurrogate())
+            field->setText(text.chopped(1));
+    });
     // A name is what is typed; a keyboard on the screen must not turn it into another word.
     field->setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
     QObject::connect(field, &QLineEdit::returnPressed, save, &QPushButton::click);

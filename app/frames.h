@@ -60,6 +60,9 @@ EditFrame makeEditFrame(QWidget *page);
 /// Adds a form with captions and fields to `contents`, of which it takes what is free.
 QFormLayout *addFields(QBoxLayout *contents);
 
+/// Lets the Escape key press `button` while `page` shows.
+void pressOnEscape(QWidget *page, QPushButton *button);
+
 /// Lets Tab go from one of `widgets` to the next.
 void setTabOrder(const QList<QWidget *> &widgets);
 

@@ -12,6 +12,7 @@
 #include <QUrl>
 #include <QVariant>
 
+#include "app/frames.h"
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
@@ -99,6 +100,7 @@ void ShopWindow::buildMessagePage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(p.ok);
 
+    Frames::pressOnEscape(page, p.ok);
     connect(p.ok, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
 }
 
@@ -125,6 +127,7 @@ void ShopWindow::buildWaitingPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(p.cancel);
 
+    Frames::pressOnEscape(page, p.cancel);
     connect(p.cancel, &QPushButton::clicked, this, &ShopWindow::waitingCanceled);
 }
 
@@ -155,6 +158,7 @@ void ShopWindow::buildConfirmationPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addLayout(answers);
 
+    Frames::pressOnEscape(page, p.no);
     // "Yes" is connected anew by every question.
     connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
 }

@@ -244,6 +244,8 @@ protected:
 
     /// A position source exists, as far as is known.
     bool gpsAvailable = false;
+    /// The next filling of the shopping takes the goods of all lists of the current store.
+    bool shoppingFromReminder = false;
 
 private:
     // ---- Start and pages: app/shopwindow.cpp -------------------------------------------------
@@ -338,12 +340,12 @@ private:
     /// The list being edited; on the shopping lists page the one tapped last.
     int editedListId = 0;
     int newListState = 0;
+    /// The store of the list being edited is not in the database, so there is no name to show.
+    bool storeIsUnknown = false;
     int lastTappedItemId = 0;
     int lastTappedGoodId = 0;
     /// How many goods are checked; they are the last rows of the list.
     int checkedCount = 0;
-    /// The next filling of the shopping takes the goods of all lists of the current store.
-    bool shoppingFromReminder = false;
     /// "Start" was pressed without a list: the next list chosen goes straight on to shopping.
     bool startShoppingPending = false;
 

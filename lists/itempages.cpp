@@ -19,6 +19,21 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// A button beside the amount; on the keyboard the arrow keys do the same.
+QPushButton *stepButton(const QString &objectName, const QString &sign, const QString &name)
+{
+    auto *button = new QPushButton(sign);
+    button->setObjectName(objectName);
+    button->setAccessibleName(name);
+    button->setAutoRepeat(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    return button;
+}
+
+} // namespace
+
 // ---- The items list page ----------------------------------------------------------------------
 
 void ShopWindow::buildItemsListPage()
@@ -125,7 +140,17 @@ void ShopWindow::buildItemEditPage()
     p.amount->setMinimum(1);
     p.amount->setAlignment(Qt::AlignCenter);
     p.fields->addRow(tr("Name"), p.name);
-    p.fields->addRow(tr("Amount"), p.amount);
+    // The arrows that a spin box has are too small for a finger.
+    p.amount->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    QPushButton *less = stepButton(u"lessButton"_s, u"−"_s, tr("Less"));
+    QPushButton *more = stepButton(u"moreButton"_s, u"+"_s, tr("More"));
+    auto *amount = new QHBoxLayout;
+    amount->addWidget(less);
+    amount->addWidget(p.amount, 1);
+    amount->addWidget(more);
+    p.fields->addRow(tr("Amount"), amount);
+    connect(less, &QPushButton::clicked, p.amount, &QSpinBox::stepDown);
+    connect(more, &QPushButton::clicked, p.amount, &QSpinBox::stepUp);
     Frames::setTabOrder({p.name, p.amount, p.save, p.remove});
 
     connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShoppingItemClicked);

@@ -131,6 +131,7 @@ void ShopWindow::listCreateClicked()
     Controls::showPicture(p.picture, u":/img/plus.svg"_s, Controls::pictureExtent);
     newListState = ListEmpty;
     currentStoreId = 0;
+    storeIsUnknown = false;
     p.name->clear();
     p.store->setName(QString());
     p.remove->setEnabled(false);
@@ -151,6 +152,7 @@ void ShopWindow::listPropertiesEditClicked()
         currentStoreId = query.value(u"magazinid"_s).toInt();
         p.name->setText(query.value(u"name"_s).toString());
         p.store->setName(shoppingPage.store->text());
+        storeIsUnknown = !Database::name(Statements::storeName, currentStoreId);
         const int state = query.value(u"state"_s).toInt();
         p.state->setText(listStateText(state));
         p.reset->setEnabled(state == ListPartlyChecked || state == ListFinished);
@@ -169,8 +171,7 @@ void ShopWindow::cancelListCreateClicked()
 /// to be named.
 QString ShopWindow::storeNameForRow() const
 {
-    const QString name = listEditPage.store->text();
-    return currentStoreId == 0 || name == tr("(unknown)") ? QString() : name;
+    return currentStoreId == 0 || storeIsUnknown ? QString() : listEditPage.store->text();
 }
 
 void ShopWindow::createShopList()

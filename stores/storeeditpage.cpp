@@ -37,6 +37,8 @@ void ShopWindow::buildStoreEditPage()
     p.coordinates = new NameButton;
     p.coordinates->setObjectName(u"coordinatesButton"_s);
     p.coordinates->setMaximumWidth(textWidth);
+    p.coordinates->setName(tr("(set Coordinates)"));
+    coordinatesTextStoreId = 0;
     p.fields->addRow(tr("Store"), p.name);
     p.fields->addRow(tr("Category"), p.category);
     p.fields->addRow(tr("GPS"), p.coordinates);
@@ -64,6 +66,8 @@ void ShopWindow::addShopClicked()
     p.name->clear();
     p.category->setName(categoryButtonDefaultText);
     forgetTakenCoordinates();
+    editedLatitude = 0;
+    editedLongitude = 0;
     p.coordinates->setName(gpsAvailable ? tr("(set Coordinates)") : tr("(GPS is not Available)"));
     p.coordinates->setEnabled(gpsAvailable);
     coordinatesTextStoreId = 0;
@@ -150,6 +154,7 @@ void ShopWindow::addShopConfirmClicked()
     if (coordinatesWereTaken())
         insertTakenCoordinates(id);
     currentStoreId = id;
+    coordinatesTextStoreId = id;
     if (storeEditReturnPage == PageStoreList) {
         auto *row = new ListRow(name, id);
         if (categoryId != missingReference)

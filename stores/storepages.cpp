@@ -166,8 +166,10 @@ void ShopWindow::selectShopClicked()
         shopsClicked();
         return;
     }
-    if (storeListReturnPage == PageListEdit)
+    if (storeListReturnPage == PageListEdit) {
         listEditPage.store->setName(row->text());
+        storeIsUnknown = false;
+    }
     pageStack->setCurrentIndex(storeListReturnPage);
 }
 

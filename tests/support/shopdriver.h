@@ -22,7 +22,9 @@ public:
     class Window : public ShopWindow
     {
     public:
+        using ShopWindow::buildUserInterface;
         using ShopWindow::gpsAvailable;
+        using ShopWindow::shoppingFromReminder;
     };
 
     ShopDriver();

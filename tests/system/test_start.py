@@ -10,7 +10,7 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, Home, Program, pyatspi, tool, wait_for  # noqa: E402
+from desktop import Desktop, GLib, Home, Program, pyatspi, tool, wait_for  # noqa: E402
 
 COLUMNS = {
     "category": [("id", "INT"), ("name", "varchar(20)")],
@@ -112,16 +112,20 @@ class TestFirstSize(SystemTest):
 class TestDatabaseThatCannotBeOpened(SystemTest):
     def test_is_announced_and_ends_the_program(self):
         self.home.database.mkdir(parents=True)
+        desktop = self.desktop()
         announced = []
 
         def showing(event):
-            if event.detail1 and event.source.getRoleName() == "notification":
-                announced.append(event.source.name)
+            try:
+                if event.detail1 and event.source.getRoleName() == "notification":
+                    announced.append(event.source.name)
+            except GLib.Error:
+                pass  # its source has gone
 
         pyatspi.Registry.registerEventListener(showing, "object:state-changed:showing")
         self.addCleanup(
             pyatspi.Registry.deregisterEventListener, showing, "object:state-changed:showing")
-        program = self.program(self.desktop())
+        program = self.program(desktop)
         wait_for("the announcement", lambda: announced)
         self.assertEqual(set(announced), {"Can't open database"})
         shown = time.monotonic()

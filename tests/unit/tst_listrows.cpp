@@ -52,6 +52,8 @@ private slots:
         ratios();
     }
     void longNameEndsBeforeTheSecondColumn();
+    void rowIsDrawnWhereItIsAndNowhereElse();
+    void widthOfTheAmountIsThatOfThePlainFont();
     void secondColumnIsItalicAndSmaller();
     void plainRowStartsAtTheLeftEdge_data()
     {
@@ -242,6 +244,57 @@ void TestListRows::wideAmountIsLeftAlignedAndClipped()
     QVERIFY(second.left() >= 202);
     QVERIFY(second.left() <= 206);
     QVERIFY(second.right() >= size.width() - 6);
+}
+
+void TestListRows::rowIsDrawnWhereItIsAndNowhereElse()
+{
+    list.clear();
+    auto *row = new ListRow(QString("W").repeated(40), 1);
+    row->setData(SecondColumnRole, QString("W").repeated(40));
+    row->setData(CheckableRole, 1);
+    row->setData(Qt::CheckStateRole, 2);
+    list.addItem(new ListRow("first", 2));
+    list.addItem(row);
+    QImage image(400, 140, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QStyleOptionViewItem moved = option(false);
+    moved.rect.translate(50, 50);
+    {
+        QPainter painter(&image);
+        delegate.paint(&painter, moved, list.model()->index(1, 0));
+    }
+    const QRect drawing = ink(image, image.rect());
+    QVERIFY(moved.rect.contains(drawing));
+    QCOMPARE(drawing.top(), moved.rect.top());
+    QCOMPARE(drawing.left(), moved.rect.left());
+    QVERIFY(drawing.right() > moved.rect.right() - 6);
+}
+
+void TestListRows::widthOfTheAmountIsThatOfThePlainFont()
+{
+    // A text that is wider than the third in the row's font, though not in the smaller one it is
+    // drawn in, counts as wide.
+    const QStyleOptionViewItem style = option(false);
+    QFont drawnFont = style.font;
+    drawnFont.setItalic(true);
+    drawnFont.setPointSize(drawnFont.pointSize() - 1);
+    const int third = size.width() / 3;
+    QString text;
+    for (const char letter : {'a', 'e', 'm', 'n', 'o', 'w'}) {
+        text.clear();
+        while (style.fontMetrics.horizontalAdvance(text) < third)
+            text += QLatin1Char(letter);
+        if (QFontMetrics(drawnFont).horizontalAdvance(text) < third)
+            break;
+    }
+    QVERIFY(QFontMetrics(drawnFont).horizontalAdvance(text) < third);
+    list.clear();
+    auto *row = new ListRow("", 1);
+    row->setData(SecondColumnRole, text);
+    list.addItem(row);
+    QVERIFY(ink(drawn(0, 1), QRect(QPoint(0, 0), size)).left() <= 206);
+    row->setData(SecondColumnRole, text.chopped(1));
+    QVERIFY(ink(drawn(0, 1), QRect(QPoint(0, 0), size)).right() >= size.width() - 6);
 }
 
 void TestListRows::longNameEndsBeforeTheSecondColumn()

@@ -20,6 +20,8 @@ private slots:
     void enterToggles();
     void leavingRecomputesTheState_data();
     void leavingRecomputesTheState();
+    void uncheckingAGoodReopensAFinishedList();
+    void fromAReminderAllListsOfTheStoreAreShopped();
     void backIsOk();
     void withoutAListOneIsChosenFirst();
     void pendingStartIsForgottenOnTheMainPage();
@@ -181,6 +183,55 @@ void TestDoShopping::leavingRecomputesTheState()
     QCOMPARE(shop.pageIndex(), int(PageShopping));
     QCOMPARE(shop.labelText("listState"), text);
     QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{state, 0}));
+}
+
+void TestDoShopping::uncheckingAGoodReopensAFinishedList()
+{
+    ShopDriver shop(listOf(2));
+    openShopping(shop);
+    for (int good = 0; good < 2; ++good) {
+        shop.list()->setCurrentRow(0);
+        shop.press("checkButton");
+    }
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
+    shop.press("startButton");
+    shop.list()->setCurrentRow(0);
+    shop.press("uncheckButton");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{2});
+    QCOMPARE(shop.labelText("listState"), "Active (partial checked)");
+}
+
+void TestDoShopping::fromAReminderAllListsOfTheStoreAreShopped()
+{
+    ShopDriver shop({"insert into magazin values (5, 'Bakery', null, null)",
+                     "insert into shoplist values (1, 'Weekend', 5, 1)",
+                     "insert into shoplist values (2, 'Party', 5, 1)",
+                     "insert into shoplist values (3, 'Elsewhere', 6, 1)",
+                     "insert into purchase values (1, 'Bread', 1, 1, 0)",
+                     "insert into purchase values (2, 'Cake', 2, 1, 0)",
+                     "insert into purchase values (3, 'Rolls', 2, 1, 1)",
+                     "insert into purchase values (4, 'Nails', 3, 1, 0)"});
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(2); // Weekend
+    shop.press("selectButton");
+    shop.press("editButton"); // makes its store the current one
+    shop.press("backButton");
+    shop.window->shoppingFromReminder = true; // nothing reminds yet
+    shop.press("startButton");
+    QCOMPARE(shop.rows(), (QStringList{"Bread|1", "Cake|1", "Rolls|1*"}));
+    shop.list()->setCurrentRow(1);
+    shop.press("checkButton");
+    shop.list()->setCurrentRow(0);
+    shop.press("checkButton");
+    shop.press("okButton");
+    // Only the active list's state is recomputed.
+    QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{3, 1, 1}));
+    // The next start is for the active list again.
+    shop.press("startButton");
+    QCOMPARE(shop.rows(), (QStringList{"Bread|1*"}));
 }
 
 void TestDoShopping::backIsOk()

@@ -134,6 +134,10 @@ void TestItems::amountStartsAtOneAndIsNeverLess()
     QCOMPARE(amount->maximum(), 99);
     QTest::keyClick(amount, Qt::Key_Down);
     QCOMPARE(amount->value(), 1);
+    shop.press("lessButton");
+    QCOMPARE(amount->value(), 1);
+    shop.press("moreButton");
+    QCOMPARE(amount->value(), 2);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "");
 }
 

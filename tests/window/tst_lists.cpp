@@ -374,9 +374,12 @@ void TestLists::deletingRemovesTheGoodsFirst()
     QCOMPARE(shop.pageIndex(), int(PageShopping));
     QCOMPARE(shop.labelText("listName"), "");
     QVERIFY(!shop.isEnabled("editButton"));
+    QVERIFY(!shop.isEnabled("goodsButton"));
     QCOMPARE(shop.db->column("select id from shoplist"), QVariantList{2});
     QCOMPARE(shop.db->column("select id from purchase"), QVariantList{3});
     QCOMPARE(shop.db->column("select goods from seen"), QVariantList{0});
+    shop.press("startButton");
+    QCOMPARE(shop.message(), "No Shop List selected: Please select Shop List or create a New One");
 }
 
 void TestLists::deletingCanBeDeclined()
@@ -386,6 +389,9 @@ void TestLists::deletingCanBeDeclined()
     shop.press("editButton");
     shop.press("deleteButton");
     shop.press("confirmationNoButton");
+    QCOMPARE(shop.pageIndex(), int(PageListEdit));
+    shop.press("deleteButton");
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
     QCOMPARE(shop.pageIndex(), int(PageListEdit));
     QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{2});
 }
@@ -434,6 +440,7 @@ void TestLists::namesAndStatements_data()
         {"\"quoted\"", "\"quoted\""},
         {"back\\slash", "back\\slash"},
         {"  blanks  ", "  blanks  "},
+        {QString("n").repeated(24) + "🛒", QString("n").repeated(24)}, // no half of an emoji
         {"🛒🥛", "🛒🥛"},
         {"חלב ולחם", "חלב ולחם"},
         {"a;b--c", "a;b--c"},

@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QFile>
 #include <QLabel>
+#include <QListWidget>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -11,7 +12,9 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
+#include "lists/trlistdelegate.h"
 #include "tests/support/testhome.h"
+#include "widgets/TrKineticScroller.h"
 
 namespace {
 
@@ -56,6 +59,7 @@ private slots:
     void destroyingRemovesTheConnection();
     void nothingIsWrittenToTheSettings();
     void idleWindowRunsNoTimer();
+    void everyListIsDrawnByTheOneDelegate();
     void homeWithAnUnusualPath_data();
     void homeWithAnUnusualPath();
 };
@@ -364,6 +368,19 @@ void TestStart::idleWindowRunsNoTimer()
         QVERIFY2(!timer->isActive(), qPrintable(timer->parent()->objectName()));
     }
     QVERIFY(timers > 0);
+}
+
+void TestStart::everyListIsDrawnByTheOneDelegate()
+{
+    const TestHome home;
+    const ShopWindow window;
+    const auto lists = window.findChildren<QListWidget *>();
+    QCOMPARE(lists.size(), 5);
+    for (const QListWidget *list : lists) {
+        QVERIFY(qobject_cast<TrListDelegate *>(list->itemDelegate()));
+        QCOMPARE(list->font().pointSize(), 22);
+        QVERIFY(list->findChild<TrKineticScroller *>());
+    }
 }
 
 void TestStart::homeWithAnUnusualPath_data()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QLineEdit>
+#include <QStackedWidget>
 #include <QtTest>
 
 #include "app/pages.h"
@@ -25,6 +26,10 @@ private slots:
     void distanceOfAStoreWithoutCoordinates();
     void distanceIsAskedForOncePerFill();
     void distanceIsToTheStoreThatShows();
+    void distanceIsToTheStoreThatShowsWhateverIsEdited();
+    void storeThatIsNotInTheListIsNotPreselected();
+    void withGpsAStoreWithoutCoordinatesAsksForNothing();
+    void coordinatesButtonAfterPagesAreBuiltAnew();
     void withoutAPositionSource();
     void newCoordinatesReplaceTheRow();
     void coordinatesButtonTexts();
@@ -239,6 +244,51 @@ void TestStores::distanceIsToTheStoreThatShows()
     QVERIFY(shop.labelText("storeDistance") != "0.00 meters");
 }
 
+void TestStores::distanceIsToTheStoreThatShowsWhateverIsEdited()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}});
+    choose(shop, 2);
+    QCOMPARE(shop.labelText("storeDistance"), "(calculating)");
+    shop.press("editButton");
+    shop.window->mapMarkUpdated(1, 2);
+    TestPositionSource::instance()->deliver(59.9, 10.7);
+    shop.press("backButton");
+    QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
+}
+
+void TestStores::storeThatIsNotInTheListIsNotPreselected()
+{
+    ShopDriver shop(threeStores);
+    choose(shop, 1);
+    QVERIFY(shop.db->run("delete from magazin where id = 2"));
+    shop.press("storesButton");
+    QCOMPARE(shop.list()->currentRow(), -1);
+    shop.press("selectButton");
+    QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
+}
+
+void TestStores::withGpsAStoreWithoutCoordinatesAsksForNothing()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}});
+    choose(shop, 1);
+    QCOMPARE(shop.labelText("storeDistance"), "(no Coordinates set)");
+    QCOMPARE(TestPositionSource::instance()->requests, 0);
+    TestPositionSource::instance()->deliver(59.9, 10.7);
+    QCOMPARE(shop.labelText("storeDistance"), "(no Coordinates set)");
+}
+
+void TestStores::coordinatesButtonAfterPagesAreBuiltAnew()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}});
+    choose(shop, 2);
+    shop.press("editButton");
+    shop.window->buildUserInterface();
+    shop.stack = qobject_cast<QStackedWidget *>(shop.window->centralWidget());
+    shop.press("shopsButton");
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
+}
+
 void TestStores::withoutAPositionSource()
 {
     ShopDriver shop(threeStores);
@@ -248,12 +298,17 @@ void TestStores::withoutAPositionSource()
     shop.press("editButton");
     QCOMPARE(shop.buttonText("coordinatesButton"), "(GPS is not Available)");
     QVERIFY(!shop.isEnabled("coordinatesButton"));
+    shop.window->mapMarkUpdated(1, 2);
     shop.press("saveButton");
     QCOMPARE(shop.db->rows("select latitude, longitude, altitude from gpscoord"),
              (QList<QVariantList>{{59.9, 10.7, 12.5}}));
     shop.press("newButton");
     QCOMPARE(shop.buttonText("coordinatesButton"), "(GPS is not Available)");
     QVERIFY(!shop.isEnabled("coordinatesButton"));
+    shop.type("Fish");
+    shop.window->mapMarkUpdated(1, 2);
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select id from gpscoord"), QVariantList{5});
 }
 
 void TestStores::coordinatesButtonTexts()

@@ -291,10 +291,9 @@ void TestTurning::everyPageFitsBothOrientations()
 
 void TestTurning::focusSelectionAndCursorSurvive()
 {
-    // The pages with fields to type in are still empty, so one of them is lent a field.
-    auto *field = new QLineEdit("half typed", stack->widget(PageStoreEdit));
+    auto *field = stack->widget(PageStoreEdit)->findChild<QLineEdit *>("nameField");
     stack->setCurrentIndex(PageStoreEdit);
-    field->show();
+    field->setText("half typed");
     window->activateWindow();
     field->setFocus();
     QTRY_VERIFY(field->hasFocus());
