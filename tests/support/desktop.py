@@ -129,6 +129,7 @@ class Desktop:
             [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
              "-nolisten", "tcp"],
             pass_fds=[write_end],
+            stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
         )
         os.close(write_end)
@@ -137,10 +138,19 @@ class Desktop:
         if self.display == ":":
             raise RuntimeError("Xvfb did not start")
         self.manager = subprocess.Popen(
-            [openbox], env=self.environment(), stderr=subprocess.DEVNULL
+            [openbox], env=self.environment(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
         )
-        wait_for("the window manager", lambda: "_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.run(
-            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]))
+        try:
+            wait_for("the window manager", self.is_managed)
+        except BaseException:
+            self.stop()
+            raise
+
+    def is_managed(self):
+        if self.manager.poll() is not None:
+            raise RuntimeError(f"openbox ended with {self.manager.returncode}")
+        return "_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
 
     def environment(self):
         return dict(os.environ, DISPLAY=self.display)
@@ -169,7 +179,9 @@ class Program:
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LANG="C.UTF-8", **extra,
         )
         self.desktop = desktop
-        self.process = subprocess.Popen([PROGRAM], env=environment, stderr=subprocess.DEVNULL)
+        self.process = subprocess.Popen(
+            [PROGRAM], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+        )
 
     def application(self):
         """The program on the accessibility bus, or None while it is not there."""
