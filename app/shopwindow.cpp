@@ -233,7 +233,7 @@ void ShopWindow::layOutHiddenPages()
     pageStack->setUpdatesEnabled(true);
 }
 
-void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)())
+void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const
 {
     disconnect(button, &QPushButton::clicked, nullptr, nullptr);
     connect(button, &QPushButton::clicked, this, slot);

@@ -258,7 +258,7 @@ private:
     void layOutHiddenPages();
 
     /// Lets `button` run `slot` and nothing else: a page that adds and edits has one "Save".
-    void connectAnew(QPushButton *button, void (ShopWindow::*slot)());
+    void connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const;
     /// Shows an edit page, ready to type in `field`.
     void showEditPage(Page page, QWidget *field);
 
@@ -324,7 +324,7 @@ private:
     int addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState);
     void toggleGood(int row);
     /// Recomputes the state of the active list from its goods, stores it and shows it.
-    void updateListState();
+    void updateListState() const;
 
     ShoppingPage shoppingPage;
     ShoppingListsPage shoppingListsPage;

@@ -150,7 +150,7 @@ void ShopWindow::doShoppingOkClicked()
     pageStack->setCurrentIndex(PageShopping);
 }
 
-void ShopWindow::updateListState()
+void ShopWindow::updateListState() const
 {
     QList<bool> checkMarks;
     QSqlQuery query = Database::run(Statements::checkStatesOfList, currentListId);

@@ -73,20 +73,23 @@ class TestTrip(unittest.TestCase):
         program.press("Select")
         program.press("Save")
         program.press("OK")
-        for name in ("Milk", "Bread", "Apples"):
-            self.add("New item", name)
-        wait_for("the goods", lambda: self.rows() == ["Milk, 1", "Bread, 1", "Apples, 1"])
+        for name, amount in (("Milk", 1), ("Bread", 2), ("Apples", 12)):
+            program.press("New item")
+            self.type(name)
+            program.find("spin button").queryValue().currentValue = amount
+            program.press("Save")
+        wait_for("the goods", lambda: self.rows() == ["Milk, 1", "Bread, 2", "Apples, 12"])
         program.press("OK")
         program.press("Select")
 
         # The trip itself.
         program.press("Start")
-        for name in ("Bread", "Milk", "Apples"):
-            self.select_row(f"{name}, 1, unchecked")
+        for good in ("Bread, 2", "Milk, 1", "Apples, 12"):
+            self.select_row(f"{good}, unchecked")
             program.press("Check")
-            wait_for(f"{name} checked", lambda: f"{name}, 1, checked" in self.rows())
+            wait_for(f"{good} checked", lambda: f"{good}, checked" in self.rows())
         self.assertEqual(self.rows(),
-                         ["Apples, 1, checked", "Milk, 1, checked", "Bread, 1, checked"])
+                         ["Apples, 12, checked", "Milk, 1, checked", "Bread, 2, checked"])
         program.press("OK")
         wait_for("the finished list", lambda: program.find("label", "Finished (checked)"))
         program.press("Back")
@@ -100,8 +103,11 @@ class TestTrip(unittest.TestCase):
         self.assertEqual(self.home.query("select * from shoplist"), [(1, "Weekend", 1, 3)])
         self.assertEqual(
             self.home.query("select * from purchase order by id"),
-            [(1, "Milk", 1, 1, 1), (2, "Bread", 1, 1, 1), (3, "Apples", 1, 1, 1)],
+            [(1, "Milk", 1, 1, 1), (2, "Bread", 1, 2, 1), (3, "Apples", 1, 12, 1)],
         )
+        kinds = self.home.query("select distinct typeof(id), typeof(name), typeof(shoplistid), "
+                                "typeof(amount), typeof(checkstate) from purchase")
+        self.assertEqual(kinds, [("integer", "text", "integer", "integer", "integer")])
         self.assertEqual(self.home.query("select * from purref"), [])
         self.assertEqual(self.home.query("select * from reminders"), [])
         self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QRandomGenerator>
 #include <QSpinBox>
@@ -25,7 +26,10 @@ private slots:
     void deleteIsForGoodsThatAreThere();
     void emptyNameIsRefused();
     void quoteIsSkippedAndTheOthersAreStored();
+    void namesAndStatements_data();
+    void namesAndStatements();
     void strangeAmounts();
+    void tenThousandGoods();
     void randomEditingMatchesAModel();
 
 private:
@@ -255,6 +259,68 @@ void TestItems::quoteIsSkippedAndTheOthersAreStored()
     shop.press("okButton");
     QCOMPARE(shop.db->column("select name from purchase where shoplistid = 1 order by id"),
              (QVariantList{"Milk", "Bread", "Salt"}));
+}
+
+void TestItems::namesAndStatements_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("stored"); // null: nothing is
+    const QList<std::pair<QString, QString>> rows{
+        {"100%", "100%"},
+        {"a%3", "a1"},
+        {"%4", "7"},
+        {"%1", QString()},
+        {"Joe's", QString()},
+        {"It''s", "It's"},
+        {"back\\slash", "back\\slash"},
+        {" 🥛 ", " 🥛 "},
+        {"חלב", "חלב"},
+    };
+    for (const auto &[name, stored] : rows)
+        QTest::newRow(qPrintable(name)) << name << stored;
+}
+
+void TestItems::namesAndStatements()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, stored);
+    ShopDriver shop(oneList);
+    openGoods(shop);
+    shop.press("addButton");
+    shop.find<QLineEdit>("nameField")->insert(name);
+    shop.find<QSpinBox>("amountField")->setValue(7);
+    shop.press("saveButton");
+    QCOMPARE(shop.rows().last(), name + "|7");
+    shop.press("okButton");
+    QVariantList expected{"Milk", "Bread"};
+    if (!stored.isNull())
+        expected << stored;
+    QCOMPARE(shop.db->column("select name from purchase where shoplistid = 1 order by id"),
+             expected);
+    QCOMPARE(shop.db->column("select name from purchase where id = 3"), QVariantList{"Other"});
+}
+
+void TestItems::tenThousandGoods()
+{
+    ShopDriver shop(
+        {"insert into shoplist values (1, 'Weekend', 0, 1)",
+         "with recursive n(i) as (select 1 union all select i + 1 from n "
+         "where i < 10000) insert into purchase select i, 'good ' || i, 1, 1, 0 from n"});
+    QElapsedTimer clock;
+    clock.start();
+    openGoods(shop);
+    QCOMPARE(shop.list()->count(), 10000);
+    QVERIFY(shop.list()->findChildren<QWidget *>().size() < 20);
+    shop.press("backButton");
+    shop.press("startButton");
+    QCOMPARE(shop.list()->count(), 10000);
+    for (int good = 0; good < 20; ++good) {
+        shop.list()->setCurrentRow(5000);
+        shop.press("checkButton");
+    }
+    QCOMPARE(shop.db->column("select count(*) from purchase where checkstate = 1"),
+             QVariantList{20});
+    QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestItems::strangeAmounts()

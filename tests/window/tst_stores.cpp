@@ -41,6 +41,10 @@ private slots:
     void tapAfterEditingChoosesAtOnce();
     void quickDoubleTapChooses();
     void emptyNameIsRefused();
+    void namesAndStatements_data();
+    void namesAndStatements();
+    void quoteInACategoryFindsNone();
+    void strangeRecords();
     void storeThatIsGoneLeavesTheValues();
     void coordinatesPageLeadsBack();
 
@@ -434,6 +438,95 @@ void TestStores::emptyNameIsRefused()
     shop.press("messageOkButton");
     QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
     QCOMPARE(shop.db->column("select id from magazin"), QVariantList());
+}
+
+void TestStores::namesAndStatements_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("added");   // null: nothing is
+    QTest::addColumn<QString>("updated"); // null: nothing is
+    QTest::newRow("percent") << "100%"
+                             << "100%"
+                             << "100%";
+    QTest::newRow("%1") << "%1" << QString() << QString();
+    QTest::newRow("%2") << "%2" << QString() << "null";
+    QTest::newRow("a%3") << "a%3"
+                         << "anull"
+                         << "anull";
+    QTest::newRow("a%4") << "a%4"
+                         << "anull"
+                         << "a1";
+    QTest::newRow("quote") << "Joe's" << QString() << QString();
+    QTest::newRow("two quotes") << "It''s"
+                                << "It's"
+                                << "It's";
+    QTest::newRow("emoji") << "🥐"
+                           << "🥐"
+                           << "🥐";
+}
+
+void TestStores::namesAndStatements()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, added);
+    QFETCH(QString, updated);
+    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
+                     "insert into magazin values (2, 'Dairy', null, null)"});
+    choose(shop, 0);
+    shop.press("editButton");
+    shop.find<QLineEdit>("nameField")->selectAll();
+    shop.find<QLineEdit>("nameField")->insert(name);
+    shop.press("saveButton");
+    QVariantList expected{updated.isNull() ? QString("Bakery") : updated, "Dairy"};
+    QCOMPARE(shop.db->column("select name from magazin order by id"), expected);
+    shop.press("newButton");
+    shop.find<QLineEdit>("nameField")->insert(name);
+    shop.press("saveButton");
+    if (!added.isNull())
+        expected << added;
+    QCOMPARE(shop.db->column("select name from magazin order by id"), expected);
+}
+
+void TestStores::quoteInACategoryFindsNone()
+{
+    ShopDriver shop({"insert into category values (1, 'Joe''s')"});
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Corner shop");
+    shop.press("categoryButton");
+    shop.press("selectButton");
+    QCOMPARE(shop.buttonText("categoryButton"), "Joe's");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->rows("select name, categoryid is null from magazin"),
+             (QList<QVariantList>{{"Corner shop", 1}}));
+}
+
+void TestStores::strangeRecords()
+{
+    ShopDriver shop({"insert into category values (2147483647, 'top')",
+                     "insert into magazin values (2147483647, 'same', 2147483647, null)",
+                     "insert into magazin values (3, 'same', -1, 7)",
+                     "insert into magazin values (4, null, null, null)",
+                     "insert into gpscoord values (3, 999, -999, null)"});
+    openStoreList(shop);
+    QCOMPARE(shop.list()->count(), 3);
+    shop.press("backButton");
+    shop.window->gpsAcquired(10, 20, 0);
+    for (int row = 0; row < 3; ++row) {
+        choose(shop, row);
+        shop.press("editButton");
+        shop.press("saveButton");
+        QCOMPARE(shop.message(), row == 0 ? "Name field is Empty: Please fill the Name field"
+                                          : QString("no message on storesPage"));
+        if (row == 0) {
+            shop.press("messageOkButton");
+            shop.press("backButton");
+        }
+    }
+    shop.press("newButton");
+    shop.type("next");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select id from magazin where name = 'next'"), QVariantList{1});
 }
 
 void TestStores::storeThatIsGoneLeavesTheValues()

@@ -73,6 +73,7 @@ private slots:
     void pagesBuiltAnewAreTurnedAndLaidOut();
     void pagesAreLeftAloneWithinAnOrientation();
     void everyPageFitsBothOrientations();
+    void controlsAreLargeEnoughForAFinger();
     void focusSelectionAndCursorSurvive();
     void turningFiveHundredTimesLeaksNothing_data();
     void turningFiveHundredTimesLeaksNothing();
@@ -284,6 +285,27 @@ void TestTurning::everyPageFitsBothOrientations()
                 if (!child->isVisible())
                     continue;
                 QVERIFY2(page->rect().contains(child->geometry()), qPrintable(child->objectName()));
+            }
+        }
+    }
+}
+
+void TestTurning::controlsAreLargeEnoughForAFinger()
+{
+    const int smallest = 34; // pixels, 9 mm at 96 dpi
+    for (const QSize &size : {landscape, portrait}) {
+        resizeTo(size);
+        for (int index = 0; index < stack->count(); ++index) {
+            stack->setCurrentIndex(index);
+            QCoreApplication::processEvents();
+            for (const char *type : {"QPushButton", "QLineEdit", "QSpinBox"}) {
+                for (const QWidget *control : stack->widget(index)->findChildren<QWidget *>()) {
+                    if (!control->inherits(type) || !control->isVisible() ||
+                        control->objectName().startsWith("qt_"))
+                        continue;
+                    QVERIFY2(control->height() >= smallest && control->width() >= smallest,
+                             qPrintable(control->objectName()));
+                }
             }
         }
     }
