@@ -12,8 +12,8 @@ class PageSwitchGuard : public QObject
     Q_OBJECT
 
 public:
-    /// Guards the pages of `stack`, which owns the guard and has its window already.
-    explicit PageSwitchGuard(QStackedWidget *stack);
+    /// Guards the pages of `guarded`, which owns the guard and has its window already.
+    explicit PageSwitchGuard(QStackedWidget *guarded);
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
