@@ -6,6 +6,10 @@
 #include <QDebug>
 #include <QGeoCoordinate>
 #include <QGeoPositionInfoSource>
+#include <QtPlugin>
+
+// Nothing else names the plugin, so without this it would not be linked in.
+Q_IMPORT_PLUGIN(GpsdPlugin)
 
 using namespace std::chrono_literals;
 

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class QThread;
+
+/// Plays a sound file, .wav or .mp3, a number of times.
+///
+/// A sound system may take its time, or never answer: it is spoken to from a thread of its own,
+/// which starts with the first play(), so none of the functions waits for it. Nothing is reported;
+/// what cannot be played stays silent.
+class AlarmSound : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `file` is a path; the file is not looked at before play().
+    explicit AlarmSound(const QString &file, QObject *parent = nullptr);
+    /// Ends the sound.
+    ~AlarmSound() override;
+
+    /// How often one play() plays the file; once unless told otherwise.
+    void setLoops(int count);
+
+    /// Plays the file from its beginning, also when it is playing already.
+    void play();
+    /// Ends the sound. Does nothing when it is silent.
+    void stop();
+
+private:
+    class Player;
+
+    QString soundFile;
+    int loops = 1;
+    QThread *thread = nullptr;
+    Player *player = nullptr; // lives in the thread
+};

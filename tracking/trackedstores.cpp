@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "tracking/trackedstores.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <QGeoCoordinate>
+#include <QVariant>
+
+#include "gps/trshopgps.h"
+
+using namespace Qt::StringLiterals;
+
+TrackedStore TrackedStores::entry(const QSqlQuery &query, int storeId)
+{
+    return {
+        .name = query.value(u"name"_s).toString(),
+        .listName = query.value(u"sname"_s).toString(),
+        .storeId = storeId,
+        .listId = query.value(u"sid"_s).toInt(),
+        .latitude = query.value(u"latitude"_s).toFloat(),
+        .longitude = query.value(u"longitude"_s).toFloat(),
+    };
+}
+
+QList<TrackedStore> TrackedStores::entries(QSqlQuery &query)
+{
+    QList<TrackedStore> stores;
+    int previousId = 0;
+    while (query.next()) {
+        const int id = query.value(u"id"_s).toInt();
+        if (id != previousId)
+            stores << entry(query, id);
+        previousId = id;
+    }
+    return stores;
+}
+
+void TrackedStores::refreshDistances(QList<TrackedStore> &stores, float latitude, float longitude)
+{
+    for (TrackedStore &store : stores) {
+        // To a place that is none the toolkit says 0, which would ring.
+        const bool isPlace = QGeoCoordinate(store.latitude, store.longitude).isValid();
+        store.distance = isPlace ? TrShopGps::distanceBetween(latitude, longitude, store.latitude,
+                                                              store.longitude)
+                                 : std::numeric_limits<float>::infinity();
+    }
+    // Stable, so that stores equally far do not change places with every position.
+    std::ranges::stable_sort(stores, {}, &TrackedStore::distance);
+}
+
+bool TrackedStores::isNearestWithinReach(const QList<TrackedStore> &stores)
+{
+    return !stores.isEmpty() && stores.first().distance < reminderMeters;
+}
