@@ -9,6 +9,8 @@ using namespace Qt::StringLiterals;
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
+    // What the location service asks permission for, whatever the file is called that was started.
+    QApplication::setApplicationName(u"trolleo"_s);
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));
     QGuiApplication::setDesktopFileName(u"trolleo"_s);
 

@@ -163,7 +163,7 @@ void ShopWindow::buildConfirmationPage()
     connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
 }
 
-void ShopWindow::showMessage(const QString &title, const QString &text, const QString &picture,
+void ShopWindow::fillMessage(const QString &title, const QString &text, const QString &picture,
                              int returnPage)
 {
     messagePage.title->setText(title);
@@ -173,6 +173,12 @@ void ShopWindow::showMessage(const QString &title, const QString &text, const QS
     if (!picture.isEmpty())
         Controls::showPicture(messagePage.icon, picture, Controls::pictureExtent);
     messageReturnPage = returnPage;
+}
+
+void ShopWindow::showMessage(const QString &title, const QString &text, const QString &picture,
+                             int returnPage)
+{
+    fillMessage(title, text, picture, returnPage);
     pageStack->setCurrentIndex(PageMessage);
 }
 
@@ -202,8 +208,6 @@ void ShopWindow::messageBoxOkClicked()
 
 void ShopWindow::waitingCanceled()
 {
-    waitingForFix = false;
-    // A position that arrives later finds nobody waiting.
-    disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
+    endWaiting();
     pageStack->setCurrentIndex(waitingReturnPage);
 }

@@ -28,6 +28,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto bannerTime = 3000ms;
+constexpr auto retryPause = 1000ms;
 constexpr QSize preferredSize(800, 480);
 constexpr int pagePointSize = 22;
 /// The attribute by which a window asks to be turned with the device. Toolkits of today have given
@@ -67,6 +68,10 @@ ShopWindow::ShopWindow(QWidget *parent)
 {
     initPictures();
     reserveTimer = new QTimer(this);
+    retryTimer = new QTimer(this);
+    retryTimer->setSingleShot(true);
+    retryTimer->setInterval(retryPause);
+    connect(retryTimer, &QTimer::timeout, this, &ShopWindow::coordUpdateTimeout);
     loadSettings();
     alertHelper = std::make_unique<AlertHelper>();
     alertHelper->initialise();
@@ -85,8 +90,7 @@ ShopWindow::ShopWindow(QWidget *parent)
     Database::prepareFolder();
     openDatabase();
     buildUserInterface();
-    if (gpsEnabled)
-        gps->init();
+    applyGpsSettings();
 }
 
 ShopWindow::~ShopWindow()
@@ -171,6 +175,7 @@ void ShopWindow::buildUserInterface()
 
     setCentralWidget(pageStack);
     pageStack->setCurrentIndex(PageMain);
+    connect(pageStack, &QStackedWidget::currentChanged, this, &ShopWindow::pageChanged);
     // No resize event follows when pages are built anew in a maximized window, and turning them
     // takes a page stack that has its place in the window already.
     if (isVisible()) {
@@ -203,11 +208,11 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
     const QScopedValueRollback guard(turningPages, true);
     pagesOrientation = orientation;
     for (const TurningBoxes *boxes :
-         {&mainPage.turningBoxes, &shoppingPage.turningBoxes, &storesPage.turningBoxes,
-          &itemsListPage.turningBoxes, &listEditPage.turningBoxes, &shoppingListsPage.turningBoxes,
-          &itemEditPage.turningBoxes, &storeListPage.turningBoxes, &storeEditPage.turningBoxes,
-          &categoryListPage.turningBoxes, &categoryEditPage.turningBoxes,
-          &doShoppingPage.turningBoxes, &coordinatesBoxes})
+         {&mainPage.turningBoxes, &shoppingPage.turningBoxes, &trackingPage.turningBoxes,
+          &storesPage.turningBoxes, &itemsListPage.turningBoxes, &listEditPage.turningBoxes,
+          &shoppingListsPage.turningBoxes, &itemEditPage.turningBoxes, &storeListPage.turningBoxes,
+          &storeEditPage.turningBoxes, &categoryListPage.turningBoxes,
+          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &coordinatesBoxes})
         boxes->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
@@ -227,10 +232,23 @@ void ShopWindow::layOutHiddenPages()
         QWidget *page = pageStack->widget(index);
         page->setGeometry(pageStack->contentsRect());
         page->show();
+        // Boxes within a page's own boxes have only asked for it.
+        if (page->layout())
+            page->layout()->activate();
         page->hide();
     }
     layout()->setEnabled(true);
     pageStack->setUpdatesEnabled(true);
+}
+
+/// Does what every way to a page, or from one, has in common.
+void ShopWindow::pageChanged(int page)
+{
+    // A wait belongs to the page that began it; the waiting page only shows it.
+    if (page != PageWaiting)
+        endWaiting();
+    if (page == PageTracking)
+        nameTrackingChoices();
 }
 
 void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const

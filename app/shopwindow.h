@@ -19,7 +19,12 @@
 #include "stores/categorypages.h"
 #include "stores/storeeditpage.h"
 #include "stores/storepages.h"
+#include "tracking/reminderpage.h"
+#include "tracking/trackedlistpage.h"
+#include "tracking/trackedstores.h"
+#include "tracking/trackingpage.h"
 
+class AlarmSound;
 class QListWidgetItem;
 class QStackedWidget;
 class QTimer;
@@ -226,6 +231,10 @@ protected:
     void showMessage(const QString &title, const QString &text, const QString &picture,
                      int returnPage);
 
+    /// Fills the message page as showMessage() does, and does not show it.
+    void fillMessage(const QString &title, const QString &text, const QString &picture,
+                     int returnPage);
+
     /// Asks `text`, taken as plain text, on the confirmation page. "Yes" runs `confirmed` and
     /// nothing else, and `confirmed` decides which page follows; "No" leads to `returnPage`.
     void askQuestion(const QString &title, const QString &text, void (ShopWindow::*confirmed)(),
@@ -256,6 +265,7 @@ private:
     QWidget *addPage(Page page, const QString &objectName);
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
+    void pageChanged(int page);
 
     /// Lets `button` run `slot` and nothing else: a page that adds and edits has one "Save".
     void connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const;
@@ -319,6 +329,7 @@ private:
     QSqlDatabase db;
 
     // ---- Shopping lists -----------------------------------------------------------------------
+    void fillShoppingPage();
     static QString listStateText(int state);
     QString storeNameForRow() const;
     int addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState);
@@ -389,6 +400,10 @@ private:
     int categoryReturnPage = PageMain;
 
     // ---- Positioning --------------------------------------------------------------------------
+    void requestPosition();
+    void endWaiting();
+    void takePosition();
+
     std::unique_ptr<TrShopGps> gps;
     TurningBoxes coordinatesBoxes;
     /// The last position, in degrees and metres.
@@ -399,4 +414,35 @@ private:
     bool haveGpsFix = false;
     /// Someone waits for a position.
     bool waitingForFix = false;
+    /// The source is being asked, and has not returned yet.
+    bool requestingPosition = false;
+    /// Asks again for a position after the source has refused to look for one.
+    QTimer *retryTimer = nullptr;
+
+    // ---- Tracking and reminders ---------------------------------------------------------------
+    void applyGpsSettings();
+    void showTrackingState() const;
+    void nameTrackingChoices() const;
+    void takeTrackingChoices();
+    bool queryTrackedStores();
+    void refreshTrackedDistances();
+    void track(bool somebodyWaited);
+    void showReminder();
+    void bringToFront();
+    void fillTrackedList(bool distancesAreKnown);
+
+    TrackingPage trackingPage;
+    TrackedListPage trackedListPage;
+    ReminderPage reminderPage;
+    /// A child of the window.
+    AlarmSound *alarmSound = nullptr;
+    bool trackingActive = false;
+    /// Which criterion is chosen; neither stands for all stores.
+    bool trackByCategory = false;
+    bool trackByStore = false;
+    /// What was chosen when the tracked stores were looked for.
+    int trackStoreId = 0;
+    int trackCategoryId = 0;
+    /// The nearest first, as of the last position that refreshed them.
+    QList<TrackedStore> trackedStores;
 };

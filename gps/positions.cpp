@@ -1,24 +1,89 @@
 // SPDX-License-Identifier: MIT
+#include <cmath>
+
 #include <QLabel>
+#include <QScopedValueRollback>
+#include <QStackedWidget>
+#include <QTimer>
 
 #include "app/shopwindow.h"
+#include "app/trsettings.h"
+#include "gps/trshopgps.h"
+#include "widgets/namebutton.h"
+
+using namespace Qt::StringLiterals;
 
 void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
 {
     currentLongitude = static_cast<float>(longitude);
     currentLatitude = static_cast<float>(latitude);
-    currentAltitude = static_cast<float>(altitude);
+    // A receiver that sees too few satellites tells none, and a statement cannot hold "nan".
+    currentAltitude = std::isnan(altitude) ? 0 : static_cast<float>(altitude);
     haveGpsFix = true;
-    if (waitingForFix)
+    // A reminder has to be answered first.
+    if (pageStack->currentIndex() == PageReminder)
+        return;
+    const bool somebodyWaits = waitingForFix;
+    if (somebodyWaits)
         emit requestedGpsUpdate();
-    if (distancePending) {
+    if (trackingActive) {
+        track(somebodyWaits);
+    } else if (distancePending) {
         storesPage.distance->setText(distanceToShownStore());
         distancePending = false;
     }
 }
 
-void ShopWindow::coordUpdateTimeout() {}
+void ShopWindow::coordUpdateTimeout()
+{
+    if (!waitingForFix)
+        return;
+    // A source may refuse at once, before it has returned from being asked.
+    if (requestingPosition)
+        retryTimer->start();
+    else
+        requestPosition();
+}
 
-void ShopWindow::startGpsFailed() {}
+void ShopWindow::requestPosition()
+{
+    const QScopedValueRollback guard(requestingPosition, true);
+    gps->requestUpdate();
+}
 
-void ShopWindow::fixCurrentGps() {}
+/// A position that arrives later finds nobody waiting.
+void ShopWindow::endWaiting()
+{
+    waitingForFix = false;
+    retryTimer->stop();
+    disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
+}
+
+void ShopWindow::startGpsFailed()
+{
+    showMessage(tr("GPS"), tr("Failed to start GPS system"), u":/img/error.svg"_s, PageMain);
+}
+
+void ShopWindow::fixCurrentGps()
+{
+    if (haveGpsFix) {
+        takePosition();
+        return;
+    }
+    waitingForFix = true;
+    requestPosition();
+}
+
+/// Takes the current position for the store that is being edited.
+void ShopWindow::takePosition()
+{
+    editedLongitude = currentLongitude;
+    editedLatitude = currentLatitude;
+    editedAltitude = currentAltitude;
+    storeCoordsSet = true;
+    storeEditPage.coordinates->setName(tr("coords is set (update...)"));
+    waitingForFix = false;
+    TrSettings &settings = TrSettings::instance();
+    settings.setLastLatitude(currentLatitude);
+    settings.setLastLongitude(currentLongitude);
+}

@@ -58,6 +58,12 @@ void ShopWindow::buildShoppingPage()
 
 void ShopWindow::buyClicked()
 {
+    fillShoppingPage();
+    pageStack->setCurrentIndex(PageShopping);
+}
+
+void ShopWindow::fillShoppingPage()
+{
     if (currentListId != 0) {
         QSqlQuery list = Database::run(Statements::list, currentListId);
         if (list.first()) {
@@ -74,7 +80,6 @@ void ShopWindow::buyClicked()
         shoppingPage.edit->setEnabled(false);
         shoppingPage.goods->setEnabled(false);
     }
-    pageStack->setCurrentIndex(PageShopping);
 }
 
 QString ShopWindow::listStateText(int state)

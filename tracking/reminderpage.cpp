@@ -1,13 +1,120 @@
 // SPDX-License-Identifier: MIT
+#include "tracking/reminderpage.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+
 #include "app/shopwindow.h"
+#include "gps/trshopgps.h"
+#include "platform/alarmsound.h"
+#include "widgets/controls.h"
+#include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
 
 void ShopWindow::buildReminderPage()
 {
-    addPage(PageReminder, u"reminderPage"_s);
+    QWidget *page = addPage(PageReminder, u"reminderPage"_s);
+    ReminderPage &p = reminderPage;
+
+    QLabel *heading = Controls::valueLabel(u"reminderHeading"_s);
+    heading->setText(tr("You have a Shopping List for this Store:"));
+    heading->setAlignment(Qt::AlignCenter);
+    p.store = Controls::valueLabel(u"reminderStore"_s);
+    p.store->setAlignment(Qt::AlignCenter);
+    p.store->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    QLabel *picture = Controls::pictureLabel(u"picture"_s);
+    Controls::showPicture(picture, u":/img/reminder.svg"_s, Controls::pictureExtent);
+    p.next = Controls::textButton(u"nextButton"_s, u":/img/next.svg"_s, Controls::pictureExtent,
+                                  tr("Next Store"));
+    p.stop = Controls::textButton(u"stopButton"_s, u":/img/stop.svg"_s, Controls::pictureExtent,
+                                  tr("Stop tracking"));
+    p.startShopping = Controls::textButton(u"startShoppingButton"_s, u":/img/shopping-cart.svg"_s,
+                                           Controls::pictureExtent, tr("Start Shopping"));
+
+    auto *box = new QVBoxLayout(page);
+    Controls::setPageSpacing(box);
+    box->addWidget(heading);
+    box->addWidget(p.store, 1);
+    box->addWidget(picture);
+    for (QPushButton *button : {p.next, p.stop, p.startShopping})
+        box->addWidget(button);
+
+    connect(p.next, &QPushButton::clicked, this, &ShopWindow::skipStore);
+    connect(p.stop, &QPushButton::clicked, this, &ShopWindow::stopTracking);
+    connect(p.startShopping, &QPushButton::clicked, this, &ShopWindow::startShoppingGps);
 }
 
-void ShopWindow::skipStore() {}
+/// What a position does while tracking runs. Somebody who waited for it has been served already.
+void ShopWindow::track(bool somebodyWaited)
+{
+    const int page = pageStack->currentIndex();
+    if (page == PageTrackedList && !somebodyWaited)
+        viewFilteredTracking();
+    else
+        refreshTrackedDistances();
 
-void ShopWindow::startShoppingGps() {}
+    if (TrackedStores::isNearestWithinReach(trackedStores))
+        showReminder();
+    else if (page == PageStores)
+        shopsClicked();
+}
+
+/// Rings for the nearest store. No position is followed until the person has answered.
+void ShopWindow::showReminder()
+{
+    constexpr int decimals = 2;
+    alarmSound->play();
+    alertHelper->alert(true);
+    gps->stopUpdates();
+    const TrackedStore &nearest = trackedStores.first();
+    // Not translated: it says the same in every language of the program.
+    reminderPage.store->setText(u"%1 (at %2 meters)"_s.arg(
+        nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
+    pageStack->setCurrentIndex(PageReminder);
+    bringToFront();
+}
+
+/// Lets the person see the window, whatever is before it.
+void ShopWindow::bringToFront()
+{
+    QWidget *top = window();
+    top->setWindowState(top->windowState() & ~Qt::WindowMinimized);
+    top->show();
+    top->raise();
+    top->activateWindow();
+    // A compositor need not let a window push itself forward; it shows then that it wants to.
+    QApplication::alert(top);
+}
+
+void ShopWindow::skipStore()
+{
+    alarmSound->stop();
+    if (!trackedStores.isEmpty())
+        trackedStores.removeFirst();
+    if (trackedStores.isEmpty()) {
+        stopTracking();
+        return;
+    }
+    gps->startUpdates();
+    pageStack->setCurrentIndex(PageTracking);
+}
+
+void ShopWindow::startShoppingGps()
+{
+    if (trackedStores.isEmpty())
+        return;
+    alarmSound->stop();
+    shoppingFromReminder = true;
+    const TrackedStore &nearest = trackedStores.first();
+    currentListId = nearest.listId;
+    currentStoreId = nearest.storeId;
+    shoppingPage.listName->setText(nearest.listName);
+    // What else the page tells of the list, for when shopping ends.
+    fillShoppingPage();
+    stopTracking();
+    startShopping();
+}

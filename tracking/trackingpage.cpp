@@ -1,23 +1,249 @@
 // SPDX-License-Identifier: MIT
+#include "tracking/trackingpage.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+
+#include "app/frames.h"
+#include "app/installation.h"
 #include "app/shopwindow.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "gps/trshopgps.h"
+#include "platform/alarmsound.h"
+#include "tracking/trackedstores.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/rowradiobutton.h"
 
 using namespace Qt::StringLiterals;
 
-void ShopWindow::buildTrackingPage()
+namespace {
+
+constexpr int alarmLoops = 3;
+
+QRadioButton *criterion(const QString &objectName, const QString &text)
 {
-    addPage(PageTracking, u"trackingPage"_s);
+    auto *button = new RowRadioButton(text);
+    button->setObjectName(objectName);
+    return button;
 }
 
-void ShopWindow::trackingClicked() {}
+} // namespace
 
-void ShopWindow::startTracking() {}
+void ShopWindow::buildTrackingPage()
+{
+    QWidget *page = addPage(PageTracking, u"trackingPage"_s);
+    TrackingPage &p = trackingPage;
+    const ToolbarFrame frame = Frames::makeToolbarFrame(page);
+    Controls::showPicture(frame.picture, u":/img/reminder.svg"_s, Controls::pictureExtent);
+    p.turningBoxes = frame.turningBoxes;
 
-void ShopWindow::stopTracking() {}
+    p.start = Controls::textButton(u"startButton"_s, u":/img/start.png"_s, Controls::pictureExtent,
+                                   tr("Start"));
+    p.stop = Controls::textButton(u"stopButton"_s, u":/img/stop.svg"_s, Controls::pictureExtent,
+                                  tr("Stop"));
+    p.view = Controls::textButton(u"viewButton"_s, u":/img/eye.svg"_s, Controls::pictureExtent,
+                                  tr("View tracked"));
+    p.all = criterion(u"allStoresRadio"_s, tr("All Stores / Lists"));
+    p.byCategory = criterion(u"byCategoryRadio"_s, tr("By Category"));
+    p.byStore = criterion(u"byStoreRadio"_s, tr("By Store"));
+    p.category = new NameButton;
+    p.category->setObjectName(u"categoryButton"_s);
+    p.category->setAccessibleDescription(p.byCategory->text());
+    p.store = new NameButton;
+    p.store->setObjectName(u"storeButton"_s);
+    p.store->setAccessibleDescription(p.byStore->text());
+    for (NameButton *button : {p.category, p.store}) {
+        button->setMaximumWidth(textWidth);
+        button->setName(categoryButtonDefaultText);
+        button->setEnabled(false);
+    }
 
-void ShopWindow::selectStoreForTracking() {}
+    p.criteria = new QWidget;
+    p.criteria->setObjectName(u"criteria"_s);
+    auto *criteria = new QVBoxLayout(p.criteria);
+    criteria->setContentsMargins({});
+    for (QWidget *widget : QList<QWidget *>{p.all, p.byCategory, p.category, p.byStore, p.store})
+        criteria->addWidget(widget);
+    auto *column = new QVBoxLayout;
+    column->addStretch();
+    column->addWidget(p.criteria);
+    column->addStretch();
+    auto *buttons = new QVBoxLayout;
+    for (QPushButton *button : {p.view, p.stop, p.start})
+        buttons->addWidget(button);
+    frame.contents->addLayout(column, 1);
+    frame.contents->addLayout(buttons);
 
-void ShopWindow::selectCategoryForTracking() {}
+    connect(p.start, &QPushButton::clicked, this, &ShopWindow::startTracking);
+    connect(p.stop, &QPushButton::clicked, this, &ShopWindow::stopTracking);
+    connect(p.byCategory, &QRadioButton::toggled, this, &ShopWindow::rbByCategoryToggle);
+    connect(p.byStore, &QRadioButton::toggled, this, &ShopWindow::rbByStoreToggle);
+    connect(p.category, &QPushButton::clicked, this, &ShopWindow::selectCategoryForTracking);
+    connect(p.store, &QPushButton::clicked, this, &ShopWindow::selectStoreForTracking);
+    connect(p.view, &QPushButton::clicked, this, &ShopWindow::viewFilteredTracking);
+    connect(frame.back, &QPushButton::clicked, this, &ShopWindow::backClicked);
+    connect(frame.help, &QPushButton::clicked, this, &ShopWindow::trackingPageHelp);
 
-void ShopWindow::rbByCategoryToggle(bool /*checked*/) {}
+    // Pages that are built anew are to tell what those before them told.
+    QRadioButton *chosen = trackByCategory ? p.byCategory : trackByStore ? p.byStore : p.all;
+    chosen->setChecked(true);
+    showTrackingState();
+}
 
-void ShopWindow::rbByStoreToggle(bool /*checked*/) {}
+/// Lets the buttons and the criteria tell whether tracking runs.
+void ShopWindow::showTrackingState() const
+{
+    trackingPage.start->setEnabled(!trackingActive);
+    trackingPage.stop->setEnabled(trackingActive);
+    trackingPage.criteria->setEnabled(!trackingActive);
+}
+
+/// Names the store and the category that are tracked, or would be: both may have been chosen,
+/// renamed or deleted on other pages, so every way to the tracking page names them.
+void ShopWindow::nameTrackingChoices() const
+{
+    const int storeId = trackingActive ? trackStoreId : currentStoreId;
+    const int categoryId = trackingActive ? trackCategoryId : selectedCategoryId;
+    QString store;
+    if (storeId != 0)
+        store = Database::name(Statements::storeName, storeId).value_or(QString());
+    QString category;
+    if (categoryId != 0)
+        category = categoryName(categoryId);
+    trackingPage.store->setName(store.isEmpty() ? categoryButtonDefaultText : store);
+    trackingPage.category->setName(category.isEmpty() ? categoryButtonDefaultText : category);
+}
+
+void ShopWindow::trackingClicked()
+{
+    pageStack->setCurrentIndex(PageTracking);
+}
+
+void ShopWindow::selectStoreForTracking()
+{
+    viewShopsClicked();
+}
+
+void ShopWindow::selectCategoryForTracking()
+{
+    showCategoriesClicked();
+}
+
+void ShopWindow::rbByCategoryToggle(bool checked)
+{
+    trackByCategory = checked;
+    trackingPage.category->setEnabled(checked);
+}
+
+void ShopWindow::rbByStoreToggle(bool checked)
+{
+    trackByStore = checked;
+    trackingPage.store->setEnabled(checked);
+}
+
+void ShopWindow::startTracking()
+{
+    const QString warning = u":/img/warning_r.svg"_s;
+    // The two messages about the receiver stay unseen: the tracking page shows instead of them.
+    if (!gpsAvailable) {
+        fillMessage(tr("No GPS available"),
+                    tr("GPS tracking can not be started, cause no GPS available on this device."),
+                    warning, pageStack->currentIndex());
+        trackingPage.stop->setEnabled(false);
+        trackingClicked();
+        return;
+    }
+    if (!gpsEnabled) {
+        fillMessage(tr("GPS is not Enabled"),
+                    tr("GPS tracking can not be started, cause GPS is Diasabled.  You can enable "
+                       "GPS usage in the Option at the Main page."),
+                    warning, pageStack->currentIndex());
+        trackingClicked();
+        return;
+    }
+    takeTrackingChoices();
+    if (!queryTrackedStores()) {
+        showMessage(
+            tr("Tracking Warning"),
+            tr("There are no stores matching selected criteria with active shopping lists."),
+            warning, PageTracking);
+        return;
+    }
+    trackingActive = true;
+    showTrackingState();
+    gps->startUpdates();
+}
+
+void ShopWindow::stopTracking()
+{
+    alarmSound->stop();
+    trackingActive = false;
+    showTrackingState();
+    nameTrackingChoices();
+    if (gpsAutoStart) {
+        // A reminder has paused them.
+        gps->startUpdates();
+    } else {
+        gps->stopUpdates();
+        haveGpsFix = false;
+    }
+    trackingClicked();
+}
+
+void ShopWindow::takeTrackingChoices()
+{
+    trackStoreId = currentStoreId;
+    trackCategoryId = selectedCategoryId;
+}
+
+/// Fills the list of tracked stores by the criterion that is chosen; false when it stays empty.
+bool ShopWindow::queryTrackedStores()
+{
+    trackedStores.clear();
+    if (trackingPage.byStore->isChecked()) {
+        QSqlQuery query = Database::run(Statements::trackedStore, trackStoreId);
+        if (query.first()) {
+            trackedStores << TrackedStores::entry(query, trackStoreId);
+            trackedListPage.title->setText(tr("Store: %1").arg(trackingPage.store->text()));
+        }
+    } else if (trackingPage.byCategory->isChecked()) {
+        trackedListPage.title->setText(tr("By category: %1").arg(trackingPage.category->text()));
+        QSqlQuery query = Database::run(Statements::trackedStoresOfCategory, trackCategoryId);
+        trackedStores = TrackedStores::entries(query);
+    } else if (trackingPage.all->isChecked()) {
+        QSqlQuery query = Database::run(Statements::trackedStores);
+        trackedStores = TrackedStores::entries(query);
+    }
+    return !trackedStores.isEmpty();
+}
+
+void ShopWindow::refreshTrackedDistances()
+{
+    TrackedStores::refreshDistances(trackedStores, currentLatitude, currentLongitude);
+}
+
+void ShopWindow::applyGpsSettings()
+{
+    // Made before anything can ring. Its predecessor stays until the window goes.
+    alarmSound = new AlarmSound(soundFileName, this);
+    alarmSound->setLoops(alarmLoops);
+    if (gpsEnabled)
+        gps->init();
+    if (trackingActive) {
+        // Its updates run already, and its stores stay as they were when it began.
+        if (!gpsEnabled)
+            stopTracking();
+    } else if (gpsAutoStart) {
+        gps->startUpdates();
+    } else if (haveGpsFix || !gpsEnabled) {
+        gps->stopUpdates();
+    }
+    if (trackAutoStart && !trackingActive) {
+        trackingPage.all->setChecked(true);
+        startTracking();
+    }
+}

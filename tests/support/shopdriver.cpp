@@ -17,6 +17,9 @@ ShopDriver::ShopDriver()
 ShopDriver::ShopDriver(const QStringList &statements, const QVariantMap &settings)
     : home(std::make_unique<TestHome>())
 {
+    // Silent, and without the cost of loading the sound system, unless a test wants it to ring.
+    if (!settings.isEmpty())
+        QSettings("Vantor", "Trolleo").setValue("SoundFileName", home->path() + "/no sound.wav");
     for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
         QSettings("Vantor", "Trolleo").setValue(setting.key(), setting.value());
     if (!statements.isEmpty()) {

@@ -4,11 +4,13 @@
 #include <QPointer>
 
 static QPointer<TestPositionSource> lastSource;
+static int madeSources = 0;
 
 TestPositionSource::TestPositionSource(QObject *parent)
     : QGeoPositionInfoSource(parent)
 {
     lastSource = this;
+    ++madeSources;
 }
 
 TestPositionSource::~TestPositionSource() = default;
@@ -18,10 +20,31 @@ TestPositionSource *TestPositionSource::instance()
     return lastSource;
 }
 
-void TestPositionSource::deliver(double latitude, double longitude)
+int TestPositionSource::made()
 {
-    emit positionUpdated(
-        QGeoPositionInfo(QGeoCoordinate(latitude, longitude, 0), QDateTime::currentDateTimeUtc()));
+    return madeSources;
+}
+
+void TestPositionSource::deliver(double latitude, double longitude, double altitude)
+{
+    deliver(QGeoPositionInfo(QGeoCoordinate(latitude, longitude, altitude),
+                             QDateTime::currentDateTimeUtc()));
+}
+
+void TestPositionSource::deliver(const QGeoPositionInfo &position)
+{
+    emit positionUpdated(position);
+}
+
+void TestPositionSource::fail(Error error)
+{
+    emit errorOccurred(error);
+}
+
+void TestPositionSource::setUpdateInterval(int milliseconds)
+{
+    calls << QString("interval %1").arg(milliseconds);
+    QGeoPositionInfoSource::setUpdateInterval(milliseconds);
 }
 
 QGeoPositionInfo TestPositionSource::lastKnownPosition(bool /*satelliteOnly*/) const
@@ -46,23 +69,29 @@ QGeoPositionInfoSource::Error TestPositionSource::error() const
 
 void TestPositionSource::startUpdates()
 {
+    calls << "start";
     updating = true;
 }
 
 void TestPositionSource::stopUpdates()
 {
+    calls << "stop";
     updating = false;
 }
 
-void TestPositionSource::requestUpdate(int /*timeout*/)
+void TestPositionSource::requestUpdate(int timeout)
 {
+    calls << "request";
     ++requests;
+    lastTimeout = timeout;
+    if (refuses)
+        fail(UpdateTimeoutError);
 }
 
 QGeoPositionInfoSource *TestPositionPlugin::positionInfoSource(QObject *parent,
                                                                const QVariantMap & /*parameters*/)
 {
-    return new TestPositionSource(parent);
+    return offersSource ? new TestPositionSource(parent) : nullptr;
 }
 
 QGeoSatelliteInfoSource *TestPositionPlugin::satelliteInfoSource(QObject * /*parent*/,

@@ -12,8 +12,7 @@
 /// Pictures whose pages are still empty. A page that gets its contents takes its pictures off this
 /// list, which is gone with the last of these pages.
 static const QSet<QString> awaitingTheirPages{
-    "blue_pin.svg", "error.svg", "eye.svg",   "gps.svg",   "gps_ed.svg",
-    "map_icon.svg", "next.svg",  "smile.svg", "start.png", "stop.svg",
+    "blue_pin.svg", "gps.svg", "gps_ed.svg", "map_icon.svg", "smile.svg",
 };
 
 class TestPictures : public QObject

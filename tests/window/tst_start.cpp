@@ -375,7 +375,7 @@ void TestStart::everyListIsDrawnByTheOneDelegate()
     const TestHome home;
     const ShopWindow window;
     const auto lists = window.findChildren<QListWidget *>();
-    QCOMPARE(lists.size(), 5);
+    QCOMPARE(lists.size(), 6);
     for (const QListWidget *list : lists) {
         QVERIFY(qobject_cast<TrListDelegate *>(list->itemDelegate()));
         QCOMPARE(list->font().pointSize(), 22);

@@ -216,7 +216,8 @@ void TestTurning::everyHiddenPageIsLaidOutAnew()
         QCOMPARE(page->isVisible(), index == current);
         QCOMPARE(page->size(), stack->size());
         if (page->layout())
-            QTRY_COMPARE(page->layout()->geometry(), page->rect());
+            QTRY_VERIFY2(page->layout()->geometry() == page->rect(),
+                         qPrintable(page->objectName()));
     }
 }
 

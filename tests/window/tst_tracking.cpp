@@ -1,0 +1,598 @@
+// SPDX-License-Identifier: MIT
+#include <QLabel>
+#include <QRadioButton>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+/// Two categories and four stores: Bakery has two open lists, Dairy one, Tools only closed ones,
+/// and Market an open list but no coordinates.
+static const QStringList fourStores{
+    "insert into category values (1, 'Food')",
+    "insert into category values (2, 'Hardware')",
+    "insert into magazin values (3, 'Bakery', 1, null)",
+    "insert into magazin values (4, 'Dairy', null, null)",
+    "insert into magazin values (5, 'Tools', 2, null)",
+    "insert into magazin values (6, 'Market', 1, null)",
+    "insert into gpscoord values (3, 10.01, 20, 0)",
+    "insert into gpscoord values (4, 10.02, 20, 0)",
+    "insert into gpscoord values (5, 10.03, 20, 0)",
+    "insert into shoplist values (1, 'Bread', 3, 1)",
+    "insert into shoplist values (2, 'Cakes', 3, 2)",
+    "insert into shoplist values (3, 'Milk', 4, 2)",
+    "insert into shoplist values (4, 'Nails', 5, 3)",
+    "insert into shoplist values (5, 'Nothing', 5, 0)",
+    "insert into shoplist values (6, 'Weekend', 6, 1)",
+};
+static const QVariantMap gpsOn{{"GpsEnabled", true}};
+static const QString noStores = "Tracking Warning: There are no stores matching selected criteria "
+                                "with active shopping lists.";
+
+class TestTracking : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        TestPositionPlugin::offersSource = true;
+    }
+    void pageAtFirst();
+    void noPositionSource();
+    void gpsIsNotEnabled();
+    void nothingMatches();
+    void startAndStop();
+    void stopWithGpsAutostart();
+    void criteriaWhileTracking();
+    void byStoreWithNoStorePicked();
+    void criterionByStore();
+    void criterionByCategory();
+    void captionOfTheLastCriterion();
+    void onlyOpenListsWithCoordinates();
+    void noCriterion();
+    void storesEquallyFar();
+    void choicesAreNamedAsTheyAreNow();
+    void choicesWhileTrackingNameWhatIsTracked();
+    void backLeadsToTheMainPage();
+    void trackedAreNotLookedForAnew();
+    void trackingStartsByItself();
+    void trackingStartsByItselfWithoutStores();
+    void trackingStartsByItselfWithGpsOff();
+    void pagesBuiltAnewTellTheTruth();
+    void viewWithGpsOff();
+    void viewWaitsForAPosition();
+    void viewWaitsWhileTracking();
+    void viewThatNobodyWaitsForAnyMore();
+    void viewWhenNothingMatches();
+    void viewOfBrokenRecords();
+
+private:
+    static TestPositionSource *source()
+    {
+        return TestPositionSource::instance();
+    }
+    static void openTracking(ShopDriver &shop)
+    {
+        shop.press("reminderButton");
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+    static void choose(ShopDriver &shop, const char *radio)
+    {
+        shop.press(radio);
+        QVERIFY(shop.find<QRadioButton>(radio)->isChecked());
+    }
+    static void pick(ShopDriver &shop, const char *button, int row)
+    {
+        shop.press(button);
+        shop.tap(row);
+        shop.press("selectButton");
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+    static bool isTracking(ShopDriver &shop)
+    {
+        const bool tracking = shop.isEnabled("stopButton");
+        if (shop.isEnabled("startButton") == tracking ||
+            shop.find<QWidget>("criteria")->isEnabled() == tracking)
+            qFatal("the buttons do not agree");
+        return tracking;
+    }
+    /// What "View tracked" lists, without a position.
+    static QStringList view(ShopDriver &shop)
+    {
+        shop.press("viewButton");
+        if (shop.pageIndex() == PageTracking)
+            return {"nothing"};
+        QStringList names = shop.rows();
+        shop.press("okButton");
+        return names.replaceInStrings("|unknown", "");
+    }
+    template <typename Widget>
+    static Widget *hidden(ShopDriver &shop, const char *name)
+    {
+        return shop.window->findChild<Widget *>(name);
+    }
+};
+
+void TestTracking::pageAtFirst()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    QVERIFY(!isTracking(shop));
+    QVERIFY(shop.find<QRadioButton>("allStoresRadio")->isChecked());
+    QVERIFY(!shop.isEnabled("categoryButton"));
+    QVERIFY(!shop.isEnabled("storeButton"));
+    QVERIFY(shop.isEnabled("viewButton"));
+    QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
+    QCOMPARE(shop.buttonText("storeButton"), "(click to select)");
+    // One criterion at a time, and its button with it.
+    choose(shop, "byCategoryRadio");
+    QVERIFY(shop.isEnabled("categoryButton"));
+    QVERIFY(!shop.isEnabled("storeButton"));
+    choose(shop, "byStoreRadio");
+    QVERIFY(!shop.isEnabled("categoryButton"));
+    QVERIFY(shop.isEnabled("storeButton"));
+    QVERIFY(!shop.find<QRadioButton>("byCategoryRadio")->isChecked());
+    choose(shop, "allStoresRadio");
+    QVERIFY(!shop.isEnabled("storeButton"));
+    QCOMPARE(source()->calls, QStringList());
+}
+
+void TestTracking::noPositionSource()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    shop.window->gpsAvailable = false;
+    openTracking(shop);
+    shop.press("startButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(source()->calls, QStringList());
+    // The message waits where nobody sees it.
+    QCOMPARE(hidden<QLabel>(shop, "messageTitle")->text(), "No GPS available");
+    QCOMPARE(hidden<QLabel>(shop, "messageText")->text(),
+             "GPS tracking can not be started, cause no GPS available on this device.");
+}
+
+void TestTracking::gpsIsNotEnabled()
+{
+    const int before = TestPositionSource::made();
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    shop.press("startButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(TestPositionSource::made(), before);
+    QCOMPARE(hidden<QLabel>(shop, "messageTitle")->text(), "GPS is not Enabled");
+    QCOMPARE(hidden<QLabel>(shop, "messageText")->text(),
+             "GPS tracking can not be started, cause GPS is Diasabled.  You can enable GPS usage "
+             "in the Option at the Main page.");
+}
+
+void TestTracking::nothingMatches()
+{
+    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
+                     "insert into gpscoord values (1, 10, 20, 0)",
+                     "insert into shoplist values (1, 'Bread', 1, 3)"},
+                    gpsOn);
+    openTracking(shop);
+    shop.press("startButton");
+    QCOMPARE(shop.message(), noStores);
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(source()->calls, QStringList());
+}
+
+void TestTracking::startAndStop()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("startButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(isTracking(shop));
+    QCOMPARE(source()->calls, (QStringList{"start", "interval 3000"}));
+    source()->calls.clear();
+    shop.press("stopButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(source()->calls, QStringList{"stop"});
+    // And again.
+    shop.press("startButton");
+    QVERIFY(isTracking(shop));
+    QVERIFY(source()->updating);
+}
+
+void TestTracking::stopWithGpsAutostart()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", true}, {"GpsAutoStart", true}});
+    QCOMPARE(source()->calls, (QStringList{"start", "interval 3000"}));
+    openTracking(shop);
+    shop.press("startButton");
+    shop.press("stopButton");
+    QVERIFY(!isTracking(shop));
+    QVERIFY(source()->updating);
+    QVERIFY(!source()->calls.contains("stop"));
+}
+
+void TestTracking::criteriaWhileTracking()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 0);
+    shop.press("startButton");
+    QVERIFY(isTracking(shop));
+    for (const char *control :
+         {"allStoresRadio", "byCategoryRadio", "byStoreRadio", "categoryButton", "storeButton"}) {
+        QVERIFY2(!shop.isEnabled(control), control);
+        shop.press(control);
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+    shop.press("stopButton");
+    QVERIFY(shop.find<QRadioButton>("byStoreRadio")->isChecked());
+    QVERIFY(shop.isEnabled("storeButton"));
+    QVERIFY(!shop.isEnabled("categoryButton"));
+    QVERIFY(shop.isEnabled("allStoresRadio"));
+}
+
+void TestTracking::byStoreWithNoStorePicked()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    shop.press("startButton");
+    QCOMPARE(shop.message(), noStores);
+}
+
+void TestTracking::criterionByStore()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 0);
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    // Two open lists, one entry.
+    shop.press("viewButton");
+    QCOMPARE(shop.rows(), QStringList{"Bakery|unknown"});
+    QCOMPARE(shop.labelText("title"), "Store: Bakery");
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    pick(shop, "storeButton", 3);
+    QCOMPARE(view(shop), QStringList{"nothing"});
+}
+
+void TestTracking::criterionByCategory()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    choose(shop, "byCategoryRadio");
+    pick(shop, "categoryButton", 0);
+    QCOMPARE(shop.buttonText("categoryButton"), "Food");
+    shop.press("viewButton");
+    QCOMPARE(shop.rows(), QStringList{"Bakery|unknown"});
+    QCOMPARE(shop.labelText("title"), "By category: Food");
+}
+
+void TestTracking::captionOfTheLastCriterion()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    choose(shop, "byCategoryRadio");
+    pick(shop, "categoryButton", 1);
+    QCOMPARE(view(shop), QStringList{"nothing"});
+    // All stores leave the caption, which a category without a match has set.
+    choose(shop, "allStoresRadio");
+    shop.press("viewButton");
+    QCOMPARE(shop.labelText("title"), "By category: Hardware");
+    shop.press("okButton");
+    // A store without a match does not set it.
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 3);
+    QCOMPARE(view(shop), QStringList{"nothing"});
+    choose(shop, "allStoresRadio");
+    shop.press("viewButton");
+    QCOMPARE(shop.labelText("title"), "By category: Hardware");
+}
+
+void TestTracking::onlyOpenListsWithCoordinates()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    QCOMPARE(view(shop), (QStringList{"Bakery", "Dairy"}));
+    for (const int state : {-1, 0, 3, 4, 12}) {
+        shop.db->run(QString("update shoplist set state = %1 where magazinid = 4").arg(state));
+        QCOMPARE(view(shop), QStringList{"Bakery"});
+    }
+    shop.db->run("update shoplist set state = null where magazinid = 4");
+    QCOMPARE(view(shop), QStringList{"Bakery"});
+    for (const int state : {1, 2}) {
+        shop.db->run(QString("update shoplist set state = %1 where magazinid = 4").arg(state));
+        QCOMPARE(view(shop), (QStringList{"Bakery", "Dairy"}));
+    }
+    shop.db->run("insert into gpscoord values (6, 10.04, 20, 0)");
+    QCOMPARE(view(shop), (QStringList{"Bakery", "Dairy", "Market"}));
+}
+
+void TestTracking::noCriterion()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    // The buttons do not let go of one another by hand.
+    auto *all = shop.find<QRadioButton>("allStoresRadio");
+    all->setAutoExclusive(false);
+    all->setChecked(false);
+    QCOMPARE(view(shop), QStringList{"nothing"});
+    shop.press("startButton");
+    QCOMPARE(shop.message(), noStores);
+}
+
+void TestTracking::storesEquallyFar()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    shop.db->run("update gpscoord set latitude = 10.01 where id = 4");
+    openTracking(shop);
+    shop.press("startButton");
+    source()->deliver(10, 20);
+    shop.press("viewButton");
+    QStringList rows = shop.rows();
+    rows.sort();
+    QCOMPARE(rows.size(), 2);
+    QVERIFY(rows.first().startsWith("Bakery|"));
+    QVERIFY(rows.last().startsWith("Dairy|"));
+    QCOMPARE(rows.first().section('|', 1), rows.last().section('|', 1));
+}
+
+void TestTracking::choicesAreNamedAsTheyAreNow()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 0);
+    shop.press("backButton");
+    // Another page makes another store the current one.
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("backButton");
+    openTracking(shop);
+    QCOMPARE(shop.buttonText("storeButton"), "Dairy");
+    shop.press("viewButton");
+    source()->deliver(10, 20);
+    QCOMPARE(shop.labelText("title"), "Store: Dairy");
+    shop.press("okButton");
+
+    choose(shop, "byCategoryRadio");
+    pick(shop, "categoryButton", 0);
+    QCOMPARE(shop.buttonText("categoryButton"), "Food");
+    // Renamed in the picker, where the row is still remembered, and which is left without choosing.
+    shop.press("categoryButton");
+    shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    shop.type("Groceries");
+    shop.press("saveButton");
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.buttonText("categoryButton"), "Groceries");
+    // Deleted in the picker.
+    shop.press("categoryButton");
+    shop.tap(0);
+    shop.press("deleteButton");
+    shop.press("confirmationYesButton");
+    shop.press("backButton");
+    QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
+}
+
+void TestTracking::choicesWhileTrackingNameWhatIsTracked()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 0);
+    shop.press("startButton");
+    shop.press("backButton");
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("backButton");
+    openTracking(shop);
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    // The next start would take the store that is current now.
+    shop.press("stopButton");
+    QCOMPARE(shop.buttonText("storeButton"), "Dairy");
+}
+
+void TestTracking::backLeadsToTheMainPage()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+}
+
+void TestTracking::trackedAreNotLookedForAnew()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("startButton");
+    shop.db->run("update shoplist set state = 3");
+    source()->deliver(10, 20);
+    shop.press("viewButton");
+    QCOMPARE(shop.rows().size(), 2);
+    shop.press("okButton");
+    shop.press("stopButton");
+    shop.press("startButton");
+    QCOMPARE(shop.message(), noStores);
+}
+
+void TestTracking::trackingStartsByItself()
+{
+    ShopDriver shop(fourStores,
+                    {{"GpsEnabled", true}, {"GpsAutoStart", true}, {"TrackAutoStart", true}});
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QVERIFY(source()->updating);
+    openTracking(shop);
+    QVERIFY(isTracking(shop));
+    QVERIFY(shop.find<QRadioButton>("allStoresRadio")->isChecked());
+    shop.press("backButton");
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+}
+
+void TestTracking::trackingStartsByItselfWithoutStores()
+{
+    const ShopDriver shop({"insert into category values (1, 'Food')"},
+                          {{"GpsEnabled", true}, {"TrackAutoStart", true}});
+    QCOMPARE(shop.message(), noStores);
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestTracking::trackingStartsByItselfWithGpsOff()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}, {"TrackAutoStart", true}});
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+}
+
+void TestTracking::pagesBuiltAnewTellTheTruth()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    choose(shop, "byStoreRadio");
+    pick(shop, "storeButton", 0);
+    shop.press("startButton");
+    const auto rebuild = [&shop] {
+        shop.window->buildUserInterface();
+        shop.stack = qobject_cast<QStackedWidget *>(shop.window->centralWidget());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        openTracking(shop);
+    };
+    rebuild();
+    QVERIFY(isTracking(shop));
+    QVERIFY(shop.find<QRadioButton>("byStoreRadio")->isChecked());
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    shop.press("stopButton");
+    QVERIFY(shop.isEnabled("storeButton"));
+    rebuild();
+    QVERIFY(!isTracking(shop));
+    QVERIFY(shop.isEnabled("storeButton"));
+    choose(shop, "byCategoryRadio");
+    rebuild();
+    QVERIFY(shop.find<QRadioButton>("byCategoryRadio")->isChecked());
+}
+
+void TestTracking::viewWithGpsOff()
+{
+    ShopDriver shop(fourStores, {{"GpsEnabled", false}});
+    openTracking(shop);
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.rows(), (QStringList{"Bakery|unknown", "Dairy|unknown"}));
+    QCOMPARE(shop.list()->item(0)->data(Qt::UserRole), QVariant(0));
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestTracking::viewWaitsForAPosition()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    for (int time = 1; time <= 2; ++time) {
+        shop.press("viewButton");
+        QCOMPARE(shop.pageIndex(), int(PageWaiting));
+        QCOMPARE(source()->requests, time);
+        source()->deliver(10.04, 20);
+        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        QCOMPARE(shop.rows().size(), 2);
+        QVERIFY2(shop.rows().first().startsWith("Dairy|2223.8"), qPrintable(shop.rows().first()));
+        QVERIFY2(shop.rows().last().startsWith("Bakery|3335.8"), qPrintable(shop.rows().last()));
+        QCOMPARE(shop.rows().first().section('.', 1).size(), 6);
+        shop.press("okButton");
+    }
+}
+
+void TestTracking::viewWaitsWhileTracking()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("startButton");
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    source()->deliver(10.04, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QVERIFY(shop.rows().first().startsWith("Dairy|2223.8"));
+    // From now on every position refreshes it.
+    source()->deliver(10, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QVERIFY(shop.rows().first().startsWith("Bakery|1111.9"));
+    // One that is near enough ends the view.
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+}
+
+void TestTracking::viewThatNobodyWaitsForAnyMore()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("viewButton");
+    shop.press("waitingCancelButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    source()->deliver(10, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    // A wait that a reminder has ended does not come back either.
+    shop.press("startButton");
+    source()->deliver(10, 20);
+    shop.press("stopButton");
+    shop.press("startButton");
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    shop.press("stopButton");
+    source()->deliver(10, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestTracking::viewWhenNothingMatches()
+{
+    ShopDriver shop({"insert into category values (1, 'Food')"}, gpsOn);
+    openTracking(shop);
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(source()->calls, QStringList());
+}
+
+void TestTracking::viewOfBrokenRecords()
+{
+    ShopDriver shop(
+        {
+            "insert into magazin values (1, 'Nowhere', null, null)",
+            "insert into magazin values (2, 'Null', null, null)",
+            "insert into magazin values (3, 'Words', null, null)",
+            "insert into gpscoord values (1, 999, 20, 0)",
+            "insert into gpscoord values (2, null, null, null)",
+            "insert into gpscoord values (3, 'ten', 'twenty', 0)",
+            "insert into shoplist values (1, null, 1, 1)",
+            "insert into shoplist values (2, 'List', 2, 1)",
+            "insert into shoplist values (3, 'List', 3, 1)",
+        },
+        gpsOn);
+    openTracking(shop);
+    shop.press("viewButton");
+    source()->deliver(0, 1);
+    // What is no number reads as 0, and what is no place on earth is farther than everything.
+    QStringList rows = shop.rows();
+    QCOMPARE(rows.size(), 3);
+    QCOMPARE(rows.last(), "Nowhere|unknown");
+    QVERIFY(rows.at(0).section('|', 1).startsWith("111195."));
+    QVERIFY(rows.at(1).section('|', 1).startsWith("111195."));
+}
+
+QTEST_MAIN(TestTracking)
+#include "tst_tracking.moc"
