@@ -1,0 +1,509 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "gps/trshopgps.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+/// Three stores one kilometre apart on a meridian; Bakery has three lists, two of them open.
+static const QStringList threeStores{
+    "insert into magazin values (3, 'Bakery', null, null)",
+    "insert into magazin values (4, 'Dairy', null, null)",
+    "insert into magazin values (5, 'Tools', null, null)",
+    "insert into gpscoord values (3, 10.01, 20, 0)",
+    "insert into gpscoord values (4, 10.02, 20, 0)",
+    "insert into gpscoord values (5, 10.03, 20, 0)",
+    "insert into shoplist values (1, 'Bread', 3, 1)",
+    "insert into shoplist values (2, 'Cakes', 3, 3)",
+    "insert into shoplist values (3, 'Buns', 3, 2)",
+    "insert into shoplist values (4, 'Milk', 4, 2)",
+    "insert into shoplist values (5, 'Nails', 5, 1)",
+    "insert into purchase values (1, 'Rye', 1, 2, 0)",
+    "insert into purchase values (2, 'Tart', 2, 1, 1)",
+    "insert into purchase values (3, 'Plain', 3, 6, 0)",
+    "insert into purchase values (4, 'Butter', 4, 1, 0)",
+};
+static const QVariantMap gpsOn{{"GpsEnabled", true}};
+static const QVariantMap gpsAlwaysOn{{"GpsEnabled", true}, {"GpsAutoStart", true}};
+
+class TestReminder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void farAwayNothingHappens();
+    void nearAStoreTheReminderShows();
+    void reminderTextHasTwoDecimals();
+    void thresholdIsExact();
+    void reminderFromAnyPage();
+    void nameThatLooksLikeMarkup();
+    void positionsDuringTheReminderChangeNothing();
+    void nextStore();
+    void nextStoreSkipsTheOneThatIsStillNearest();
+    void nextStoreOnTheLastOneEndsTracking();
+    void skippedStoreIsBackAtTheNextStart();
+    void stopTracking();
+    void stopTrackingWithGpsAutostart();
+    void nextStoreOnTheLastOneWithGpsAutostart();
+    void startShopping();
+    void startShoppingWithGpsAutostart();
+    void startShoppingWhenTheListIsGone();
+    void afterShoppingTheFinishedListRingsNoMore();
+    void storesPageIsKeptFresh();
+    void otherPagesAreLeftAlone();
+    void storeThatIsNoPlaceNeverRings();
+    void minimizedWindowComesBack();
+    void alarmRingsInAThreadOfItsOwn();
+    void hundredThousandPositionsTakeNoMemory();
+
+private:
+    static TestPositionSource *source()
+    {
+        return TestPositionSource::instance();
+    }
+    static void track(ShopDriver &shop)
+    {
+        shop.press("reminderButton");
+        shop.press("startButton");
+        QVERIFY(shop.isEnabled("stopButton"));
+        source()->calls.clear();
+    }
+    /// Walks to one kilometre north of Bakery's latitude times `step`.
+    static void remind(ShopDriver &shop)
+    {
+        track(shop);
+        source()->deliver(10.0085, 20);
+        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
+        source()->calls.clear();
+    }
+    static bool isTracking(ShopDriver &shop)
+    {
+        return shop.window->findChild<QWidget *>("trackingPage")
+            ->findChild<QWidget *>("stopButton")
+            ->isEnabled();
+    }
+};
+
+void TestReminder::farAwayNothingHappens()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    source()->deliver(10, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(source()->calls, QStringList());
+    // Near, but tracking is off.
+    shop.press("stopButton");
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::nearAStoreTheReminderShows()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    source()->deliver(10, 20);
+    source()->deliver(10.0085, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.labelText("reminderHeading"), "You have a Shopping List for this Store:");
+    QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
+    // The source rests until the person has answered, and tracking goes on.
+    QCOMPARE(source()->calls, QStringList{"stop"});
+    QVERIFY(isTracking(shop));
+}
+
+void TestReminder::reminderTextHasTwoDecimals()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    source()->deliver(10.008351, 20);
+    const float meters = TrShopGps::distanceBetween(10.008351F, 20, 10.01F, 20);
+    QVERIFY(meters > 183 && meters < 184);
+    QCOMPARE(shop.labelText("reminderStore"),
+             QString("Bakery (at %1 meters)").arg(double(meters), 0, 'f', 2));
+}
+
+void TestReminder::thresholdIsExact()
+{
+    // A latitude at which the distance to the equator is just 250.0 in single precision; there
+    // single precision resolves far less than a metre.
+    float latitude = 0.0022F;
+    while (TrShopGps::distanceBetween(0, 0, latitude, 0) < 250.0F)
+        latitude = std::nextafter(latitude, 1.0F);
+    QCOMPARE(TrShopGps::distanceBetween(0, 0, latitude, 0), 250.0F);
+    float nearer = latitude;
+    while (TrShopGps::distanceBetween(0, 0, nearer, 0) >= 250.0F)
+        nearer = std::nextafter(nearer, 0.0F);
+
+    const auto text = [](float degrees) {
+        return QString::number(double(degrees), 'g', 17);
+    };
+    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
+                     QString("insert into gpscoord values (1, %1, 0, 0)").arg(text(latitude)),
+                     "insert into shoplist values (1, 'Bread', 1, 1)"},
+                    gpsOn);
+    track(shop);
+    source()->deliver(0, 0);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    shop.press("stopButton");
+    shop.db->run(QString("update gpscoord set latitude = %1").arg(text(nearer)));
+    shop.press("startButton");
+    source()->deliver(0, 0);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 250.00 meters)");
+    // And 249.99 m, as the person reads it.
+    shop.press("stopButton");
+    shop.db->run(QString("update gpscoord set latitude = %1").arg(text(latitude * 249.99F / 250)));
+    shop.press("startButton");
+    source()->deliver(0, 0);
+    QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 249.99 meters)");
+}
+
+void TestReminder::reminderFromAnyPage()
+{
+    for (int page = PageMain; page <= PageCoordinates; ++page) {
+        ShopDriver shop(threeStores, gpsOn);
+        track(shop);
+        if (page == PageReminder)
+            continue;
+        shop.stack->setCurrentIndex(page);
+        source()->deliver(10.0085, 20);
+        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
+    }
+}
+
+void TestReminder::nameThatLooksLikeMarkup()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    shop.db->run("update magazin set name = '<b>%1&%2</b>' where id = 3");
+    track(shop);
+    source()->deliver(10.0085, 20);
+    QVERIFY2(shop.labelText("reminderStore").startsWith("<b>%1&%2</b> (at 166."),
+             qPrintable(shop.labelText("reminderStore")));
+    QCOMPARE(shop.find<QLabel>("reminderStore")->textFormat(), Qt::PlainText);
+}
+
+void TestReminder::positionsDuringTheReminderChangeNothing()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    const QString text = shop.labelText("reminderStore");
+    source()->deliver(10.02, 20);
+    QCOMPARE(shop.labelText("reminderStore"), text);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(source()->calls, QStringList());
+    // Order and distances are those of the reminder: the next one is told with the next position.
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    source()->deliver(10.02, 20);
+    QVERIFY(shop.labelText("reminderStore").startsWith("Dairy (at 0."));
+}
+
+void TestReminder::nextStore()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(isTracking(shop));
+    QCOMPARE(source()->calls, (QStringList{"start", "interval 3000"}));
+    shop.press("viewButton");
+    QCOMPARE(shop.rows().size(), 2);
+    QVERIFY(shop.rows().first().startsWith("Dairy|"));
+}
+
+void TestReminder::nextStoreSkipsTheOneThatIsStillNearest()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.press("nextButton");
+    for (const double latitude : {10.0085, 10.01, 10.011}) {
+        source()->deliver(latitude, 20);
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+    source()->deliver(10.019, 20);
+    QVERIFY(shop.labelText("reminderStore").startsWith("Dairy (at 11"));
+    shop.press("nextButton");
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    source()->deliver(10.031, 20);
+    QVERIFY(shop.labelText("reminderStore").startsWith("Tools (at 11"));
+}
+
+void TestReminder::nextStoreOnTheLastOneEndsTracking()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    shop.db->run("update shoplist set state = 3 where magazinid > 3");
+    remind(shop);
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(source()->calls, QStringList{"stop"});
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::skippedStoreIsBackAtTheNextStart()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.press("nextButton");
+    shop.press("stopButton");
+    shop.press("startButton");
+    source()->deliver(10.01, 20);
+    QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 0."));
+}
+
+void TestReminder::stopTracking()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.press("stopButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QVERIFY(!source()->updating);
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::stopTrackingWithGpsAutostart()
+{
+    ShopDriver shop(threeStores, gpsAlwaysOn);
+    remind(shop);
+    QVERIFY(!source()->updating);
+    shop.press("stopButton");
+    QVERIFY(!isTracking(shop));
+    QVERIFY(source()->updating); // paused by the reminder, and wanted again
+}
+
+void TestReminder::nextStoreOnTheLastOneWithGpsAutostart()
+{
+    ShopDriver shop(threeStores, gpsAlwaysOn);
+    shop.db->run("update shoplist set state = 3 where magazinid > 3");
+    remind(shop);
+    shop.press("nextButton");
+    QVERIFY(!isTracking(shop));
+    QVERIFY(source()->updating);
+}
+
+void TestReminder::startShopping()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.press("startShoppingButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    // The goods of all lists of the store, those that are checked last.
+    QCOMPARE(shop.rows(), (QStringList{"Rye|2", "Plain|6", "Tart|1*"}));
+    QCOMPARE(shop.labelText("title"), "Bread");
+    QVERIFY(!isTracking(shop));
+    QCOMPARE(source()->calls, QStringList{"stop"});
+
+    shop.tap(0);
+    shop.tap(0);
+    QCOMPARE(shop.db->column("select checkstate from purchase where id = 1"), QVariantList{1});
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.labelText("listName"), "Bread");
+    QCOMPARE(shop.labelText("storeName"), "Bakery");
+    QCOMPARE(shop.labelText("listState"), "Finished (checked)");
+    QVERIFY(shop.isEnabled("editButton"));
+    QVERIFY(shop.isEnabled("goodsButton"));
+    // Only that list: the next shopping is for it alone.
+    shop.press("startButton");
+    QCOMPARE(shop.rows(), QStringList{"Rye|2*"});
+    shop.press("okButton");
+    shop.press("backButton");
+    shop.press("shopsButton");
+    QCOMPARE(shop.labelText("storeName"), "Bakery");
+}
+
+void TestReminder::startShoppingWithGpsAutostart()
+{
+    ShopDriver shop(threeStores, gpsAlwaysOn);
+    remind(shop);
+    shop.press("startShoppingButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QVERIFY(!isTracking(shop));
+    QVERIFY(source()->updating);
+}
+
+void TestReminder::startShoppingWhenTheListIsGone()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    shop.db->run("delete from shoplist where magazinid = 3");
+    shop.db->run("delete from purchase where shoplistid in (1, 2, 3)");
+    source()->deliver(10.01, 20);
+    shop.press("startShoppingButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.labelText("title"), "Bread");
+    QCOMPARE(shop.rows(), QStringList());
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+}
+
+void TestReminder::afterShoppingTheFinishedListRingsNoMore()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    shop.db->run("update shoplist set state = 3 where id = 3");
+    remind(shop);
+    shop.press("startShoppingButton");
+    shop.tap(0);
+    shop.tap(0);
+    shop.press("okButton");
+    shop.press("backButton");
+    track(shop);
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::storesPageIsKeptFresh()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    shop.press("backButton");
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(2);
+    shop.press("selectButton");
+    QCOMPARE(shop.labelText("storeDistance"), "(calculating)");
+    source()->deliver(10, 20);
+    QVERIFY(shop.labelText("storeDistance").startsWith("3335.8"));
+    shop.db->run("update magazin set name = 'Iron' where id = 5");
+    source()->deliver(10.005, 20);
+    QVERIFY(shop.labelText("storeDistance").startsWith("2779.8"));
+    QCOMPARE(shop.labelText("storeName"), "Iron");
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    source()->deliver(10.01, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+}
+
+void TestReminder::otherPagesAreLeftAlone()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    shop.press("backButton");
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Fi");
+    source()->deliver(10, 20);
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Fi");
+    QVERIFY(shop.find<QLineEdit>("nameField")->hasFocus());
+}
+
+void TestReminder::storeThatIsNoPlaceNeverRings()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    const QString update = "update gpscoord set latitude = %1, longitude = %2 where id = 3";
+    for (const auto &place : {QPair<QString, QString>{"999", "20"},
+                              {"90.01", "20"},
+                              {"10", "180.01"},
+                              {"1e999", "20"},
+                              {"10", "-1e999"}}) {
+        QVERIFY(shop.db->run(update.arg(place.first, place.second)));
+        track(shop);
+        source()->deliver(10, 20);
+        QVERIFY2(shop.pageIndex() == PageTracking, qPrintable(place.first + ' ' + place.second));
+        source()->deliver(10.0195, 20);
+        QVERIFY(shop.labelText("reminderStore").startsWith("Dairy"));
+        shop.press("stopButton");
+        shop.press("backButton");
+    }
+}
+
+void TestReminder::minimizedWindowComesBack()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    shop.window->showMinimized();
+    QTRY_VERIFY(shop.window->isMinimized());
+    source()->deliver(10.0085, 20);
+    QTRY_VERIFY(!shop.window->isMinimized());
+    QVERIFY(shop.window->isVisible());
+    shop.press("stopButton");
+    shop.press("startButton");
+    shop.window->showMaximized();
+    shop.window->setWindowState(shop.window->windowState() | Qt::WindowMinimized);
+    source()->deliver(10.0085, 20);
+    QTRY_VERIFY(!shop.window->isMinimized());
+    QVERIFY(shop.window->isMaximized());
+}
+
+void TestReminder::alarmRingsInAThreadOfItsOwn()
+{
+    // What can be heard is for a sound server to tell; here it is that nothing waits for it, with a
+    // file that is no sound, with none, and with a folder.
+    for (const char *file : {"/bin/sh", "/no such file.wav", "/"}) {
+        ShopDriver shop(threeStores, {{"GpsEnabled", true}, {"SoundFileName", file}});
+        track(shop);
+        QElapsedTimer clock;
+        clock.start();
+        source()->deliver(10.0085, 20);
+        QVERIFY(clock.elapsed() < 100);
+        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        shop.press("stopButton");
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+}
+
+static qint64 residentKib()
+{
+    QFile file("/proc/self/status");
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.simplified().split(' ').at(1).toLongLong();
+    }
+    return -1;
+}
+
+void TestReminder::hundredThousandPositionsTakeNoMemory()
+{
+    QStringList statements = threeStores;
+    for (int id = 10; id < 107; ++id) {
+        statements
+            << QString("insert into magazin values (%1, 'Store %1', null, null)").arg(id)
+            << QString("insert into gpscoord values (%1, %2, 21, 0)").arg(id).arg(11 + id * 0.001)
+            << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
+    }
+    // One commit a statement takes its time.
+    statements.prepend("pragma synchronous = off");
+    statements.insert(1, "begin");
+    statements << "commit";
+    ShopDriver shop(statements, gpsOn);
+    track(shop);
+    shop.press("viewButton");
+    const auto walk = [&](int positions) {
+        for (int step = 0; step < positions; ++step)
+            source()->deliver(10.0 + step % 1000 * 1e-6, 20.5);
+    };
+    walk(1);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.rows().size(), 100);
+    walk(20); // the list that shows is filled anew each time
+    shop.press("okButton");
+    walk(1000);
+    QCoreApplication::processEvents();
+    const qint64 before = residentKib();
+    walk(100'000);
+    const qint64 grown = residentKib() - before;
+    qInfo("100,000 positions, 100 stores: %lld KiB more", static_cast<long long>(grown));
+    QVERIFY(before > 0);
+    QVERIFY2(grown < 512, qPrintable(QString::number(grown)));
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+QTEST_MAIN(TestReminder)
+#include "tst_reminder.moc"
