@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <cstdlib>
+#include <memory>
+
 #include <QApplication>
 #include <QIcon>
 
 #include "app/shopwindow.h"
+#include "platform/alarmsound.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +18,13 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));
     QGuiApplication::setDesktopFileName(u"trolleo"_s);
 
-    ShopWindow window;
+    auto window = std::make_unique<ShopWindow>();
     // The window has made the pictures known.
     QApplication::setWindowIcon(QIcon(u":/img/House.png"_s));
-    window.show();
-    return QApplication::exec();
+    window->show();
+    const int result = QApplication::exec();
+    window.reset();
+    if (AlarmSound::isAnyStuck())
+        std::quick_exit(result);
+    return result;
 }

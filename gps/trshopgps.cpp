@@ -79,7 +79,9 @@ float TrShopGps::distanceBetween(float latitude1, float longitude1, float latitu
     return static_cast<float>(from.distanceTo(to));
 }
 
-void TrShopGps::positionUpdated(const QGeoPositionInfo &info)
+// By value: whoever receives the position may stop the source, which then forgets its own.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+void TrShopGps::positionUpdated(QGeoPositionInfo info)
 {
     waitedMs = 0;
     if (info.isValid()) {

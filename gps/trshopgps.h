@@ -42,7 +42,7 @@ signals:
     void coordinateRequestTimeout();
 
 private slots:
-    void positionUpdated(const QGeoPositionInfo &info);
+    void positionUpdated(QGeoPositionInfo info);
     void updateTimeout();
 
 private:

@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/alarmsound.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <memory>
 
-#include <QAudioOutput>
+#include <QAudioBuffer>
+#include <QAudioDecoder>
+#include <QAudioDevice>
+#include <QAudioSink>
 #include <QDeadlineTimer>
 #include <QFileInfo>
-#include <QMediaPlayer>
+#include <QIODevice>
+#include <QMediaDevices>
 #include <QThread>
 #include <QUrl>
 
@@ -18,9 +24,70 @@ namespace {
 /// How long the end of the program waits for a sound system that does not answer.
 constexpr auto patience = 500ms;
 
+bool anyIsStuck = false;
+
+/// Bytes of decoded sound that are kept, some minutes; what follows in a longer file is not played.
+constexpr qsizetype longestSound = 64 * 1024 * 1024;
+
+/// Decoded sound, to be read a number of times over, from the moment its first part is there.
+class LoopedSound : public QIODevice
+{
+public:
+    explicit LoopedSound(int count)
+        : roundsLeft(count)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    void append(const char *data, qsizetype size)
+    {
+        sound.append(data, std::min(size, longestSound - sound.size()));
+    }
+    /// No more will be appended.
+    void finish()
+    {
+        isComplete = true;
+    }
+    /// Everything has been read as often as it is to be read.
+    bool isOver() const
+    {
+        return isComplete && position == sound.size() && roundsLeft <= 1;
+    }
+
+    bool isSequential() const override
+    {
+        return true;
+    }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        if (isComplete && position == sound.size() && roundsLeft > 1) {
+            position = 0;
+            --roundsLeft;
+        }
+        const qint64 size = std::min<qint64>(maxSize, sound.size() - position);
+        std::memcpy(data, sound.constData() + position, static_cast<size_t>(size));
+        position += size;
+        return size;
+    }
+    qint64 writeData(const char * /*data*/, qint64 /*maxSize*/) override
+    {
+        return -1;
+    }
+
+private:
+    QByteArray sound;
+    qsizetype position = 0;
+    int roundsLeft;
+    bool isComplete = false;
+};
+
 } // namespace
 
-/// What touches the sound system. The device is held only while the sound plays.
+/// What touches the sound system, which is held only while it plays. The file is decoded and fed to
+/// the device here: the toolkit's media player repeats a file by seeking in it, after which its
+/// sound is often lost.
 class AlarmSound::Player : public QObject
 {
 public:
@@ -28,35 +95,53 @@ public:
     {
         stop();
         // Spares loading the sound system for nothing.
-        if (!QFileInfo::exists(file))
+        if (!QFileInfo(file).isFile())
             return;
-        output = std::make_unique<QAudioOutput>();
-        player = std::make_unique<QMediaPlayer>();
-        player->setAudioOutput(output.get());
-        player->setLoops(count);
-        // Queued: a player must not be destroyed by a slot of its own.
+        const QAudioDevice device = QMediaDevices::defaultAudioOutput();
+        if (device.isNull())
+            return;
+        sound = std::make_unique<LoopedSound>(count);
+        sink = std::make_unique<QAudioSink>(device, device.preferredFormat());
+        decoder = std::make_unique<QAudioDecoder>();
+        decoder->setAudioFormat(device.preferredFormat());
+        decoder->setSource(QUrl::fromLocalFile(file));
+        connect(decoder.get(), &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
+        connect(decoder.get(), &QAudioDecoder::finished, this, [this] { sound->finish(); });
+        // What could be decoded of a damaged file is played.
+        connect(decoder.get(), qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
+                [this] { sound->finish(); });
+        // Queued: the sink is not to be destroyed by what it tells.
         connect(
-            player.get(), &QMediaPlayer::playbackStateChanged, this,
-            [this](QMediaPlayer::PlaybackState state) {
-                if (state == QMediaPlayer::StoppedState)
-                    stop();
-            },
+            sink.get(), &QAudioSink::stateChanged, this, [this] { stopIfOver(); },
             Qt::QueuedConnection);
-        player->setSource(QUrl::fromLocalFile(file));
-        player->play();
+        decoder->start();
     }
 
     void stop()
     {
-        if (player)
-            disconnect(player.get(), nullptr, this, nullptr);
-        player.reset();
-        output.reset();
+        decoder.reset();
+        sink.reset();
+        sound.reset();
     }
 
 private:
-    std::unique_ptr<QAudioOutput> output;
-    std::unique_ptr<QMediaPlayer> player;
+    void stopIfOver()
+    {
+        if (sink && sink->state() == QAudio::IdleState && sound->isOver())
+            stop();
+    }
+
+    void takeBuffer()
+    {
+        const QAudioBuffer buffer = decoder->read();
+        sound->append(buffer.constData<char>(), buffer.byteCount());
+        if (sink->state() == QAudio::StoppedState)
+            sink->start(sound.get());
+    }
+
+    std::unique_ptr<LoopedSound> sound;
+    std::unique_ptr<QAudioSink> sink;
+    std::unique_ptr<QAudioDecoder> decoder;
 };
 
 AlarmSound::AlarmSound(const QString &file, QObject *parent)
@@ -73,6 +158,13 @@ AlarmSound::~AlarmSound()
     // A thread that hangs in the sound system ends with the process; destroyed, it would abort it.
     if (thread->wait(QDeadlineTimer(patience)))
         delete thread;
+    else
+        anyIsStuck = true;
+}
+
+bool AlarmSound::isAnyStuck()
+{
+    return anyIsStuck;
 }
 
 void AlarmSound::setLoops(int count)

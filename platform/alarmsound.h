@@ -9,8 +9,8 @@ class QThread;
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
 /// A sound system may take its time, or never answer: it is spoken to from a thread of its own,
-/// which starts with the first play(), so none of the functions waits for it. Nothing is reported;
-/// what cannot be played stays silent.
+/// which starts with the first play(), so neither of them waits for it. Nothing is reported; what
+/// cannot be played stays silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT
@@ -28,6 +28,10 @@ public:
     void play();
     /// Ends the sound. Does nothing when it is silent.
     void stop();
+
+    /// A sound that was destroyed has left its thread behind, waiting for a sound system that does
+    /// not answer. The toolkit would wait for it at the end of the process.
+    static bool isAnyStuck();
 
 private:
     class Player;

@@ -6,7 +6,7 @@ using namespace std::chrono_literals;
 namespace {
 
 /// The window waits for this when it starts.
-constexpr auto probeLimit = 150ms;
+constexpr auto probeLimit = 180ms;
 /// How long a request waits that names no time; the toolkit's own.
 constexpr std::chrono::milliseconds defaultTimeout = 5min;
 

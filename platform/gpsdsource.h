@@ -37,7 +37,7 @@ class GpsdPlugin : public QObject, public QGeoPositionInfoSourceFactory
     Q_INTERFACES(QGeoPositionInfoSourceFactory)
 
 public:
-    /// Null when no gpsd answers within 150 ms.
+    /// Null when no gpsd answers within 180 ms.
     QGeoPositionInfoSource *positionInfoSource(QObject *parent,
                                                const QVariantMap &parameters) override;
     QGeoSatelliteInfoSource *satelliteInfoSource(QObject *parent,

@@ -5,6 +5,7 @@ with accessibility, and an empty home.
 Import this before pyatspi: it makes the session bus that pyatspi connects to.
 """
 import atexit
+import contextlib
 import os
 import pathlib
 import shutil
@@ -23,6 +24,7 @@ PACKAGES = {
     "dbus-daemon": "dbus",
     "xwininfo": "x11-utils",
     "xdotool": "xdotool",
+    "xev": "x11-utils",
 }
 
 
@@ -44,16 +46,16 @@ def stop(process):
             process.wait()
 
 
-def wait_for(what, condition):
+def wait_for(what, condition, seconds=DEADLINE):
     """Polls until condition() is true and returns what it returned."""
-    end = time.monotonic() + DEADLINE
+    end = time.monotonic() + seconds
     while time.monotonic() < end:
         pump_events()
         result = condition()
         if result:
             return result
         time.sleep(0.02)
-    raise AssertionError(f"waited {DEADLINE} s in vain for {what}")
+    raise AssertionError(f"waited {seconds} s in vain for {what}")
 
 
 def start_session_bus():
@@ -109,11 +111,19 @@ class Home:
 
     def query(self, statement):
         """The rows a statement yields, over a connection of our own."""
-        connection = sqlite3.connect(self.database)
-        try:
+        with contextlib.closing(sqlite3.connect(self.database)) as connection:
             return connection.execute(statement).fetchall()
-        finally:
-            connection.close()
+
+    def run(self, statements):
+        """Changes the database over a connection of our own."""
+        with contextlib.closing(sqlite3.connect(self.database)) as connection:
+            connection.executescript(statements)
+
+    def write_settings(self, **settings):
+        file = self.path / ".config" / "Vantor" / "Trolleo.conf"
+        file.parent.mkdir(parents=True)
+        file.write_text("[General]\n" + "".join(
+            f"{key}={value}\n" for key, value in settings.items()))
 
     def remove(self):
         shutil.rmtree(self.path, ignore_errors=True)

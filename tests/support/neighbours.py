@@ -1,0 +1,125 @@
+# SPDX-License-Identifier: MIT
+"""Real programs that Trolleo talks to: a gpsd fed with a recorded walk, and a sound server whose
+output is recorded."""
+import array
+import os
+import pathlib
+import shutil
+import signal
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+
+from desktop import PACKAGES, stop, tool, wait_for
+
+PACKAGES.update({
+    "gpsd": "gpsd",
+    "gpsfake": "gpsd-clients",
+    "parec": "pulseaudio-utils",
+    "pulseaudio": "pulseaudio",
+})
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class Receiver:
+    """A gpsd that plays a walk once, a sentence every so many seconds, and notes when it says what."""
+
+    def __init__(self, walk, port, seconds_per_sentence):
+        tool("gpsd")
+        self.port = port
+        self.said = []  # (time, line)
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-walk-"))
+        (self.folder / "walk.nmea").write_text(walk)
+        self.process = subprocess.Popen(
+            [tool("gpsfake"), "-1", "-q", "-P", str(port), "-c", str(seconds_per_sentence),
+             str(self.folder / "walk.nmea")],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
+        )
+        wait_for("gpsd to listen", self.listens)
+        self.listener = threading.Thread(target=self.listen, daemon=True)
+        self.listener.start()
+        # While gpsd opens what it takes for a serial line it answers nobody.
+        wait_for("the walk to begin", lambda: any(line.startswith("$") for _, line in self.said))
+
+    @property
+    def address(self):
+        return f"127.0.0.1:{self.port}"
+
+    def listens(self):
+        with socket.socket() as probe:
+            return probe.connect_ex(("127.0.0.1", self.port)) == 0
+
+    def listen(self):
+        try:
+            with socket.create_connection(("127.0.0.1", self.port)) as connection:
+                connection.sendall(b'?WATCH={"enable":true,"nmea":true};\n')
+                for line in connection.makefile("r", errors="replace"):
+                    self.said.append((time.monotonic(), line))
+        except OSError:
+            pass  # it was killed
+
+    def kill(self):
+        """Ends gpsd and what feeds it, at once and without a farewell."""
+        if self.process.poll() is not None:
+            return
+        os.killpg(self.process.pid, signal.SIGKILL)
+        self.process.wait()
+        wait_for("the port to be free", lambda: not self.listens())
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class SoundServer:
+    """A PulseAudio without a device; what it would play is recorded."""
+
+    RATE = 44100  # samples per second
+
+    def __init__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-sound-"))
+        self.address = f"unix:{self.folder}/native"
+        self.environment = dict(os.environ, HOME=str(self.folder), PULSE_SERVER=self.address)
+        self.server = subprocess.Popen(
+            [tool("pulseaudio"), "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+             "--disallow-exit", "-L", "module-null-sink sink_name=nowhere rate=44100", "-L",
+             f"module-native-protocol-unix auth-anonymous=1 socket={self.folder}/native"],
+            env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+        )
+        self.file = self.folder / "monitor.raw"
+        wait_for("the sound server", (self.folder / "native").exists)
+        with open(self.file, "wb") as output:
+            self.recorder = subprocess.Popen(
+                [tool("parec"), "--device=nowhere.monitor", "--format=s16le", "--channels=1",
+                 f"--rate={self.RATE}", "--latency-msec=10", "--raw"],
+                env=self.environment, stdout=output, stderr=subprocess.DEVNULL,
+            )
+        wait_for("the recording", lambda: self.recorded() > 0)
+
+    def recorded(self):
+        """Seconds that have been recorded."""
+        return self.file.stat().st_size / 2 / self.RATE
+
+    def loudness(self, begin, end=None):
+        """The highest level, 0 to 1, in every hundredth of a second of a part of the recording."""
+        samples = array.array("h")
+        data = self.file.read_bytes()
+        samples.frombytes(data[:len(data) // 2 * 2])
+        step = self.RATE // 100
+        last = len(samples) if end is None else int(end * self.RATE)
+        return [max(map(abs, samples[index:index + step])) / 32768
+                for index in range(int(begin * self.RATE), last - step, step)]
+
+    def freeze(self):
+        """From now on it answers nobody."""
+        self.server.send_signal(signal.SIGSTOP)
+
+    def stop(self):
+        self.server.send_signal(signal.SIGCONT)
+        stop(self.recorder)
+        stop(self.server)
+        shutil.rmtree(self.folder, ignore_errors=True)

@@ -1,0 +1,206 @@
+# SPDX-License-Identifier: MIT
+"""The installed program on a walk: a real gpsd tells it where it is, and what it plays is recorded."""
+import pathlib
+import subprocess
+import sys
+import time
+import unittest
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import Desktop, Home, Program, stop, tool, wait_for  # noqa: E402
+from neighbours import Receiver, SoundServer, free_port  # noqa: E402
+import nmea  # noqa: E402
+
+BAKERY = 10.01  # degrees north; Dairy is a kilometre farther
+DAIRY = 10.02
+LONGITUDE = 20.0
+STORES = f"""
+    insert into magazin values (1, 'Bakery', null, null), (2, 'Dairy', null, null);
+    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0), (2, {DAIRY}, {LONGITUDE}, 0);
+    insert into shoplist values (1, 'Bread', 1, 1), (2, 'Milk', 2, 1);
+    insert into purchase values (1, 'Rye', 1, 2, 0), (2, 'Butter', 2, 1, 0);
+"""
+REMINDER_METERS = 250
+UPDATE_SECONDS = 3  # from one position to the next
+
+
+def meters(latitude, store):
+    return abs(latitude - store) * nmea.METERS_PER_DEGREE
+
+
+class TestReminder(unittest.TestCase):
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.stop)
+
+    def play(self, walk, port=None, seconds_per_sentence=0.25):
+        receiver = Receiver(walk, port or free_port(), seconds_per_sentence)
+        self.addCleanup(receiver.kill)
+        return receiver
+
+    def start(self, gpsd, sound="unix:/nonexistent", **settings):
+        self.home.write_settings(GpsEnabled="true", **settings)
+        self.program = Program(self.desktop, self.home, TROLLEO_GPSD=gpsd, PULSE_SERVER=sound)
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()
+
+    def start_tracking(self):
+        self.home.run(STORES)
+        self.program.press("Reminder")
+        self.program.press("Start")
+        self.assertIsNotNone(self.program.find("push button", "Stop"))
+
+    def reminded_of(self, store, seconds):
+        """Waits for the reminder and returns when it was there."""
+        label = wait_for(
+            f"the reminder of {store}",
+            lambda: next((label for label in self.program.find_all("label")
+                          if label.name.startswith(store + " (at ")), None), seconds)
+        now = time.monotonic()
+        distance = float(label.name.removeprefix(store + " (at ").removesuffix(" meters)"))
+        self.assertLess(distance, REMINDER_METERS)
+        return now
+
+    def assert_in_time(self, receiver, store, when):
+        near = wait_for("the receiver to come near", lambda: next(
+            (moment for moment, line in receiver.said
+             if (latitude := nmea.latitude_of(line)) is not None
+             and meters(latitude, store) < REMINDER_METERS), None), 2)
+        # To find it on the accessibility bus takes a moment as well.
+        self.assertLess(when - near, UPDATE_SECONDS + 1)
+        self.assertGreater(when, near)
+
+    def window(self):
+        return int(self.desktop.run(
+            [tool("xdotool"), "search", "--pid", str(self.program.process.pid), "--name",
+             "^Trolleo$"]).split()[-1])
+
+    def is_above(self, upper, lower):
+        """Whether the X server has one window above another."""
+        order = [line.split()[0] for line in self.desktop.run(
+            [tool("xwininfo"), "-root", "-tree"]).splitlines() if line.strip().startswith("0x")]
+        return order.index(hex(upper)) < order.index(hex(lower))
+
+    def is_viewable(self):
+        return "IsViewable" in self.desktop.run(["xwininfo", "-id", str(self.window())])
+
+    def active_window(self):
+        answer = self.desktop.run(["xprop", "-root", "_NET_ACTIVE_WINDOW"]).split()[-1]
+        return int(answer, 16) if answer.startswith("0x") else None
+
+    def cover(self):
+        """Puts another program's window over everything, and has the person use it."""
+        other = subprocess.Popen([tool("xev"), "-geometry", "1000x700+0+0"],
+                                 env=self.desktop.environment(), stdout=subprocess.DEVNULL)
+        self.addCleanup(stop, other)
+        xdotool = [tool("xdotool"), "search", "--name", "^Event Tester$"]
+        window = int(wait_for("the other window", lambda: self.desktop.run(xdotool).split())[0])
+        self.desktop.run(["xdotool", "windowactivate", "--sync", str(window)])
+        self.desktop.run(["xdotool", "mousemove", "500", "400", "click", "1", "key", "a"])
+        wait_for("the other window on top", lambda: self.is_above(window, self.window()))
+        return window
+
+    def test_walk_past_two_stores(self):
+        sound = SoundServer()
+        self.addCleanup(sound.stop)
+        # Starts 800 m before Bakery and goes on far enough beyond Dairy.
+        start = BAKERY - 800 / nmea.METERS_PER_DEGREE
+        receiver = self.play(nmea.walk_north(start, 3000, 20, LONGITUDE))
+        self.start(receiver.address, sound.address)
+        self.start_tracking()
+        other = self.cover()
+
+        # Another window is on top.
+        when = self.reminded_of("Bakery", 30)
+        self.assert_in_time(receiver, BAKERY, when)
+        wait_for("the window on top", lambda: self.is_above(self.window(), other), 1)
+        wait_for("the window to be active", lambda: self.active_window() == self.window(), 1)
+        self.listen_to_three_loops(sound)
+        self.program.press("Next Store")
+
+        # The window is minimised.
+        self.desktop.run(["xdotool", "windowminimize", "--sync", str(self.window())])
+        wait_for("the window to be gone", lambda: not self.is_viewable())
+        when = self.reminded_of("Dairy", 60)
+        self.assert_in_time(receiver, DAIRY, when)
+        wait_for("the window to be back", self.is_viewable, 1)
+        wait_for("the window on top", lambda: self.is_above(self.window(), other), 1)
+        rings = sound.recorded()
+        wait_for("the alarm", lambda: sound.recorded() > rings + 0.5
+                 and max(sound.loudness(rings - 1)) > 0.3)
+        pressed = sound.recorded()
+        self.program.press("Next Store")
+        wait_for("the silence", lambda: sound.recorded() > pressed + 3)
+        self.assertGreater(max(sound.loudness(pressed - 1, pressed)), 0.05)
+        self.assertEqual(max(sound.loudness(pressed + 0.5)), 0)
+        # It was the last one.
+        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+
+    def listen_to_three_loops(self, sound):
+        """Counts what rings from now on."""
+        begin = max(0, sound.recorded() - 3)
+        wait_for("the alarm to have ended",
+                 lambda: (levels := sound.loudness(begin)) and max(levels) > 0.3
+                 and len(levels) > 900 and max(levels[-100:]) == 0)
+        levels = sound.loudness(begin)
+        self.assertGreater(max(levels), 0.5)
+        self.assertLess(max(levels), 0.95)  # nothing clips
+        # Each loop has two groups of chimes, with silence after each.
+        groups = []
+        ringing = False
+        for index, level in enumerate(levels):
+            if not ringing and level > 0.2:
+                groups.append(index)
+            ringing = level > 0.02 if ringing else level > 0.2
+        self.assertEqual(len(groups), 6, f"groups of chimes at {groups} hundredths of a second")
+        # Without a gap: what comes between two loops is the silence within the file.
+        for earlier, later in zip(groups, groups[1:]):
+            self.assertAlmostEqual(later - earlier, 120, delta=15)
+
+    def test_start_shopping_without_a_sound_server(self):
+        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
+        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
+        self.start(receiver.address)
+        self.start_tracking()
+        self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
+        self.program.press("Start Shopping")
+        self.assertIsNotNone(wait_for("the goods", lambda: self.program.find(
+            "list item", "Rye, 2, not checked") or self.program.find_all("list item")))
+        self.program.press("OK")
+        self.assertEqual(self.home.query("select state from shoplist where id = 1"), [(1,)])
+
+    def test_sound_server_that_never_answers(self):
+        sound = SoundServer()
+        self.addCleanup(sound.stop)
+        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
+        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
+        self.start(receiver.address, sound.address, SoundFileName="/opt/trolleo/Alarm5.wav")
+        self.start_tracking()
+        sound.freeze()
+        self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
+        self.program.press("Stop tracking")
+        wait_for("tracking to end", lambda: self.program.find("push button", "Start"), 2)
+        self.program.press("Back")
+        self.program.press("Exit")
+        self.assertEqual(self.program.process.wait(5), 0)
+
+    def test_gpsd_is_killed_and_comes_back(self):
+        start = BAKERY - 1000 / nmea.METERS_PER_DEGREE
+        first = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
+        self.start(first.address)
+        self.start_tracking()
+        wait_for("some way of it", lambda: len(first.said) > 20)
+        first.kill()
+        time.sleep(8)  # it tries again after 1, 2 and 4 s, and now waits
+        again = self.play(nmea.walk_north(start + 760 / nmea.METERS_PER_DEGREE, 600, 2, LONGITUDE,
+                                          first_second=36100), first.port)
+        returned = time.monotonic()
+        self.assertLess(self.reminded_of("Bakery", 35) - returned, 30)
+        again.kill()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
