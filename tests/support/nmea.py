@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Sentences as a receiver writes them."""
+import math
 
 METERS_PER_DEGREE = 111195.0  # of latitude
 
@@ -17,12 +18,30 @@ def angle(degrees, width, letters):
     return f"{whole:0{width}d}{(magnitude - whole) * 60:09.6f},{letters[degrees < 0]}"
 
 
+def rounded(degrees):
+    """The angle as a sentence holds it."""
+    magnitude = abs(degrees)
+    whole = int(magnitude)
+    return math.copysign(whole + float(f"{(magnitude - whole) * 60:.6f}") / 60, degrees)
+
+
+def time_of_day(second):
+    return f"{second // 3600:02d}{second // 60 % 60:02d}{second % 60:02d}.00"
+
+
+def place(latitude, longitude):
+    return f"{angle(latitude, 2, 'NS')},{angle(longitude, 3, 'EW')}"
+
+
+def rmc(second, latitude, longitude):
+    """The place, time and date, in one second of the day."""
+    return sentence(f"GPRMC,{time_of_day(second)},A,{place(latitude, longitude)},2.7,0.0,211126,,,A")
+
+
 def fix(second, latitude, longitude):
-    """What a receiver says in one second of the day, as GGA and RMC."""
-    time = f"{second // 3600:02d}{second // 60 % 60:02d}{second % 60:02d}.00"
-    place = f"{angle(latitude, 2, 'NS')},{angle(longitude, 3, 'EW')}"
-    return (sentence(f"GPGGA,{time},{place},1,08,0.9,12.5,M,39.0,M,,")
-            + sentence(f"GPRMC,{time},A,{place},2.7,0.0,211126,,,A"))
+    """What a receiver says in one second of the day, with the altitude."""
+    return (sentence(f"GPGGA,{time_of_day(second)},{place(latitude, longitude)},1,08,0.9,12.5,M,"
+                     "39.0,M,,") + rmc(second, latitude, longitude))
 
 
 def walk_north(start, meters, meters_per_second, longitude, first_second=36000):

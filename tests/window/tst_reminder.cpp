@@ -134,23 +134,33 @@ void TestReminder::reminderTextHasTwoDecimals()
 
 void TestReminder::thresholdIsExact()
 {
-    // A latitude at which the distance to the equator is just 250.0 in single precision; there
-    // single precision resolves far less than a metre.
-    float latitude = 0.0022F;
-    while (TrShopGps::distanceBetween(0, 0, latitude, 0) < 250.0F)
-        latitude = std::nextafter(latitude, 1.0F);
-    QCOMPARE(TrShopGps::distanceBetween(0, 0, latitude, 0), 250.0F);
-    float nearer = latitude;
-    while (TrShopGps::distanceBetween(0, 0, nearer, 0) >= 250.0F)
-        nearer = std::nextafter(nearer, 0.0F);
+    // A place just 250.0 m from where equator and prime meridian meet, in single precision, which
+    // there resolves far less than a metre; and the next one that is nearer.
+    float latitude = 0;
+    float longitude = 0;
+    const auto meters = [&] {
+        return TrShopGps::distanceBetween(0, 0, latitude, longitude);
+    };
+    for (int step = 1; step < 1000 && meters() != 250.0F; ++step) {
+        longitude = float(step) * 1e-6F;
+        latitude = 0.00224F;
+        while (meters() < 250.0F)
+            latitude = std::nextafter(latitude, 1.0F);
+    }
+    QVERIFY(meters() == 250.0F); // the toolkit's comparison would be a fuzzy one
+    const float just = latitude;
+    while (meters() == 250.0F)
+        latitude = std::nextafter(latitude, 0.0F);
+    const float nearer = latitude;
 
     const auto text = [](float degrees) {
         return QString::number(double(degrees), 'g', 17);
     };
-    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
-                     QString("insert into gpscoord values (1, %1, 0, 0)").arg(text(latitude)),
-                     "insert into shoplist values (1, 'Bread', 1, 1)"},
-                    gpsOn);
+    ShopDriver shop(
+        {"insert into magazin values (1, 'Bakery', null, null)",
+         QString("insert into gpscoord values (1, %1, %2, 0)").arg(text(just), text(longitude)),
+         "insert into shoplist values (1, 'Bread', 1, 1)"},
+        gpsOn);
     track(shop);
     source()->deliver(0, 0);
     QCOMPARE(shop.pageIndex(), int(PageTracking));
@@ -162,7 +172,7 @@ void TestReminder::thresholdIsExact()
     QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 250.00 meters)");
     // And 249.99 m, as the person reads it.
     shop.press("stopButton");
-    shop.db->run(QString("update gpscoord set latitude = %1").arg(text(latitude * 249.99F / 250)));
+    shop.db->run(QString("update gpscoord set latitude = %1").arg(text(just * 249.99F / 250)));
     shop.press("startButton");
     source()->deliver(0, 0);
     QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 249.99 meters)");

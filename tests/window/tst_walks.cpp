@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: MIT
+#include <QDir>
+#include <QFile>
+#include <QNmeaPositionInfoSource>
+#include <QRandomGenerator>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+/// The toolkit's own reading of a sentence, without the receiver's clock.
+class SentenceReader : public QNmeaPositionInfoSource
+{
+public:
+    SentenceReader()
+        : QNmeaPositionInfoSource(RealTimeMode)
+    {}
+
+    /// Whether `line` tells a position; `position` is then set.
+    bool read(const QByteArray &line, QGeoPositionInfo &position)
+    {
+        bool hasFix = false;
+        return parsePosInfoFromNmeaData(line.constData(), int(line.size()), &position, &hasFix) &&
+               hasFix;
+    }
+};
+
+struct Reminder
+{
+    int line = 0;
+    QString answer;
+    QString text;
+};
+
+/// What stands beside a walk: see make-walks.py.
+struct Table
+{
+    QStringList statements;
+    QStringList criterion;
+    QHash<int, int> rubbish; // bytes before a line
+    QList<Reminder> reminders;
+
+    explicit Table(const QString &file)
+    {
+        QFile table(file);
+        if (!table.open(QIODevice::ReadOnly))
+            qFatal("cannot read %s", qPrintable(file));
+        // One commit a statement would take longer than the walk.
+        statements << "pragma synchronous = off";
+        for (const QString &line :
+             QString::fromUtf8(table.readAll()).split('\n', Qt::SkipEmptyParts)) {
+            const QStringList words = line.split(' ');
+            if (words[0] == "category") {
+                statements
+                    << QString("insert into category values (%1, '%2')").arg(words[1], words[2]);
+            } else if (words[0] == "store") {
+                statements << QString("insert into magazin values (%1, '%2', %3, null)")
+                                  .arg(words[1], words[2], words[5] == "-" ? "null" : words[5]);
+                if (words[3] != "-")
+                    statements << QString("insert into gpscoord values (%1, %2, %3, 0)")
+                                      .arg(words[1], words[3], words[4]);
+            } else if (words[0] == "list") {
+                statements << QString("insert into shoplist values (%1, '%2', %3, %4)")
+                                  .arg(words[1], words[2], words[3], words[4]);
+            } else if (words[0] == "criterion") {
+                criterion = words.mid(1);
+            } else if (words[0] == "rubbish") {
+                rubbish[words[1].toInt()] = words[2].toInt();
+            } else if (words[0] == "reminder") {
+                reminders << Reminder{words[1].toInt(), words[2], words.mid(3).join(' ')};
+            }
+        }
+    }
+};
+
+/// Recorded walks, at full speed through the real window.
+class TestWalks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void walk_data();
+    void walk();
+    void cleanupTestCase();
+
+private:
+    static TestPositionSource *source()
+    {
+        return TestPositionSource::instance();
+    }
+    static void startTracking(ShopDriver &shop, const QStringList &criterion);
+    static void answer(ShopDriver &shop, const QString &answer);
+
+    QStringList results;
+};
+
+static const QString folder = TROLLEO_SOURCES "/tests/data/walks/";
+
+void TestWalks::walk_data()
+{
+    QTest::addColumn<QString>("name");
+    const QStringList walks = QDir(folder).entryList({"*.nmea"}, QDir::Files, QDir::Name);
+    QVERIFY(walks.size() >= 20);
+    for (const QString &walk : walks)
+        QTest::newRow(qPrintable(walk.chopped(5))) << walk.chopped(5);
+}
+
+void TestWalks::startTracking(ShopDriver &shop, const QStringList &criterion)
+{
+    shop.press("reminderButton");
+    if (criterion.first() != "all") {
+        const bool byStore = criterion.first() == "store";
+        shop.press(byStore ? "byStoreRadio" : "byCategoryRadio");
+        shop.press(byStore ? "storeButton" : "categoryButton");
+        const auto rows = shop.list()->findItems(criterion.last(), Qt::MatchExactly);
+        QCOMPARE(rows.size(), 1);
+        shop.tap(shop.list()->row(rows.first()));
+        shop.press("selectButton");
+    }
+    shop.press("startButton");
+    QVERIFY(shop.isEnabled("stopButton"));
+}
+
+void TestWalks::answer(ShopDriver &shop, const QString &answer)
+{
+    if (answer == "start") {
+        shop.press("startShoppingButton");
+        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    } else {
+        shop.press(answer == "stop" ? "stopButton" : "nextButton");
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+}
+
+void TestWalks::walk()
+{
+    QFETCH(QString, name);
+    const Table table(folder + name + ".txt");
+    QFile file(folder + name + ".nmea");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    ShopDriver shop(table.statements, {{"GpsEnabled", true}});
+    startTracking(shop, table.criterion);
+    QVERIFY(!QTest::currentTestFailed());
+
+    SentenceReader reader;
+    QRandomGenerator noise(1);
+    int line = 0;
+    int positions = 0;
+    QList<Reminder> rung;
+    const auto say = [&](const QByteArray &sentence) {
+        QGeoPositionInfo position;
+        if (!reader.read(sentence, position))
+            return;
+        ++positions;
+        if (!source()->updating)
+            return;
+        source()->deliver(position);
+        if (shop.pageIndex() != PageReminder)
+            return;
+        const QString reply = rung.size() < table.reminders.size()
+                                  ? table.reminders.at(rung.size()).answer
+                                  : QString("next");
+        rung << Reminder{line, reply, shop.labelText("reminderStore")};
+        answer(shop, reply);
+    };
+    while (!file.atEnd()) {
+        const QByteArray sentence = file.readLine();
+        ++line;
+        QByteArray rubbish;
+        for (int left = table.rubbish.value(line); left > 0; --left)
+            rubbish += char(noise.bounded(256));
+        for (const QByteArray &part : rubbish.split('\n'))
+            say(part + '\n');
+        say(sentence);
+    }
+
+    int missed = 0;
+    int late = 0;
+    QList<Reminder> unexpected = rung;
+    for (const Reminder &expected : table.reminders) {
+        const auto store = [](const Reminder &reminder) {
+            return reminder.text.section(' ', 0, 0);
+        };
+        const auto same = std::ranges::find_if(unexpected, [&](const Reminder &reminder) {
+            return store(reminder) == store(expected);
+        });
+        if (same == unexpected.end()) {
+            ++missed;
+        } else {
+            late += same->line > expected.line;
+            unexpected.erase(same);
+        }
+    }
+    results << QString("%1 %2 %3 %4 %5 %6 %7 %8")
+                   .arg(name, -32)
+                   .arg(line, 9)
+                   .arg(positions, 9)
+                   .arg(table.reminders.size(), 8)
+                   .arg(rung.size(), 4)
+                   .arg(missed, 6)
+                   .arg(unexpected.size(), 5)
+                   .arg(late, 4);
+    QCOMPARE(missed, 0);
+    QCOMPARE(unexpected.size(), 0);
+    QCOMPARE(late, 0);
+    for (int index = 0; index < rung.size(); ++index) {
+        QCOMPARE(rung.at(index).line, table.reminders.at(index).line);
+        QCOMPARE(rung.at(index).text, table.reminders.at(index).text);
+    }
+}
+
+void TestWalks::cleanupTestCase()
+{
+    QTextStream out(stdout);
+    out << "walk                             sentences positions expected rang missed false late\n";
+    for (const QString &result : std::as_const(results))
+        out << result << '\n';
+}
+
+QTEST_MAIN(TestWalks)
+#include "tst_walks.moc"
