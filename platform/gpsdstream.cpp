@@ -20,7 +20,7 @@ constexpr quint16 defaultPort = 2947;
 constexpr auto firstRetryPause = 1s;
 constexpr auto longestRetryPause = 25s;
 /// A receiver that works says something every second; a connection is made in far less.
-constexpr auto longestSilence = 10s;
+constexpr auto longestSilence = 5s;
 /// Bytes. A sentence has at most 82, what gpsd says of itself some hundred.
 constexpr qsizetype longestLine = 4096;
 /// Bytes, of sentences that nobody has read.

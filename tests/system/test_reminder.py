@@ -187,6 +187,31 @@ class TestReminder(unittest.TestCase):
         self.program.press("Exit")
         self.assertEqual(self.program.process.wait(5), 0)
 
+    def wake_ups(self):
+        """How often any thread of the program has gone to sleep so far."""
+        tasks = pathlib.Path(f"/proc/{self.program.process.pid}/task")
+        return sum(int(line.split()[1]) for task in tasks.iterdir()
+                   for line in (task / "status").read_text().splitlines()
+                   if line.startswith("voluntary_ctxt_switches"))
+
+    def test_nothing_runs_when_nothing_is_wanted(self):
+        start = BAKERY - 3000 / nmea.METERS_PER_DEGREE
+        receiver = self.play(nmea.walk_north(start, 1000, 2, LONGITUDE))
+        self.start(receiver.address)
+
+        def woken_within_three_seconds():
+            time.sleep(1)  # what was begun comes to its end
+            before = self.wake_ups()
+            time.sleep(3)
+            return self.wake_ups() - before
+
+        self.assertLessEqual(woken_within_three_seconds(), 1)
+        self.start_tracking()
+        self.assertGreater(woken_within_three_seconds(), 3)
+        self.program.press("Stop")
+        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+        self.assertLessEqual(woken_within_three_seconds(), 1)
+
     def test_gpsd_is_killed_and_comes_back(self):
         start = BAKERY - 1000 / nmea.METERS_PER_DEGREE
         first = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
