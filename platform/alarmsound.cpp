@@ -46,12 +46,16 @@ public:
     /// No more will be appended.
     void finish()
     {
-        isComplete = true;
+        complete = true;
+    }
+    bool isComplete() const
+    {
+        return complete;
     }
     /// Everything has been read as often as it is to be read.
     bool isOver() const
     {
-        return isComplete && position == sound.size() && roundsLeft <= 1;
+        return complete && position == sound.size() && roundsLeft <= 1;
     }
 
     bool isSequential() const override
@@ -62,7 +66,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
-        if (isComplete && position == sound.size() && roundsLeft > 1) {
+        if (complete && position == sound.size() && roundsLeft > 1) {
             position = 0;
             --roundsLeft;
         }
@@ -80,7 +84,7 @@ private:
     QByteArray sound;
     qsizetype position = 0;
     int roundsLeft;
-    bool isComplete = false;
+    bool complete = false;
 };
 
 } // namespace
@@ -106,14 +110,13 @@ public:
         decoder->setAudioFormat(device.preferredFormat());
         decoder->setSource(QUrl::fromLocalFile(file));
         connect(decoder.get(), &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
-        connect(decoder.get(), &QAudioDecoder::finished, this, [this] { sound->finish(); });
         // What could be decoded of a damaged file is played.
+        connect(decoder.get(), &QAudioDecoder::finished, this, &Player::finish);
         connect(decoder.get(), qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
-                [this] { sound->finish(); });
+                &Player::finish);
         // Queued: the sink is not to be destroyed by what it tells.
-        connect(
-            sink.get(), &QAudioSink::stateChanged, this, [this] { stopIfOver(); },
-            Qt::QueuedConnection);
+        connect(sink.get(), &QAudioSink::stateChanged, this, &Player::stopIfOver,
+                Qt::QueuedConnection);
         decoder->start();
     }
 
@@ -125,9 +128,20 @@ public:
     }
 
 private:
+    void finish()
+    {
+        sound->finish();
+        QMetaObject::invokeMethod(this, &Player::stopIfOver, Qt::QueuedConnection);
+    }
+
     void stopIfOver()
     {
-        if (sink && sink->state() == QAudio::IdleState && sound->isOver())
+        if (!sink)
+            return;
+        // Stopped: nothing could be decoded, or the device is gone.
+        const QAudio::State state = sink->state();
+        if (sound->isComplete() &&
+            (state == QAudio::StoppedState || (state == QAudio::IdleState && sound->isOver())))
             stop();
     }
 

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+#include <numbers>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtEndian>
+#include <QThread>
+#include <QtTest>
+
+#include "platform/alarmsound.h"
+
+static const QString soundFile = TROLLEO_SOURCES "/resources/sounds/Alarm5.wav";
+
+/// Samples from -1 to 1.
+struct Recording
+{
+    int rate = 0;
+    QList<double> samples;
+};
+
+/// The alarm file and how it is played; what is heard of it is for a sound server to tell.
+class TestAlarmSound : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fileIsWhatItsScriptMakes();
+    void fileIsAShortMonoWave();
+    void fileIsLoudAndDoesNotClip();
+    void fileLoopsCleanly();
+    void fileIsWhereALoudspeakerIsGood();
+    void nothingStartsBeforeItPlays();
+    void playingNeverWaits_data();
+    void playingNeverWaits();
+
+private:
+    static Recording recording();
+};
+
+Recording TestAlarmSound::recording()
+{
+    QFile file(soundFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray data = file.readAll();
+    constexpr int headerSize = 44;
+    if (!data.startsWith("RIFF") || data.mid(8, 8) != "WAVEfmt " || data.mid(36, 4) != "data")
+        return {};
+    Recording result{.rate = qFromLittleEndian<qint32>(data.constData() + 24), .samples = {}};
+    for (qsizetype index = headerSize; index + 1 < data.size(); index += 2)
+        result.samples << qFromLittleEndian<qint16>(data.constData() + index) / 32768.0;
+    return result;
+}
+
+void TestAlarmSound::fileIsWhatItsScriptMakes()
+{
+    const QTemporaryDir folder;
+    const QString script = "make-alarm.py";
+    QVERIFY(QFile::copy(TROLLEO_SOURCES "/resources/sounds/" + script, folder.filePath(script)));
+    QCOMPARE(QProcess::execute("python3", {"-B", folder.filePath(script)}), 0);
+    QFile made(folder.filePath("Alarm5.wav"));
+    QFile kept(soundFile);
+    QVERIFY(made.open(QIODevice::ReadOnly));
+    QVERIFY(kept.open(QIODevice::ReadOnly));
+    QVERIFY(made.readAll() == kept.readAll());
+}
+
+void TestAlarmSound::fileIsAShortMonoWave()
+{
+    const Recording alarm = recording();
+    QCOMPARE(alarm.rate, 44100);
+    const double seconds = double(alarm.samples.size()) / alarm.rate;
+    QVERIFY2(seconds >= 2 && seconds <= 4, qPrintable(QString::number(seconds)));
+}
+
+void TestAlarmSound::fileIsLoudAndDoesNotClip()
+{
+    double peak = 0;
+    double power = 0;
+    const Recording alarm = recording();
+    for (const double sample : alarm.samples) {
+        peak = std::max(peak, std::abs(sample));
+        power += sample * sample;
+    }
+    power /= double(alarm.samples.size());
+    QVERIFY2(peak > 0.8 && peak < 0.95, qPrintable(QString::number(peak)));
+    const double level = 10 * std::log10(power); // dB below full scale
+    QVERIFY2(level > -20, qPrintable(QString::number(level)));
+}
+
+void TestAlarmSound::fileLoopsCleanly()
+{
+    const Recording alarm = recording();
+    const auto isSilent = [](double sample) {
+        return std::abs(sample) < 0.001;
+    };
+    QVERIFY(isSilent(alarm.samples.first()));
+    const int tenMilliseconds = alarm.rate / 100;
+    QVERIFY(std::all_of(alarm.samples.end() - tenMilliseconds, alarm.samples.end(), isSilent));
+    // Nowhere does it jump, as a click does.
+    for (qsizetype index = 1; index < alarm.samples.size(); ++index)
+        QVERIFY(std::abs(alarm.samples[index] - alarm.samples[index - 1]) < 0.5);
+}
+
+void TestAlarmSound::fileIsWhereALoudspeakerIsGood()
+{
+    // The power at a frequency in the first second, by correlation.
+    Recording alarm = recording();
+    alarm.samples.resize(alarm.rate);
+    const auto power = [&alarm](double frequency) {
+        double real = 0;
+        double imaginary = 0;
+        const double step = 2 * std::numbers::pi * frequency / alarm.rate;
+        for (qsizetype index = 0; index < alarm.samples.size(); ++index) {
+            real += alarm.samples[index] * std::cos(step * double(index));
+            imaginary += alarm.samples[index] * std::sin(step * double(index));
+        }
+        return real * real + imaginary * imaginary;
+    };
+    double all = 0;
+    double within = 0;
+    for (double frequency = 50; frequency < 12000; frequency += 50) {
+        const double there = power(frequency);
+        all += there;
+        if (frequency >= 900 && frequency <= 4800)
+            within += there;
+    }
+    QVERIFY2(within / all > 0.95, qPrintable(QString::number(within / all)));
+}
+
+void TestAlarmSound::nothingStartsBeforeItPlays()
+{
+    AlarmSound sound(soundFile);
+    sound.setLoops(3);
+    sound.stop();
+    QVERIFY(!sound.findChild<QThread *>());
+    QVERIFY(!AlarmSound::isAnyStuck());
+}
+
+void TestAlarmSound::playingNeverWaits_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("the alarm") << soundFile;
+    QTest::newRow("no file") << "/no such file.wav";
+    QTest::newRow("empty name") << QString();
+    QTest::newRow("folder") << "/";
+    QTest::newRow("no sound") << "/bin/sh";
+    QTest::newRow("empty file") << "/dev/null";
+}
+
+void TestAlarmSound::playingNeverWaits()
+{
+    QFETCH(QString, file);
+    QElapsedTimer clock;
+    clock.start();
+    {
+        AlarmSound sound(file);
+        sound.setLoops(3);
+        for (int time = 0; time < 20; ++time) {
+            sound.play();
+            sound.stop();
+        }
+        sound.play();
+        sound.play();
+        QVERIFY2(clock.elapsed() < 100, qPrintable(QString::number(clock.elapsed())));
+        QTest::qWait(200);
+    }
+    // Destroyed while it plays, it waits for its thread, which has nothing to wait for.
+    QVERIFY(!AlarmSound::isAnyStuck());
+}
+
+QTEST_GUILESS_MAIN(TestAlarmSound)
+#include "tst_alarmsound.moc"
