@@ -33,10 +33,14 @@ struct Place
 std::vector<Place> places(int count)
 {
     std::vector<Place> result;
-    for (int index = 0; index < count; ++index)
-        result.push_back({.latitude = 11 + static_cast<float>(index / 100) * 0.001F,
-                          .longitude = 20 + static_cast<float>(index * 37 % 100) * 0.001F,
+    result.reserve(static_cast<std::size_t>(count));
+    for (int index = 0; index < count; ++index) {
+        const int row = index / 100;
+        const int column = index * 37 % 100;
+        result.push_back({.latitude = 11 + static_cast<float>(row) * 0.001F,
+                          .longitude = 20 + static_cast<float>(column) * 0.001F,
                           .distance = 0});
+    }
     return result;
 }
 
@@ -117,7 +121,6 @@ int main(int argc, char **argv)
         const double window = throughTheWindow(counts[index], positions(counts[index]));
         std::printf("%8d %22.1f %22.1f %8.2f\n", counts[index], window, bare[index],
                     window / bare[index]);
-        std::fflush(stdout);
     }
     return 0;
 }

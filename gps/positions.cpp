@@ -17,8 +17,9 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
 {
     currentLongitude = static_cast<float>(longitude);
     currentLatitude = static_cast<float>(latitude);
-    // A receiver that sees too few satellites tells none, and a statement cannot hold "nan".
-    currentAltitude = std::isnan(altitude) ? 0 : static_cast<float>(altitude);
+    // A receiver that sees too few satellites tells none; a statement can hold no "nan" or "inf".
+    const auto meters = static_cast<float>(altitude);
+    currentAltitude = std::isfinite(meters) ? meters : 0;
     haveGpsFix = true;
     // A reminder has to be answered first.
     if (pageStack->currentIndex() == PageReminder)

@@ -55,14 +55,22 @@ void TrShopGps::startUpdates()
     if (!source)
         return;
     waitedMs = 0;
+    updating = true;
     source->startUpdates();
     source->setUpdateInterval(static_cast<int>(updateInterval.count()));
 }
 
 void TrShopGps::stopUpdates()
 {
-    if (source)
-        source->stopUpdates();
+    if (!source)
+        return;
+    updating = false;
+    source->stopUpdates();
+}
+
+bool TrShopGps::isUpdating() const
+{
+    return updating;
 }
 
 void TrShopGps::requestUpdate()

@@ -27,6 +27,7 @@ public:
     /// Follows the position, every 3000 ms.
     void startUpdates();
     void stopUpdates();
+    bool isUpdating() const;
 
     /// Asks for the position once, for as long as the source itself sees fit to wait.
     void requestUpdate();
@@ -49,6 +50,7 @@ private:
     QPointer<QGeoPositionInfoSource> source;
     bool available = true;
     bool sourceCreated = false;
+    bool updating = false;
     /// Milliseconds of time-outs since the last position or start.
     int waitedMs = 0;
 };

@@ -9,6 +9,7 @@
 #include <QAudioBuffer>
 #include <QAudioDecoder>
 #include <QAudioDevice>
+#include <QAudioFormat>
 #include <QAudioSink>
 #include <QDeadlineTimer>
 #include <QFileInfo>
@@ -27,26 +28,38 @@ constexpr auto patience = 500ms;
 bool anyIsStuck = false;
 
 /// Bytes of decoded sound that are kept, some minutes; what follows in a longer file is not played.
-constexpr qsizetype longestSound = 64 * 1024 * 1024;
+constexpr qsizetype longestSound = qsizetype{64} * 1024 * 1024;
+/// Silence after the sound, until the device has played what it holds.
+constexpr auto tail = 1s;
 
-/// Decoded sound, to be read a number of times over, from the moment its first part is there.
+/// Decoded sound, to be read a number of times over, from the moment its first part is there. It
+/// is silent where there is nothing to read yet, since a device that once got nothing asks no more,
+/// and for a while after the end, since a device that is stopped drops what it has not played.
 class LoopedSound : public QIODevice
 {
 public:
-    explicit LoopedSound(int count)
+    LoopedSound(int count, qsizetype tailSize)
         : roundsLeft(count)
+        , tailLeft(tailSize)
     {
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
-    void append(const char *data, qsizetype size)
+    /// False when it holds as much as it will.
+    bool append(const char *data, qsizetype size)
     {
-        sound.append(data, std::min(size, longestSound - sound.size()));
+        const qsizetype room = longestSound - sound.size();
+        sound.append(data, std::min(size, room));
+        return size < room;
     }
     /// No more will be appended.
     void finish()
     {
         complete = true;
+    }
+    bool isEmpty() const
+    {
+        return sound.isEmpty();
     }
     bool isComplete() const
     {
@@ -55,7 +68,7 @@ public:
     /// Everything has been read as often as it is to be read.
     bool isOver() const
     {
-        return complete && position == sound.size() && roundsLeft <= 1;
+        return complete && tailLeft == 0;
     }
 
     bool isSequential() const override
@@ -66,10 +79,12 @@ public:
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
-        if (complete && position == sound.size() && roundsLeft > 1) {
+        if (position == sound.size() && complete && roundsLeft > 1) {
             position = 0;
             --roundsLeft;
         }
+        if (position == sound.size())
+            return readSilence(data, maxSize);
         const qint64 size = std::min<qint64>(maxSize, sound.size() - position);
         std::memcpy(data, sound.constData() + position, static_cast<size_t>(size));
         position += size;
@@ -81,9 +96,19 @@ protected:
     }
 
 private:
+    qint64 readSilence(char *data, qint64 maxSize)
+    {
+        const qint64 size = complete ? std::min<qint64>(maxSize, tailLeft) : maxSize;
+        std::memset(data, 0, static_cast<size_t>(size));
+        if (complete)
+            tailLeft -= size;
+        return size;
+    }
+
     QByteArray sound;
     qsizetype position = 0;
     int roundsLeft;
+    qsizetype tailLeft; // bytes
     bool complete = false;
 };
 
@@ -104,10 +129,13 @@ public:
         const QAudioDevice device = QMediaDevices::defaultAudioOutput();
         if (device.isNull())
             return;
-        sound = std::make_unique<LoopedSound>(count);
-        sink = std::make_unique<QAudioSink>(device, device.preferredFormat());
+        QAudioFormat format = device.preferredFormat();
+        format.setSampleFormat(QAudioFormat::Int16); // in which silence is 0
+        sound = std::make_unique<LoopedSound>(
+            count, format.bytesForDuration(std::chrono::microseconds(tail).count()));
+        sink = std::make_unique<QAudioSink>(device, format);
         decoder = std::make_unique<QAudioDecoder>();
-        decoder->setAudioFormat(device.preferredFormat());
+        decoder->setAudioFormat(format);
         decoder->setSource(QUrl::fromLocalFile(file));
         connect(decoder.get(), &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
         // What could be decoded of a damaged file is played.
@@ -148,8 +176,12 @@ private:
     void takeBuffer()
     {
         const QAudioBuffer buffer = decoder->read();
-        sound->append(buffer.constData<char>(), buffer.byteCount());
-        if (sink->state() == QAudio::StoppedState)
+        const bool isFirst = sound->isEmpty();
+        if (!sound->append(buffer.constData<char>(), buffer.byteCount())) {
+            decoder->stop();
+            finish();
+        }
+        if (isFirst)
             sink->start(sound.get());
     }
 

@@ -2,13 +2,13 @@
 #include "platform/gpsdstream.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <future>
 #include <memory>
 #include <thread>
 
 #include <QDeadlineTimer>
+#include <QTextStream>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -26,8 +26,9 @@ constexpr qsizetype longestLine = 4096;
 /// Bytes, of sentences that nobody has read.
 constexpr qsizetype mostUnread = 65536;
 
-constexpr QByteArrayView greeting = "{\"class\":\"VERSION\"";
-constexpr auto watch = "?WATCH={\"enable\":true,\"nmea\":true};\n";
+constexpr QByteArrayView greeting = R"({"class":"VERSION")";
+constexpr auto watch = R"(?WATCH={"enable":true,"nmea":true};)"
+                       "\n";
 /// gpsd answers this at once, whatever its receiver does.
 constexpr auto signOfLife = "?VERSION;\n";
 
@@ -49,15 +50,15 @@ bool greets(const GpsdAddress &gpsd, std::chrono::milliseconds limit)
 
 GpsdAddress GpsdAddress::fromEnvironment()
 {
-    const GpsdAddress usual{.host = u"127.0.0.1"_s, .port = defaultPort};
+    GpsdAddress usual{.host = u"127.0.0.1"_s, .port = defaultPort};
     const QString value = qEnvironmentVariable("TROLLEO_GPSD");
     if (value.isEmpty())
         return usual;
     QUrl url;
     url.setAuthority(value, QUrl::StrictMode);
     if (!url.isValid() || url.host().isEmpty() || url.port() < 1 || !url.userInfo().isEmpty()) {
-        std::fprintf(stderr, "trolleo: TROLLEO_GPSD is not host:port, %s:%d is used instead: %s\n",
-                     qPrintable(usual.host), int{usual.port}, qPrintable(value));
+        QTextStream(stderr) << "trolleo: TROLLEO_GPSD is not host:port, " << usual.host << ':'
+                            << usual.port << " is used instead: " << value << Qt::endl;
         return usual;
     }
     return {.host = url.host(), .port = static_cast<quint16>(url.port())};
@@ -71,6 +72,11 @@ bool GpsdStream::answers(const GpsdAddress &gpsd, std::chrono::milliseconds limi
     std::future<bool> greeted = result->get_future();
     std::thread([gpsd, limit, result] { result->set_value(greets(gpsd, limit)); }).detach();
     return greeted.wait_for(limit) == std::future_status::ready && greeted.get();
+}
+
+std::chrono::seconds GpsdStream::pauseAfter(std::chrono::seconds pause)
+{
+    return std::min<std::chrono::seconds>(2 * pause, longestRetryPause);
 }
 
 GpsdStream::GpsdStream(const GpsdAddress &gpsd, QObject *parent)
@@ -111,7 +117,9 @@ void GpsdStream::setWanted(bool wanted)
 void GpsdStream::connectToGpsd()
 {
     incomplete.clear();
+    sentences.clear();
     askedForASign = false;
+    hasGreeted = false;
     silence.start();
     socket.connectToHost(address.host, address.port);
 }
@@ -130,7 +138,7 @@ void GpsdStream::giveUp()
     silence.stop();
     socket.abort();
     retry.start(retryPause);
-    retryPause = std::min<std::chrono::seconds>(2 * retryPause, longestRetryPause);
+    retryPause = pauseAfter(retryPause);
     emit connectionLost();
 }
 
@@ -172,7 +180,9 @@ void GpsdStream::takeLine(const QByteArray &line)
         if (sentences.size() + line.size() > mostUnread)
             sentences.clear();
         sentences += line;
-    } else if (line.startsWith(greeting)) {
+    } else if (!hasGreeted && line.startsWith(greeting)) {
+        hasGreeted = true;
+        emit connected();
         socket.write(watch);
     }
 }

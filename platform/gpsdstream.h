@@ -30,6 +30,9 @@ class GpsdStream : public QIODevice
 public:
     explicit GpsdStream(const GpsdAddress &gpsd, QObject *parent = nullptr);
 
+    /// How long to pause after an attempt that came `pause` after the one before.
+    static std::chrono::seconds pauseAfter(std::chrono::seconds pause);
+
     /// Whether a gpsd greets within `limit`, host name look-up included. Blocks no longer than
     /// that.
     static bool answers(const GpsdAddress &gpsd, std::chrono::milliseconds limit);
@@ -43,6 +46,8 @@ public:
     bool canReadLine() const override;
 
 signals:
+    /// gpsd has greeted; its sentences follow, and none from before will.
+    void connected();
     /// An attempt to connect has failed, or a connection has ended. The next attempt follows.
     void connectionLost();
 
@@ -66,6 +71,7 @@ private:
     /// Runs out when gpsd has sent nothing for too long.
     QTimer silence;
     bool askedForASign = false;
+    bool hasGreeted = false;
     QByteArray incomplete;
     QByteArray sentences;
 };

@@ -67,6 +67,9 @@ void ShopWindow::track(bool somebodyWaited)
 void ShopWindow::showReminder()
 {
     constexpr int decimals = 2;
+    // What was checked is in the database; the state that follows from it else comes with "OK".
+    if (pageStack->currentIndex() == PageDoShopping)
+        updateListState();
     alarmSound->play();
     alertHelper->alert(true);
     gps->stopUpdates();

@@ -184,7 +184,7 @@ void ShopWindow::stopTracking()
     trackingActive = false;
     showTrackingState();
     nameTrackingChoices();
-    if (gpsAutoStart) {
+    if (gpsAutoStart && gpsEnabled) {
         // A reminder has paused them.
         gps->startUpdates();
     } else {
@@ -233,15 +233,13 @@ void ShopWindow::applyGpsSettings()
     alarmSound->setLoops(alarmLoops);
     if (gpsEnabled)
         gps->init();
-    if (trackingActive) {
-        // Its updates run already, and its stores stay as they were when it began.
-        if (!gpsEnabled)
-            stopTracking();
-    } else if (gpsAutoStart) {
+    if (trackingActive && !gpsEnabled)
+        stopTracking();
+    // Tracking that runs goes on with the stores of its start, on a source made only now as well.
+    if (trackingActive || (gpsAutoStart && gpsEnabled))
         gps->startUpdates();
-    } else if (haveGpsFix || !gpsEnabled) {
+    else if (haveGpsFix || gps->isUpdating())
         gps->stopUpdates();
-    }
     if (trackAutoStart && !trackingActive) {
         trackingPage.all->setChecked(true);
         startTracking();
