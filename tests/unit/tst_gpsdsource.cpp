@@ -101,6 +101,12 @@ private slots:
     void startingAnewAtOnce();
     void silentGpsdIsAskedForASign();
     void noFixIsNoPosition();
+    void clockThatWasWrong_data();
+    void clockThatWasWrong();
+    void greetingsAreAnsweredOnce();
+    void requestWhileOneIsPending();
+    void damagedWalks_data();
+    void damagedWalks();
 
 private:
     static constexpr int soon = 3000; // milliseconds
@@ -397,6 +403,12 @@ void TestGpsdSource::pausesGrow()
         QVERIFY2(qAbs(pause - seconds * 1000) < 300, qPrintable(QString::number(pause)));
     }
     stream.setWanted(false);
+    // The longest leaves gpsd five seconds of the thirty within which positions come again.
+    QList<int> pauses;
+    for (auto pause = std::chrono::seconds(1); pauses.size() < 8;
+         pause = GpsdStream::pauseAfter(pause))
+        pauses << int(pause.count());
+    QCOMPARE(pauses, (QList<int>{1, 2, 4, 8, 16, 25, 25, 25}));
 }
 
 void TestGpsdSource::startingAnewAtOnce()
@@ -455,6 +467,115 @@ void TestGpsdSource::noFixIsNoPosition()
     gpsd.say(fix(5, 48));
     QTRY_VERIFY_WITH_TIMEOUT(!positions.isEmpty(), soon);
     QVERIFY(positions.first().first().value<QGeoPositionInfo>().isValid());
+}
+
+void TestGpsdSource::clockThatWasWrong_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    const QByteArray place = "1030.000,N,02000.000,E";
+    QTest::newRow("without a fix, late in the day")
+        << sentence("GPGGA,235947.00,,,,,0,00,99.9,,M,,M,,") +
+               sentence("GPRMC,235947.00,V,,,,,,,,,,N");
+    QTest::newRow("without a fix, years ahead") << sentence("GPRMC,000001.00,V,,,,,,,070136,,,N");
+    QTest::newRow("with a fix, later that day")
+        << sentence("GPRMC,170000.00,A," + place + ",2.7,0.0,211126,,,A") +
+               sentence("GPRMC,170001.00,A," + place + ",2.7,0.0,211126,,,A");
+    QTest::newRow("with a fix, years ahead")
+        << sentence("GPRMC,000001.00,A," + place + ",2.7,0.0,070136,,,A") +
+               sentence("GPRMC,000002.00,A," + place + ",2.7,0.0,070136,,,A");
+}
+
+void TestGpsdSource::clockThatWasWrong()
+{
+    QFETCH(QByteArray, before);
+    MadeUpGpsd gpsd;
+    GpsdSource source(gpsd.address());
+    QSignalSpy positions(&source, &QGeoPositionInfoSource::positionUpdated);
+    source.startUpdates();
+    QTRY_VERIFY_WITH_TIMEOUT(!gpsd.heard.isEmpty(), soon);
+    gpsd.say(before);
+    QTest::qWait(100);
+    const auto isThere = [&positions] {
+        return !positions.isEmpty() &&
+               positions.last().first().value<QGeoPositionInfo>().coordinate().latitude() == 10.6;
+    };
+    for (int second = 1; second < 20 && !isThere(); ++second) {
+        gpsd.say(fix(second, 36));
+        QTest::qWait(50);
+    }
+    QVERIFY(isThere());
+}
+
+void TestGpsdSource::greetingsAreAnsweredOnce()
+{
+    MadeUpGpsd gpsd;
+    GpsdStream stream(gpsd.address());
+    stream.setWanted(true);
+    QTRY_VERIFY_WITH_TIMEOUT(!gpsd.heard.isEmpty(), soon);
+    gpsd.say(greeting.repeated(100));
+    QTest::qWait(100);
+    QCOMPARE(gpsd.heard.count("WATCH"), 1);
+}
+
+void TestGpsdSource::requestWhileOneIsPending()
+{
+    MadeUpGpsd gpsd;
+    GpsdSource source(gpsd.address());
+    QSignalSpy errors(&source, &QGeoPositionInfoSource::errorOccurred);
+    source.requestUpdate(500);
+    QTRY_VERIFY_WITH_TIMEOUT(gpsd.isConnected(), soon);
+    QTest::qWait(480);
+    source.requestUpdate(500); // does not prolong it
+    QTRY_COMPARE_WITH_TIMEOUT(errors.count(), 1, soon);
+    QTRY_VERIFY_WITH_TIMEOUT(!gpsd.isConnected(), 300);
+}
+
+void TestGpsdSource::damagedWalks_data()
+{
+    QTest::addColumn<QByteArray>("walk");
+    QTest::addColumn<QByteArray>("last");
+    for (const char *name :
+         {"straight-past", "bad-checksums", "without-fix", "cut-in-the-middle", "out-of-range"}) {
+        QFile file(QString(TROLLEO_SOURCES "/tests/data/walks/%1.nmea").arg(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray walk = file.readAll();
+        QTest::newRow(name) << walk << walk.trimmed().split('\n').last();
+    }
+    const QByteArray good = fix(7, 36).trimmed().split('\n').last();
+    QTest::newRow("cut into the next sentence")
+        << fix(5, 48).chopped(9) + fix(6, 48).chopped(30) + fix(7, 36) << good;
+    QByteArray unended = fix(5, 48);
+    QTest::newRow("no line ends") << unended.replace("\r\n", "") + "\r\n" + fix(7, 36) << good;
+}
+
+void TestGpsdSource::damagedWalks()
+{
+    QFETCH(QByteArray, walk);
+    QFETCH(QByteArray, last);
+    MadeUpGpsd gpsd;
+    GpsdSource source(gpsd.address());
+    QSignalSpy positions(&source, &QGeoPositionInfoSource::positionUpdated);
+    source.startUpdates();
+    QTRY_VERIFY_WITH_TIMEOUT(!gpsd.heard.isEmpty(), soon);
+    // In pieces that end anywhere.
+    for (qsizetype begin = 0; begin < walk.size(); begin += 1000)
+        gpsd.say(walk.mid(begin, 1000));
+    const auto time = [&last] {
+        return last.mid(7, 6);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(!positions.isEmpty() && positions.last()
+                                                             .first()
+                                                             .value<QGeoPositionInfo>()
+                                                             .timestamp()
+                                                             .toString("hhmmss")
+                                                             .toLatin1() == time(),
+                             soon);
+    for (const QList<QVariant> &position : positions) {
+        const auto info = position.first().value<QGeoPositionInfo>();
+        if (info.isValid())
+            QVERIFY(
+                walk.contains("RMC," + info.timestamp().toString("hhmmss").toLatin1() + ".00,A"));
+    }
 }
 
 QTEST_MAIN(TestGpsdSource)

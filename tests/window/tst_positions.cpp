@@ -49,6 +49,7 @@ private slots:
     void sourceThatRefusesIsAskedOnceASecond();
     void otherErrorsChangeNothing();
     void cancelledWaitLeavesNothingBehind();
+    void currentPositionIsTakenForAStore_data();
     void currentPositionIsTakenForAStore();
 
 private:
@@ -300,20 +301,32 @@ void TestPositions::cancelledWaitLeavesNothingBehind()
         QVERIFY(!timer->isActive());
 }
 
+void TestPositions::currentPositionIsTakenForAStore_data()
+{
+    QTest::addColumn<double>("altitude");
+    QTest::addColumn<double>("stored");
+    QTest::newRow("known") << 12.5 << 12.5;
+    QTest::newRow("not known") << std::numeric_limits<double>::quiet_NaN() << 0.0;
+    QTest::newRow("infinite") << -std::numeric_limits<double>::infinity() << 0.0;
+    QTest::newRow("too large") << 1e300 << 0.0;
+}
+
 void TestPositions::currentPositionIsTakenForAStore()
 {
+    QFETCH(double, altitude);
+    QFETCH(double, stored);
     ShopDriver shop(oneStore, gpsOn);
     shop.press("shopsButton");
     shop.press("newButton");
     shop.type("Fish");
-    source()->deliver(59.913822, 10.738741, std::numeric_limits<double>::quiet_NaN());
+    source()->deliver(59.913822, 10.738741, altitude);
     // No button of the page leads there yet.
     QVERIFY(QMetaObject::invokeMethod(shop.window.get(), "fixCurrentGps"));
     QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (update...)");
     QCOMPARE(source()->requests, 0);
     shop.press("saveButton");
     QCOMPARE(shop.db->rows("select latitude, longitude, altitude from gpscoord where id = 2"),
-             (QList<QVariantList>{{59.913822, 10.738741, 0.0}}));
+             (QList<QVariantList>{{59.913822, 10.738741, stored}}));
     const QSettings settings("Vantor", "Trolleo");
     QCOMPARE(settings.value("LastLatitude").toFloat(), 59.913822F);
     QCOMPARE(settings.value("LastLongitude").toFloat(), 10.738741F);

@@ -514,6 +514,15 @@ void TestTracking::viewWaitsForAPosition()
         QVERIFY2(shop.rows().last().startsWith("Bakery|3335.8"), qPrintable(shop.rows().last()));
         QCOMPARE(shop.rows().first().section('.', 1).size(), 6);
         shop.press("okButton");
+        // It listened once.
+        source()->deliver(10.04, 20);
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        // The next view has a position at hand, until tracking stops.
+        shop.press("viewButton");
+        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        shop.press("okButton");
+        shop.press("startButton");
+        shop.press("stopButton");
     }
 }
 
