@@ -241,7 +241,10 @@ class Program:
         return found[0] if found else None
 
     def press(self, name):
-        button = wait_for(f"the button {name}", lambda: self.find("push button", name))
+        self.push(wait_for(f"the button {name}", lambda: self.find("push button", name)))
+
+    def push(self, button):
+        name = button.name
         actions = button.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
         actions.doAction(names.index("Press"))
