@@ -228,7 +228,9 @@ void ShopWindow::refreshTrackedDistances()
 
 void ShopWindow::applyGpsSettings()
 {
-    // Made before anything can ring. Its predecessor stays until the window goes.
+    // Made before anything can ring. Its predecessor stays until the window goes, and is silent.
+    if (alarmSound)
+        alarmSound->stop();
     alarmSound = new AlarmSound(soundFileName, this);
     alarmSound->setLoops(alarmLoops);
     if (gpsEnabled)
