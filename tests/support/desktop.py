@@ -30,7 +30,8 @@ PACKAGES = {
 
 def tool(name):
     """The path of a program, or a failure that names the package to install."""
-    path = shutil.which(name)
+    # Services live in a folder that is not on the path of everyone.
+    path = shutil.which(name, path=f"{os.environ['PATH']}:/usr/sbin:/sbin")
     if path is None:
         raise FileNotFoundError(f"{name} is missing; install the package {PACKAGES[name]}")
     return path
