@@ -14,6 +14,10 @@ TestHome::TestHome(const QString &name)
 {
     QDir().mkpath(home);
     qputenv("HOME", QFile::encodeName(home));
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(home + "/.cache"));
+    // No test asks a server of the world for tiles.
+    if (!qEnvironmentVariableIsSet("TROLLEO_TILE_SERVER"))
+        qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home + "/.config");
 }
 

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+#include "map/mapscore.h"
+
+#include <chrono>
+#include <cmath>
+
+#include <QNetworkAccessManager>
+#include <QNetworkDiskCache>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QPainter>
+#include <QStandardPaths>
+
+#include "map/tileimage.h"
+#include "map/tileserver.h"
+#include "map/webmercator.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using WebMercator::tileExtent;
+
+namespace {
+
+/// In all, however the bytes come: the toolkit's own limit starts anew with each of them.
+constexpr auto transferLimit = 30s;
+constexpr int mostRedirects = 5;
+/// How far beyond the view tiles are kept.
+constexpr int keptTiles = 2;
+// Pixels. A marker marks the point at its lower right corner.
+constexpr int storePinExtent = 30;
+constexpr int positionMarkExtent = 20;
+
+} // namespace
+
+MapsCore::MapsCore(QObject *parent)
+    : QObject(parent)
+    , exactLatitude(latitude)
+    , exactLongitude(longitude)
+    , emptyTile(tileExtent, tileExtent)
+    , storePin(u":/img/blue_pin.svg"_s)
+    , positionMark(u":/img/smile.svg"_s)
+    , server(TileServer::baseUrl(qEnvironmentVariable("TROLLEO_TILE_SERVER")))
+    , manager(new QNetworkAccessManager(this))
+{
+    emptyTile.fill(Qt::lightGray);
+    auto *cache = new QNetworkDiskCache(manager);
+    cache->setCacheDirectory(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
+    manager->setCache(cache);
+    connect(manager, &QNetworkAccessManager::finished, this, &MapsCore::handleNetworkData);
+    transferTimer.setSingleShot(true);
+    transferTimer.setInterval(transferLimit);
+    connect(&transferTimer, &QTimer::timeout, this, [this] {
+        if (replyInFlight)
+            replyInFlight->abort();
+    });
+}
+
+MapsCore::~MapsCore() = default;
+
+void MapsCore::setSize(const QSize &size)
+{
+    width = size.width();
+    height = size.height();
+}
+
+void MapsCore::setZoom(int level)
+{
+    if (level != zoom)
+        tilePixmaps.clear();
+    zoom = level;
+}
+
+void MapsCore::setPixelRatio(qreal ratio)
+{
+    pixelRatio = ratio;
+}
+
+void MapsCore::setFetching(bool on)
+{
+    fetching = on;
+    if (!on && replyInFlight)
+        replyInFlight->abort();
+    else if (on && url.isEmpty())
+        download();
+}
+
+void MapsCore::setCenter(float centerLatitude, float centerLongitude)
+{
+    moveCenter(centerLatitude, centerLongitude);
+    invalidate();
+}
+
+void MapsCore::moveCenter(double centerLatitude, double centerLongitude)
+{
+    exactLatitude = WebMercator::clampedLatitude(centerLatitude);
+    exactLongitude = WebMercator::clampedLongitude(centerLongitude);
+    latitude = static_cast<float>(exactLatitude);
+    longitude = static_cast<float>(exactLongitude);
+}
+
+void MapsCore::setStorePin(float pinLatitude, float pinLongitude)
+{
+    storeLatitude = pinLatitude;
+    storeLongitude = pinLongitude;
+    showStorePin = true;
+    invalidate();
+}
+
+void MapsCore::hideStorePin()
+{
+    showStorePin = false;
+    invalidate();
+}
+
+void MapsCore::setPositionMark(float positionLatitude, float positionLongitude)
+{
+    markLatitude = positionLatitude;
+    markLongitude = positionLongitude;
+    showPositionMark = true;
+    invalidate();
+}
+
+void MapsCore::invalidate()
+{
+    if (width < 1 || height < 1)
+        return;
+    const QPointF center = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom);
+    const QPoint tile(static_cast<int>(center.x()), static_cast<int>(center.y()));
+    // Where the corner of the tile in the middle lies.
+    const auto corner = [](int extent, double at) {
+        return static_cast<int>(extent / 2 - (at - std::floor(at)) * tileExtent);
+    };
+    const int xs = corner(width, center.x());
+    const int ys = corner(height, center.y());
+    const int xa = (xs + tileExtent - 1) / tileExtent;
+    const int ya = (ys + tileExtent - 1) / tileExtent;
+    offset = {xs - tileExtent * xa, ys - tileExtent * ya};
+    tilesRect.setCoords(tile.x() - xa, tile.y() - ya, tile.x() + (width - xs - 1) / tileExtent,
+                        tile.y() + (height - ys - 1) / tileExtent);
+    if (url.isEmpty())
+        download();
+    emit updated(QRect(0, 0, width, height));
+}
+
+void MapsCore::pan(const QPoint &delta)
+{
+    const QPointF center = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) -
+                           QPointF(delta) / tileExtent;
+    moveCenter(WebMercator::latitudeFromTile(center.y(), zoom),
+               WebMercator::longitudeFromTile(center.x(), zoom));
+    invalidate();
+}
+
+void MapsCore::placeStorePinAt(int x, int y)
+{
+    const QPointF distance = QPointF(width / 2 - x, height / 2 - y) / tileExtent;
+    const QPointF place =
+        WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) - distance;
+    setStorePin(static_cast<float>(WebMercator::latitudeFromTile(place.y(), zoom)),
+                static_cast<float>(WebMercator::wrappedLongitude(
+                    WebMercator::longitudeFromTile(place.x(), zoom))));
+}
+
+/// Starts to fetch the next tile, if one is missing.
+void MapsCore::download()
+{
+    url.clear();
+    if (!fetching)
+        return;
+    const QPoint tile = nextTile();
+    if (tile.isNull())
+        return;
+    url = TileServer::tileUrl(server, zoom, tile);
+    fetch(tile, QNetworkRequest::PreferNetwork);
+}
+
+/// The topmost missing tile of the rightmost column that misses one, a column and a row beyond the
+/// view included. (0, 0) stands for none, so that tile itself is never fetched.
+QPoint MapsCore::nextTile() const
+{
+    QPoint next(0, 0);
+    for (int x = 0; x <= tilesRect.width(); ++x) {
+        for (int y = 0; y <= tilesRect.height(); ++y) {
+            const QPoint tile = tilesRect.topLeft() + QPoint(x, y);
+            if (WebMercator::isInGrid(tile, zoom) && !tilePixmaps.contains(tile)) {
+                next = tile;
+                break;
+            }
+        }
+    }
+    return next;
+}
+
+void MapsCore::fetch(const QPoint &tile, int cacheLoadControl)
+{
+    QNetworkRequest request(url);
+    request.setRawHeader("User-Agent", TileServer::userAgent());
+    // Unpacked by the toolkit, a small answer could become a huge one.
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setAttribute(QNetworkRequest::User, tile);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, cacheLoadControl);
+    // A tile server has no business with knowing who comes again.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setMaximumRedirectsAllowed(mostRedirects);
+    QNetworkReply *reply = manager->get(request);
+    // The toolkit stops reading somewhat below this, and does not say so.
+    reply->setReadBufferSize(2 * TileImage::largestBody);
+    connect(reply, &QNetworkReply::readyRead, this, [this, reply] { stopWhenTooLarge(reply); });
+    replyInFlight = reply;
+    transferTimer.start();
+}
+
+void MapsCore::stopWhenTooLarge(QNetworkReply *reply)
+{
+    if (reply->bytesAvailable() > TileImage::largestBody)
+        reply->abort();
+}
+
+void MapsCore::handleNetworkData(QNetworkReply *reply)
+{
+    transferTimer.stop();
+    reply->deleteLater();
+    const QNetworkRequest request = reply->request();
+    const QPoint tile = request.attribute(QNetworkRequest::User).toPoint();
+    QImage image;
+    if (reply->error() == QNetworkReply::NoError) {
+        image = TileImage::read(reply->read(TileImage::largestBody + 1));
+        // What is no picture, a hotspot's page of welcome for example, must not come again from
+        // the cache.
+        if (image.isNull())
+            manager->cache()->remove(request.url());
+    } else if (!fetching) {
+        url.clear();
+        return;
+    } else if (request.attribute(QNetworkRequest::CacheLoadControlAttribute).toInt() !=
+               QNetworkRequest::AlwaysCache) {
+        // An old tile is better than none.
+        fetch(tile, QNetworkRequest::AlwaysCache);
+        return;
+    }
+    tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
+    emit updated(screenRect(tile));
+    const QRect kept = tilesRect.adjusted(-keptTiles, -keptTiles, keptTiles, keptTiles);
+    tilePixmaps.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
+    download();
+}
+
+QRect MapsCore::screenRect(const QPoint &tile) const
+{
+    return {(tile - tilesRect.topLeft()) * tileExtent + offset, emptyTile.size()};
+}
+
+void MapsCore::render(QPainter *painter, const QRect &rect)
+{
+    for (int x = 0; x <= tilesRect.width(); ++x) {
+        for (int y = 0; y <= tilesRect.height(); ++y) {
+            const QPoint tile = tilesRect.topLeft() + QPoint(x, y);
+            const QRect place = screenRect(tile);
+            if (place.intersects(rect))
+                painter->drawPixmap(place.topLeft(), tilePixmaps.value(tile, emptyTile));
+        }
+    }
+    if (showStorePin)
+        drawMarker(painter, storePin, storePinExtent, storeLatitude, storeLongitude);
+    if (showPositionMark)
+        drawMarker(painter, positionMark, positionMarkExtent, markLatitude, markLongitude);
+}
+
+void MapsCore::drawMarker(QPainter *painter, const QIcon &icon, int extent, float markerLatitude,
+                          float markerLongitude) const
+{
+    const int scaled = qRound(extent * pixelRatio);
+    const QPointF place = WebMercator::pixelOffset(markerLatitude, markerLongitude, exactLatitude,
+                                                   exactLongitude, zoom);
+    const QPoint corner(static_cast<int>(place.x()) + width / 2 - scaled,
+                        static_cast<int>(place.y()) + height / 2 - scaled);
+    painter->drawPixmap(corner, icon.pixmap(QSize(scaled, scaled), 1.0));
+}
+
+float MapsCore::centerLatitude() const
+{
+    return latitude;
+}
+
+float MapsCore::centerLongitude() const
+{
+    return longitude;
+}
+
+float MapsCore::pinLatitude() const
+{
+    return storeLatitude;
+}
+
+float MapsCore::pinLongitude() const
+{
+    return storeLongitude;
+}
+
+bool MapsCore::isStorePinShown() const
+{
+    return showStorePin;
+}

@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: MIT
+#include "map/mapswidget.h"
+
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTimer>
+
+#include "map/mapscore.h"
+#include "map/tileserver.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int tapAndHoldTime = 701; // milliseconds
+// Pixels.
+constexpr int stillWithin = 10;
+constexpr int keyStep = 20;
+constexpr int magnifierStep = 15;
+constexpr int magnifierRadius = 60;
+constexpr qreal magnification = 2;
+constexpr int trackingZoom = 14;
+constexpr int entryZoom = 16;
+constexpr int attributionPointSize = 10;
+constexpr int attributionMargin = 3;
+
+/// Where an arrow key points; no distance for any other key.
+QPoint directionOf(int key)
+{
+    switch (key) {
+    case Qt::Key_Left:
+        return {-1, 0};
+    case Qt::Key_Right:
+        return {1, 0};
+    case Qt::Key_Up:
+        return {0, -1};
+    case Qt::Key_Down:
+        return {0, 1};
+    default:
+        return {};
+    }
+}
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("ShopWindow", text);
+}
+
+} // namespace
+
+MapsWidget::MapsWidget(QWidget *parent)
+    : QWidget(parent)
+    , core(new MapsCore(this))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAccessibleName(translated(QT_TRANSLATE_NOOP("ShopWindow", "Map")));
+    core->setFetching(false);
+    connect(core, &MapsCore::updated, this, &MapsWidget::updateMap);
+}
+
+MapsWidget::~MapsWidget() = default;
+
+void MapsWidget::setTrackingMode(bool tracking)
+{
+    trackingMode = tracking;
+    core->setZoom(tracking ? trackingZoom : entryZoom);
+    core->invalidate();
+}
+
+void MapsWidget::setCenter(float latitude, float longitude)
+{
+    core->setCenter(latitude, longitude);
+}
+
+void MapsWidget::setStorePin(float latitude, float longitude)
+{
+    core->setStorePin(latitude, longitude);
+}
+
+void MapsWidget::hideStorePin()
+{
+    core->hideStorePin();
+}
+
+void MapsWidget::setPositionMark(float latitude, float longitude)
+{
+    core->setPositionMark(latitude, longitude);
+}
+
+float MapsWidget::centerLatitude() const
+{
+    return core->centerLatitude();
+}
+
+float MapsWidget::centerLongitude() const
+{
+    return core->centerLongitude();
+}
+
+void MapsWidget::toggleNightMode()
+{
+    nightMode = !nightMode;
+    update();
+}
+
+void MapsWidget::updateMap(QRect rect)
+{
+    const qreal ratio = devicePixelRatio();
+    update(QRectF(QPointF(rect.topLeft()) / ratio, QSizeF(rect.size()) / ratio).toAlignedRect());
+}
+
+void MapsWidget::setNewMark()
+{
+    const QPoint place = toDevice(pressPos);
+    core->placeStorePinAt(place.x(), place.y());
+    emit markUpdated(core->pinLatitude(), core->pinLongitude());
+}
+
+/// The core counts in pixels of the device, so that a tile is as sharp as it can be.
+QPoint MapsWidget::toDevice(const QPoint &position) const
+{
+    return (QPointF(position) * devicePixelRatio()).toPoint();
+}
+
+void MapsWidget::fitCore()
+{
+    const qreal ratio = devicePixelRatio();
+    core->setPixelRatio(ratio);
+    core->setSize((QSizeF(size()) * ratio).toSize());
+    core->invalidate();
+}
+
+void MapsWidget::resizeEvent(QResizeEvent * /*event*/)
+{
+    fitCore();
+}
+
+void MapsWidget::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    fitCore(); // the screen may be another one
+    // Pages are shown for a moment when the window is turned, which nobody gets to see. And whoever
+    // shows the map centres it first.
+    QTimer::singleShot(0, this, &MapsWidget::startIfSeen);
+}
+
+void MapsWidget::startIfSeen()
+{
+    if (!isVisible())
+        return;
+    setFocus();
+    core->setFetching(true);
+}
+
+void MapsWidget::hideEvent(QHideEvent *event)
+{
+    tapTimer.stop();
+    if (menu)
+        menu->close();
+    core->setFetching(false);
+    QWidget::hideEvent(event);
+}
+
+void MapsWidget::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    const qreal ratio = devicePixelRatio();
+    const QRect rect = event->rect();
+    painter.scale(1 / ratio, 1 / ratio);
+    core->render(
+        &painter,
+        QRectF(QPointF(rect.topLeft()) * ratio, QSizeF(rect.size()) * ratio).toAlignedRect());
+    painter.resetTransform();
+    if (zoomed)
+        paintMagnifier(painter);
+    paintAttribution(painter);
+}
+
+void MapsWidget::paintAttribution(QPainter &painter) const
+{
+    QFont small = font();
+    small.setPointSize(attributionPointSize);
+    painter.setFont(small);
+    constexpr int alignment = Qt::AlignBottom | Qt::TextWordWrap;
+    const QRect inside = rect().adjusted(attributionMargin, 0, -attributionMargin, 0);
+    const QRect place = painter.boundingRect(inside, alignment, TileServer::attribution());
+    // Legible on a dark tile as well.
+    const QColor ground(255, 255, 255, 200); // NOLINT: mostly opaque white
+    painter.fillRect(place.adjusted(-attributionMargin, 0, attributionMargin, 0), ground);
+    painter.setPen(Qt::black);
+    painter.drawText(inside, alignment, TileServer::attribution());
+}
+
+void MapsWidget::paintMagnifier(QPainter &painter)
+{
+    const QPoint corner(magnifierRadius, magnifierRadius);
+    const QRect lens(magnifierPos - corner, magnifierPos + corner);
+    QPainterPath circle;
+    circle.addEllipse(lens);
+    painter.save();
+    painter.setClipPath(circle);
+    painter.translate(magnifierPos);
+    painter.scale(magnification / devicePixelRatio(), magnification / devicePixelRatio());
+    painter.translate(-toDevice(magnifierPos));
+    core->render(&painter, QRect(toDevice(lens.topLeft()), toDevice(lens.bottomRight())));
+    painter.restore();
+    painter.drawEllipse(lens);
+}
+
+void MapsWidget::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    pressed = true;
+    still = true;
+    pressPos = event->position().toPoint();
+    dragPos = pressPos;
+    tapTimer.start(tapAndHoldTime, this);
+}
+
+void MapsWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        return;
+    const QPoint position = event->position().toPoint();
+    if (zoomed) {
+        magnifierPos = position;
+        update();
+        return;
+    }
+    if (pressed && still) {
+        const QPoint delta = position - dragPos;
+        still = -stillWithin < delta.x() && delta.x() < stillWithin && -stillWithin < delta.y() &&
+                delta.y() < stillWithin;
+        if (still)
+            return;
+        tapTimer.stop();
+    }
+    dragTo(position);
+}
+
+/// The map goes with the finger.
+void MapsWidget::dragTo(const QPoint &position)
+{
+    core->pan(toDevice(position) - toDevice(dragPos));
+    dragPos = position;
+}
+
+void MapsWidget::mouseReleaseEvent(QMouseEvent * /*event*/)
+{
+    // The menu still comes: a short tap opens it as well.
+    zoomed = false;
+    update();
+}
+
+void MapsWidget::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != tapTimer.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    if (!zoomed)
+        openMenu();
+    update();
+}
+
+void MapsWidget::openMenu()
+{
+    tapTimer.stop();
+    if (menu)
+        menu->close();
+    menu = new QMenu(this);
+    menu->setObjectName(u"mapMenu"_s);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setFont(font()); // large enough for a finger
+    if (trackingMode) {
+        menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Goto Store")), this,
+                        &MapsWidget::centerByStore);
+        menu->addSeparator();
+        menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Goto Current GPS")), this,
+                        &MapsWidget::centerByGps);
+    } else {
+        menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Set Coords")), this,
+                        &MapsWidget::setNewMark);
+        menu->addSeparator();
+        menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Center by GPS")), this,
+                        &MapsWidget::centerByGps);
+    }
+    menu->popup(mapToGlobal(pressPos));
+}
+
+/// The menu key stands for a tap on the middle of the map.
+void MapsWidget::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (event->reason() != QContextMenuEvent::Keyboard)
+        return;
+    pressPos = rect().center();
+    openMenu();
+}
+
+void MapsWidget::keyPressEvent(QKeyEvent *event)
+{
+    const QPoint direction = directionOf(event->key());
+    if (zoomed && (event->key() == Qt::Key_Z || event->key() == Qt::Key_Select)) {
+        zoomed = false;
+        update();
+    } else if (direction.isNull()) {
+        QWidget::keyPressEvent(event);
+    } else if (zoomed) {
+        moveMagnifier(direction * magnifierStep);
+    } else {
+        // The view goes where the key points, so what it shows goes the other way.
+        core->pan(-toDevice(direction * keyStep));
+    }
+}
+
+void MapsWidget::moveMagnifier(const QPoint &delta)
+{
+    magnifierPos += delta;
+    update();
+}

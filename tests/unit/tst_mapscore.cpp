@@ -1,0 +1,857 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QImage>
+#include <QNetworkReply>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QtTest>
+
+#include "map/mapscore.h"
+#include "map/tileimage.h"
+#include "map/webmercator.h"
+#include "tests/support/testhome.h"
+#include "tests/support/tilehost.h"
+
+// The map's own pictures are compiled into a static library.
+static void initPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+
+/// A reply that has come, with what a server could have sent.
+class CannedReply : public QNetworkReply
+{
+public:
+    CannedReply(const QByteArray &body, const QPoint &tile)
+        : bytes(body)
+    {
+        QNetworkRequest request(QUrl("http://127.0.0.1/16/1/1.png"));
+        request.setAttribute(QNetworkRequest::User, tile);
+        setRequest(request);
+        open(ReadOnly);
+    }
+    void abort() override {}
+    qint64 bytesAvailable() const override
+    {
+        return bytes.size() + QNetworkReply::bytesAvailable();
+    }
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        const qint64 count = std::min<qint64>(size, bytes.size());
+        std::copy_n(bytes.constData(), count, data);
+        bytes.remove(0, count);
+        return count;
+    }
+
+private:
+    QByteArray bytes;
+};
+
+/// Keeps what libraries print out of the log, for as long as it lives.
+class Silence
+{
+public:
+    Silence()
+        : kept(dup(STDERR_FILENO))
+    {
+        const int nowhere = open("/dev/null", O_WRONLY);
+        dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~Silence()
+    {
+        dup2(kept, STDERR_FILENO);
+        close(kept);
+    }
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
+
+private:
+    int kept;
+};
+
+class TestMapsCore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        initPictures();
+    }
+    void init();
+    void cleanup();
+
+    void requestsFollowTheRule_data();
+    void requestsFollowTheRule();
+    void oneRequestAtATime();
+    void programSaysWhoItIs();
+    void nothingTellsWhoComesAgain();
+    void tilesAreDrawnWhereTheyBelong();
+    void emptyViewsComputeNothing_data();
+    void emptyViewsComputeNothing();
+    void firstTileOfTheWorldIsNeverFetched();
+    void panningMovesTheMap();
+    void slowDragsDoNotDrift();
+    void farTilesAreDroppedByTheNextReply();
+    void secondStartTakesFreshTilesFromTheDisk();
+    void oldTilesAreShownWithoutANetwork();
+    void failedTileIsGreyAndTheNextIsFetched_data();
+    void failedTileIsGreyAndTheNextIsFetched();
+    void serversThatNeverFinishAreLeft();
+    void redirectedTileKeepsItsPlace();
+    void endlessBodyIsNotTakenIn();
+    void pageInsteadOfATileIsForgotten();
+    void coordinatesThatNoMapShows_data();
+    void coordinatesThatNoMapShows();
+    void markersStandAtTheirPlaces();
+    void markersGrowWithTheScreen();
+    void pinIsPutWhereThePersonPoints();
+    void pinBeyondTheDateLine();
+    void nothingIsFetchedUnseen();
+    void deletedWithARequestOnItsWay();
+    void changedZoomShowsNoOldTiles();
+    void damagedPictures();
+
+private:
+    /// A map of that size whose centre is that far into the grid of tiles.
+    std::unique_ptr<MapsCore> mapAt(double tx, double ty, const QSize &size, int zoom = 16);
+    static void moveTo(MapsCore &core, double tx, double ty, int zoom = 16);
+    static QImage drawing(MapsCore &core, const QSize &size);
+    static QStringList sorted(QStringList list)
+    {
+        list.sort();
+        return list;
+    }
+    /// The host has been asked for that many tiles and nothing else comes.
+    void waitForPaths(int count);
+
+    std::unique_ptr<TestHome> home;
+    std::unique_ptr<TileHost> host;
+};
+
+static const QColor grey(Qt::lightGray);
+
+void TestMapsCore::init()
+{
+    home = std::make_unique<TestHome>();
+    host = std::make_unique<TileHost>();
+    qputenv("TROLLEO_TILE_SERVER", host->address());
+}
+
+void TestMapsCore::cleanup()
+{
+    host.reset();
+    home.reset();
+}
+
+void TestMapsCore::moveTo(MapsCore &core, double tx, double ty, int zoom)
+{
+    core.setCenter(float(WebMercator::latitudeFromTile(ty, zoom)),
+                   float(WebMercator::longitudeFromTile(tx, zoom)));
+}
+
+std::unique_ptr<MapsCore> TestMapsCore::mapAt(double tx, double ty, const QSize &size, int zoom)
+{
+    auto core = std::make_unique<MapsCore>();
+    core->setSize(size);
+    core->setZoom(zoom);
+    moveTo(*core, tx, ty, zoom);
+    return core;
+}
+
+QImage TestMapsCore::drawing(MapsCore &core, const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    core.render(&painter, image.rect());
+    return image;
+}
+
+void TestMapsCore::waitForPaths(int count)
+{
+    QTRY_COMPARE(host->paths.size(), count);
+    QTest::qWait(50);
+    QCOMPARE(host->paths.size(), count);
+}
+
+void TestMapsCore::requestsFollowTheRule_data()
+{
+    QTest::addColumn<QPointF>("center");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("zoom");
+    QTest::addColumn<QStringList>("paths");
+    // The middle tile's corner is at 128 - 64 = 64 both ways: a tile more is needed left of it and
+    // above it, none right of it and below. With the column and the row beyond that is 99..101 and
+    // 199..201; the rightmost column comes first, from its top.
+    QTest::newRow("a little more than a tile")
+        << QPointF(100.25, 200.25) << QSize(256, 256) << 16
+        << QStringList{"/16/101/199.png", "/16/101/200.png", "/16/101/201.png",
+                       "/16/100/199.png", "/16/100/200.png", "/16/100/201.png",
+                       "/16/99/199.png",  "/16/99/200.png",  "/16/99/201.png"};
+    // The corner is at 300 - 128 = 172 and 150 - 192 = -42: columns 999 to 1001 and rows 500 to 501
+    // cover the view.
+    QTest::newRow("wide") << QPointF(1000.5001, 500.75) << QSize(600, 300) << 16
+                          << QStringList{"/16/1002/500.png", "/16/1002/501.png", "/16/1002/502.png",
+                                         "/16/1001/500.png", "/16/1001/501.png", "/16/1001/502.png",
+                                         "/16/1000/500.png", "/16/1000/501.png", "/16/1000/502.png",
+                                         "/16/999/500.png",  "/16/999/501.png",  "/16/999/502.png"};
+    // The corner is at 128 - 16 = 112: column 16382 to 16383, of which the world ends with the
+    // latter; the same for rows.
+    QTest::newRow("corner of the world")
+        << QPointF(16383.0625, 16383.0625) << QSize(256, 256) << 14
+        << QStringList{"/14/16383/16382.png", "/14/16383/16383.png", "/14/16382/16382.png",
+                       "/14/16382/16383.png"};
+}
+
+void TestMapsCore::requestsFollowTheRule()
+{
+    QFETCH(QPointF, center);
+    QFETCH(QSize, size);
+    QFETCH(int, zoom);
+    QFETCH(QStringList, paths);
+    const auto core = mapAt(center.x(), center.y(), size, zoom);
+    waitForPaths(int(paths.size()));
+    QCOMPARE(host->paths, paths);
+    core->invalidate();
+    QTest::qWait(50);
+    QCOMPARE(host->paths, paths);
+}
+
+void TestMapsCore::oneRequestAtATime()
+{
+    QList<QPair<QTcpSocket *, QString>> asked;
+    host->answer = [&asked](QTcpSocket *socket, const QString &path) {
+        asked.append({socket, path});
+    };
+    const auto core = mapAt(100.25, 200.25, {256, 256});
+    for (int count = 1; count <= 9; ++count) {
+        QTRY_COMPARE(asked.size(), count);
+        core->invalidate();
+        core->pan({1, 0});
+        QTest::qWait(20);
+        QCOMPARE(asked.size(), count);
+        host->sendTile(asked.last().first, asked.last().second);
+    }
+    QCOMPARE(host->mostWaiting, 1);
+}
+
+void TestMapsCore::programSaysWhoItIs()
+{
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    QTRY_VERIFY(!host->headers.isEmpty());
+    const QRegularExpression pattern("^Trolleo/\\d+\\.\\d+\\.\\d+ \\([^ @]+@[^ @]+\\)$");
+    QVERIFY(pattern.match(host->headers.first().value("user-agent")).hasMatch());
+}
+
+void TestMapsCore::nothingTellsWhoComesAgain()
+{
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->finish(socket, TileHost::response(TileHost::picture(TileHost::colorOf(path)),
+                                                "image/png", "Set-Cookie: who=me; Path=/\r\n"));
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    waitForPaths(4);
+    for (const auto &headers : host->headers)
+        QVERIFY(!headers.contains("cookie"));
+}
+
+void TestMapsCore::tilesAreDrawnWhereTheyBelong()
+{
+    const QSize size(256, 256);
+    const auto core = mapAt(100.25, 200.25, size);
+    QSignalSpy updated(core.get(), &MapsCore::updated);
+    waitForPaths(9);
+    QTRY_COMPARE(updated.count(), 9);
+    // The fifth is the middle tile, whose corner is at (64, 64).
+    QCOMPARE(host->paths.at(4), "/16/100/200.png");
+    QCOMPARE(updated.at(4).first().toRect(), QRect(64, 64, 256, 256));
+    const QImage image = drawing(*core, size);
+    QCOMPARE(image.pixelColor(64, 64), TileHost::colorOf("/16/100/200.png"));
+    QCOMPARE(image.pixelColor(255, 255), TileHost::colorOf("/16/100/200.png"));
+    QCOMPARE(image.pixelColor(63, 64), TileHost::colorOf("/16/99/200.png"));
+    QCOMPARE(image.pixelColor(64, 63), TileHost::colorOf("/16/100/199.png"));
+    QCOMPARE(image.pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
+}
+
+void TestMapsCore::emptyViewsComputeNothing_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("no width") << QSize(0, 300);
+    QTest::newRow("no height") << QSize(300, 0);
+    QTest::newRow("less than nothing") << QSize(-1, -1);
+}
+
+void TestMapsCore::emptyViewsComputeNothing()
+{
+    QFETCH(QSize, size);
+    MapsCore core;
+    QSignalSpy updated(&core, &MapsCore::updated);
+    core.setSize(size);
+    core.setCenter(10, 20);
+    core.setStorePin(10, 20);
+    QTest::qWait(50);
+    QCOMPARE(updated.count(), 0);
+    QCOMPARE(host->paths, QStringList());
+}
+
+void TestMapsCore::firstTileOfTheWorldIsNeverFetched()
+{
+    // Rows 0 to 2 of columns 0 to 2. Of column 0 the topmost is (0, 0), which stands for none.
+    const auto core = mapAt(0.75, 0.75, {256, 256}, 14);
+    waitForPaths(6);
+    QCOMPARE(host->paths, (QStringList{"/14/2/0.png", "/14/2/1.png", "/14/2/2.png", "/14/1/0.png",
+                                       "/14/1/1.png", "/14/1/2.png"}));
+    const QImage image = drawing(*core, {256, 256});
+    QCOMPARE(image.pixelColor(0, 0), grey);
+    QCOMPARE(image.pixelColor(255, 0), TileHost::colorOf("/14/1/0.png"));
+}
+
+void TestMapsCore::panningMovesTheMap()
+{
+    const auto core = mapAt(100.25, 200.25, {256, 256});
+    waitForPaths(9);
+    core->pan({-64, 32});
+    QCOMPARE(core->centerLongitude(), float(WebMercator::longitudeFromTile(100.5, 16)));
+    QCOMPARE(core->centerLatitude(), float(WebMercator::latitudeFromTile(200.125, 16)));
+    // The middle tile's corner goes along.
+    const QImage image = drawing(*core, {256, 256});
+    QCOMPARE(image.pixelColor(0, 96), TileHost::colorOf("/16/100/200.png"));
+    QCOMPARE(image.pixelColor(0, 95), TileHost::colorOf("/16/100/199.png"));
+}
+
+void TestMapsCore::slowDragsDoNotDrift()
+{
+    // A float knows a longitude of 170 degrees to half a pixel only at this zoom.
+    const auto core = mapAt(64500.25, 200.25, {256, 256}, 16);
+    const float latitude = core->centerLatitude();
+    const float longitude = core->centerLongitude();
+    for (int step = 0; step < 1000; ++step)
+        core->pan({-1, -1});
+    for (int step = 0; step < 10; ++step)
+        core->pan({100, 100});
+    QCOMPARE(core->centerLatitude(), latitude);
+    QCOMPARE(core->centerLongitude(), longitude);
+    // Nor towards a whole pixel: a thousand steps are a thousand pixels.
+    for (int step = 0; step < 1024; ++step)
+        core->pan({-1, 0});
+    QCOMPARE(core->centerLongitude(),
+             float(WebMercator::longitudeFromTile(
+                 WebMercator::tileForCoordinate(latitude, longitude, 16).x() + 4, 16)));
+}
+
+void TestMapsCore::farTilesAreDroppedByTheNextReply()
+{
+    const QSize size(256, 256);
+    const auto core = mapAt(100.25, 200.25, size);
+    waitForPaths(9);
+    QTcpSocket *held = nullptr;
+    QString heldPath;
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        held = socket;
+        heldPath = path;
+    };
+    const QColor middle = TileHost::colorOf("/16/100/200.png");
+    moveTo(*core, 110.25, 200.25);
+    QTRY_VERIFY(held);
+    moveTo(*core, 100.25, 200.25);
+    QCOMPARE(drawing(*core, size).pixelColor(128, 128), middle);
+
+    moveTo(*core, 110.25, 200.25);
+    QSignalSpy updated(core.get(), &MapsCore::updated);
+    host->sendTile(std::exchange(held, nullptr), heldPath);
+    QTRY_COMPARE(updated.count(), 1);
+    moveTo(*core, 100.25, 200.25);
+    QCOMPARE(drawing(*core, size).pixelColor(128, 128), grey);
+    // Two tiles beyond the view are kept.
+    moveTo(*core, 110.25, 200.25);
+    QTRY_VERIFY(held);
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->sendTile(socket, path);
+    };
+    host->sendTile(std::exchange(held, nullptr), host->paths.last());
+    QTRY_COMPARE(drawing(*core, size).pixelColor(128, 128), TileHost::colorOf("/16/110/200.png"));
+    QTest::qWait(50);
+    const auto count = host->paths.size();
+    moveTo(*core, 112.25, 200.25);
+    QTRY_COMPARE(host->paths.size(), count + 6); // columns 112 and 113; 111 was there
+    moveTo(*core, 110.25, 200.25);
+    QCOMPARE(drawing(*core, size).pixelColor(0, 0), TileHost::colorOf("/16/109/199.png"));
+}
+
+void TestMapsCore::secondStartTakesFreshTilesFromTheDisk()
+{
+    {
+        const auto core = mapAt(100.25, 200.25, {256, 256});
+        waitForPaths(9);
+    }
+    const auto core = mapAt(100.25, 200.25, {256, 256});
+    QTRY_COMPARE(drawing(*core, {256, 256}).pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
+    QTest::qWait(50);
+    QCOMPARE(host->paths.size(), 9);
+}
+
+void TestMapsCore::oldTilesAreShownWithoutANetwork()
+{
+    // To be asked for anew each time.
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->finish(socket,
+                     TileHost::response(TileHost::picture(TileHost::colorOf(path)), "image/png",
+                                        "Date: Sat, 01 Jan 2022 00:00:00 GMT\r\n"
+                                        "Expires: Sat, 01 Jan 2022 01:00:00 GMT\r\n"));
+    };
+    {
+        const auto core = mapAt(100.25, 200.25, {256, 256});
+        waitForPaths(9);
+    }
+    {
+        const auto core = mapAt(100.25, 200.25, {256, 256});
+        waitForPaths(18);
+    }
+    // A server that fails is no better than none.
+    host->answer = [this](QTcpSocket *socket, const QString &) {
+        host->finish(socket, TileHost::response("no", "text/plain", "", "503 Overloaded"));
+    };
+    {
+        const auto core = mapAt(100.25, 200.25, {256, 256});
+        waitForPaths(27);
+        QTRY_COMPARE(drawing(*core, {256, 256}).pixelColor(0, 0),
+                     TileHost::colorOf("/16/99/199.png"));
+    }
+    host->close();
+    for (QTcpSocket *socket : host->findChildren<QTcpSocket *>())
+        socket->abort();
+    const auto core = mapAt(100.25, 200.25, {256, 256});
+    QTRY_COMPARE(drawing(*core, {256, 256}).pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
+    // What was never there is grey, and is asked for once.
+    QSignalSpy updated(core.get(), &MapsCore::updated);
+    moveTo(*core, 300.25, 200.25);
+    QTRY_COMPARE(updated.count(), 10);
+    QCOMPARE(drawing(*core, {256, 256}).pixelColor(0, 0), grey);
+}
+
+using Answer = std::function<void(TileHost &, QTcpSocket *)>;
+Q_DECLARE_METATYPE(Answer)
+
+static Answer status(const QByteArray &line)
+{
+    return [line](TileHost &host, QTcpSocket *socket) {
+        host.finish(socket, TileHost::response("no tile", "text/plain", "", line));
+    };
+}
+
+static Answer body(const QByteArray &bytes, const QByteArray &type = "image/png")
+{
+    return [bytes, type](TileHost &host, QTcpSocket *socket) {
+        host.finish(socket, TileHost::response(bytes, type));
+    };
+}
+
+static Answer redirect(const QByteArray &target)
+{
+    return [target](TileHost &host, QTcpSocket *socket) {
+        host.finish(socket, TileHost::response("", "text/plain", "Location: " + target + "\r\n",
+                                               "302 Found"));
+    };
+}
+
+void TestMapsCore::failedTileIsGreyAndTheNextIsFetched_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::newRow("404") << status("404 Not Found");
+    QTest::newRow("500") << status("500 Internal Server Error");
+    QTest::newRow("418") << status("418 I'm a teapot");
+    QTest::newRow("429") << status("429 Too Many Requests");
+    QTest::newRow("401") << Answer([](TileHost &server, QTcpSocket *socket) {
+        server.finish(socket, TileHost::response("", "text/plain",
+                                                 "WWW-Authenticate: Basic realm=\"tiles\"\r\n",
+                                                 "401 Unauthorized"));
+    });
+    QTest::newRow("page") << body("<html><body>Welcome to our hotspot</body></html>", "text/html");
+    QTest::newRow("nothing") << body("");
+    const QByteArray png = TileHost::picture(Qt::red);
+    const QByteArray jpeg = TileHost::picture(Qt::red, "jpg");
+    QTest::newRow("half a png") << body(png.left(png.size() / 2));
+    QTest::newRow("half a jpeg") << body(jpeg.left(jpeg.size() / 2), "image/jpeg");
+    QTest::newRow("huge picture") << body(TileHost::picture(Qt::red, "png", 5000));
+    QTest::newRow("3 MiB") << body(QByteArray(3 * 1024 * 1024, 'x'));
+    QTest::newRow("reset in the body") << Answer([](TileHost &, QTcpSocket *socket) {
+        socket->write("HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nContent-Length: 9000\r\n\r\n"
+                      "\x89PNG");
+        socket->flush();
+        QTimer::singleShot(20, socket, &QTcpSocket::abort);
+    });
+    QTest::newRow("end at once") << Answer(
+        [](TileHost &, QTcpSocket *socket) { socket->disconnectFromHost(); });
+    QTest::newRow("no HTTP") << Answer([](TileHost &server, QTcpSocket *socket) {
+        server.finish(socket, "rubbish rubbish rubbish\r\n\r\n");
+        socket->disconnectFromHost();
+    });
+    QTest::newRow("redirect to a file") << redirect("file:///etc/passwd");
+    QTest::newRow("redirect to ftp") << redirect("ftp://127.0.0.1/tile.png");
+    QTest::newRow("redirect to data") << redirect("data:image/png;base64," + png.toBase64());
+    QTest::newRow("redirect to nowhere") << redirect("");
+    QTest::newRow("redirect loop") << redirect("/16/101/199.png");
+}
+
+void TestMapsCore::failedTileIsGreyAndTheNextIsFetched()
+{
+    QFETCH(Answer, answer);
+    const QString bad = "/16/101/199.png"; // the first
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        if (path == bad)
+            answer(*host, socket);
+        else
+            host->sendTile(socket, path);
+    };
+    const auto core = mapAt(100.5001, 200.25, {300, 256});
+    QTRY_VERIFY(host->paths.contains("/16/99/201.png"));
+    QTRY_COMPARE(drawing(*core, {300, 256}).pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
+    QCOMPARE(drawing(*core, {300, 256}).pixelColor(299, 0), grey);
+    QCOMPARE(host->mostWaiting, 1);
+    // It is not asked for again while the view stays.
+    const auto count = host->paths.count(bad);
+    core->invalidate();
+    QTest::qWait(50);
+    QCOMPARE(host->paths.count(bad), count);
+    QVERIFY(count <= 7); // a redirection that leads nowhere is given up
+}
+
+void TestMapsCore::serversThatNeverFinishAreLeft()
+{
+    // Side by side: one that says nothing, and one that sends a byte a second.
+    TileHost silent;
+    TileHost slow;
+    silent.answer = [&silent](QTcpSocket *socket, const QString &path) {
+        if (path != "/16/101/199.png")
+            silent.sendTile(socket, path);
+    };
+    slow.answer = [&slow](QTcpSocket *socket, const QString &path) {
+        if (path != "/16/101/199.png") {
+            slow.sendTile(socket, path);
+            return;
+        }
+        socket->write("HTTP/1.1 200 OK\r\nContent-Type: image/png\r\nContent-Length: 900\r\n\r\n");
+        auto *timer = new QTimer(socket);
+        connect(timer, &QTimer::timeout, socket, [socket] { socket->write("x"); });
+        timer->start(1000);
+    };
+    std::vector<std::unique_ptr<MapsCore>> maps;
+    for (const TileHost *server : {&silent, &slow}) {
+        qputenv("TROLLEO_TILE_SERVER", server->address());
+        maps.push_back(mapAt(100.25, 200.25, {256, 256}));
+    }
+    QElapsedTimer clock;
+    clock.start();
+    QTRY_COMPARE_WITH_TIMEOUT(silent.paths.size(), 9, 40000);
+    QTRY_COMPARE_WITH_TIMEOUT(slow.paths.size(), 9, 40000);
+    QVERIFY(clock.elapsed() >= 29000);
+    QVERIFY(clock.elapsed() < 33000);
+}
+
+void TestMapsCore::redirectedTileKeepsItsPlace()
+{
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        if (path.startsWith("/elsewhere"))
+            host->finish(socket, TileHost::response(TileHost::picture(Qt::blue)));
+        else
+            redirect("/elsewhere" + path.toUtf8())(*host, socket);
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    waitForPaths(8);
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
+}
+
+void TestMapsCore::endlessBodyIsNotTakenIn()
+{
+    qint64 sent = 0;
+    const QByteArray chunk(64 * 1024, 'x');
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        if (path != "/16/101/200.png") {
+            host->sendTile(socket, path);
+            return;
+        }
+        socket->write("HTTP/1.1 200 OK\r\nContent-Type: image/png\r\n\r\n");
+        const auto more = [&sent, &chunk, socket] {
+            if (socket->bytesToWrite() == 0)
+                sent += socket->write(chunk);
+        };
+        connect(socket, &QTcpSocket::bytesWritten, socket, more);
+        more();
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    QTRY_COMPARE(host->paths.size(), 4);
+    // The limit, and what fits into the buffers of two sockets.
+    QVERIFY(sent >= TileImage::largestBody);
+    QVERIFY2(sent < TileImage::largestBody + 16 * 1024 * 1024, qPrintable(QString::number(sent)));
+}
+
+void TestMapsCore::pageInsteadOfATileIsForgotten()
+{
+    host->answer = [this](QTcpSocket *socket, const QString &) {
+        host->finish(socket, TileHost::response("<html>Welcome</html>", "text/html"));
+    };
+    {
+        const auto core = mapAt(100.25, 200.25, {1, 1});
+        waitForPaths(4);
+    }
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->sendTile(socket, path);
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    waitForPaths(8);
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
+}
+
+void TestMapsCore::coordinatesThatNoMapShows_data()
+{
+    const float infinite = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    QTest::addColumn<float>("latitude");
+    QTest::addColumn<float>("longitude");
+    QTest::newRow("999") << 999.0F << 999.0F;
+    QTest::newRow("-999") << -999.0F << -999.0F;
+    QTest::newRow("the largest") << std::numeric_limits<float>::max()
+                                 << std::numeric_limits<float>::lowest();
+    QTest::newRow("infinite") << infinite << -infinite;
+    QTest::newRow("no numbers") << nan << nan;
+    QTest::newRow("north pole") << 90.0F << 0.0F;
+    QTest::newRow("south pole") << -90.0F << 180.0F;
+}
+
+void TestMapsCore::coordinatesThatNoMapShows()
+{
+    QFETCH(float, latitude);
+    QFETCH(float, longitude);
+    MapsCore core;
+    core.setSize({800, 480});
+    core.setStorePin(latitude, longitude);
+    core.setPositionMark(latitude, longitude);
+    core.setCenter(latitude, longitude);
+    QVERIFY(std::abs(core.centerLatitude()) <= 85.0512F);
+    QVERIFY(std::abs(core.centerLongitude()) <= 180);
+    core.pan({10000000, -10000000});
+    QVERIFY(std::abs(core.centerLatitude()) <= 85.0512F);
+    QVERIFY(std::abs(core.centerLongitude()) <= 180);
+    core.placeStorePinAt(100000, -100000);
+    QVERIFY(std::abs(core.pinLatitude()) <= 85.0512F);
+    QVERIFY(std::abs(core.pinLongitude()) <= 180);
+    drawing(core, {800, 480});
+    // Only tiles that the world has, and not more than the view holds.
+    QTest::qWait(200);
+    QVERIFY(host->paths.size() <= 5 * 4 * 3);
+    for (const QString &path : std::as_const(host->paths)) {
+        const QStringList parts = path.split('/');
+        QVERIFY2(parts.at(2).toInt() >= 0 && parts.at(2).toInt() < 65536, qPrintable(path));
+        const int row = parts.at(3).chopped(4).toInt();
+        QVERIFY2(row >= 0 && row < 65536, qPrintable(path));
+    }
+}
+
+/// The smallest rectangle around what two pictures differ in.
+static QRect difference(const QImage &one, const QImage &other)
+{
+    QRect result;
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x)
+            if (one.pixel(x, y) != other.pixel(x, y))
+                result |= QRect(x, y, 1, 1);
+    return result;
+}
+
+void TestMapsCore::markersStandAtTheirPlaces()
+{
+    const QSize size(400, 300);
+    MapsCore core;
+    core.setFetching(false);
+    core.invalidate(); // as large as it is at first
+    const QImage plain = drawing(core, size);
+    QCOMPARE(plain.pixelColor(200, 150), grey);
+    core.setStorePin(core.centerLatitude(), core.centerLongitude());
+    const QImage pinned = drawing(core, size);
+    const QRect pin = difference(plain, pinned);
+    QVERIFY(QRect(170, 120, 30, 30).contains(pin));
+    QCOMPARE(pin.bottom(), 149); // its tip
+    QVERIFY(pin.right() >= 197);
+    core.hideStorePin();
+    QVERIFY(!core.isStorePinShown());
+    QCOMPARE(drawing(core, size), plain);
+
+    core.setPositionMark(core.centerLatitude(), core.centerLongitude());
+    const QImage marked = drawing(core, size);
+    const QRect mark = difference(plain, marked);
+    QVERIFY(QRect(180, 130, 20, 20).contains(mark));
+    QVERIFY(mark.width() > 17 && mark.height() > 17);
+
+    // The mark is above the pin.
+    core.setStorePin(core.centerLatitude(), core.centerLongitude());
+    QCOMPARE(drawing(core, size).pixelColor(190, 140), marked.pixelColor(190, 140));
+
+    // 64 pixels east and 32 south of the centre.
+    const QPointF center =
+        WebMercator::tileForCoordinate(core.centerLatitude(), core.centerLongitude(), 16);
+    core.hideStorePin();
+    core.setPositionMark(float(WebMercator::latitudeFromTile(center.y() + 0.126, 16)),
+                         float(WebMercator::longitudeFromTile(center.x() + 0.251, 16)));
+    QVERIFY(QRect(244, 162, 20, 20).contains(difference(plain, drawing(core, size))));
+}
+
+void TestMapsCore::markersGrowWithTheScreen()
+{
+    MapsCore core;
+    core.setFetching(false);
+    core.setPixelRatio(2);
+    core.invalidate();
+    const QImage plain = drawing(core, {400, 300});
+    core.setPositionMark(core.centerLatitude(), core.centerLongitude());
+    const QRect mark = difference(plain, drawing(core, {400, 300}));
+    QVERIFY(QRect(160, 110, 40, 40).contains(mark));
+    QVERIFY(mark.width() > 35);
+}
+
+void TestMapsCore::pinIsPutWhereThePersonPoints()
+{
+    const auto core = mapAt(100.25, 200.25, {401, 301});
+    core->placeStorePinAt(200, 150); // the middle
+    QVERIFY(core->isStorePinShown());
+    QCOMPARE(core->pinLatitude(), core->centerLatitude());
+    QCOMPARE(core->pinLongitude(), core->centerLongitude());
+    core->placeStorePinAt(200 + 128, 150 - 64);
+    QCOMPARE(core->pinLongitude(), float(WebMercator::longitudeFromTile(100.75, 16)));
+    QCOMPARE(core->pinLatitude(), float(WebMercator::latitudeFromTile(200.0, 16)));
+}
+
+void TestMapsCore::pinBeyondTheDateLine()
+{
+    MapsCore core;
+    core.setFetching(false);
+    core.setCenter(0, 180);
+    core.placeStorePinAt(200 + 256, 150);
+    const double degreesOfATile = 360.0 / 65536;
+    QCOMPARE(core.pinLongitude(), float(-180 + degreesOfATile));
+}
+
+void TestMapsCore::nothingIsFetchedUnseen()
+{
+    QPointer<QTcpSocket> held;
+    host->answer = [&held](QTcpSocket *socket, const QString &) {
+        held = socket;
+    };
+    MapsCore core;
+    core.setFetching(false);
+    core.setSize({256, 256});
+    moveTo(core, 100.25, 200.25);
+    QTest::qWait(50);
+    QCOMPARE(host->paths, QStringList());
+    core.setFetching(true);
+    QTRY_VERIFY(held);
+    // Given up in mid-request, and asked for again later.
+    core.setFetching(false);
+    QTRY_VERIFY(!held);
+    core.invalidate();
+    QTest::qWait(50);
+    QCOMPARE(host->paths, QStringList{"/16/101/199.png"});
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->sendTile(socket, path);
+    };
+    core.setFetching(true);
+    waitForPaths(10);
+    QCOMPARE(host->paths.at(1), "/16/101/199.png");
+}
+
+void TestMapsCore::deletedWithARequestOnItsWay()
+{
+    host->answer = [](QTcpSocket *socket, const QString &) {
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: 900\r\n\r\nx");
+    };
+    auto core = mapAt(100.25, 200.25, {256, 256});
+    QTRY_COMPARE(host->paths.size(), 1);
+    QTest::qWait(20);
+    core.reset();
+    QTest::qWait(50);
+    QCOMPARE(host->paths.size(), 1);
+}
+
+void TestMapsCore::changedZoomShowsNoOldTiles()
+{
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    waitForPaths(4);
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
+    core->setFetching(false);
+    core->setZoom(14);
+    moveTo(*core, 100.25, 200.25, 14);
+    QCOMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), grey);
+}
+
+void TestMapsCore::damagedPictures()
+{
+    QList<QByteArray> originals;
+    QImage photo(64, 64, QImage::Format_RGB32);
+    QRandomGenerator random(5);
+    for (int y = 0; y < photo.height(); ++y)
+        for (int x = 0; x < photo.width(); ++x)
+            photo.setPixel(x, y, random.generate() | 0xff000000);
+    for (const char *format : {"png", "jpg"}) {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        photo.save(&buffer, format);
+        originals << bytes << TileHost::picture(Qt::red, format);
+    }
+    // One black pixel.
+    originals
+        << QByteArray::fromBase64("R0lGODlhAQABAIAAAAAAAAAAACH5BAAAAAAALAAAAAABAAEAAAICRAEAOw==")
+        << QByteArray::fromBase64("UklGRiQAAABXRUJQVlA4IBgAAAAwAQCdASoBAAEAAgA0JaQAA3AA/vuUAAA=");
+    // The decoders complain about each of them.
+    QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
+    const Silence silence;
+    MapsCore core;
+    core.setFetching(false);
+    core.setSize({1, 1});
+    moveTo(core, 100.25, 200.25);
+    QSignalSpy updated(&core, &MapsCore::updated);
+    const int rounds = 5000;
+    for (int round = 0; round < rounds; ++round) {
+        QByteArray body = originals.at(round % originals.size());
+        const int damages = random.bounded(1, 20);
+        for (int damage = 0; damage < damages; ++damage) {
+            const int at = random.bounded(int(body.size()));
+            switch (random.bounded(4)) {
+            case 0:
+                body[at] = char(random.bounded(256));
+                break;
+            case 1:
+                body[at] = char(body.at(at) ^ (1 << random.bounded(8)));
+                break;
+            case 2:
+                body.insert(at, QByteArray(random.bounded(1, 9), char(random.bounded(256))));
+                break;
+            default:
+                body.remove(at, random.bounded(1, 9));
+            }
+        }
+        if (body.isEmpty())
+            continue;
+        core.handleNetworkData(new CannedReply(body, {100, 200}));
+        drawing(core, {1, 1});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    QVERIFY(updated.count() > rounds * 9 / 10);
+    core.handleNetworkData(new CannedReply(TileHost::picture(Qt::red), {100, 200}));
+    QCOMPARE(drawing(core, {1, 1}).pixelColor(0, 0), QColor(Qt::red));
+}
+
+QTEST_MAIN(TestMapsCore)
+#include "tst_mapscore.moc"

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+#include <limits>
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageReader>
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include "map/tileimage.h"
+#include "map/tileserver.h"
+#include "map/webmercator.h"
+#include "tests/support/tilehost.h"
+
+class TestTiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void tileOfACoordinate_data();
+    void tileOfACoordinate();
+    void coordinatesComeBack();
+    void whatNoMapShowsIsMoved_data();
+    void whatNoMapShowsIsMoved();
+    void longitudesAreWrapped_data();
+    void longitudesAreWrapped();
+    void offsetsInPixels();
+    void gridEndsWithTheWorld();
+    void serverSetting_data();
+    void serverSetting();
+    void tileUrls();
+    void userAgentNamesAContact();
+    void pictures_data();
+    void pictures();
+    void pictureOfAnotherSizeFillsTheTile();
+    void nothingHugeIsUnpacked();
+};
+
+void TestTiles::tileOfACoordinate_data()
+{
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<int>("zoom");
+    QTest::addColumn<QPointF>("tile");
+    QTest::newRow("the whole world") << 0.0 << 0.0 << 0 << QPointF(0.5, 0.5);
+    QTest::newRow("north-west corner")
+        << WebMercator::latitudeLimit << -180.0 << 14 << QPointF(0, 0);
+    QTest::newRow("south-east corner")
+        << -WebMercator::latitudeLimit << 180.0 << 14 << QPointF(16384, 16384);
+    // gd(pi / 2) is the latitude half way up the map.
+    QTest::newRow("half way up") << 66.513260443111858 << 90.0 << 2 << QPointF(3, 1);
+    QTest::newRow("half way down") << -66.513260443111858 << -90.0 << 2 << QPointF(1, 3);
+    // By an independent computation with 50 digits.
+    QTest::newRow("Oslo") << 59.913822 << 10.738741 << 16
+                          << QPointF(34722.928139377778, 19062.966527997473);
+    QTest::newRow("Sydney") << -33.868820 << 151.209290 << 14
+                            << QPointF(15073.702798222222, 9831.9125441367957);
+}
+
+void TestTiles::tileOfACoordinate()
+{
+    QFETCH(double, latitude);
+    QFETCH(double, longitude);
+    QFETCH(int, zoom);
+    QFETCH(QPointF, tile);
+    const QPointF result = WebMercator::tileForCoordinate(latitude, longitude, zoom);
+    QVERIFY2(std::abs(result.x() - tile.x()) < 1e-8,
+             qPrintable(QString::number(result.x(), 'f', 12)));
+    QVERIFY2(std::abs(result.y() - tile.y()) < 1e-8,
+             qPrintable(QString::number(result.y(), 'f', 12)));
+}
+
+void TestTiles::coordinatesComeBack()
+{
+    QRandomGenerator random(20261121);
+    for (int round = 0; round < 10000; ++round) {
+        const double latitude = random.bounded(2 * 85.05) - 85.05;
+        const double longitude = random.bounded(360.0) - 180;
+        const int zoom = random.bounded(20);
+        const QPointF tile = WebMercator::tileForCoordinate(latitude, longitude, zoom);
+        QVERIFY(std::abs(WebMercator::latitudeFromTile(tile.y(), zoom) - latitude) < 1e-9);
+        QVERIFY(std::abs(WebMercator::longitudeFromTile(tile.x(), zoom) - longitude) < 1e-9);
+    }
+}
+
+void TestTiles::whatNoMapShowsIsMoved_data()
+{
+    const double infinite = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<QPointF>("tile");
+    QTest::newRow("999") << 999.0 << 999.0 << QPointF(65536, 0);
+    QTest::newRow("-999") << -999.0 << -999.0 << QPointF(0, 65536);
+    QTest::newRow("infinite") << infinite << infinite << QPointF(65536, 0);
+    QTest::newRow("less than everything") << -infinite << -infinite << QPointF(0, 65536);
+    QTest::newRow("no numbers") << nan << nan << QPointF(32768, 32768);
+    QTest::newRow("poles") << 90.0 << 0.0 << QPointF(32768, 0);
+}
+
+void TestTiles::whatNoMapShowsIsMoved()
+{
+    QFETCH(double, latitude);
+    QFETCH(double, longitude);
+    QFETCH(QPointF, tile);
+    const QPointF result = WebMercator::tileForCoordinate(latitude, longitude, 16);
+    QVERIFY(std::abs(result.x() - tile.x()) < 1e-6);
+    QVERIFY(std::abs(result.y() - tile.y()) < 1e-6);
+}
+
+void TestTiles::longitudesAreWrapped_data()
+{
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<double>("wrapped");
+    QTest::newRow("in range") << 179.5 << 179.5;
+    QTest::newRow("east of the date line") << 180.5 << -179.5;
+    QTest::newRow("west of it") << -181.0 << 179.0;
+    QTest::newRow("more than once around") << 730.0 << 10.0;
+}
+
+void TestTiles::longitudesAreWrapped()
+{
+    QFETCH(double, longitude);
+    QFETCH(double, wrapped);
+    QCOMPARE(WebMercator::wrappedLongitude(longitude), wrapped);
+}
+
+void TestTiles::offsetsInPixels()
+{
+    // A tile at zoom 2 is 90 degrees wide.
+    const QPointF offset = WebMercator::pixelOffset(0, 45, 0, 0, 2);
+    QCOMPARE(offset, QPointF(128, 0));
+    QVERIFY(WebMercator::pixelOffset(10, 0, 0, 0, 2).y() < 0); // north is up
+}
+
+void TestTiles::gridEndsWithTheWorld()
+{
+    QVERIFY(WebMercator::isInGrid({0, 0}, 0));
+    QVERIFY(!WebMercator::isInGrid({1, 0}, 0));
+    QVERIFY(!WebMercator::isInGrid({0, 1}, 0));
+    QVERIFY(WebMercator::isInGrid({16383, 16383}, 14));
+    QVERIFY(!WebMercator::isInGrid({16384, 0}, 14));
+    QVERIFY(!WebMercator::isInGrid({-1, 0}, 14));
+    QVERIFY(!WebMercator::isInGrid({0, -1}, 14));
+    QVERIFY(!WebMercator::isInGrid({0, 16384}, 14));
+}
+
+void TestTiles::serverSetting_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<QString>("base");
+    const QString usual = "https://tile.openstreetmap.org";
+    QTest::newRow("none") << "" << usual;
+    QTest::newRow("http") << "http://127.0.0.1:8080"
+                          << "http://127.0.0.1:8080";
+    QTest::newRow("folder") << "https://[::1]/tiles/osm/"
+                            << "https://[::1]/tiles/osm/";
+    QTest::newRow("capitals") << "HTTP://localhost"
+                              << "http://localhost";
+    for (const char *wrong : {"ftp://127.0.0.1", "file:///etc", "127.0.0.1:8080", "http://",
+                              "http:", "//localhost", "http://a b", "http://localhost:99999",
+                              "rubbish", "http://localhost/?key=1", "http://localhost/#x"})
+        QTest::newRow(wrong) << wrong << usual;
+}
+
+void TestTiles::serverSetting()
+{
+    QFETCH(QString, setting);
+    QFETCH(QString, base);
+    QCOMPARE(TileServer::baseUrl(setting).toString(), base);
+}
+
+void TestTiles::tileUrls()
+{
+    const auto url = [](const char *base) {
+        return TileServer::tileUrl(QUrl(base), 16, {34722, 19060}).toString();
+    };
+    QCOMPARE(url("https://tile.openstreetmap.org"),
+             "https://tile.openstreetmap.org/16/34722/19060.png");
+    QCOMPARE(url("http://localhost:80/osm//"), "http://localhost:80/osm/16/34722/19060.png");
+}
+
+void TestTiles::userAgentNamesAContact()
+{
+    const QRegularExpression pattern("^Trolleo/\\d+\\.\\d+\\.\\d+ \\([^ @]+@[^ @]+\\)$");
+    QVERIFY(pattern.match(TileServer::userAgent()).hasMatch());
+    QCOMPARE(TileServer::attribution(), QString::fromUtf8("© OpenStreetMap contributors"));
+}
+
+static QByteArray chopped(QByteArray bytes, int by)
+{
+    bytes.chop(by);
+    return bytes;
+}
+
+void TestTiles::pictures_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<bool>("readable");
+    const QByteArray png = TileHost::picture(Qt::red);
+    const QByteArray jpeg = TileHost::picture(Qt::red, "jpg");
+    QTest::newRow("png") << png << true;
+    QTest::newRow("jpeg") << jpeg << true;
+    QTest::newRow("1024 pixels") << TileHost::picture(Qt::red, "png", 1024) << true;
+    QTest::newRow("1025 pixels") << TileHost::picture(Qt::red, "png", 1025) << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+    QTest::newRow("page") << QByteArray("<html><body>Welcome</body></html>") << false;
+    QTest::newRow("half a png") << png.left(png.size() / 2) << false;
+    QTest::newRow("png without its last byte") << chopped(png, 1) << false;
+    QTest::newRow("half a jpeg") << jpeg.left(jpeg.size() / 2) << false;
+    QTest::newRow("jpeg without its last byte") << chopped(jpeg, 1) << false;
+    QTest::newRow("first bytes of a png") << png.left(20) << false;
+    QTest::newRow("drawing") << QByteArray(
+                                    "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"256\" "
+                                    "height=\"256\"><rect width=\"9\" height=\"9\"/></svg>")
+                             << false;
+    QTest::newRow("bitmap of windows") << TileHost::picture(Qt::red, "bmp") << false;
+    QByteArray large = png;
+    large.insert(8, QByteArray(int(TileImage::largestBody), 'x'));
+    QTest::newRow("too many bytes") << large << false;
+}
+
+void TestTiles::pictures()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(bool, readable);
+    const QImage image = TileImage::read(body);
+    QCOMPARE(!image.isNull(), readable);
+    if (readable) {
+        QCOMPARE(image.size(), QSize(256, 256));
+        QVERIFY(image.pixelColor(255, 255).red() > 250);
+    }
+}
+
+void TestTiles::pictureOfAnotherSizeFillsTheTile()
+{
+    QCOMPARE(TileImage::read(TileHost::picture(Qt::blue, "png", 512)).size(), QSize(256, 256));
+    QCOMPARE(TileImage::read(TileHost::picture(Qt::blue, "png", 1)).size(), QSize(256, 256));
+}
+
+void TestTiles::nothingHugeIsUnpacked()
+{
+    const int extent = 20000;
+    QImage image(extent, extent, QImage::Format_Mono);
+    image.fill(0);
+    QByteArray bomb;
+    QBuffer buffer(&bomb);
+    buffer.open(QIODevice::WriteOnly);
+    QVERIFY(image.save(&buffer, "png"));
+    QVERIFY(bomb.size() < TileImage::largestBody);
+    // The toolkit's own limit would let it pass.
+    QBuffer input(&bomb);
+    QVERIFY(QImageReader(&input).canRead());
+    QVERIFY(TileImage::read(bomb).isNull());
+}
+
+QTEST_GUILESS_MAIN(TestTiles)
+#include "tst_tiles.moc"
