@@ -41,6 +41,7 @@ void makeToolbar(ToolbarFrame &frame, QWidget *page)
     frame.help = helpButton(Controls::pictureExtent);
     frame.back = backButton(page, Controls::pictureExtent);
     auto *toolbar = new QVBoxLayout;
+    frame.toolbar = toolbar;
     toolbar->addWidget(frame.picture);
     toolbar->addStretch();
     toolbar->addWidget(frame.help);
@@ -63,26 +64,26 @@ void makeToolbar(ToolbarFrame &frame, QWidget *page)
 ListFrame Frames::makeListFrame(QWidget *page, const QString &picture, const QString &title)
 {
     ListFrame frame;
-    QLabel *pictureLabel = Controls::pictureLabel(u"picture"_s);
-    Controls::showPicture(pictureLabel, picture, listPictureExtent);
+    frame.picture = Controls::pictureLabel(u"picture"_s);
+    Controls::showPicture(frame.picture, picture, listPictureExtent);
     frame.title = new WrapLabel;
     frame.title->setObjectName(u"title"_s);
     frame.title->setAlignment(Qt::AlignCenter);
     frame.title->setText(title);
     frame.help = helpButton(listToolExtent);
     frame.back = backButton(page, listToolExtent);
-    auto *header = new QHBoxLayout;
-    header->addWidget(pictureLabel);
-    header->addWidget(frame.title, 1);
-    header->addWidget(frame.back);
-    header->addWidget(frame.help);
+    frame.header = new QHBoxLayout;
+    frame.header->addWidget(frame.picture);
+    frame.header->addWidget(frame.title, 1);
+    frame.header->addWidget(frame.back);
+    frame.header->addWidget(frame.help);
 
     frame.list = new TouchList;
     frame.list->setObjectName(u"list"_s);
     frame.list->setFont(page->font()); // its style sheet keeps it from following the page
     frame.list->setItemDelegate(new TrListDelegate(frame.list));
     auto *contents = new QVBoxLayout;
-    contents->addLayout(header);
+    contents->addLayout(frame.header);
     contents->addWidget(frame.list, 1);
 
     frame.buttons = new QVBoxLayout;

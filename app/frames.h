@@ -18,6 +18,8 @@ class TouchList;
 /// list, and a box with buttons.
 struct ListFrame
 {
+    QBoxLayout *header = nullptr;
+    QLabel *picture = nullptr;
     QLabel *title = nullptr;
     QPushButton *help = nullptr;
     QPushButton *back = nullptr;
@@ -30,6 +32,7 @@ struct ListFrame
 /// box of contents.
 struct ToolbarFrame
 {
+    QBoxLayout *toolbar = nullptr;
     QLabel *picture = nullptr;
     QPushButton *help = nullptr;
     QPushButton *back = nullptr;

@@ -54,6 +54,31 @@ void setFirstSize(QWidget *window)
         window->setWindowState(Qt::WindowMaximized);
 }
 
+void layOutStacksIn(const QWidget *page);
+
+void layOutHiddenPagesOf(QStackedWidget *stack)
+{
+    for (int index = 0; index < stack->count(); ++index) {
+        if (index == stack->currentIndex())
+            continue;
+        QWidget *page = stack->widget(index);
+        page->setGeometry(stack->contentsRect());
+        page->show();
+        // Boxes within a page's own boxes have only asked for it.
+        if (page->layout())
+            page->layout()->activate();
+        layOutStacksIn(page);
+        page->hide();
+    }
+}
+
+/// The views and tabs of a page are pages again.
+void layOutStacksIn(const QWidget *page)
+{
+    for (QStackedWidget *stack : page->findChildren<QStackedWidget *>())
+        layOutHiddenPagesOf(stack);
+}
+
 } // namespace
 
 // Compiled-in resources of a static library are dropped unless something names them, and that has
@@ -212,7 +237,7 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
           &storesPage.turningBoxes, &itemsListPage.turningBoxes, &listEditPage.turningBoxes,
           &shoppingListsPage.turningBoxes, &itemEditPage.turningBoxes, &storeListPage.turningBoxes,
           &storeEditPage.turningBoxes, &categoryListPage.turningBoxes,
-          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &coordinatesBoxes})
+          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &coordinatesPage.turningBoxes})
         boxes->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
@@ -226,17 +251,8 @@ void ShopWindow::layOutHiddenPages()
     pageStack->setUpdatesEnabled(false);
     // Else the window is laid out anew with every page that is shown and hidden.
     layout()->setEnabled(false);
-    for (int index = 0; index < pageStack->count(); ++index) {
-        if (index == pageStack->currentIndex())
-            continue;
-        QWidget *page = pageStack->widget(index);
-        page->setGeometry(pageStack->contentsRect());
-        page->show();
-        // Boxes within a page's own boxes have only asked for it.
-        if (page->layout())
-            page->layout()->activate();
-        page->hide();
-    }
+    layOutHiddenPagesOf(pageStack);
+    layOutStacksIn(pageStack->currentWidget());
     layout()->setEnabled(true);
     pageStack->setUpdatesEnabled(true);
 }

@@ -12,6 +12,7 @@
 #include "app/mainpage.h"
 #include "app/messagepages.h"
 #include "app/pages.h"
+#include "gps/coordinatespage.h"
 #include "lists/doshoppingpage.h"
 #include "lists/itempages.h"
 #include "lists/shoppinglistpages.h"
@@ -26,6 +27,8 @@
 
 class AlarmSound;
 class QListWidgetItem;
+class QNetworkConfigurationManager;
+class QNetworkSession;
 class QStackedWidget;
 class QTimer;
 class TrShopGps;
@@ -380,6 +383,8 @@ private:
     int storeBeforePicking = 0;
     /// The store being edited; on the store list page the one tapped last.
     int editedStoreId = 0;
+    /// What is being edited is no store yet, whatever editedStoreId says.
+    bool storeIsNew = false;
     /// The store of which the text of the coordinates button tells; 0 for none.
     int coordinatesTextStoreId = 0;
     /// The category chosen last.
@@ -405,13 +410,26 @@ private:
     void takePosition();
 
     std::unique_ptr<TrShopGps> gps;
-    TurningBoxes coordinatesBoxes;
+    void buildCoordinatesGpsView();
+    void buildCoordinatesEditView();
+    /// Takes a position for the edited store: true when it has to wait for one, and lets `taken`
+    /// run then.
+    bool waitForPosition(void (ShopWindow::*taken)());
+    void takeAwaitedPosition();
+    void showTakenCoordinates() const;
+    void takeTypedCoordinates(float latitude, float longitude);
+
+    CoordinatesPage coordinatesPage;
+    /// The coordinates page shows coordinates that exist.
+    bool coordsShown = false;
     /// The last position, in degrees and metres.
     float currentLatitude = 0;
     float currentLongitude = 0;
     float currentAltitude = 0;
     /// A position has arrived.
     bool haveGpsFix = false;
+    /// There is a last position, however old.
+    bool positionKnown = false;
     /// Someone waits for a position.
     bool waitingForFix = false;
     /// The source is being asked, and has not returned yet.
@@ -430,6 +448,8 @@ private:
     void showReminder();
     void bringToFront();
     void fillTrackedList(bool distancesAreKnown);
+    void showPositionAndNearest();
+    void markNearestStore() const;
 
     TrackingPage trackingPage;
     TrackedListPage trackedListPage;
@@ -445,4 +465,13 @@ private:
     int trackCategoryId = 0;
     /// The nearest first, as of the last position that refreshed them.
     QList<TrackedStore> trackedStores;
+
+    // ---- Map ----------------------------------------------------------------------------------
+    void openNetworkSession();
+    void startNetworkSession();
+
+    /// Looks for networks while it exists; a child of the window.
+    QNetworkConfigurationManager *networkManager = nullptr;
+    /// None was opened, or none is needed, while this is null; a child of the window.
+    QNetworkSession *networkSession = nullptr;
 };

@@ -1,25 +1,273 @@
 // SPDX-License-Identifier: MIT
+#include "gps/coordinatespage.h"
+
 #include <QBoxLayout>
+#include <QFormLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QTabWidget>
 
-#include "app/frames.h"
 #include "app/shopwindow.h"
+#include "app/trsettings.h"
+#include "data/database.h"
+#include "data/statements.h"
+#include "map/mapswidget.h"
+#include "widgets/controls.h"
+#include "widgets/maskedfield.h"
+#include "widgets/namebutton.h"
+#include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString decimalMask = u"#00.000000"_s;
+const QString wholeMask = u"00"_s;
+const QString secondsMask = u"00.00"_s;
+
+/// A field as wide as what its mask holds. `axis` and `unit` are what a screen reader says.
+MaskedField *maskedField(const QString &objectName, const QString &mask, const QString &axis,
+                         const QString &unit)
+{
+    auto *field = new MaskedField(mask);
+    field->setObjectName(objectName);
+    field->setAccessibleName(u"%1, %2"_s.arg(axis, unit));
+    return field;
+}
+
+/// One half of a tab: a caption, and what is to be laid out below it.
+QBoxLayout *axisPane(const QString &caption, QLayout *fields)
+{
+    auto *pane = new QVBoxLayout;
+    pane->addStretch();
+    pane->addWidget(new QLabel(caption));
+    pane->addLayout(fields);
+    pane->addStretch();
+    return pane;
+}
+
+/// Adds a tab whose halves stand side by side in landscape.
+void addTab(CoordinatesPage &page, const QString &title, QBoxLayout *latitude,
+            QBoxLayout *longitude)
+{
+    auto *tab = new QWidget;
+    QFrame *line = Controls::separator(QFrame::VLine);
+    auto *box = new QHBoxLayout(tab);
+    box->addLayout(latitude, 1);
+    box->addWidget(line);
+    box->addLayout(longitude, 1);
+    page.tabs->addTab(tab, title);
+    page.turningBoxes.alongWidth << box;
+    page.turningBoxes.separators << line;
+}
+
+QPushButton *viewButton(const QString &objectName, const QString &picture, const QString &name)
+{
+    QPushButton *button =
+        Controls::pictureButton(objectName, picture, Controls::pictureExtent, name);
+    button->setCheckable(true);
+    return button;
+}
+
+} // namespace
+
+void AxisFields::clear() const
+{
+    for (MaskedField *field : {decimal, degrees, minutes, seconds})
+        field->setValue(QString());
+    hemisphere->setText(positive);
+}
+
+void AxisFields::decimalToSexagesimal() const
+{
+    const Coordinates::Sexagesimal angle = Coordinates::toSexagesimal(value());
+    hemisphere->setText(angle.isNegative ? negative : positive);
+    degrees->setValue(angle.degrees);
+    minutes->setValue(angle.minutes);
+    seconds->setValue(angle.seconds);
+}
+
+void AxisFields::sexagesimalToDecimal() const
+{
+    const double degreesOfAngle =
+        Coordinates::fromSexagesimal({.isNegative = hemisphere->text() != positive,
+                                      .degrees = degrees->value(),
+                                      .minutes = minutes->value(),
+                                      .seconds = seconds->value()});
+    decimal->setValue(Coordinates::decimalText(degreesOfAngle));
+}
+
+void AxisFields::switchHemisphere() const
+{
+    hemisphere->setText(hemisphere->text() == negative ? positive : negative);
+}
+
+double AxisFields::value() const
+{
+    return Coordinates::number(decimal->value());
+}
+
+void CoordinatesPage::showView(View view) const
+{
+    views->setCurrentIndex(view);
+    gpsButton->setChecked(view == GpsView);
+    editButton->setChecked(view == EditView);
+    mapButton->setChecked(view == MapView);
+}
+
+void CoordinatesPage::showCoordinates(const QString &latitudeText,
+                                      const QString &longitudeText) const
+{
+    latitude.decimal->setValue(latitudeText);
+    longitude.decimal->setValue(longitudeText);
+    latitudeValue->setText(latitudeText);
+    longitudeValue->setText(longitudeText);
+    latitude.decimalToSexagesimal();
+    longitude.decimalToSexagesimal();
+}
 
 void ShopWindow::buildCoordinatesPage()
 {
     QWidget *page = addPage(PageCoordinates, u"coordinatesPage"_s);
-    const ToolbarFrame frame = Frames::makeToolbarFrame(page);
-    frame.help->hide();
-    frame.contents->addStretch(1);
-    coordinatesBoxes = frame.turningBoxes;
-    connect(frame.back, &QPushButton::clicked, this, &ShopWindow::backToShopEdit);
+    CoordinatesPage &p = coordinatesPage;
+    p = {Frames::makeToolbarFrame(page)};
+    p.picture->hide(); // the buttons of the views are its pictures
+    p.gpsButton = viewButton(u"gpsViewButton"_s, u":/img/gps.svg"_s, tr("From GPS"));
+    p.editButton = viewButton(u"editViewButton"_s, u":/img/gps_ed.svg"_s, tr("Type"));
+    p.mapButton = viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s, tr("Map"));
+    int place = 0;
+    for (QPushButton *button : {p.gpsButton, p.editButton, p.mapButton})
+        p.toolbar->insertWidget(place++, button);
+
+    p.views = new QStackedWidget;
+    p.views->setObjectName(u"coordinatesViews"_s);
+    buildCoordinatesGpsView();
+    buildCoordinatesEditView();
+    p.map = new MapsWidget;
+    p.map->setObjectName(u"map"_s);
+    p.views->addWidget(p.map);
+    p.views->setCurrentIndex(CoordinatesPage::EditView);
+    p.set = Controls::textButton(u"setButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
+                                 tr("Set"));
+    auto *column = new QVBoxLayout;
+    column->addWidget(p.views, 1);
+    column->addWidget(p.set);
+    p.contents->addLayout(column, 1);
+
+    connect(p.gpsButton, &QPushButton::clicked, this, &ShopWindow::showGpsGetPage);
+    connect(p.editButton, &QPushButton::clicked, this, &ShopWindow::showGpsEditPage);
+    connect(p.mapButton, &QPushButton::clicked, this, &ShopWindow::showGpsMapPage);
+    connect(p.map, &MapsWidget::markUpdated, this, &ShopWindow::mapMarkUpdated);
+    connect(p.map, &MapsWidget::centerByEdited, this, &ShopWindow::mapCenterByEdited);
+    connect(p.map, &MapsWidget::centerByGps, this, &ShopWindow::mapCenterByGps);
+    connect(p.set, &QPushButton::clicked, this, &ShopWindow::saveEnteredGps);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::backToShopEdit);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::gpsEnterHelp);
+}
+
+void ShopWindow::buildCoordinatesGpsView()
+{
+    CoordinatesPage &p = coordinatesPage;
+    QLabel *heading = Controls::valueLabel(u"gpsHeading"_s);
+    heading->setText(tr("Getting coords from GPS"));
+    heading->setAlignment(Qt::AlignCenter);
+    p.status = Controls::valueLabel(u"gpsStatus"_s);
+    p.status->setAlignment(Qt::AlignCenter);
+    const auto value = [](const QString &objectName) {
+        QLabel *label = Controls::valueLabel(objectName);
+        label->setText(u"0.0"_s);
+        return label;
+    };
+    p.longitudeValue = value(u"gpsLongitude"_s);
+    p.latitudeValue = value(u"gpsLatitude"_s);
+    p.getFromGps = Controls::textButton(u"getFromGpsButton"_s, u":/img/gps.svg"_s,
+                                        Controls::pictureExtent, tr("Get from GPS"));
+
+    auto *view = new QWidget;
+    auto *box = new QVBoxLayout(view);
+    box->addWidget(heading);
+    box->addWidget(p.status, 1);
+    QFormLayout *values = Frames::addFields(box);
+    values->addRow(tr("Lon:"), p.longitudeValue);
+    values->addRow(tr("Lat:"), p.latitudeValue);
+    box->addWidget(p.getFromGps);
+    p.views->addWidget(view);
+
+    connect(p.getFromGps, &QPushButton::clicked, this, &ShopWindow::btnGetGpsClicked);
+}
+
+void ShopWindow::buildCoordinatesEditView()
+{
+    CoordinatesPage &p = coordinatesPage;
+    const QString latitude = tr("Latitude");
+    const QString longitude = tr("Longitude");
+    const auto decimalRow = [](AxisFields &axis, const QString &objectName, const QString &name) {
+        axis.decimal = maskedField(objectName, decimalMask, name, tr("decimal degrees"));
+        auto *row = new QHBoxLayout;
+        row->addWidget(axis.decimal);
+        return row;
+    };
+    const auto sexagesimalRow = [](AxisFields &axis, const QString &prefix, const QString &name) {
+        axis.degrees = maskedField(prefix + u"Degrees"_s, wholeMask, name, tr("degrees"));
+        axis.minutes = maskedField(prefix + u"Minutes"_s, wholeMask, name, tr("minutes"));
+        axis.seconds = maskedField(prefix + u"Seconds"_s, secondsMask, name, tr("seconds"));
+        axis.hemisphere = new QPushButton(axis.positive);
+        axis.hemisphere->setObjectName(prefix + u"Hemisphere"_s);
+        auto *row = new QHBoxLayout;
+        row->setSpacing(2); // pixels; units belong to their numbers
+        row->addWidget(axis.degrees, 2);
+        row->addWidget(new QLabel(u"°"_s));
+        row->addWidget(axis.minutes, 2);
+        row->addWidget(new QLabel(u"'"_s));
+        row->addWidget(axis.seconds, 3); // wider, for its decimals
+        row->addWidget(new QLabel(u"''"_s));
+        row->addWidget(axis.hemisphere, 1);
+        return row;
+    };
+
+    p.tabs = new QTabWidget;
+    p.tabs->setObjectName(u"coordinatesTabs"_s);
+    addTab(p, tr("DD.DD°"),
+           axisPane(latitude, decimalRow(p.latitude, u"latitudeField"_s, latitude)),
+           axisPane(longitude, decimalRow(p.longitude, u"longitudeField"_s, longitude)));
+    addTab(p, tr("DD°MM'SS''"),
+           axisPane(latitude, sexagesimalRow(p.latitude, u"latitude"_s, latitude)),
+           axisPane(longitude, sexagesimalRow(p.longitude, u"longitude"_s, longitude)));
+    p.views->addWidget(p.tabs);
+
+    connect(p.tabs, &QTabWidget::currentChanged, this, &ShopWindow::gpsEditPageChanged);
+    connect(p.latitude.hemisphere, &QPushButton::clicked, this, &ShopWindow::latBtnSwitch);
+    connect(p.longitude.hemisphere, &QPushButton::clicked, this, &ShopWindow::lonBtnSwitch);
 }
 
 void ShopWindow::manualEnterGps()
 {
+    const CoordinatesPage &p = coordinatesPage;
+    p.gpsButton->setEnabled(gpsEnabled);
+    p.getFromGps->setEnabled(gpsEnabled);
+    const bool gpsViewWasLast = p.views->currentIndex() == CoordinatesPage::GpsView;
+    p.showView(gpsViewWasLast ? CoordinatesPage::GpsView : CoordinatesPage::EditView);
+    coordsShown = false;
+    p.latitude.clear();
+    p.longitude.clear();
+    p.status->setText(tr("Coordinates is not Set"));
+    p.longitudeValue->clear();
+    p.latitudeValue->clear();
+
+    if (storeCoordsSet) {
+        p.showCoordinates(Coordinates::text(editedLatitude), Coordinates::text(editedLongitude));
+        coordsShown = true;
+    } else if (!storeIsNew) {
+        QSqlQuery row = Database::run(Statements::coordinates, editedStoreId);
+        if (row.first()) {
+            p.showCoordinates(row.value(u"latitude"_s).toString(),
+                              row.value(u"longitude"_s).toString());
+            coordsShown = true;
+        }
+    }
+    if (coordsShown)
+        p.status->setText(tr("Current store Coordinates"));
     pageStack->setCurrentIndex(PageCoordinates);
 }
 
@@ -28,33 +276,144 @@ void ShopWindow::backToShopEdit()
     pageStack->setCurrentIndex(PageStoreEdit);
 }
 
-void ShopWindow::saveEnteredGps() {}
+void ShopWindow::saveEnteredGps()
+{
+    const CoordinatesPage &p = coordinatesPage;
+    const int view = p.views->currentIndex();
+    // What came from the GPS has been taken already.
+    if (view != CoordinatesPage::GpsView) {
+        if (view == CoordinatesPage::EditView &&
+            p.tabs->currentIndex() == CoordinatesPage::SexagesimalTab) {
+            p.latitude.sexagesimalToDecimal();
+            p.longitude.sexagesimalToDecimal();
+        }
+        const double latitude = p.latitude.value();
+        const double longitude = p.longitude.value();
+        if (!Coordinates::isPlace(latitude, longitude)) {
+            showMessage(tr("Coordinates are out of range"),
+                        tr("Latitude goes from -90 to 90 degrees, longitude from -180 to 180."),
+                        u":/img/warning_r.svg"_s, PageCoordinates);
+            return;
+        }
+        takeTypedCoordinates(static_cast<float>(latitude), static_cast<float>(longitude));
+    }
+    if (!storeCoordsSet) {
+        showMessage(tr("Coordinates is Empty"),
+                    tr("You can not save zero or empty coordinates. Press Cancel instead."),
+                    u":/img/warning_r.svg"_s, PageCoordinates);
+        return;
+    }
+    storeEditPage.coordinates->setName(tr("coords is set (edit...)"));
+    waitingForFix = false;
+    pageStack->setCurrentIndex(PageStoreEdit);
+}
 
-void ShopWindow::lonBtnSwitch() {}
+void ShopWindow::takeTypedCoordinates(float latitude, float longitude)
+{
+    editedLatitude = latitude;
+    editedLongitude = longitude;
+    storeCoordsSet = !Coordinates::areEqual(latitude, longitude);
+    if (!storeCoordsSet)
+        return;
+    TrSettings &settings = TrSettings::instance();
+    settings.setLastLatitude(latitude);
+    settings.setLastLongitude(longitude);
+}
 
-void ShopWindow::latBtnSwitch() {}
+void ShopWindow::lonBtnSwitch()
+{
+    coordinatesPage.longitude.switchHemisphere();
+}
 
-void ShopWindow::gpsEditPageChanged(int /*aIndex*/) {}
+void ShopWindow::latBtnSwitch()
+{
+    coordinatesPage.latitude.switchHemisphere();
+}
 
-void ShopWindow::showGpsGetPage() {}
+void ShopWindow::gpsEditPageChanged(int aIndex)
+{
+    for (const AxisFields *axis : {&coordinatesPage.latitude, &coordinatesPage.longitude}) {
+        if (aIndex == CoordinatesPage::SexagesimalTab)
+            axis->decimalToSexagesimal();
+        else
+            axis->sexagesimalToDecimal();
+    }
+}
 
-void ShopWindow::showGpsEditPage() {}
+void ShopWindow::showGpsGetPage()
+{
+    coordinatesPage.showView(CoordinatesPage::GpsView);
+    coordinatesPage.status->setText(tr("Current store Coordinates"));
+}
 
-void ShopWindow::showGpsMapPage() {}
+void ShopWindow::showGpsEditPage()
+{
+    coordinatesPage.showView(CoordinatesPage::EditView);
+    endWaiting();
+}
 
-void ShopWindow::updateGpsGetPage() {}
+void ShopWindow::showGpsMapPage()
+{
+    const CoordinatesPage &p = coordinatesPage;
+    endWaiting();
+    // Before the map shows, so that it fetches no tiles of another place.
+    if (storeCoordsSet || coordsShown) {
+        mapCenterByEdited();
+        p.map->setStorePin(static_cast<float>(p.latitude.value()),
+                           static_cast<float>(p.longitude.value()));
+    } else {
+        const TrSettings &settings = TrSettings::instance();
+        p.map->setCenter(settings.lastLatitude(), settings.lastLongitude());
+        p.map->hideStorePin();
+    }
+    p.showView(CoordinatesPage::MapView);
+    openNetworkSession();
+}
 
-void ShopWindow::btnGetGpsClicked() {}
+void ShopWindow::updateGpsGetPage()
+{
+    takeAwaitedPosition();
+    showTakenCoordinates();
+}
+
+void ShopWindow::btnGetGpsClicked()
+{
+    if (!waitForPosition(&ShopWindow::updateGpsGetPage))
+        showTakenCoordinates();
+    else
+        coordinatesPage.status->setText(tr("Requesting NEW store Coordinates from GPS..."));
+}
+
+/// Lets the page tell the coordinates that have been taken for the store.
+void ShopWindow::showTakenCoordinates() const
+{
+    coordinatesPage.status->setText(tr("Current store Coordinates UPDATED"));
+    coordinatesPage.showCoordinates(Coordinates::text(editedLatitude),
+                                    Coordinates::text(editedLongitude));
+}
 
 void ShopWindow::mapMarkUpdated(qreal latitude, qreal longitude)
 {
     editedLatitude = static_cast<float>(latitude);
     editedLongitude = static_cast<float>(longitude);
     storeCoordsSet = true;
+    showTakenCoordinates();
 }
 
-void ShopWindow::mapCenterByEdited() {}
+void ShopWindow::mapCenterByEdited()
+{
+    coordinatesPage.map->setCenter(static_cast<float>(coordinatesPage.latitude.value()),
+                                   static_cast<float>(coordinatesPage.longitude.value()));
+}
 
-void ShopWindow::mapCenterByGps() {}
+void ShopWindow::mapCenterByGps()
+{
+    if (!waitForPosition(&ShopWindow::updateMapCenter))
+        updateMapCenter();
+}
 
-void ShopWindow::updateMapCenter() {}
+void ShopWindow::updateMapCenter()
+{
+    takeAwaitedPosition();
+    coordinatesPage.map->setCenter(editedLatitude, editedLongitude);
+}

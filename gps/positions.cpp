@@ -21,6 +21,7 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
     const auto meters = static_cast<float>(altitude);
     currentAltitude = std::isfinite(meters) ? meters : 0;
     haveGpsFix = true;
+    positionKnown = true;
     // A reminder has to be answered first.
     if (pageStack->currentIndex() == PageReminder)
         return;
@@ -73,6 +74,25 @@ void ShopWindow::fixCurrentGps()
     }
     waitingForFix = true;
     requestPosition();
+}
+
+bool ShopWindow::waitForPosition(void (ShopWindow::*taken)())
+{
+    fixCurrentGps();
+    if (!waitingForFix)
+        return false;
+    disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
+    connect(this, &ShopWindow::requestedGpsUpdate, this, taken);
+    return true;
+}
+
+/// Takes the position that has arrived. The next one to ask waits for a position of its own.
+void ShopWindow::takeAwaitedPosition()
+{
+    endWaiting();
+    fixCurrentGps();
+    haveGpsFix = false;
+    waitingForFix = false;
 }
 
 /// Takes the current position for the store that is being edited.

@@ -1,4 +1,43 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
+#include "app/trsettings.h"
+#include "platform/bearer.h"
 
-void ShopWindow::sessionOpened() {}
+using namespace Qt::StringLiterals;
+
+/// Opens the session that tiles need, unless there is one; how far that has come nobody sees.
+void ShopWindow::openNetworkSession()
+{
+    if (networkSession || networkManager)
+        return;
+    networkManager = new QNetworkConfigurationManager(this);
+    connect(networkManager, &QNetworkConfigurationManager::updateCompleted, this,
+            &ShopWindow::startNetworkSession);
+    networkManager->updateConfigurations();
+}
+
+void ShopWindow::startNetworkSession()
+{
+    const QNetworkConfigurationManager *manager = networkManager;
+    networkManager->deleteLater();
+    networkManager = nullptr;
+    if (!manager->capabilities().testFlag(QNetworkConfigurationManager::NetworkSessionRequired))
+        return;
+    QNetworkConfiguration configuration =
+        manager->configurationFromIdentifier(TrSettings::instance().defaultNetworkConfiguration());
+    if (!configuration.state().testFlag(QNetworkConfiguration::Discovered))
+        configuration = manager->defaultConfiguration();
+    networkSession = new QNetworkSession(configuration, this);
+    connect(networkSession, &QNetworkSession::opened, this, &ShopWindow::sessionOpened);
+    networkSession->open();
+}
+
+void ShopWindow::sessionOpened()
+{
+    const QNetworkConfiguration configuration = networkSession->configuration();
+    const QString identifier =
+        configuration.type() == QNetworkConfiguration::UserChoice
+            ? networkSession->sessionProperty(u"UserChoiceConfiguration"_s).toString()
+            : configuration.identifier();
+    TrSettings::instance().setDefaultNetworkConfiguration(identifier);
+}

@@ -61,6 +61,7 @@ void ShopWindow::forgetTakenCoordinates()
 void ShopWindow::addShopClicked()
 {
     StoreEditPage &p = storeEditPage;
+    storeIsNew = true;
     storeEditReturnPage = pageStack->currentIndex();
     Controls::showPicture(p.picture, u":/img/storeAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
@@ -80,6 +81,7 @@ void ShopWindow::editShopClicked()
 {
     StoreEditPage &p = storeEditPage;
     editedStoreId = currentStoreId;
+    storeIsNew = false;
     storeEditReturnPage = pageStack->currentIndex();
     Controls::showPicture(p.picture, u":/img/storeEdit.png"_s, Controls::pictureExtent);
     p.remove->setEnabled(true);

@@ -52,10 +52,12 @@ void ShopWindow::buildReminderPage()
 void ShopWindow::track(bool somebodyWaited)
 {
     const int page = pageStack->currentIndex();
-    if (page == PageTrackedList && !somebodyWaited)
-        viewFilteredTracking();
-    else
+    if (page != PageTrackedList || somebodyWaited)
         refreshTrackedDistances();
+    else if (trackedListPage.showsMap())
+        mapTrackCenterByGps(); // and the distances stay as they were
+    else
+        viewFilteredTracking();
 
     if (TrackedStores::isNearestWithinReach(trackedStores))
         showReminder();
@@ -104,6 +106,10 @@ void ShopWindow::skipStore()
     }
     gps->startUpdates();
     pageStack->setCurrentIndex(PageTracking);
+    if (trackedListPage.showsMap()) {
+        mapTrackCenterByStore();
+        markNearestStore();
+    }
 }
 
 void ShopWindow::startShoppingGps()

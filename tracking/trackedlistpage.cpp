@@ -4,15 +4,30 @@
 #include <cmath>
 
 #include <QBoxLayout>
+#include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
 #include "lists/listrow.h"
+#include "map/mapswidget.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
 
 using namespace Qt::StringLiterals;
+
+bool TrackedListPage::showsMap() const
+{
+    return views->currentIndex() == MapView;
+}
+
+void TrackedListPage::showView(View view) const
+{
+    views->setCurrentIndex(view);
+    listButton->setChecked(view == ListView);
+    mapButton->setChecked(view == MapView);
+}
 
 void ShopWindow::setupTrackedListPage()
 {
@@ -22,10 +37,43 @@ void ShopWindow::setupTrackedListPage()
     // The same in both orientations.
     p.turningBoxes.turn(Qt::Vertical);
 
+    p.picture->hide(); // the buttons of the views are its pictures
+    const auto viewButton = [](const QString &objectName, const QString &picture,
+                               const QString &name) {
+        QPushButton *button =
+            Controls::pictureButton(objectName, picture, Frames::listToolExtent, name);
+        button->setCheckable(true);
+        return button;
+    };
+    p.listButton = viewButton(u"listViewButton"_s, u":/img/eye.svg"_s, tr("List"));
+    p.mapButton = viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s, tr("Map"));
+    p.header->insertWidget(0, p.listButton);
+    p.header->insertWidget(1, p.mapButton);
+
+    // The last third of an upright row has room for any distance on earth.
+    constexpr int rowPointSize = 13;
+    QFont rowFont = p.list->font();
+    rowFont.setPointSize(rowPointSize);
+    p.list->setFont(rowFont);
+
+    p.map = new MapsWidget(this);
+    p.map->setObjectName(u"map"_s);
+    p.map->setTrackingMode(true);
+    p.views = new QStackedWidget;
+    p.views->setObjectName(u"trackedViews"_s);
+    delete page->layout()->replaceWidget(p.list, p.views);
+    p.views->addWidget(p.list);
+    p.views->addWidget(p.map);
+    p.showView(TrackedListPage::ListView);
+
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
     p.buttons->addWidget(p.ok, 1);
 
+    connect(p.listButton, &QPushButton::clicked, this, &ShopWindow::trackingListShow);
+    connect(p.mapButton, &QPushButton::clicked, this, &ShopWindow::trackingMapShow);
+    connect(p.map, &MapsWidget::centerByGps, this, &ShopWindow::mapTrackCenterByGps);
+    connect(p.map, &MapsWidget::centerByStore, this, &ShopWindow::mapTrackCenterByStore);
     connect(p.ok, &QPushButton::clicked, this, &ShopWindow::trackingClicked);
     connect(p.back, &QPushButton::clicked, this, &ShopWindow::trackingClicked);
     connect(p.help, &QPushButton::clicked, this, &ShopWindow::trackingListHelp);
@@ -38,37 +86,52 @@ void ShopWindow::viewFilteredTracking()
         if (!queryTrackedStores())
             return;
     }
-    trackedListPage.list->clear();
     if (!gpsEnabled) {
+        trackedListPage.mapButton->setEnabled(false);
+        trackedListPage.showView(TrackedListPage::ListView);
         fillTrackedList(false);
         pageStack->setCurrentIndex(PageTrackedList);
         return;
     }
-    if (!haveGpsFix)
-        fixCurrentGps();
-    if (waitingForFix) {
-        disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
-        connect(this, &ShopWindow::requestedGpsUpdate, this, &ShopWindow::showTrackingAfterGps);
+    if (!haveGpsFix && waitForPosition(&ShopWindow::showTrackingAfterGps)) {
+        trackedListPage.list->clear();
         showWaiting();
         return;
     }
     refreshTrackedDistances();
     fillTrackedList(true);
+    trackedListPage.mapButton->setEnabled(true);
+    if (trackedListPage.showsMap())
+        showPositionAndNearest();
+    trackedListPage.showView(trackedListPage.showsMap() ? TrackedListPage::MapView
+                                                        : TrackedListPage::ListView);
     pageStack->setCurrentIndex(PageTrackedList);
 }
 
-/// Adds a row for each tracked store, with its distance if that is known.
+/// Shows a row for each tracked store, with its distance if that is known. What is refilled stays
+/// where it was scrolled to, with the same store chosen.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
+    TrackedListPage &p = trackedListPage;
+    const int scrolledTo = p.list->verticalScrollBar()->value();
+    const int chosen = p.list->currentRow();
+    const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
+    p.list->clear();
+    p.storeIds.clear();
     for (const TrackedStore &store : std::as_const(trackedStores)) {
         auto *row = new ListRow(store.name, 0);
         const bool known = distancesAreKnown && std::isfinite(store.distance);
         row->setData(SecondColumnRole, known
                                            ? QString::number(double{store.distance}, 'f', decimals)
                                            : tr("unknown"));
-        trackedListPage.list->addItem(row);
+        p.list->addItem(row);
+        p.storeIds << store.storeId;
     }
+    if (chosenStoreId != 0)
+        p.list->setCurrentRow(static_cast<int>(p.storeIds.indexOf(chosenStoreId)));
+    p.list->doItemsLayout(); // else there is nothing to scroll yet
+    p.list->verticalScrollBar()->setValue(scrolledTo);
 }
 
 void ShopWindow::showTrackingAfterGps()
@@ -79,10 +142,46 @@ void ShopWindow::showTrackingAfterGps()
     haveGpsFix = false;
 }
 
-void ShopWindow::trackingMapShow() {}
+void ShopWindow::trackingMapShow()
+{
+    endWaiting();
+    // Before the map shows, so that it fetches no tiles of another place.
+    if (storeCoordsSet || positionKnown)
+        showPositionAndNearest();
+    trackedListPage.showView(TrackedListPage::MapView);
+    openNetworkSession();
+}
 
-void ShopWindow::trackingListShow() {}
+/// Lets the map show the position in its middle, and the nearest store.
+void ShopWindow::showPositionAndNearest()
+{
+    mapTrackCenterByGps();
+    markNearestStore();
+}
 
-void ShopWindow::mapTrackCenterByGps() {}
+void ShopWindow::markNearestStore() const
+{
+    if (trackedStores.isEmpty())
+        return;
+    const TrackedStore &nearest = trackedStores.first();
+    trackedListPage.map->setStorePin(nearest.latitude, nearest.longitude);
+}
 
-void ShopWindow::mapTrackCenterByStore() {}
+void ShopWindow::trackingListShow()
+{
+    trackedListPage.showView(TrackedListPage::ListView);
+}
+
+void ShopWindow::mapTrackCenterByGps()
+{
+    trackedListPage.map->setCenter(currentLatitude, currentLongitude);
+    trackedListPage.map->setPositionMark(currentLatitude, currentLongitude);
+}
+
+void ShopWindow::mapTrackCenterByStore()
+{
+    if (trackedStores.isEmpty())
+        return;
+    const TrackedStore &nearest = trackedStores.first();
+    trackedListPage.map->setCenter(nearest.latitude, nearest.longitude);
+}

@@ -1,10 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
+
 #include "app/frames.h"
 
-/// The tracked stores, nearest first; its title tells the criterion.
+class MapsWidget;
+class QStackedWidget;
+
+/// The tracked stores, nearest first, or the map around the position; its title tells the
+/// criterion.
 struct TrackedListPage : ListFrame
 {
+    enum View { ListView, MapView };
+
+    QPushButton *listButton = nullptr;
+    QPushButton *mapButton = nullptr;
+    QStackedWidget *views = nullptr;
+    MapsWidget *map = nullptr;
     QPushButton *ok = nullptr;
+    /// The stores of the rows, since rows carry no ids.
+    QList<int> storeIds = {};
+
+    bool showsMap() const;
+    void showView(View view) const;
 };

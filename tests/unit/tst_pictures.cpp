@@ -9,14 +9,6 @@
 #include <QSvgRenderer>
 #include <QtTest>
 
-/// Pictures whose pages are still empty. A page that gets its contents takes its pictures off this
-/// list, which is gone with the last of these pages.
-static const QSet<QString> awaitingTheirPages{
-    "gps.svg",
-    "gps_ed.svg",
-    "map_icon.svg",
-};
-
 class TestPictures : public QObject
 {
     Q_OBJECT
@@ -64,9 +56,7 @@ void TestPictures::usedPicturesExist()
 
 void TestPictures::noPictureIsUnused()
 {
-    QCOMPARE(pictures - used - awaitingTheirPages, QSet<QString>());
-    QCOMPARE(awaitingTheirPages & used, QSet<QString>());
-    QCOMPARE(awaitingTheirPages - pictures, QSet<QString>());
+    QCOMPARE(pictures - used, QSet<QString>());
 }
 
 void TestPictures::everyPictureLoadsLargeEnough()

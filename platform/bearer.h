@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusObjectPath>
+#include <QFlags>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+
+class QDBusMessage;
+
+/// Bearer management as phones have it: which networks there are, and a session that brings one up.
+/// It speaks to NetworkManager on the system bus and waits for nothing: every answer comes through
+/// the event loop, or never. Without a NetworkManager no session is required.
+
+/// What NetworkManager knew at one moment.
+struct NetworkSnapshot
+{
+    /// A profile stored in NetworkManager.
+    struct Profile
+    {
+        QDBusObjectPath path;
+        QString uuid;
+        /// Seconds since 1970 of its last use; 0 for never.
+        qulonglong lastUsed = 0;
+        /// A device that it could be brought up on, whether that is in use or not; "/" or empty for
+        /// none.
+        QDBusObjectPath device;
+    };
+    /// A profile that is being used, or is on its way there.
+    struct Connection
+    {
+        QDBusObjectPath path;
+        QString uuid;
+        bool isUp = false;
+        /// It leads to the rest of the world.
+        bool isDefault = false;
+    };
+
+    const Profile *profile(const QString &uuid) const;
+    const Connection *connection(const QString &uuid) const;
+    /// What the computer is connected by, or is about to be; null when it is not connected.
+    const Connection *bestConnection() const;
+    /// The profile that was used last of those that could be brought up; null when there is none.
+    const Profile *bestProfile() const;
+
+    QList<Profile> profiles;
+    QList<Connection> connections;
+};
+
+/// Asks NetworkManager for a snapshot, once. It deletes itself when it is done.
+class NetworkSnapshotRequest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NetworkSnapshotRequest(QObject *parent);
+
+signals:
+    void succeeded(const NetworkSnapshot &snapshot);
+    /// There is no NetworkManager, or it does not tell.
+    void failed();
+
+private:
+    void readObjects(const QDBusMessage &reply);
+    void readSettings(qsizetype index, const QDBusMessage &reply);
+    void finish();
+    void fail();
+
+    NetworkSnapshot snapshot;
+    qsizetype settingsAwaited = 0;
+};
+
+/// One network to connect by.
+class QNetworkConfiguration
+{
+public:
+    enum Type { InternetAccessPoint, ServiceNetwork, UserChoice, Invalid };
+    enum StateFlag { Undefined = 0x1, Defined = 0x2, Discovered = 0x6, Active = 0xe };
+    Q_DECLARE_FLAGS(StateFlags, StateFlag)
+
+    QNetworkConfiguration() = default;
+    QNetworkConfiguration(Type configurationType, const QString &configurationIdentifier,
+                          StateFlags stateFlags);
+
+    Type type() const;
+    /// NetworkManager's uuid of the profile; empty for the user's choice.
+    QString identifier() const;
+    StateFlags state() const;
+
+private:
+    Type kind = Invalid;
+    QString uuid;
+    StateFlags flags = Undefined;
+};
+
+/// Knows the networks as of its last update.
+class QNetworkConfigurationManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Capability { CanStartAndStopInterfaces = 0x1, NetworkSessionRequired = 0x40 };
+    Q_DECLARE_FLAGS(Capabilities, Capability)
+
+    explicit QNetworkConfigurationManager(QObject *parent = nullptr);
+
+    /// Looks what there is; updateCompleted() follows, if anything answers.
+    void updateConfigurations();
+
+    Capabilities capabilities() const;
+    /// Invalid for an identifier that nothing is known of.
+    QNetworkConfiguration configurationFromIdentifier(const QString &identifier) const;
+    /// Leaves the choice to what is connected, or was used last.
+    QNetworkConfiguration defaultConfiguration() const;
+
+signals:
+    void updateCompleted();
+
+private:
+    Capabilities abilities;
+    NetworkSnapshot snapshot;
+};
+
+/// Brings a network up. A computer that is connected stays connected as it is, and the session then
+/// is of the network it has.
+class QNetworkSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit QNetworkSession(const QNetworkConfiguration &configuration, QObject *parent = nullptr);
+
+    /// opened() follows when the network is up. When it cannot be brought up, nothing does.
+    void open();
+
+    /// What the session is of; once it is open, what it really uses.
+    QNetworkConfiguration configuration() const;
+    /// "UserChoiceConfiguration" is the identifier of what is really used, when the configuration
+    /// left the choice open.
+    QVariant sessionProperty(const QString &key) const;
+
+signals:
+    void opened();
+
+private slots:
+    void connectionStateChanged(uint state);
+
+private:
+    void choose(const NetworkSnapshot &snapshot);
+    void follow(const QDBusObjectPath &connection);
+
+    QNetworkConfiguration config;
+    /// Uuid of the profile being used.
+    QString used;
+    bool isOpen = false;
+};
