@@ -260,8 +260,11 @@ void ShopWindow::layOutHiddenPages()
 /// Does what every way to a page, or from one, has in common.
 void ShopWindow::pageChanged(int page)
 {
-    // A wait belongs to the page that began it; the waiting page only shows it.
-    if (page != PageWaiting)
+    // A wait belongs to the page that began it. The waiting page only shows it, and a message about
+    // coordinates leads back to where they are awaited.
+    const bool waitGoesOn = page == PageWaiting || page == PageCoordinates ||
+                            (page == PageMessage && messageReturnPage == PageCoordinates);
+    if (!waitGoesOn)
         endWaiting();
     if (page == PageTracking)
         nameTrackingChoices();

@@ -29,7 +29,8 @@ Coordinates::Sexagesimal Coordinates::toSexagesimal(double degrees)
     const double value = std::abs(degrees);
     const double whole = std::trunc(value);
     const double rest = value - whole;
-    const double minutes = std::trunc(rest * minutesPerDegree + noise);
+    const double minutes =
+        std::min(std::trunc(rest * minutesPerDegree + noise), minutesPerDegree - 1);
     const double seconds = std::max(0.0, (rest - minutes / minutesPerDegree) * secondsPerDegree);
     return {.isNegative = degrees < 0,
             .degrees = QString::number(whole, 'f', 0),

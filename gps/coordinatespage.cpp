@@ -88,14 +88,26 @@ void AxisFields::decimalToSexagesimal() const
     seconds->setValue(angle.seconds);
 }
 
+Coordinates::Sexagesimal AxisFields::sexagesimal() const
+{
+    return {.isNegative = hemisphere->text() != positive,
+            .degrees = degrees->value(),
+            .minutes = minutes->value(),
+            .seconds = seconds->value()};
+}
+
+bool AxisFields::sexagesimalDiffers() const
+{
+    return Coordinates::fromSexagesimal(sexagesimal()) !=
+           Coordinates::fromSexagesimal(Coordinates::toSexagesimal(value()));
+}
+
 void AxisFields::sexagesimalToDecimal() const
 {
-    const double degreesOfAngle =
-        Coordinates::fromSexagesimal({.isNegative = hemisphere->text() != positive,
-                                      .degrees = degrees->value(),
-                                      .minutes = minutes->value(),
-                                      .seconds = seconds->value()});
-    decimal->setValue(Coordinates::decimalText(degreesOfAngle));
+    // A value that the person could not even see is not rounded behind their back.
+    if (decimal->hidesValue() && !sexagesimalDiffers())
+        return;
+    decimal->setValue(Coordinates::decimalText(Coordinates::fromSexagesimal(sexagesimal())));
 }
 
 void AxisFields::switchHemisphere() const
@@ -154,6 +166,8 @@ void ShopWindow::buildCoordinatesPage()
     column->addWidget(p.views, 1);
     column->addWidget(p.set);
     p.contents->addLayout(column, 1);
+    Frames::setTabOrder({p.gpsButton, p.editButton, p.mapButton, p.help, p.back, p.getFromGps,
+                         p.tabs, p.map, p.set});
 
     connect(p.gpsButton, &QPushButton::clicked, this, &ShopWindow::showGpsGetPage);
     connect(p.editButton, &QPushButton::clicked, this, &ShopWindow::showGpsEditPage);
@@ -214,6 +228,7 @@ void ShopWindow::buildCoordinatesEditView()
         axis.seconds = maskedField(prefix + u"Seconds"_s, secondsMask, name, tr("seconds"));
         axis.hemisphere = new QPushButton(axis.positive);
         axis.hemisphere->setObjectName(prefix + u"Hemisphere"_s);
+        axis.hemisphere->setAccessibleDescription(name);
         auto *row = new QHBoxLayout;
         row->setSpacing(2); // pixels; units belong to their numbers
         row->addWidget(axis.degrees, 2);
@@ -290,6 +305,7 @@ void ShopWindow::saveEnteredGps()
         const double latitude = p.latitude.value();
         const double longitude = p.longitude.value();
         if (!Coordinates::isPlace(latitude, longitude)) {
+            storeCoordsSet = false;
             showMessage(tr("Coordinates are out of range"),
                         tr("Latitude goes from -90 to 90 degrees, longitude from -180 to 180."),
                         u":/img/warning_r.svg"_s, PageCoordinates);
@@ -356,6 +372,13 @@ void ShopWindow::showGpsMapPage()
 {
     const CoordinatesPage &p = coordinatesPage;
     endWaiting();
+    if (p.views->currentIndex() == CoordinatesPage::EditView &&
+        p.tabs->currentIndex() == CoordinatesPage::SexagesimalTab) {
+        for (const AxisFields *axis : {&p.latitude, &p.longitude}) {
+            if (axis->sexagesimalDiffers())
+                axis->sexagesimalToDecimal();
+        }
+    }
     // Before the map shows, so that it fetches no tiles of another place.
     if (storeCoordsSet || coordsShown) {
         mapCenterByEdited();
@@ -408,6 +431,8 @@ void ShopWindow::mapCenterByEdited()
 
 void ShopWindow::mapCenterByGps()
 {
+    if (!gpsEnabled)
+        return;
     if (!waitForPosition(&ShopWindow::updateMapCenter))
         updateMapCenter();
 }

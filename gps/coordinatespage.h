@@ -24,9 +24,14 @@ struct AxisFields
     void clear() const;
     void decimalToSexagesimal() const;
     void sexagesimalToDecimal() const;
+    /// The sexagesimal fields hold another angle than the decimal one would be written as.
+    bool sexagesimalDiffers() const;
     void switchHemisphere() const;
     /// What stands in the decimal field; 0 when that is no number.
     double value() const;
+
+private:
+    Coordinates::Sexagesimal sexagesimal() const;
 };
 
 /// Coordinates of a store: from the GPS, typed, or from the map. "Set" takes them.

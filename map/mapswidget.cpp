@@ -50,6 +50,28 @@ QString translated(const char *text)
     return QCoreApplication::translate("ShopWindow", text);
 }
 
+/// A menu that opens under a finger which is still down: lifting it chooses nothing.
+class HeldMenu : public QMenu
+{
+public:
+    using QMenu::QMenu;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        wasPressed = true;
+        QMenu::mousePressEvent(event);
+    }
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        if (wasPressed)
+            QMenu::mouseReleaseEvent(event);
+    }
+
+private:
+    bool wasPressed = false;
+};
+
 } // namespace
 
 MapsWidget::MapsWidget(QWidget *parent)
@@ -274,7 +296,7 @@ void MapsWidget::openMenu()
     tapTimer.stop();
     if (menu)
         menu->close();
-    menu = new QMenu(this);
+    menu = new HeldMenu(this);
     menu->setObjectName(u"mapMenu"_s);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setFont(font()); // large enough for a finger

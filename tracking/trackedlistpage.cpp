@@ -69,6 +69,7 @@ void ShopWindow::setupTrackedListPage()
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
     p.buttons->addWidget(p.ok, 1);
+    Frames::setTabOrder({p.listButton, p.mapButton, p.back, p.help, p.list, p.map, p.ok});
 
     connect(p.listButton, &QPushButton::clicked, this, &ShopWindow::trackingListShow);
     connect(p.mapButton, &QPushButton::clicked, this, &ShopWindow::trackingMapShow);

@@ -1,0 +1,181 @@
+# SPDX-License-Identifier: MIT
+"""A real NetworkManager on a system bus of its own, with cables that lead nowhere. It needs the
+namespace that enter_namespace() makes: outside it would take over the network of the machine."""
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+
+from desktop import DEADLINE, PACKAGES, stop, tool, wait_for
+from namespace import is_inside
+
+PACKAGES.update({
+    "NetworkManager": "network-manager",
+    "ip": "iproute2",
+    "nmcli": "network-manager",
+})
+
+BUS = """
+<busconfig>
+  <type>system</type>
+  <listen>unix:path={folder}/bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="method_call"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow receive_sender="*" eavesdrop="true"/>
+  </policy>
+</busconfig>
+"""
+CONFIGURATION = """
+[main]
+plugins=keyfile
+auth-polkit=false
+no-auto-default=*
+dns=none
+rc-manager=unmanaged
+dhcp=internal
+
+[keyfile]
+path={folder}/profiles
+unmanaged-devices=interface-name:*-peer
+
+[connectivity]
+enabled=false
+"""
+# Fresh and read-only, /sys shows the devices of this namespace, and nobody waits for a udev to
+# announce them. The others are where NetworkManager keeps things whatever it is told; all of /run,
+# since a folder in it is not there before the first start.
+MOUNTS = {
+    "/sys": "sysfs",
+    "/run": "tmpfs",
+    "/etc/NetworkManager": "tmpfs",
+    "/var/lib/NetworkManager": "tmpfs",
+}
+
+
+class NetworkManager:
+    def __init__(self):
+        if not is_inside():
+            raise RuntimeError("a NetworkManager for tests runs only in a namespace of its own")
+        tool("NetworkManager")  # its package brings folders that are mounted over
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-network-"))
+        self.address = f"unix:path={self.folder}/bus"
+        self.environment = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address, LC_ALL="C.UTF-8")
+        self.log = self.folder / "log"
+        self.links = []
+        self.mounts = []
+        self.bus = self.process = None
+        try:
+            for place, kind in MOUNTS.items():
+                options = "ro" if kind == "sysfs" else "mode=755"
+                self.run("mount", "-t", kind, "-o", options, kind, place)
+                self.mounts.append(place)
+            (self.folder / "profiles").mkdir()
+            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
+            (self.folder / "main.conf").write_text(CONFIGURATION.format(folder=self.folder))
+            self.bus = subprocess.Popen(
+                [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
+                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            wait_for("the system bus", (self.folder / "bus").exists)
+            self.start()
+        except BaseException:
+            self.stop()
+            raise
+
+    def start(self):
+        # --debug: it stays no daemon, and logs to its output rather than to the machine's log.
+        with open(self.log, "a") as log:
+            self.process = subprocess.Popen(
+                [tool("NetworkManager"), "--debug", f"--config={self.folder}/main.conf",
+                 f"--config-dir={self.folder}/none", f"--system-config-dir={self.folder}/none",
+                 f"--intern-config={self.folder}/intern.conf", f"--state-file={self.folder}/state",
+                 f"--pid-file={self.folder}/pid"],
+                env=self.environment, stdout=log, stderr=log)
+        wait_for("NetworkManager", self.is_ready)
+
+    def is_ready(self):
+        if self.process.poll() is not None:
+            raise RuntimeError(f"NetworkManager ended with {self.process.returncode}:\n"
+                               + self.log.read_text()[-2000:])
+        try:
+            return self.nmcli("-g", "STARTUP", "general") == "started"
+        except RuntimeError:
+            return False  # nobody there yet
+
+    def run(self, program, *arguments):
+        """What a program prints; that it fails is an error that shows what it complained about."""
+        done = subprocess.run([program, *arguments], env=self.environment, text=True, check=False,
+                              stdin=subprocess.DEVNULL, capture_output=True)
+        if done.returncode != 0:
+            raise RuntimeError(f"{program} {' '.join(arguments)}: {done.stderr.strip()}")
+        return done.stdout.strip()
+
+    def nmcli(self, *arguments):
+        return self.run(tool("nmcli"), "--wait", str(DEADLINE), *arguments)
+
+    def ip(self, *arguments):
+        return self.run(tool("ip"), *arguments)
+
+    def add_link(self, name):
+        """A network card with a cable in it: something is at the other end, but nothing answers."""
+        self.ip("link", "add", "name", name, "type", "veth", "peer", "name", f"{name}-peer")
+        self.links.append(name)
+        self.ip("link", "set", f"{name}-peer", "up")
+        self.ip("link", "set", name, "up")
+        wait_for(f"NetworkManager to manage {name}", lambda: self.state(name) == "disconnected")
+
+    def state(self, name):
+        """The state of a link, in the words of NetworkManager."""
+        states = self.nmcli("-g", "DEVICE,STATE", "device").splitlines()
+        return dict(line.split(":", 1) for line in states).get(name)
+
+    def plug(self, name, is_plugged):
+        """Puts the cable of a link in or pulls it out."""
+        self.ip("link", "set", f"{name}-peer", "up" if is_plugged else "down")
+
+    def add_profile(self, name, device, address, autoconnect=False):
+        """A profile with a fixed address, such as 10.0.0.1/24. Returns its uuid."""
+        self.nmcli("connection", "add", "type", "ethernet", "con-name", name, "ifname", device,
+                   "autoconnect", "yes" if autoconnect else "no", "ipv4.method", "manual",
+                   "ipv4.addresses", address, "ipv6.method", "disabled")
+        return self.nmcli("-g", "connection.uuid", "connection", "show", "id", name)
+
+    def up(self, name):
+        self.nmcli("connection", "up", "id", name)
+
+    def down(self, name):
+        self.nmcli("connection", "down", "id", name)
+
+    def delete(self, name):
+        self.nmcli("connection", "delete", "id", name)
+
+    def active(self):
+        """The uuids of the profiles that are activated. NetworkManager makes one for the loopback
+        by itself; that does not count."""
+        lines = self.nmcli("-g", "UUID,TYPE,STATE", "connection", "show", "--active").splitlines()
+        rows = [line.split(":") for line in lines]
+        return {uuid for uuid, kind, state in rows if state == "activated" and kind != "loopback"}
+
+    def kill(self):
+        """Ends NetworkManager at once and without a farewell; the links stay as they are."""
+        self.process.kill()
+        self.process.wait()
+
+    def restart(self):
+        stop(self.process)
+        self.start()
+
+    def stop(self):
+        for process in (self.process, self.bus):
+            if process is not None:
+                stop(process)
+        for name in self.links:
+            if pathlib.Path("/sys/class/net", name).exists():
+                self.ip("link", "delete", name)
+        for place in reversed(self.mounts):
+            self.run("umount", "--lazy", place)
+        shutil.rmtree(self.folder, ignore_errors=True)

@@ -1,0 +1,383 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+#include <limits>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include "gps/coordinates.h"
+#include "widgets/maskedfield.h"
+
+class TestCoordinates : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anglesAreTakenApart_data();
+    void anglesAreTakenApart();
+    void anglesArePutTogether_data();
+    void anglesArePutTogether();
+    void nothingIsOffByMoreThanHalfADigit();
+    void texts();
+    void placesOnEarth_data();
+    void placesOnEarth();
+    void equalCoordinates_data();
+    void equalCoordinates();
+    void fieldShowsWhatItsMaskHolds_data();
+    void fieldShowsWhatItsMaskHolds();
+    void whatIsTypedCounts();
+    void commaIsAPoint();
+    void commaOfAnInputMethodIsAPoint();
+    void typingStartsAtTheFirstPlace();
+    void refusedKeysChangeNothing();
+    void signIsPutToDigits();
+    void typingAfterTabReplaces();
+    void numbersArePastedWhole_data();
+    void numbersArePastedWhole();
+    void tooManyDigitsAreRefused();
+    void nothingIsUndone();
+};
+
+void TestCoordinates::anglesAreTakenApart_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<bool>("isNegative");
+    QTest::addColumn<QStringList>("parts");
+    const auto add = [](const char *name, double value, bool isNegative, const char *degrees,
+                        const char *minutes, const char *seconds) {
+        QTest::newRow(name) << value << isNegative << QStringList{degrees, minutes, seconds};
+    };
+    add("rounded seconds", 55.755833, false, "55", "45", "21.00");
+    add("south", -33.5, true, "33", "30", "0.00");
+    add("zero", 0, false, "0", "0", "0.00");
+    add("less than a second", 0.0001, false, "0", "0", "0.36");
+    add("less than zero", -0.0001, true, "0", "0", "0.36");
+    add("no more than six minutes", 10.1, false, "10", "6", "0.00");
+    add("nor less", 10.7, false, "10", "42", "0.00");
+    add("almost the next minute", 10.999999, false, "10", "59", "60.00");
+    add("almost ten", 9.999999999999, false, "9", "59", "60.00");
+    add("far west", -122.41942, true, "122", "25", "9.91");
+}
+
+void TestCoordinates::anglesAreTakenApart()
+{
+    QFETCH(double, value);
+    QFETCH(bool, isNegative);
+    QFETCH(QStringList, parts);
+    const Coordinates::Sexagesimal angle = Coordinates::toSexagesimal(value);
+    QCOMPARE(angle.isNegative, isNegative);
+    QCOMPARE((QStringList{angle.degrees, angle.minutes, angle.seconds}), parts);
+}
+
+void TestCoordinates::anglesArePutTogether_data()
+{
+    QTest::addColumn<QStringList>("parts");
+    QTest::addColumn<bool>("isNegative");
+    QTest::addColumn<QString>("decimal");
+    QTest::newRow("rounded") << QStringList{"55", "45", "21.00"} << false << "55.755833";
+    QTest::newRow("south") << QStringList{"33", "30", "0.00"} << true << "-33.500000";
+    QTest::newRow("degrees only") << QStringList{"7", "", ""} << false << "7.000000";
+    QTest::newRow("minutes only") << QStringList{"", "30", ""} << true << "-0.500000";
+    QTest::newRow("seconds only") << QStringList{"", "", "36"} << false << "0.010000";
+    QTest::newRow("nothing, south") << QStringList{"", "", "."} << true << "0.000000";
+    QTest::newRow("more than a minute") << QStringList{"1", "99", "99.99"} << false << "2.677775";
+}
+
+void TestCoordinates::anglesArePutTogether()
+{
+    QFETCH(QStringList, parts);
+    QFETCH(bool, isNegative);
+    QFETCH(QString, decimal);
+    QCOMPARE(Coordinates::decimalText(
+                 Coordinates::fromSexagesimal({isNegative, parts.at(0), parts.at(1), parts.at(2)})),
+             decimal);
+}
+
+void TestCoordinates::nothingIsOffByMoreThanHalfADigit()
+{
+    QRandomGenerator random(20261121);
+    const double halfASecondDigit = 0.005 / 3600;
+    const double halfADecimal = 0.0000005;
+    const double noise = 1e-11;
+    for (int round = 0; round < 100000; ++round) {
+        double value = random.bounded(360.0) - 180;
+        if (round % 3 == 0) // what fields with six decimals hold
+            value = std::round(value * 1e6) / 1e6;
+        if (round % 5 == 0) // whole minutes
+            value = std::round(value * 60) / 60;
+        const Coordinates::Sexagesimal angle = Coordinates::toSexagesimal(value);
+        QVERIFY(angle.minutes.toInt() >= 0 && angle.minutes.toInt() < 60);
+        QVERIFY(angle.seconds.toDouble() >= 0 && angle.seconds.toDouble() <= 60);
+        QVERIFY(!angle.seconds.startsWith('-'));
+        const double back = Coordinates::fromSexagesimal(angle);
+        QVERIFY2(std::abs(back - value) <= halfASecondDigit + noise,
+                 qPrintable(QString::number(value, 'f', 12)));
+        QVERIFY(std::abs(Coordinates::decimalText(back).toDouble() - back) <= halfADecimal + noise);
+    }
+}
+
+void TestCoordinates::texts()
+{
+    QCOMPARE(Coordinates::text(59.913822F), "59.913822");
+    QCOMPARE(Coordinates::text(-0.5F), "-0.5");
+    QCOMPARE(Coordinates::text(20), "20");
+    QCOMPARE(Coordinates::text(0.000012F), "1.2e-05");
+    QCOMPARE(Coordinates::number("12.5"), 12.5);
+    QCOMPARE(Coordinates::number("."), 0.0);
+    QCOMPARE(Coordinates::number("rubbish"), 0.0);
+}
+
+void TestCoordinates::placesOnEarth_data()
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    QTest::addColumn<double>("latitude");
+    QTest::addColumn<double>("longitude");
+    QTest::addColumn<bool>("isPlace");
+    QTest::newRow("corner") << 90.0 << -180.0 << true;
+    QTest::newRow("beyond the pole") << -90.000001 << 0.0 << false;
+    QTest::newRow("beyond the date line") << 0.0 << 180.000001 << false;
+    QTest::newRow("no numbers") << nan << nan << false;
+    QTest::newRow("infinite") << 0.0 << std::numeric_limits<double>::infinity() << false;
+}
+
+void TestCoordinates::placesOnEarth()
+{
+    QFETCH(double, latitude);
+    QFETCH(double, longitude);
+    QFETCH(bool, isPlace);
+    QCOMPARE(Coordinates::isPlace(latitude, longitude), isPlace);
+}
+
+void TestCoordinates::equalCoordinates_data()
+{
+    QTest::addColumn<float>("latitude");
+    QTest::addColumn<float>("longitude");
+    QTest::addColumn<bool>("areEqual");
+    QTest::newRow("nothing") << 0.0F << 0.0F << true;
+    QTest::newRow("the same") << 10.5F << 10.5F << true;
+    // (10.5 + 1) / 100,000 is 0.000115.
+    QTest::newRow("almost the same") << 10.5F << 10.5001F << true;
+    QTest::newRow("not quite") << 10.5F << 10.5002F << false;
+    QTest::newRow("almost nothing") << 0.000005F << -0.000004F << true;
+    QTest::newRow("little") << 0.00002F << 0.0F << false;
+    QTest::newRow("other sign") << 10.5F << -10.5F << false;
+}
+
+void TestCoordinates::equalCoordinates()
+{
+    QFETCH(float, latitude);
+    QFETCH(float, longitude);
+    QFETCH(bool, areEqual);
+    QCOMPARE(Coordinates::areEqual(latitude, longitude), areEqual);
+}
+
+void TestCoordinates::fieldShowsWhatItsMaskHolds_data()
+{
+    QTest::addColumn<QString>("mask");
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("shown");
+    const QString decimal = "#00.000000";
+    QTest::newRow("decimal") << decimal << "55.755833"
+                             << "55.755833";
+    QTest::newRow("negative") << decimal << "-33.5"
+                              << "-33.5";
+    QTest::newRow("one digit") << decimal << "5.25"
+                               << "5.25";
+    QTest::newRow("negative digit") << decimal << "-5.25"
+                                    << "-5.25";
+    QTest::newRow("whole") << decimal << "20"
+                           << "20.";
+    QTest::newRow("three digits") << decimal << "122.41942"
+                                  << "122.41942";
+    QTest::newRow("too far west") << decimal << "-122.41942"
+                                  << ".";
+    QTest::newRow("999 and more") << decimal << "1234.5"
+                                  << ".";
+    QTest::newRow("tiny") << decimal << "1.2e-05"
+                          << ".";
+    QTest::newRow("more decimals") << decimal << "2.3522219"
+                                   << "2.352222";
+    QTest::newRow("more decimals, carried") << decimal << "9.9999999"
+                                            << "10.000000";
+    QTest::newRow("rubbish") << decimal << "rubbish"
+                             << ".";
+    QTest::newRow("not a number") << decimal << "nan"
+                                  << ".";
+    QTest::newRow("nothing") << decimal << ""
+                             << ".";
+    QTest::newRow("degrees") << "00"
+                             << "7"
+                             << "7";
+    QTest::newRow("too many degrees") << "00"
+                                      << "137"
+                                      << "";
+    QTest::newRow("seconds") << "00.00"
+                             << "5.10"
+                             << "5.10";
+    QTest::newRow("sixty seconds") << "00.00"
+                                   << "60.00"
+                                   << "60.00";
+}
+
+void TestCoordinates::fieldShowsWhatItsMaskHolds()
+{
+    QFETCH(QString, mask);
+    QFETCH(QString, given);
+    QFETCH(QString, shown);
+    MaskedField field(mask);
+    field.setValue("11");
+    field.setValue(given);
+    QCOMPARE(field.text(), shown);
+    QCOMPARE(field.value(), given.isEmpty() ? shown : given);
+    // Digits end at the mask's point.
+    const auto point = field.displayText().indexOf('.');
+    if (mask.contains('.'))
+        QCOMPARE(point, mask.indexOf('.'));
+}
+
+void TestCoordinates::whatIsTypedCounts()
+{
+    MaskedField field("#00.000000");
+    field.setValue("-122.41942");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "-12.5");
+    QCOMPARE(field.value(), "-12.5");
+    // Also when it is nothing.
+    field.setValue("-122.41942");
+    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&field, "7");
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    QCOMPARE(field.value(), ".");
+}
+
+void TestCoordinates::commaIsAPoint()
+{
+    MaskedField field("#00.000000");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "5,25");
+    QCOMPARE(field.text(), "5.25");
+}
+
+void TestCoordinates::commaOfAnInputMethodIsAPoint()
+{
+    MaskedField field("#00.000000");
+    QTest::keyClick(&field, Qt::Key_Home);
+    for (const char *key : {"5", ",", "2"}) {
+        QInputMethodEvent event;
+        event.setCommitString(key);
+        QCoreApplication::sendEvent(&field, &event);
+    }
+    QCOMPARE(field.text(), "5.2");
+}
+
+void TestCoordinates::typingStartsAtTheFirstPlace()
+{
+    MaskedField field("#00.000000");
+    field.resize(300, 40);
+    field.show();
+    QTest::mouseClick(&field, Qt::LeftButton, {}, QPoint(150, 20));
+    QTest::keyClicks(&field, "55.5");
+    QCOMPARE(field.text(), "55.5");
+}
+
+void TestCoordinates::refusedKeysChangeNothing()
+{
+    MaskedField field("#00.000000");
+    field.setValue("-122.41942");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "x.,");
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    QCOMPARE(field.value(), "-122.41942");
+    field.setValue("2.3522219");
+    QTest::keyClicks(&field, "x");
+    QCOMPARE(field.value(), "2.3522219");
+}
+
+void TestCoordinates::signIsPutToDigits()
+{
+    MaskedField field("#00.000000");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "33.5");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "-");
+    QCOMPARE(field.value(), "-33.5");
+    QTest::keyClicks(&field, "-");
+    QCOMPARE(field.value(), "-33.5");
+    QTest::keyClicks(&field, "+");
+    QCOMPARE(field.value(), "33.5");
+    // There is no place for the sign of three digits.
+    field.setValue("122.5");
+    QTest::keyClicks(&field, "-");
+    QCOMPARE(field.value(), "122.5");
+    // It replaces what is selected, as any key does.
+    field.selectAll();
+    QTest::keyClicks(&field, "-7");
+    QCOMPARE(field.value(), "-7.");
+}
+
+void TestCoordinates::typingAfterTabReplaces()
+{
+    QWidget window;
+    auto *first = new MaskedField("#00.000000", &window);
+    auto *second = new MaskedField("#00.000000", &window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    first->setFocus();
+    second->setValue("10.738741");
+    QTest::keyClick(first, Qt::Key_Tab);
+    QVERIFY(second->hasFocus());
+    QTest::keyClicks(second, "1.5");
+    QCOMPARE(second->value(), "1.5");
+}
+
+void TestCoordinates::numbersArePastedWhole_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("point") << "10.738741"
+                           << "10.738741";
+    QTest::newRow("comma and blanks") << " -10,738741\n"
+                                      << "-10.738741";
+    QTest::newRow("more than there is room for") << "-122.41942"
+                                                 << "7.5";
+    QTest::newRow("no number") << "10.5 N"
+                               << "7.5";
+    QTest::newRow("nothing") << ""
+                             << "7.5";
+}
+
+void TestCoordinates::numbersArePastedWhole()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, value);
+    MaskedField field("#00.000000");
+    field.setValue("7.5");
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keySequence(&field, QKeySequence::Paste);
+    QCOMPARE(field.value(), value);
+    QCOMPARE(field.text(), value);
+}
+
+void TestCoordinates::tooManyDigitsAreRefused()
+{
+    MaskedField field("#00.000000");
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "-122");
+    QCOMPARE(field.value(), "-12.");
+    QTest::keyClicks(&field, ".25");
+    QCOMPARE(field.value(), "-12.25");
+}
+
+void TestCoordinates::nothingIsUndone()
+{
+    MaskedField field("#00.000000");
+    field.setValue("55.5");
+    field.setValue("");
+    QTest::keySequence(&field, QKeySequence::Undo);
+    QCOMPARE(field.value(), ".");
+}
+
+QTEST_MAIN(TestCoordinates)
+#include "tst_coordinates.moc"

@@ -1,0 +1,541 @@
+// SPDX-License-Identifier: MIT
+#include <memory>
+
+#include <QAction>
+#include <QApplication>
+#include <QMenu>
+#include <QPainter>
+#include <QPointingDevice>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QtTest>
+#include <QVBoxLayout>
+
+#include "map/mapswidget.h"
+#include "map/webmercator.h"
+#include "tests/support/testhome.h"
+#include "tests/support/tilehost.h"
+
+static void initPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+
+/// A map that tells what it paints, and has a magnifier.
+class Map : public MapsWidget
+{
+public:
+    using MapsWidget::magnifierPos;
+    using MapsWidget::zoomed;
+
+    QRegion painted;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        painted += event->region();
+        MapsWidget::paintEvent(event);
+    }
+};
+
+class TestMapsWidget : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        initPictures();
+        device.reset(QTest::createTouchDevice());
+    }
+    void init();
+    void cleanup();
+
+    void pressHeldOpensTheMenu();
+    void shortTapOpensTheMenu();
+    void pressThatHardlyMovesOpensTheMenu();
+    void pressThatMovesDrags_data();
+    void pressThatMovesDrags();
+    void newPressStartsAnew();
+    void otherButtonsDoNothing();
+    void fingerDoesWhatTheMouseDoes();
+    void releaseOfTheOpeningPressChoosesNothing();
+    void menuOfTheEntryOfCoordinates();
+    void menuOfTracking();
+    void menuByKeyboard();
+    void menuGoesWithTheMap();
+    void tapTimerGoesWithTheMap();
+    void setCoordsInTheMiddleIsTheCentre();
+    void setCoordsElsewhere();
+    void keysMoveTheView_data();
+    void keysMoveTheView();
+    void magnifier();
+    void modesLookAtDifferentZooms();
+    void tilesAreFetchedWhileSomebodySeesIt();
+    void noTilesOfThePlaceBefore();
+    void focusComesWithTheMap();
+    void onlyWhatChangedIsPainted();
+    void attributionIsLegible_data();
+    void attributionIsLegible();
+    void nightModePaintsTheSame();
+
+private:
+    QMenu *menu() const
+    {
+        return map->findChild<QMenu *>();
+    }
+    static QStringList entries(const QMenu *menu);
+    /// How far the centre has moved, in pixels, since the map was shown.
+    QPoint moved() const;
+    void press(const QPoint &position, Qt::MouseButton button = Qt::LeftButton) const;
+    void move(const QPoint &position, Qt::MouseButton button = Qt::LeftButton) const;
+
+    static constexpr int zoom = 16;
+    const QPoint middle{200, 150};
+    std::unique_ptr<QPointingDevice> device;
+    std::unique_ptr<TestHome> home;
+    std::unique_ptr<TileHost> host;
+    std::unique_ptr<Map> map;
+    QPointF before;
+};
+
+void TestMapsWidget::init()
+{
+    home = std::make_unique<TestHome>();
+    host = std::make_unique<TileHost>();
+    qputenv("TROLLEO_TILE_SERVER", host->address());
+    map = std::make_unique<Map>();
+    map->setTrackingMode(false);
+    map->resize(400, 300);
+    map->setCenter(10, 20);
+    map->show();
+    QVERIFY(QTest::qWaitForWindowExposed(map.get()));
+    QTRY_VERIFY(!host->paths.isEmpty());
+    qsizetype count = 0;
+    while (count < host->paths.size()) { // the last one, when none follows
+        count = host->paths.size();
+        QTest::qWait(50);
+    }
+    before = WebMercator::tileForCoordinate(10, 20, zoom);
+}
+
+void TestMapsWidget::cleanup()
+{
+    map.reset();
+    host.reset();
+    home.reset();
+}
+
+QStringList TestMapsWidget::entries(const QMenu *menu)
+{
+    QStringList result;
+    for (const QAction *action : menu->actions())
+        result << (action->isSeparator() ? "---" : action->text());
+    return result;
+}
+
+QPoint TestMapsWidget::moved() const
+{
+    const QPointF now =
+        WebMercator::tileForCoordinate(map->centerLatitude(), map->centerLongitude(), zoom);
+    return ((now - before) * WebMercator::tileExtent).toPoint();
+}
+
+void TestMapsWidget::press(const QPoint &position, Qt::MouseButton button) const
+{
+    QTest::mousePress(map->windowHandle(), button, {}, position);
+}
+
+/// With the button held.
+void TestMapsWidget::move(const QPoint &position, Qt::MouseButton button) const
+{
+    QMouseEvent event(QEvent::MouseMove, position, map->mapToGlobal(position), Qt::NoButton, button,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(map.get(), &event);
+}
+
+void TestMapsWidget::pressHeldOpensTheMenu()
+{
+    QElapsedTimer clock;
+    clock.start();
+    press({120, 80});
+    QTRY_VERIFY(menu());
+    QVERIFY2(clock.elapsed() >= 700 && clock.elapsed() < 900,
+             qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(menu()->isVisible());
+    QCOMPARE(menu()->pos(), map->mapToGlobal(QPoint(120, 80)));
+    QCOMPARE(moved(), QPoint());
+}
+
+void TestMapsWidget::shortTapOpensTheMenu()
+{
+    QElapsedTimer clock;
+    clock.start();
+    QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTRY_VERIFY(menu());
+    QVERIFY(clock.elapsed() >= 700 && clock.elapsed() < 900);
+    // And once.
+    menu()->close();
+    QTRY_VERIFY(!menu());
+    QTest::qWait(800);
+    QVERIFY(!menu());
+}
+
+void TestMapsWidget::pressThatHardlyMovesOpensTheMenu()
+{
+    press(middle);
+    for (const QPoint &by : {QPoint(9, 0), QPoint(-9, 9), QPoint(0, -9)})
+        move(middle + by);
+    QCOMPARE(moved(), QPoint());
+    QTRY_VERIFY(menu());
+    QCOMPARE(menu()->pos(), map->mapToGlobal(middle));
+}
+
+void TestMapsWidget::pressThatMovesDrags_data()
+{
+    QTest::addColumn<QPoint>("by");
+    QTest::newRow("right") << QPoint(10, 0);
+    QTest::newRow("left") << QPoint(-10, 0);
+    QTest::newRow("down") << QPoint(0, 10);
+    QTest::newRow("up") << QPoint(0, -10);
+    QTest::newRow("far") << QPoint(120, -90);
+}
+
+void TestMapsWidget::pressThatMovesDrags()
+{
+    QFETCH(QPoint, by);
+    press(middle);
+    move(middle + by);
+    // The map goes with the finger, so its centre goes the other way.
+    QCOMPARE(moved(), -by);
+    // From then on every pixel counts, also back to where it began.
+    move(middle + by + QPoint(1, 1));
+    QCOMPARE(moved(), -by - QPoint(1, 1));
+    move(middle);
+    QCOMPARE(moved(), QPoint());
+    QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTest::qWait(800);
+    QVERIFY(!menu());
+}
+
+void TestMapsWidget::newPressStartsAnew()
+{
+    QElapsedTimer clock;
+    clock.start();
+    press(middle);
+    QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTest::qWait(400);
+    press({20, 20});
+    QTRY_VERIFY(menu());
+    QVERIFY(clock.elapsed() >= 1100);
+    QCOMPARE(menu()->pos(), map->mapToGlobal(QPoint(20, 20)));
+}
+
+void TestMapsWidget::otherButtonsDoNothing()
+{
+    press(middle, Qt::RightButton);
+    move(middle + QPoint(50, 50), Qt::RightButton);
+    QTest::qWait(800);
+    QVERIFY(!menu());
+    QCOMPARE(moved(), QPoint());
+}
+
+void TestMapsWidget::fingerDoesWhatTheMouseDoes()
+{
+    QTest::touchEvent(map->windowHandle(), device.get()).press(1, middle);
+    QTest::touchEvent(map->windowHandle(), device.get()).move(1, middle + QPoint(40, 20));
+    QTRY_COMPARE(moved(), QPoint(-40, -20));
+    QTest::touchEvent(map->windowHandle(), device.get()).release(1, middle + QPoint(40, 20));
+    QTest::touchEvent(map->windowHandle(), device.get()).press(2, middle);
+    QTest::touchEvent(map->windowHandle(), device.get()).release(2, middle);
+    QTRY_VERIFY(menu());
+}
+
+void TestMapsWidget::releaseOfTheOpeningPressChoosesNothing()
+{
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    press(middle);
+    QTRY_VERIFY(menu());
+    // The finger is above an entry when it is lifted.
+    const QPoint entry = menu()->actionGeometry(menu()->actions().constFirst()).center();
+    QTest::mouseRelease(menu()->windowHandle(), Qt::LeftButton, {}, entry);
+    QTest::qWait(50);
+    QVERIFY(menu() && menu()->isVisible());
+    QCOMPARE(marked.count(), 0);
+    QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {}, entry);
+    QTRY_COMPARE(marked.count(), 1);
+    QTRY_VERIFY(!menu());
+}
+
+void TestMapsWidget::menuOfTheEntryOfCoordinates()
+{
+    QSignalSpy byGps(map.get(), &MapsWidget::centerByGps);
+    QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTRY_VERIFY(menu());
+    QCOMPARE(entries(menu()), (QStringList{"Set Coords", "---", "Center by GPS"}));
+    // Large enough for a finger.
+    map->setFont(QFont());
+    QVERIFY(menu()->font().pointSize() >= map->font().pointSize());
+    QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {},
+                      menu()->actionGeometry(menu()->actions().constLast()).center());
+    QTRY_COMPARE(byGps.count(), 1);
+}
+
+void TestMapsWidget::menuOfTracking()
+{
+    map->setTrackingMode(true);
+    QSignalSpy byStore(map.get(), &MapsWidget::centerByStore);
+    QSignalSpy byGps(map.get(), &MapsWidget::centerByGps);
+    for (int entry : {0, 2}) {
+        QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
+        QTRY_VERIFY(menu());
+        QCOMPARE(entries(menu()), (QStringList{"Goto Store", "---", "Goto Current GPS"}));
+        QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {},
+                          menu()->actionGeometry(menu()->actions().at(entry)).center());
+        QTRY_VERIFY(!menu());
+    }
+    QCOMPARE(byStore.count(), 1);
+    QCOMPARE(byGps.count(), 1);
+}
+
+void TestMapsWidget::menuByKeyboard()
+{
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    // A press elsewhere is not where the mark comes.
+    press({10, 10});
+    QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, {10, 10});
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, map->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(map.get(), &event);
+    QVERIFY(menu());
+    QTest::keyClick(menu(), Qt::Key_Down);
+    QTest::keyClick(menu(), Qt::Key_Return);
+    QTRY_COMPARE(marked.count(), 1);
+    QCOMPARE(marked.first().first().toFloat(), map->centerLatitude());
+    QTest::qWait(800);
+    QVERIFY(!menu());
+}
+
+void TestMapsWidget::menuGoesWithTheMap()
+{
+    press(middle);
+    QTRY_VERIFY(menu());
+    map->hide();
+    QTRY_VERIFY(!menu());
+    // A map that goes altogether takes its menu along.
+    map->show();
+    press(middle);
+    QTRY_VERIFY(menu());
+    const QPointer<QMenu> opened = menu();
+    map.reset();
+    QVERIFY(!opened);
+}
+
+void TestMapsWidget::tapTimerGoesWithTheMap()
+{
+    press(middle);
+    map->hide();
+    QTest::qWait(800);
+    QVERIFY(!menu());
+}
+
+void TestMapsWidget::setCoordsInTheMiddleIsTheCentre()
+{
+    map->setCenter(59.913822F, 10.738741F);
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTRY_VERIFY(menu());
+    menu()->actions().constFirst()->trigger();
+    QCOMPARE(marked.count(), 1);
+    QCOMPARE(marked.first(), (QVariantList{qreal(59.913822F), qreal(10.738741F)}));
+}
+
+void TestMapsWidget::setCoordsElsewhere()
+{
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle + QPoint(64, -32));
+    QTRY_VERIFY(menu());
+    menu()->actions().constFirst()->trigger();
+    QCOMPARE(marked.first().at(0).toFloat(),
+             float(WebMercator::latitudeFromTile(before.y() - 0.125, zoom)));
+    QCOMPARE(marked.first().at(1).toFloat(),
+             float(WebMercator::longitudeFromTile(before.x() + 0.25, zoom)));
+    // The pin stands there: its tip is at that point.
+    const QImage image = map->grab().toImage();
+    int differing = 0;
+    for (int y = 118 - 30; y < 118; ++y)
+        for (int x = 264 - 30; x < 264; ++x)
+            differing += image.pixel(x, y) != image.pixel(264 + 5, 118 + 5);
+    QVERIFY(differing > 50);
+}
+
+void TestMapsWidget::keysMoveTheView_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QPoint>("by");
+    QTest::newRow("left") << Qt::Key_Left << QPoint(-20, 0);
+    QTest::newRow("right") << Qt::Key_Right << QPoint(20, 0);
+    QTest::newRow("up") << Qt::Key_Up << QPoint(0, -20);
+    QTest::newRow("down") << Qt::Key_Down << QPoint(0, 20);
+    QTest::newRow("another") << Qt::Key_Z << QPoint();
+}
+
+void TestMapsWidget::keysMoveTheView()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(QPoint, by);
+    QTest::keyClick(map->windowHandle(), key);
+    QCOMPARE(moved(), by);
+}
+
+void TestMapsWidget::magnifier()
+{
+    const QImage plain = map->grab().toImage();
+    for (const Qt::Key end : {Qt::Key_Z, Qt::Key_Select}) {
+        map->zoomed = true;
+        map->magnifierPos = middle;
+        QVERIFY(map->grab().toImage() != plain);
+        QTest::keyClick(map.get(), Qt::Key_Left);
+        QCOMPARE(map->magnifierPos, middle + QPoint(-15, 0));
+        QTest::keyClick(map.get(), Qt::Key_Down);
+        QCOMPARE(map->magnifierPos, middle + QPoint(-15, 15));
+        QTest::keyClick(map.get(), Qt::Key_Right);
+        QTest::keyClick(map.get(), Qt::Key_Up);
+        QCOMPARE(map->magnifierPos, middle);
+        QTest::keyClick(map.get(), end);
+        QVERIFY(!map->zoomed);
+    }
+    map->zoomed = true;
+    press(middle);
+    move(middle + QPoint(50, 40));
+    QCOMPARE(map->magnifierPos, middle + QPoint(50, 40));
+    QCOMPARE(moved(), QPoint());
+    QTest::qWait(800);
+    QVERIFY(!menu());
+    QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QVERIFY(!map->zoomed);
+}
+
+void TestMapsWidget::modesLookAtDifferentZooms()
+{
+    QVERIFY(host->paths.constLast().startsWith("/16/"));
+    map->setTrackingMode(true);
+    QTRY_VERIFY(host->paths.constLast().startsWith("/14/"));
+}
+
+void TestMapsWidget::tilesAreFetchedWhileSomebodySeesIt()
+{
+    const auto count = host->paths.size();
+    map->hide();
+    map->setCenter(30, 40);
+    map->resize(500, 400);
+    // Turning the window shows every page for a moment.
+    map->setAttribute(Qt::WA_DontShowOnScreen);
+    map->show();
+    map->hide();
+    map->setAttribute(Qt::WA_DontShowOnScreen, false);
+    QTest::qWait(100);
+    QCOMPARE(host->paths.size(), count);
+    map->show();
+    QTRY_VERIFY(host->paths.size() > count);
+}
+
+void TestMapsWidget::noTilesOfThePlaceBefore()
+{
+    map->hide();
+    host->paths.clear();
+    map->show();
+    map->setCenter(30, 40); // right after it is shown
+    QTRY_VERIFY(host->paths.size() >= 9);
+    const QPointF place = WebMercator::tileForCoordinate(30, 40, zoom);
+    for (const QString &path : std::as_const(host->paths))
+        QVERIFY2(std::abs(path.split('/').at(2).toInt() - place.x()) < 4, qPrintable(path));
+}
+
+void TestMapsWidget::focusComesWithTheMap()
+{
+    QWidget window;
+    auto *box = new QVBoxLayout(&window);
+    auto *button = new QPushButton;
+    auto *other = new MapsWidget;
+    other->hide();
+    box->addWidget(button);
+    box->addWidget(other);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    button->setFocus();
+    other->show();
+    QTRY_VERIFY(other->hasFocus());
+    // Not with one that nobody gets to see.
+    other->hide();
+    button->setFocus();
+    other->show();
+    other->hide();
+    QTest::qWait(50);
+    QVERIFY(button->hasFocus());
+}
+
+void TestMapsWidget::onlyWhatChangedIsPainted()
+{
+    QPointer<QTcpSocket> held;
+    QString path;
+    host->answer = [&](QTcpSocket *socket, const QString &asked) {
+        held = socket;
+        path = asked;
+    };
+    press(middle);
+    move(middle - QPoint(600, 0)); // new columns, the rightmost beyond the view
+    QTRY_VERIFY(held);
+    QTest::qWait(50);
+    map->painted = {};
+    // Those beyond the view are not painted at all.
+    for (int sent = 0; sent < 9 && map->painted.isEmpty(); ++sent) {
+        QTRY_VERIFY(held);
+        host->sendTile(std::exchange(held, nullptr), path);
+        QTest::qWait(50);
+    }
+    QVERIFY(!map->painted.isEmpty());
+    const QRect tile = map->painted.boundingRect();
+    QVERIFY2(tile.width() <= 256 && tile.height() <= 256, qPrintable(path));
+}
+
+void TestMapsWidget::attributionIsLegible_data()
+{
+    QTest::addColumn<QColor>("tiles");
+    QTest::newRow("dark") << QColor(Qt::black);
+    QTest::newRow("light") << QColor(Qt::white);
+    QTest::newRow("red") << QColor(Qt::red);
+}
+
+void TestMapsWidget::attributionIsLegible()
+{
+    QFETCH(QColor, tiles);
+    host->answer = [this, &tiles](QTcpSocket *socket, const QString &) {
+        host->finish(socket, TileHost::response(TileHost::picture(tiles)));
+    };
+    map->setCenter(30, 40);
+    QTRY_COMPARE(map->grab().toImage().pixelColor(200, 20), tiles);
+    const QImage image = map->grab().toImage();
+    // At the lower left: dark strokes on a light ground, whatever is below.
+    int dark = 0;
+    int light = 0;
+    for (int y = 286; y < 299; ++y) {
+        for (int x = 4; x < 150; ++x) {
+            const int value = image.pixelColor(x, y).lightness();
+            dark += value < 90;
+            light += value > 180 || (tiles == QColor(Qt::red) && value > 150);
+        }
+    }
+    QVERIFY2(dark > 150, qPrintable(QString::number(dark)));
+    QVERIFY2(light > 800, qPrintable(QString::number(light)));
+}
+
+void TestMapsWidget::nightModePaintsTheSame()
+{
+    const QImage day = map->grab().toImage();
+    map->toggleNightMode();
+    QCOMPARE(map->grab().toImage(), day);
+}
+
+QTEST_MAIN(TestMapsWidget)
+#include "tst_mapswidget.moc"
