@@ -1,0 +1,346 @@
+// SPDX-License-Identifier: MIT
+#include <QAbstractButton>
+#include <QIcon>
+#include <QMenu>
+#include <QScrollBar>
+#include <QSqlDatabase>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "map/mapswidget.h"
+#include "map/webmercator.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+#include "tests/support/tilehost.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+static const QStringList threeStores{
+    "insert into magazin values (1, 'Bakery', null, null), (2, 'Dairy', null, null), "
+    "(3, 'Tools', null, null)",
+    "insert into gpscoord values (1, 10.01, 20, 0), (2, 10.02, 20, 0), (3, 10.03, 20, 0)",
+    "insert into shoplist values (1, 'Bread', 1, 1), (2, 'Milk', 2, 1), (3, 'Nails', 3, 1)",
+};
+static const QVariantMap gpsOn{{"GpsEnabled", true}};
+
+class TestTrackedViews : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void startsWithTheList();
+    void mapAndBackKeepsTheList();
+    void mapShowsPositionAndNearestStore();
+    void mapWithoutAPositionStaysWhereItIs();
+    void viewIsKept();
+    void withGpsOffThereIsNoMap();
+    void everyPositionMovesTheMap();
+    void reminderOnDistancesOfBefore();
+    void nextStoreMovesTheMap();
+    void menuOfTheMap();
+    void listStaysWhereItWasScrolled();
+    void chosenStoreStaysChosen();
+    void noTilesOfTheStartPlace();
+
+private:
+    static TestPositionSource *source()
+    {
+        return TestPositionSource::instance();
+    }
+    /// Looks at the tracked stores from that latitude.
+    static void view(ShopDriver &shop, double latitude)
+    {
+        shop.press("reminderButton");
+        shop.press("viewButton");
+        QCOMPARE(shop.pageIndex(), int(PageWaiting));
+        source()->deliver(latitude, 20);
+        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    }
+    /// Tracks all stores, and looks at them.
+    static void track(ShopDriver &shop, double latitude)
+    {
+        shop.press("reminderButton");
+        shop.press("startButton");
+        source()->deliver(latitude, 20);
+        shop.press("viewButton");
+        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    }
+    static MapsWidget *map(const ShopDriver &shop)
+    {
+        return shop.window->findChild<QWidget *>("trackedListPage")->findChild<MapsWidget *>();
+    }
+    static bool isChecked(const ShopDriver &shop, const char *button)
+    {
+        return shop.find<QAbstractButton>(button)->isChecked();
+    }
+    static void chooseInMenu(const ShopDriver &shop, int entry)
+    {
+        MapsWidget *widget = map(shop);
+        QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {},
+                          widget->mapTo(shop.window.get(), widget->rect().center()));
+        QTRY_VERIFY(widget->findChild<QMenu *>());
+        auto *menu = widget->findChild<QMenu *>();
+        QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
+                          menu->actionGeometry(menu->actions().at(entry)).center());
+        QTRY_VERIFY(!widget->findChild<QMenu *>());
+    }
+    /// Whether something is painted in the square that ends at a point of the map.
+    static bool isMarked(const ShopDriver &shop, const QPoint &tip, int extent)
+    {
+        const QImage image = map(shop)->grab().toImage();
+        int differing = 0;
+        for (int y = tip.y() - extent; y < tip.y(); ++y)
+            for (int x = tip.x() - extent; x < tip.x(); ++x)
+                differing += image.pixelColor(x, y) != QColor(Qt::lightGray);
+        return differing > 50;
+    }
+    /// Where a place lies on the map.
+    static QPoint onMap(const ShopDriver &shop, double latitude, double longitude)
+    {
+        QCoreApplication::processEvents(); // lets the map be laid out
+        const MapsWidget *widget = map(shop);
+        return QPoint(widget->width() / 2, widget->height() / 2) +
+               WebMercator::pixelOffset(latitude, longitude, widget->centerLatitude(),
+                                        widget->centerLongitude(), 14)
+                   .toPoint();
+    }
+};
+
+// The map's own pictures are compiled into a static library.
+static void initPictures()
+{
+    Q_INIT_RESOURCE(pictures);
+}
+
+void TestTrackedViews::initTestCase()
+{
+    // What draws the markers is a plugin as well.
+    initPictures();
+    QVERIFY(!QIcon(":/img/smile.svg").pixmap(20).isNull());
+    // The toolkit's own sources are found no more: one of them offers itself everywhere.
+    QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
+    QCoreApplication::setLibraryPaths({});
+}
+
+void TestTrackedViews::startsWithTheList()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    view(shop, 10);
+    QVERIFY(isChecked(shop, "listViewButton"));
+    QVERIFY(!isChecked(shop, "mapViewButton"));
+    QVERIFY(shop.isEnabled("mapViewButton"));
+    QVERIFY(shop.list()->isVisible());
+    QVERIFY(!map(shop)->isVisible());
+    shop.press("listViewButton");
+    QVERIFY(isChecked(shop, "listViewButton"));
+}
+
+void TestTrackedViews::mapAndBackKeepsTheList()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    view(shop, 10);
+    const QStringList rows = shop.rows();
+    QCOMPARE(rows.size(), 3);
+    shop.press("mapViewButton");
+    QVERIFY(!isChecked(shop, "listViewButton"));
+    QVERIFY(isChecked(shop, "mapViewButton"));
+    QVERIFY(map(shop)->isVisible());
+    QTRY_VERIFY(map(shop)->hasFocus());
+    shop.press("listViewButton");
+    QVERIFY(isChecked(shop, "listViewButton"));
+    QVERIFY(!isChecked(shop, "mapViewButton"));
+    QVERIFY(shop.list()->isVisible());
+    QCOMPARE(shop.rows(), rows);
+}
+
+void TestTrackedViews::mapShowsPositionAndNearestStore()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    view(shop, 10.0085);
+    shop.press("mapViewButton");
+    QCOMPARE(map(shop)->centerLatitude(), 10.0085F);
+    QCOMPARE(map(shop)->centerLongitude(), 20.0F);
+    QVERIFY(isMarked(shop, onMap(shop, 10.0085, 20), 20));
+    QVERIFY(isMarked(shop, onMap(shop, 10.01, 20), 30));
+    QVERIFY(!isMarked(shop, onMap(shop, 10.02, 20), 30));
+}
+
+void TestTrackedViews::mapWithoutAPositionStaysWhereItIs()
+{
+    // A store's coordinates that were taken by hand centre it as well, on no position yet.
+    ShopDriver shop(threeStores, gpsOn);
+    const float start = map(shop)->centerLatitude();
+    QCOMPARE(start, 59.913822F);
+    shop.press("reminderButton");
+    shop.press("viewButton");
+    shop.press("waitingCancelButton");
+    QCOMPARE(map(shop)->centerLatitude(), start);
+}
+
+void TestTrackedViews::viewIsKept()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    view(shop, 10.005);
+    shop.press("mapViewButton");
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    shop.press("viewButton");
+    source()->deliver(10.006, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QVERIFY(map(shop)->isVisible());
+    QVERIFY(isChecked(shop, "mapViewButton"));
+    QVERIFY(!isChecked(shop, "listViewButton"));
+    // It shows the new position.
+    QCOMPARE(map(shop)->centerLatitude(), 10.006F);
+    shop.press("listViewButton");
+    QVERIFY(shop.rows().first().startsWith("Bakery|44"));
+}
+
+void TestTrackedViews::withGpsOffThereIsNoMap()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", false}});
+    shop.press("reminderButton");
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QVERIFY(!shop.isEnabled("mapViewButton"));
+    QVERIFY(shop.list()->isVisible());
+    QCOMPARE(shop.rows(), (QStringList{"Bakery|unknown", "Dairy|unknown", "Tools|unknown"}));
+}
+
+void TestTrackedViews::everyPositionMovesTheMap()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop, 10.004);
+    shop.press("mapViewButton");
+    for (const double latitude : {10.0045, 10.005, 10.0055}) {
+        source()->deliver(latitude, 20.001);
+        QCOMPARE(map(shop)->centerLatitude(), float(latitude));
+        QCOMPARE(map(shop)->centerLongitude(), 20.001F);
+        QVERIFY(isMarked(shop, onMap(shop, latitude, 20.001), 20));
+    }
+}
+
+void TestTrackedViews::reminderOnDistancesOfBefore()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop, 10.005);
+    shop.press("mapViewButton");
+    // The distances stay those of 550 m away.
+    source()->deliver(10.0099, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    shop.press("listViewButton");
+    QVERIFY(shop.rows().first().startsWith("Bakery|55"));
+    source()->deliver(10.0099, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 11."));
+
+    // And a reminder can come of distances that were computed before.
+    ShopDriver other(threeStores, gpsOn);
+    track(other, 10.005);
+    other.press("mapViewButton");
+    other.press("okButton");
+    source()->deliver(10.0095, 20);
+    QCOMPARE(other.pageIndex(), int(PageReminder));
+    other.press("nextButton");
+    other.press("viewButton");
+    QVERIFY(map(other)->isVisible());
+}
+
+void TestTrackedViews::nextStoreMovesTheMap()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop, 10.005);
+    shop.press("mapViewButton");
+    shop.press("okButton");
+    source()->deliver(10.0095, 20);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(map(shop)->centerLatitude(), 10.02F);
+    // In list view it stays where it is.
+    ShopDriver other(threeStores, gpsOn);
+    track(other, 10.005);
+    const float before = map(other)->centerLatitude();
+    source()->deliver(10.0095, 20);
+    other.press("nextButton");
+    QCOMPARE(map(other)->centerLatitude(), before);
+}
+
+void TestTrackedViews::menuOfTheMap()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    view(shop, 10.005);
+    shop.press("mapViewButton");
+    chooseInMenu(shop, 0);
+    QCOMPARE(map(shop)->centerLatitude(), 10.01F);
+    chooseInMenu(shop, 2);
+    QCOMPARE(map(shop)->centerLatitude(), 10.005F);
+}
+
+/// Twenty stores, one north of the other.
+static QStringList manyStores()
+{
+    QStringList statements;
+    for (int id = 1; id <= 20; ++id) {
+        statements
+            << QString("insert into magazin values (%1, 'Store %1', null, null)").arg(id)
+            << QString("insert into gpscoord values (%1, %2, 20, 0)").arg(id).arg(10.0 + 0.01 * id)
+            << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
+    }
+    return statements;
+}
+
+void TestTrackedViews::listStaysWhereItWasScrolled()
+{
+    ShopDriver shop(manyStores(), gpsOn);
+    track(shop, 10);
+    QCoreApplication::processEvents();
+    QScrollBar *bar = shop.list()->verticalScrollBar();
+    QVERIFY(bar->maximum() > 100);
+    bar->setValue(77);
+    source()->deliver(10.0001, 20);
+    QCOMPARE(bar->value(), 77);
+    QCoreApplication::processEvents();
+    QCOMPARE(bar->value(), 77);
+    QCOMPARE(shop.list()->currentRow(), -1);
+}
+
+void TestTrackedViews::chosenStoreStaysChosen()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop, 10.0144);
+    QVERIFY(shop.rows().first().startsWith("Bakery"));
+    shop.list()->setCurrentRow(0);
+    source()->deliver(10.0156, 20); // now nearer to the other
+    QVERIFY(shop.rows().first().startsWith("Dairy"));
+    QCOMPARE(shop.list()->currentRow(), 1);
+    source()->deliver(10.0156, 20);
+    QCOMPARE(shop.list()->currentRow(), 1);
+}
+
+void TestTrackedViews::noTilesOfTheStartPlace()
+{
+    TileHost host;
+    qputenv("TROLLEO_TILE_SERVER", host.address());
+    ShopDriver shop(threeStores, gpsOn);
+    shop.window->resize(480, 800); // turns, and shows every page for a moment
+    QTest::qWait(50);
+    view(shop, 10.005);
+    QTest::qWait(50);
+    QCOMPARE(host.paths, QStringList());
+    shop.press("mapViewButton");
+    QTRY_VERIFY(host.paths.size() > 8);
+    const QPointF tile = WebMercator::tileForCoordinate(10.005, 20, 14);
+    for (const QString &path : std::as_const(host.paths)) {
+        QVERIFY(path.startsWith("/14/"));
+        QVERIFY2(std::abs(path.split('/').at(2).toInt() - tile.x()) < 5, qPrintable(path));
+    }
+    QCOMPARE(host.mostWaiting, 1);
+    qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
+}
+
+QTEST_MAIN(TestTrackedViews)
+#include "tst_trackedviews.moc"
