@@ -237,7 +237,8 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
           &storesPage.turningBoxes, &itemsListPage.turningBoxes, &listEditPage.turningBoxes,
           &shoppingListsPage.turningBoxes, &itemEditPage.turningBoxes, &storeListPage.turningBoxes,
           &storeEditPage.turningBoxes, &categoryListPage.turningBoxes,
-          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &coordinatesPage.turningBoxes})
+          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes,
+          &coordinatesPage.turningBoxes})
         boxes->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
@@ -274,6 +275,15 @@ void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)()) co
 {
     disconnect(button, &QPushButton::clicked, nullptr, nullptr);
     connect(button, &QPushButton::clicked, this, slot);
+}
+
+void ShopWindow::connectView(QPushButton *button, const QStackedWidget *views, int view,
+                             void (ShopWindow::*slot)())
+{
+    connect(button, &QPushButton::toggled, this, [this, views, view, slot](bool on) {
+        if (on != (views->currentIndex() == view))
+            (this->*slot)();
+    });
 }
 
 void ShopWindow::showEditPage(Page page, QWidget *field)

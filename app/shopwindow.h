@@ -272,6 +272,10 @@ private:
 
     /// Lets `button` run `slot` and nothing else: a page that adds and edits has one "Save".
     void connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const;
+    /// Lets `button`, which is checked while `views` shows `view`, run `slot`, which shows it. What
+    /// drives buttons for a screen reader toggles them, and clicks none.
+    void connectView(QPushButton *button, const QStackedWidget *views, int view,
+                     void (ShopWindow::*slot)());
     /// Shows an edit page, ready to type in `field`.
     void showEditPage(Page page, QWidget *field);
 

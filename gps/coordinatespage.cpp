@@ -169,9 +169,9 @@ void ShopWindow::buildCoordinatesPage()
     Frames::setTabOrder({p.gpsButton, p.editButton, p.mapButton, p.help, p.back, p.getFromGps,
                          p.tabs, p.map, p.set});
 
-    connect(p.gpsButton, &QPushButton::clicked, this, &ShopWindow::showGpsGetPage);
-    connect(p.editButton, &QPushButton::clicked, this, &ShopWindow::showGpsEditPage);
-    connect(p.mapButton, &QPushButton::clicked, this, &ShopWindow::showGpsMapPage);
+    connectView(p.gpsButton, p.views, CoordinatesPage::GpsView, &ShopWindow::showGpsGetPage);
+    connectView(p.editButton, p.views, CoordinatesPage::EditView, &ShopWindow::showGpsEditPage);
+    connectView(p.mapButton, p.views, CoordinatesPage::MapView, &ShopWindow::showGpsMapPage);
     connect(p.map, &MapsWidget::markUpdated, this, &ShopWindow::mapMarkUpdated);
     connect(p.map, &MapsWidget::centerByEdited, this, &ShopWindow::mapCenterByEdited);
     connect(p.map, &MapsWidget::centerByGps, this, &ShopWindow::mapCenterByGps);

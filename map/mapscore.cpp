@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <memory>
 
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
@@ -26,6 +27,8 @@ constexpr auto transferLimit = 30s;
 constexpr int mostRedirects = 5;
 /// How far beyond the view tiles are kept.
 constexpr int keptTiles = 2;
+/// Of the tile that a request is for.
+constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
 // Pixels. A marker marks the point at its lower right corner.
 constexpr int storePinExtent = 30;
 constexpr int positionMarkExtent = 20;
@@ -171,7 +174,7 @@ void MapsCore::download()
     if (tile.isNull())
         return;
     url = TileServer::tileUrl(server, zoom, tile);
-    fetch(tile, QNetworkRequest::PreferNetwork);
+    fetch(tile);
 }
 
 /// The topmost missing tile of the rightmost column that misses one, a column and a row beyond the
@@ -191,14 +194,14 @@ QPoint MapsCore::nextTile() const
     return next;
 }
 
-void MapsCore::fetch(const QPoint &tile, int cacheLoadControl)
+void MapsCore::fetch(const QPoint &tile)
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", TileServer::userAgent());
     // Unpacked by the toolkit, a small answer could become a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::User, tile);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, cacheLoadControl);
+    request.setAttribute(zoomAttribute, zoom);
     // A tile server has no business with knowing who comes again.
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
@@ -206,15 +209,12 @@ void MapsCore::fetch(const QPoint &tile, int cacheLoadControl)
     QNetworkReply *reply = manager->get(request);
     // The toolkit stops reading somewhat below this, and does not say so.
     reply->setReadBufferSize(2 * TileImage::largestBody);
-    connect(reply, &QNetworkReply::readyRead, this, [this, reply] { stopWhenTooLarge(reply); });
+    connect(reply, &QNetworkReply::readyRead, this, [reply] {
+        if (reply->bytesAvailable() > TileImage::largestBody)
+            reply->abort();
+    });
     replyInFlight = reply;
     transferTimer.start();
-}
-
-void MapsCore::stopWhenTooLarge(QNetworkReply *reply)
-{
-    if (reply->bytesAvailable() > TileImage::largestBody)
-        reply->abort();
 }
 
 void MapsCore::handleNetworkData(QNetworkReply *reply)
@@ -222,28 +222,52 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     transferTimer.stop();
     reply->deleteLater();
     const QNetworkRequest request = reply->request();
-    const QPoint tile = request.attribute(QNetworkRequest::User).toPoint();
-    QImage image;
-    if (reply->error() == QNetworkReply::NoError) {
-        image = TileImage::read(reply->read(TileImage::largestBody + 1));
-        // What is no picture, a hotspot's page of welcome for example, must not come again from
-        // the cache.
-        if (image.isNull())
-            manager->cache()->remove(request.url());
-    } else if (!fetching) {
-        url.clear();
-        return;
-    } else if (request.attribute(QNetworkRequest::CacheLoadControlAttribute).toInt() !=
-               QNetworkRequest::AlwaysCache) {
-        // An old tile is better than none.
-        fetch(tile, QNetworkRequest::AlwaysCache);
+    const bool isGivenUp = reply->error() != QNetworkReply::NoError && !fetching;
+    if (isGivenUp || request.attribute(zoomAttribute, zoom).toInt() != zoom) {
+        download();
         return;
     }
+    const QPoint tile = request.attribute(QNetworkRequest::User).toPoint();
+    const QImage image = TileImage::read(bodyOf(reply));
+    // What is no picture, a hotspot's page of welcome for example, must not come again from the
+    // cache.
+    if (image.isNull())
+        manager->cache()->remove(request.url());
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
     emit updated(screenRect(tile));
     const QRect kept = tilesRect.adjusted(-keptTiles, -keptTiles, keptTiles, keptTiles);
     tilePixmaps.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
     download();
+}
+
+/// What `reply` brought; when it failed, what the cache has, however old: an old tile is better
+/// than none.
+QByteArray MapsCore::bodyOf(QNetworkReply *reply)
+{
+    const QUrl asked = reply->request().url();
+    if (reply->error() != QNetworkReply::NoError) {
+        const QByteArray cached = cachedBody(asked);
+        return cached.isEmpty() ? cachedBody(reply->url()) : cached;
+    }
+    const QByteArray body = reply->read(TileImage::largestBody + 1);
+    // The cache has it under the address that it came from in the end, and that is asked for only
+    // after the server has redirected to it once more.
+    if (reply->url() != asked) {
+        QNetworkCacheMetaData entry = manager->cache()->metaData(reply->url());
+        entry.setUrl(asked);
+        QIODevice *file = entry.isValid() ? manager->cache()->prepare(entry) : nullptr;
+        if (file) {
+            file->write(body);
+            manager->cache()->insert(file);
+        }
+    }
+    return body;
+}
+
+QByteArray MapsCore::cachedBody(const QUrl &source) const
+{
+    const std::unique_ptr<QIODevice> file(manager->cache()->data(source));
+    return file ? file->read(TileImage::largestBody + 1) : QByteArray();
 }
 
 QRect MapsCore::screenRect(const QPoint &tile) const

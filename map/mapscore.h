@@ -72,8 +72,9 @@ private:
     void moveCenter(double centerLatitude, double centerLongitude);
     void download();
     QPoint nextTile() const;
-    void fetch(const QPoint &tile, int cacheLoadControl);
-    void stopWhenTooLarge(QNetworkReply *reply);
+    void fetch(const QPoint &tile);
+    QByteArray bodyOf(QNetworkReply *reply);
+    QByteArray cachedBody(const QUrl &source) const;
     QRect screenRect(const QPoint &tile) const;
     void drawMarker(QPainter *painter, const QIcon &icon, int extent, float markerLatitude,
                     float markerLongitude) const;

@@ -151,9 +151,9 @@ QPoint MapsWidget::toDevice(const QPoint &position) const
 
 void MapsWidget::fitCore()
 {
-    const qreal ratio = devicePixelRatio();
-    core->setPixelRatio(ratio);
-    core->setSize((QSizeF(size()) * ratio).toSize());
+    fittedRatio = devicePixelRatio();
+    core->setPixelRatio(fittedRatio);
+    core->setSize((QSizeF(size()) * fittedRatio).toSize());
     core->invalidate();
 }
 
@@ -165,18 +165,21 @@ void MapsWidget::resizeEvent(QResizeEvent * /*event*/)
 void MapsWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    fitCore(); // the screen may be another one
     // Pages are shown for a moment when the window is turned, which nobody gets to see. And whoever
     // shows the map centres it first.
-    QTimer::singleShot(0, this, &MapsWidget::startIfSeen);
+    QTimer::singleShot(0, this, &MapsWidget::fetchIfSeen);
+    // A window that comes back has its focus already.
+    if (!event->spontaneous())
+        QTimer::singleShot(0, this, [this] {
+            if (isVisible())
+                setFocus();
+        });
 }
 
-void MapsWidget::startIfSeen()
+void MapsWidget::fetchIfSeen()
 {
-    if (!isVisible())
-        return;
-    setFocus();
-    core->setFetching(true);
+    if (isVisible())
+        core->setFetching(true);
 }
 
 void MapsWidget::hideEvent(QHideEvent *event)
@@ -190,6 +193,9 @@ void MapsWidget::hideEvent(QHideEvent *event)
 
 void MapsWidget::paintEvent(QPaintEvent *event)
 {
+    // No event tells that the window has moved to a denser screen.
+    if (fittedRatio != devicePixelRatio())
+        fitCore();
     QPainter painter(this);
     const qreal ratio = devicePixelRatio();
     const QRect rect = event->rect();
@@ -313,6 +319,9 @@ void MapsWidget::openMenu()
         menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Center by GPS")), this,
                         &MapsWidget::centerByGps);
     }
+    // Some styles elide entries that they have just made room for.
+    menu->setMinimumWidth(menu->sizeHint().width() +
+                          menu->fontMetrics().horizontalAdvance(u"MM"_s));
     menu->popup(mapToGlobal(pressPos));
 }
 
@@ -321,7 +330,7 @@ void MapsWidget::contextMenuEvent(QContextMenuEvent *event)
 {
     if (event->reason() != QContextMenuEvent::Keyboard)
         return;
-    pressPos = rect().center();
+    pressPos = {width() / 2, height() / 2}; // the core's middle
     openMenu();
 }
 

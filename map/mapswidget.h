@@ -64,8 +64,8 @@ protected:
     QPoint magnifierPos;
 
 private:
-    void startIfSeen();
     void fitCore();
+    void fetchIfSeen();
     void openMenu();
     void dragTo(const QPoint &position);
     void moveMagnifier(const QPoint &delta);
@@ -74,6 +74,8 @@ private:
     void paintMagnifier(QPainter &painter);
 
     MapsCore *core;
+    /// Device pixels per pixel, as the core counts them.
+    qreal fittedRatio = 1;
     bool pressed = false;
     /// The press has not moved far enough to be a drag.
     bool still = false;

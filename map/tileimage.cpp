@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QtEndian>
 
 #include "map/webmercator.h"
 
@@ -10,15 +11,39 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Whether the end of a picture is there. The toolkit's JPEG and PNG readers fill up what is
-/// missing.
-bool isComplete(const QByteArray &format, const QByteArray &body)
+const QByteArray pngSignature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
+const QByteArray jpegStartOfScan = QByteArrayLiteral("\xff\xda");
+const QByteArray jpegEnd = QByteArrayLiteral("\xff\xd9");
+
+/// What it takes to show the PNG picture `body`; empty when it is not complete. Texts and profiles
+/// are left out: the toolkit would unpack each of them, to megabytes.
+QByteArray essentialPng(const QByteArray &body)
 {
-    if (format == "png")
-        return body.endsWith("IEND\xae\x42\x60\x82");
-    if (format == "jpeg")
-        return body.endsWith("\xff\xd9");
-    return true;
+    // Length, name and checksum of a chunk.
+    constexpr qsizetype frame = 12;
+    constexpr qsizetype nameAt = 4;
+    QByteArray result = pngSignature;
+    for (qsizetype at = pngSignature.size(); at + frame <= body.size();) {
+        const auto length = qsizetype{qFromBigEndian<quint32>(body.constData() + at)};
+        if (length > body.size() - at - frame)
+            return {};
+        const QByteArray name = body.mid(at + nameAt, nameAt);
+        const bool isCritical = name.front() >= 'A' && name.front() <= 'Z';
+        if (isCritical || name == "tRNS")
+            result += body.mid(at, frame + length);
+        if (name == "IEND")
+            return result;
+        at += frame + length;
+    }
+    return {};
+}
+
+/// The JPEG picture `body`; empty when it is not complete, which the toolkit would not mind, or has
+/// more scans than anyone draws it with: each of them costs as much as a whole picture.
+QByteArray harmlessJpeg(const QByteArray &body)
+{
+    constexpr qsizetype mostScans = 32;
+    return body.endsWith(jpegEnd) && body.count(jpegStartOfScan) <= mostScans ? body : QByteArray();
 }
 
 } // namespace
@@ -32,9 +57,14 @@ QImage TileImage::read(QByteArray body)
     // The format is guessed from the contents, but not every format is a tile's: a drawing, say,
     // could name other files or take any time.
     const QByteArray format = QImageReader::imageFormat(&buffer);
-    const QList<QByteArray> formats{"png", "jpeg", "gif", "webp"};
-    if (!formats.contains(format) || !isComplete(format, body))
+    buffer.close();
+    if (format == "png")
+        body = essentialPng(body);
+    else if (format == "jpeg")
+        body = harmlessJpeg(body);
+    else if (format != "gif" && format != "webp")
         return {};
+    buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, format);
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > largestExtent || size.height() > largestExtent)

@@ -34,13 +34,18 @@ constexpr uint activated = 2;
 const QSet<QString> kindsOfNetworks{u"802-3-ethernet"_s, u"802-11-wireless"_s, u"bluetooth"_s,
                                     u"cdma"_s, u"gsm"_s};
 
-/// Calls a method of NetworkManager, without starting one that does not run, and lets `done` take
-/// the reply as long as `context` lives.
-template <typename Done>
-void call(QObject *context, const QString &path, const QString &interface, const QString &method,
-          const QVariantList &arguments, Done done)
+bool isError(const QDBusMessage &reply)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    return reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty();
+}
+
+/// Calls a method of the NetworkManager that has the name `owner` on the bus, and lets `done` take
+/// the reply as long as `context` lives. One that does not run is not started.
+template <typename Done>
+void call(QObject *context, const QString &owner, const QDBusObjectPath &object,
+          const QString &interface, const QString &method, const QVariantList &arguments, Done done)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(owner, object.path(), interface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
     auto *watcher =
@@ -52,9 +57,16 @@ void call(QObject *context, const QString &path, const QString &interface, const
                      });
 }
 
-bool isError(const QDBusMessage &reply)
+/// Reads a property of an object; `done` takes its value, and is not called when there is none.
+template <typename Done>
+void readProperty(QObject *context, const QString &owner, const QDBusObjectPath &object,
+                  const QString &interface, const QString &name, Done done)
 {
-    return reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty();
+    call(context, owner, object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name},
+         [done](const QDBusMessage &reply) {
+             if (!isError(reply))
+                 done(qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant());
+         });
 }
 
 bool isSet(const QDBusObjectPath &path)
@@ -76,23 +88,44 @@ const NetworkSnapshot::Connection *NetworkSnapshot::connection(const QString &uu
     return found == connections.end() ? nullptr : &*found;
 }
 
-const NetworkSnapshot::Connection *NetworkSnapshot::bestConnection() const
+const NetworkSnapshot::Connection *NetworkSnapshot::defaultConnection() const
 {
-    const auto rank = [](const Connection &connection) {
-        return std::pair(connection.isDefault, connection.isUp);
-    };
-    const auto best = std::ranges::max_element(connections, {}, rank);
-    return best == connections.end() ? nullptr : &*best;
+    const auto found = std::ranges::find(connections, true, &Connection::isDefault);
+    return found == connections.end() ? nullptr : &*found;
+}
+
+const NetworkSnapshot::Connection *NetworkSnapshot::anyConnection() const
+{
+    const Connection *best = nullptr;
+    for (const Connection &each : connections) {
+        if (each.isNetwork && (!best || (each.isUp && !best->isUp)))
+            best = &each;
+    }
+    return best;
 }
 
 const NetworkSnapshot::Profile *NetworkSnapshot::bestProfile() const
 {
     const Profile *best = nullptr;
     for (const Profile &each : profiles) {
-        if (isSet(each.device) && (!best || each.lastUsed > best->lastUsed))
+        if (isSet(freeDevice(each)) && (!best || each.lastUsed > best->lastUsed))
             best = &each;
     }
     return best;
+}
+
+QDBusObjectPath NetworkSnapshot::freeDevice(const Profile &profile) const
+{
+    if (!profile.isNetwork)
+        return {};
+    for (const QDBusObjectPath &device : profile.devices) {
+        const bool isUsed = std::ranges::any_of(connections, [&device](const Connection &each) {
+            return each.devices.contains(device);
+        });
+        if (!isUsed)
+            return device;
+    }
+    return {};
 }
 
 NetworkSnapshotRequest::NetworkSnapshotRequest(QObject *parent)
@@ -100,8 +133,9 @@ NetworkSnapshotRequest::NetworkSnapshotRequest(QObject *parent)
 {
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<Objects>();
-    call(this, u"/org/freedesktop"_s, u"org.freedesktop.DBus.ObjectManager"_s,
-         u"GetManagedObjects"_s, {}, [this](const QDBusMessage &reply) { readObjects(reply); });
+    call(this, service, QDBusObjectPath(u"/org/freedesktop"_s),
+         u"org.freedesktop.DBus.ObjectManager"_s, u"GetManagedObjects"_s, {},
+         [this](const QDBusMessage &reply) { readObjects(reply); });
 }
 
 void NetworkSnapshotRequest::fail()
@@ -116,21 +150,22 @@ void NetworkSnapshotRequest::readObjects(const QDBusMessage &reply)
         fail();
         return;
     }
+    snapshot.owner = reply.service();
     const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());
     for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
         if (object->contains(profileInterface))
-            snapshot.profiles.append({.path = object.key(), .uuid = {}, .device = {}});
+            snapshot.profiles.append({.path = object.key(), .uuid = {}, .devices = {}});
         const QVariantMap active = object->value(activeInterface);
         const uint state = active.value(u"State"_s).toUInt();
-        const bool isDefault =
-            active.value(u"Default"_s).toBool() || active.value(u"Default6"_s).toBool();
-        if ((state == activating || state == activated) &&
-            (isDefault || kindsOfNetworks.contains(active.value(u"Type"_s).toString()))) {
-            snapshot.connections.append({.path = object.key(),
-                                         .uuid = active.value(u"Uuid"_s).toString(),
-                                         .isUp = state == activated,
-                                         .isDefault = isDefault});
-        }
+        if (state == activating || state == activated)
+            snapshot.connections.append(
+                {.path = object.key(),
+                 .uuid = active.value(u"Uuid"_s).toString(),
+                 .isNetwork = kindsOfNetworks.contains(active.value(u"Type"_s).toString()),
+                 .isUp = state == activated,
+                 .isDefault =
+                     active.value(u"Default"_s).toBool() || active.value(u"Default6"_s).toBool(),
+                 .devices = qdbus_cast<QList<QDBusObjectPath>>(active.value(u"Devices"_s))});
     }
     for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
         const QVariantMap device = object->value(deviceInterface);
@@ -138,13 +173,14 @@ void NetworkSnapshotRequest::readObjects(const QDBusMessage &reply)
             qdbus_cast<QList<QDBusObjectPath>>(device.value(u"AvailableConnections"_s));
         for (NetworkSnapshot::Profile &profile : snapshot.profiles) {
             if (available.contains(profile.path))
-                profile.device = object.key();
+                profile.devices << object.key();
         }
     }
     // What a profile is called is no property of it.
     settingsAwaited = snapshot.profiles.size();
     for (qsizetype index = 0; index < snapshot.profiles.size(); ++index) {
-        call(this, snapshot.profiles.at(index).path.path(), profileInterface, u"GetSettings"_s, {},
+        call(this, snapshot.owner, snapshot.profiles.at(index).path, profileInterface,
+             u"GetSettings"_s, {},
              [this, index](const QDBusMessage &settings) { readSettings(index, settings); });
     }
     if (settingsAwaited == 0)
@@ -155,10 +191,17 @@ void NetworkSnapshotRequest::readSettings(qsizetype index, const QDBusMessage &r
 {
     if (!isError(reply)) {
         const auto settings = qdbus_cast<Interfaces>(reply.arguments().constFirst());
-        const QVariantMap connection = settings.value(u"connection"_s);
+        const auto setting = [&settings](const QString &group, const QString &key) {
+            return settings.value(group).value(key);
+        };
+        const QString mode = setting(u"802-11-wireless"_s, u"mode"_s).toString();
         NetworkSnapshot::Profile &profile = snapshot.profiles[index];
-        profile.uuid = connection.value(u"uuid"_s).toString();
-        profile.lastUsed = connection.value(u"timestamp"_s).toULongLong();
+        profile.uuid = setting(u"connection"_s, u"uuid"_s).toString();
+        profile.lastUsed = setting(u"connection"_s, u"timestamp"_s).toULongLong();
+        profile.isNetwork =
+            kindsOfNetworks.contains(setting(u"connection"_s, u"type"_s).toString()) &&
+            (mode.isEmpty() || mode == u"infrastructure"_s) &&
+            setting(u"ipv4"_s, u"method"_s).toString() != u"shared"_s;
     }
     if (--settingsAwaited == 0)
         finish();
@@ -222,20 +265,21 @@ QNetworkConfiguration
 QNetworkConfigurationManager::configurationFromIdentifier(const QString &identifier) const
 {
     const NetworkSnapshot::Profile *profile = snapshot.profile(identifier);
-    if (!profile)
+    if (!profile || !profile->isNetwork)
         return {};
     const NetworkSnapshot::Connection *connection = snapshot.connection(identifier);
     const auto state = connection && connection->isUp ? QNetworkConfiguration::Active
-                       : isSet(profile->device)       ? QNetworkConfiguration::Discovered
-                                                      : QNetworkConfiguration::Defined;
+                       : profile->devices.isEmpty()   ? QNetworkConfiguration::Defined
+                                                      : QNetworkConfiguration::Discovered;
     return {QNetworkConfiguration::InternetAccessPoint, identifier, state};
 }
 
 QNetworkConfiguration QNetworkConfigurationManager::defaultConfiguration() const
 {
-    const bool reachable = snapshot.bestConnection() || snapshot.bestProfile();
+    const bool isReachable =
+        snapshot.defaultConnection() || snapshot.anyConnection() || snapshot.bestProfile();
     return {QNetworkConfiguration::UserChoice, QString(),
-            reachable ? QNetworkConfiguration::Discovered : QNetworkConfiguration::Defined};
+            isReachable ? QNetworkConfiguration::Discovered : QNetworkConfiguration::Defined};
 }
 
 QNetworkSession::QNetworkSession(const QNetworkConfiguration &configuration, QObject *parent)
@@ -259,54 +303,74 @@ QVariant QNetworkSession::sessionProperty(const QString &key) const
     return key == u"UserChoiceConfiguration"_s ? QVariant(used) : QVariant();
 }
 
-/// Takes the network there is; only a computer without one is connected.
+/// Takes the network there is; only a device that is not connected is brought up.
 void QNetworkSession::choose(const NetworkSnapshot &snapshot)
 {
-    const bool isFree = config.type() == QNetworkConfiguration::UserChoice;
+    owner = snapshot.owner;
+    const bool choiceIsFree = config.type() == QNetworkConfiguration::UserChoice;
     const NetworkSnapshot::Connection *connection =
-        isFree ? nullptr : snapshot.connection(config.identifier());
+        choiceIsFree ? nullptr : snapshot.connection(config.identifier());
     if (!connection)
-        connection = snapshot.bestConnection();
-    if (connection) {
-        used = connection->uuid;
-        follow(connection->path);
-        return;
-    }
+        connection = snapshot.defaultConnection();
+    // One that leads nowhere is kept, too, but not instead of the profile that is to be used.
+    if (!connection && choiceIsFree)
+        connection = snapshot.anyConnection();
     const NetworkSnapshot::Profile *profile =
-        isFree ? snapshot.bestProfile() : snapshot.profile(config.identifier());
-    if (!profile || !isSet(profile->device))
-        return;
-    used = profile->uuid;
-    call(this, servicePath, service, u"ActivateConnection"_s,
-         {QVariant::fromValue(profile->path), QVariant::fromValue(profile->device),
-          QVariant::fromValue(QDBusObjectPath(noObject))},
-         [this](const QDBusMessage &reply) {
-             if (!isError(reply))
-                 follow(qvariant_cast<QDBusObjectPath>(reply.arguments().constFirst()));
-         });
+        choiceIsFree ? snapshot.bestProfile() : snapshot.profile(config.identifier());
+    const QDBusObjectPath device = profile ? snapshot.freeDevice(*profile) : QDBusObjectPath();
+    if (!connection && !isSet(device))
+        connection = snapshot.anyConnection();
+    if (connection)
+        follow(connection->path);
+    else if (isSet(device))
+        bringUp(profile->path, device);
+}
+
+void QNetworkSession::bringUp(const QDBusObjectPath &profile, const QDBusObjectPath &device)
+{
+    // It may have connected by itself while the profiles were looked at.
+    readProperty(
+        this, owner, device, deviceInterface, u"ActiveConnection"_s,
+        [this, profile, device](const QVariant &value) {
+            const auto connection = qvariant_cast<QDBusObjectPath>(value);
+            if (isSet(connection)) {
+                follow(connection);
+                return;
+            }
+            call(this, owner, QDBusObjectPath(servicePath), service, u"ActivateConnection"_s,
+                 {QVariant::fromValue(profile), QVariant::fromValue(device),
+                  QVariant::fromValue(QDBusObjectPath(noObject))},
+                 [this](const QDBusMessage &reply) {
+                     if (!isError(reply))
+                         follow(qvariant_cast<QDBusObjectPath>(reply.arguments().constFirst()));
+                 });
+        });
 }
 
 /// Waits until a connection is up.
 void QNetworkSession::follow(const QDBusObjectPath &connection)
 {
-    QDBusConnection::systemBus().connect(service, connection.path(), activeInterface,
+    followed = connection;
+    QDBusConnection::systemBus().connect(owner, connection.path(), activeInterface,
                                          u"StateChanged"_s, this,
                                          SLOT(connectionStateChanged(uint)));
     // It may be up already.
-    call(
-        this, connection.path(), u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-        {activeInterface, u"State"_s}, [this](const QDBusMessage &reply) {
-            if (!isError(reply))
-                connectionStateChanged(
-                    qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant().toUInt());
-        });
+    readProperty(this, owner, connection, activeInterface, u"State"_s,
+                 [this](const QVariant &state) { connectionStateChanged(state.toUInt()); });
 }
 
 void QNetworkSession::connectionStateChanged(uint state)
 {
-    if (state != activated || isOpen)
-        return;
-    isOpen = true;
+    if (state == activated)
+        readProperty(this, owner, followed, activeInterface, u"Uuid"_s,
+                     [this](const QVariant &uuid) { connectionIsUp(uuid.toString()); });
+}
+
+void QNetworkSession::connectionIsUp(const QString &uuid)
+{
+    if (!used.isEmpty())
+        return; // it was told of twice
+    used = uuid;
     if (config.type() != QNetworkConfiguration::UserChoice)
         config = {QNetworkConfiguration::InternetAccessPoint, used, QNetworkConfiguration::Active};
     emit opened();

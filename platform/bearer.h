@@ -22,29 +22,38 @@ struct NetworkSnapshot
     {
         QDBusObjectPath path;
         QString uuid;
+        /// It connects to a network: neither a bridge nor an access point of one's own.
+        bool isNetwork = false;
         /// Seconds since 1970 of its last use; 0 for never.
         qulonglong lastUsed = 0;
-        /// A device that it could be brought up on, whether that is in use or not; "/" or empty for
-        /// none.
-        QDBusObjectPath device;
+        /// The devices that it could be brought up on, whether they are in use or not.
+        QList<QDBusObjectPath> devices;
     };
     /// A profile that is being used, or is on its way there.
     struct Connection
     {
         QDBusObjectPath path;
         QString uuid;
+        bool isNetwork = false;
         bool isUp = false;
         /// It leads to the rest of the world.
         bool isDefault = false;
+        QList<QDBusObjectPath> devices;
     };
 
     const Profile *profile(const QString &uuid) const;
     const Connection *connection(const QString &uuid) const;
-    /// What the computer is connected by, or is about to be; null when it is not connected.
-    const Connection *bestConnection() const;
-    /// The profile that was used last of those that could be brought up; null when there is none.
+    /// What leads to the rest of the world, if anything does.
+    const Connection *defaultConnection() const;
+    /// Any network that the computer is connected to, or is about to be.
+    const Connection *anyConnection() const;
+    /// Of the profiles that a free device could be brought up with the one that was used last.
     const Profile *bestProfile() const;
+    /// A device that is not in use and could be brought up with `profile`; an empty path for none.
+    QDBusObjectPath freeDevice(const Profile &profile) const;
 
+    /// NetworkManager's own name on the bus: one that is started later has another.
+    QString owner;
     QList<Profile> profiles;
     QList<Connection> connections;
 };
@@ -149,10 +158,13 @@ private slots:
 
 private:
     void choose(const NetworkSnapshot &snapshot);
+    void bringUp(const QDBusObjectPath &profile, const QDBusObjectPath &device);
     void follow(const QDBusObjectPath &connection);
+    void connectionIsUp(const QString &uuid);
 
     QNetworkConfiguration config;
+    QString owner;
+    QDBusObjectPath followed;
     /// Uuid of the profile being used.
     QString used;
-    bool isOpen = false;
 };

@@ -71,8 +71,8 @@ void ShopWindow::setupTrackedListPage()
     p.buttons->addWidget(p.ok, 1);
     Frames::setTabOrder({p.listButton, p.mapButton, p.back, p.help, p.list, p.map, p.ok});
 
-    connect(p.listButton, &QPushButton::clicked, this, &ShopWindow::trackingListShow);
-    connect(p.mapButton, &QPushButton::clicked, this, &ShopWindow::trackingMapShow);
+    connectView(p.listButton, p.views, TrackedListPage::ListView, &ShopWindow::trackingListShow);
+    connectView(p.mapButton, p.views, TrackedListPage::MapView, &ShopWindow::trackingMapShow);
     connect(p.map, &MapsWidget::centerByGps, this, &ShopWindow::mapTrackCenterByGps);
     connect(p.map, &MapsWidget::centerByStore, this, &ShopWindow::mapTrackCenterByStore);
     connect(p.ok, &QPushButton::clicked, this, &ShopWindow::trackingClicked);
@@ -147,7 +147,7 @@ void ShopWindow::trackingMapShow()
 {
     endWaiting();
     // Before the map shows, so that it fetches no tiles of another place.
-    if (storeCoordsSet || positionKnown)
+    if (positionKnown)
         showPositionAndNearest();
     trackedListPage.showView(TrackedListPage::MapView);
     openNetworkSession();

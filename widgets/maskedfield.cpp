@@ -48,8 +48,10 @@ void MaskedField::setValue(const QString &text)
 {
     given = text;
     // Not clear(), which could be undone.
-    if (!showNumber(text))
+    if (!showNumber(text)) {
         setText(QString());
+        setCursorPosition(0);
+    }
     shownText = QLineEdit::text();
 }
 
@@ -152,6 +154,9 @@ void MaskedField::inputMethodEvent(QInputMethodEvent *event)
 
 void MaskedField::keyPressEvent(QKeyEvent *event)
 {
+    // The hidden value is there to be erased, too.
+    if (hidesValue() && (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete))
+        given.clear();
     if (event->matches(QKeySequence::Paste)) {
         paste(QClipboard::Clipboard);
     } else if (event->text() == u","_s) {

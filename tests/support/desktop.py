@@ -187,7 +187,9 @@ class Program:
             del environment[name]
         environment.update(
             HOME=str(home.path), QT_QPA_PLATFORM="xcb", QT_STYLE_OVERRIDE="Fusion",
-            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LANG="C.UTF-8", **extra,
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LANG="C.UTF-8",
+            # No test asks a server of the world for tiles.
+            **{"TROLLEO_TILE_SERVER": "http://127.0.0.1:9", **extra},
         )
         self.desktop = desktop
         self.process = subprocess.Popen(
@@ -242,13 +244,15 @@ class Program:
         return found[0] if found else None
 
     def press(self, name):
-        self.push(wait_for(f"the button {name}", lambda: self.find("push button", name)))
+        # One that can be checked goes as a check box.
+        self.push(wait_for(f"the button {name}", lambda: self.find("push button", name)
+                           or self.find("check box", name)))
 
     def push(self, button):
         name = button.name
         actions = button.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
-        actions.doAction(names.index("Press"))
+        actions.doAction(names.index("Press" if "Press" in names else "Toggle"))
         # The toolkit shows the button pressed for a moment, and acts when it comes up again.
         wait_for(f"the button {name} to come up",
                  lambda: not button.getState().contains(pyatspi.STATE_PRESSED))

@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: MIT
+"""A tile server that counts what it is asked."""
+import http.server
+import struct
+import threading
+import zlib
+
+
+def tile(red, green, blue):
+    """A picture of 256 x 256 pixels of one colour, as PNG."""
+    def chunk(kind, data):
+        return (struct.pack(">I", len(data)) + kind + data
+                + struct.pack(">I", zlib.crc32(kind + data)))
+
+    rows = (b"\0" + bytes((red, green, blue)) * 256) * 256
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", 256, 256, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+class TileServer:
+    """Serves tiles of a few colours, fresh for an hour, on loopback or another address."""
+
+    def __init__(self, host="127.0.0.1"):
+        self.paths = []
+        self.agents = set()
+        server = self
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            protocol_version = "HTTP/1.1"
+
+            def do_GET(self):
+                server.paths.append(self.path)
+                server.agents.add(self.headers["User-Agent"])
+                _, _, x, y = self.path.removesuffix(".png").split("/")
+                body = tile(int(x) * 40 % 256, int(y) * 40 % 256, 160)
+                self.send_response(200)
+                self.send_header("Content-Type", "image/png")
+                self.send_header("Content-Length", str(len(body)))
+                self.send_header("Cache-Control", "max-age=3600")
+                self.end_headers()
+                self.wfile.write(body)
+
+            def log_message(self, *arguments):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer((host, 0), Handler)
+        self.server.daemon_threads = True
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    @property
+    def address(self):
+        host, port = self.server.server_address
+        return f"http://{host}:{port}"
+
+    def stop(self):
+        self.server.shutdown()
+        self.server.server_close()

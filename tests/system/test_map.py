@@ -1,0 +1,180 @@
+# SPDX-License-Identifier: MIT
+"""The installed program's map in a real window, with tiles of a server on loopback."""
+import pathlib
+import re
+import sys
+import time
+import unittest
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import Desktop, Home, Program, tool, wait_for  # noqa: E402
+from tiles import TileServer  # noqa: E402
+
+HOLD = 0.701  # seconds
+# Degrees of longitude that a pixel is wide at zoom 16; at the equator a pixel is as high.
+DEGREES_PER_PIXEL = 360 / 2 ** 16 / 256
+
+
+class TestMap(unittest.TestCase):
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.stop)
+        self.tiles = TileServer()
+        self.addCleanup(self.tiles.stop)
+        self.start()
+
+    def start(self):
+        self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER=self.tiles.address)
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()
+
+    def open_map(self):
+        """Opens the map of a new store; it shows 0, 0, the last position of a new home."""
+        self.program.press("Shops")
+        self.program.press("New")
+        self.program.press("(set Coordinates)")
+        self.program.press("Map")
+        view = wait_for("the map", lambda: self.program.find("filler", "Map"))
+        extents = view.queryComponent().getExtents(0)  # 0: on the screen
+        self.middle = (extents.x + extents.width // 2, extents.y + extents.height // 2)
+
+    def wait_for_tiles(self):
+        """All that the view needs, and how many that were."""
+        seen = []
+        wait_for("the tiles", lambda: self.tiles.paths and self.settled(seen))
+        return len(self.tiles.paths)
+
+    def settled(self, seen):
+        """Whether nothing has been asked for in the last half second."""
+        now = time.monotonic()
+        seen.append((now, len(self.tiles.paths)))
+        return any(then < now - 0.5 and count == len(self.tiles.paths) for then, count in seen)
+
+    def mouse(self, *commands):
+        self.desktop.run([tool("xdotool"), *map(str, commands)])
+
+    def move(self, x, y):
+        """Puts the pointer at a distance from the middle of the map."""
+        self.mouse("mousemove", self.middle[0] + x, self.middle[1] + y)
+
+    def menu(self):
+        """Where the menu is on the screen and how large, or None while there is none."""
+        for line in self.desktop.run([tool("xwininfo"), "-root", "-tree"]).splitlines():
+            found = re.search(r'"trolleo": \("trolleo" "trolleo"\)  (\d+)x(\d+)\S+  \+(\d+)\+(\d+)',
+                              line)
+            if found and int(found[1]) > 100:
+                return tuple(int(found[index]) for index in (3, 4, 1, 2))
+        return None
+
+    def assert_no_menu(self):
+        end = time.monotonic() + 1.2
+        while time.monotonic() < end:
+            self.assertIsNone(self.menu())
+            time.sleep(0.05)
+
+    def choose(self, entry):
+        """Clicks an entry of the menu, of which there are two."""
+        x, y, width, height = wait_for("the menu", self.menu)
+        self.mouse("mousemove", x + width // 2, y + height * (1 + 2 * entry) // 4, "click", 1)
+        wait_for("the menu to be gone", lambda: self.menu() is None)
+
+    def save_store(self):
+        self.program.press("Set")
+        field = wait_for("the name", lambda: self.program.find("text"))
+        field.queryEditableText().setTextContents("Kiosk")
+        self.program.press("Save")
+        return wait_for("the coordinates", lambda: self.home.query(
+            "select latitude, longitude from gpscoord"))[0]
+
+    def test_press_held(self):
+        self.open_map()
+        self.move(40, 30)
+        start = time.monotonic()
+        self.mouse("mousedown", 1)
+        menu = wait_for("the menu", self.menu)
+        self.assertGreaterEqual(time.monotonic() - start, HOLD)
+        self.assertLess(time.monotonic() - start, HOLD + 0.5)
+        self.assertEqual(menu[:2], (self.middle[0] + 40, self.middle[1] + 30))
+        # Lifting the finger over an entry chooses nothing.
+        self.move(80, 50)
+        self.mouse("mouseup", 1)
+        time.sleep(0.2)
+        self.assertIsNotNone(self.menu())
+        self.choose(0)
+        latitude, longitude = self.save_store()
+        self.assertAlmostEqual(longitude, 40 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+        self.assertAlmostEqual(latitude, -30 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+
+    def test_short_tap(self):
+        self.open_map()
+        self.move(0, 0)
+        self.mouse("click", 1)
+        wait_for("the menu", self.menu)
+        self.mouse("key", "Escape")
+        wait_for("the menu to be gone", lambda: self.menu() is None)
+        # The page is still there: Escape was for the menu.
+        self.assertIsNotNone(self.program.find("filler", "Map"))
+
+    def test_press_that_moves_nine_pixels(self):
+        self.open_map()
+        self.move(0, 0)
+        self.mouse("mousedown", 1)
+        self.move(9, -9)
+        wait_for("the menu", self.menu)
+        self.mouse("mouseup", 1)
+
+    def test_press_that_moves_ten_pixels(self):
+        self.open_map()
+        self.move(0, 0)
+        self.mouse("mousedown", 1)
+        self.move(10, 0)
+        self.assert_no_menu()
+        self.mouse("mouseup", 1)
+        self.assert_no_menu()
+
+    def test_drag(self):
+        self.open_map()
+        before = self.wait_for_tiles()
+        self.move(150, 0)
+        self.mouse("mousedown", 1)
+        for x in range(150, -151, -10):
+            self.move(x, 0)
+        self.mouse("mouseup", 1)
+        wait_for("further tiles", lambda: len(self.tiles.paths) > before)
+        self.move(0, 0)
+        self.mouse("click", 1)
+        self.choose(0)
+        latitude, longitude = self.save_store()
+        self.assertAlmostEqual(longitude, 300 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+        self.assertAlmostEqual(latitude, 0, delta=DEGREES_PER_PIXEL)
+
+    def test_keys(self):
+        self.open_map()
+        before = self.wait_for_tiles()
+        self.mouse("key", "--repeat", 10, "--delay", 20, "Left")
+        wait_for("further tiles", lambda: len(self.tiles.paths) > before)
+        self.mouse("key", "--repeat", 5, "--delay", 20, "Up")
+        self.mouse("key", "Menu")
+        self.choose(0)
+        latitude, longitude = self.save_store()
+        self.assertAlmostEqual(longitude, -200 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+        self.assertAlmostEqual(latitude, 100 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+
+    def test_second_start_asks_for_nothing(self):
+        self.open_map()
+        self.assertGreaterEqual(self.wait_for_tiles(), 12)
+        self.assertEqual(len(set(self.tiles.paths)), len(self.tiles.paths))
+        self.assertRegex(self.tiles.agents.pop(), r"^Trolleo/\d+\.\d+\.\d+ \(\S+@\S+\)$")
+        self.program.stop()
+        self.tiles.paths.clear()
+        self.start()
+        self.open_map()
+        time.sleep(2)
+        self.assertEqual(self.tiles.paths, [])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
