@@ -27,6 +27,7 @@ BUS = """
     <allow send_type="method_call"/>
     <allow send_destination="*" eavesdrop="true"/>
     <allow receive_sender="*" eavesdrop="true"/>
+    {denials}
   </policy>
 </busconfig>
 """
@@ -58,7 +59,8 @@ MOUNTS = {
 
 
 class NetworkManager:
-    def __init__(self):
+    def __init__(self, denied=None):
+        """`denied` is a method of NetworkManager's main interface that nobody may call."""
         if not is_inside():
             raise RuntimeError("a NetworkManager for tests runs only in a namespace of its own")
         tool("NetworkManager")  # its package brings folders that are mounted over
@@ -75,7 +77,10 @@ class NetworkManager:
                 self.run("mount", "-t", kind, "-o", options, kind, place)
                 self.mounts.append(place)
             (self.folder / "profiles").mkdir()
-            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
+            (self.folder / "bus.conf").write_text(BUS.format(
+                folder=self.folder,
+                denials=f'<deny send_interface="org.freedesktop.NetworkManager" send_member="{denied}"/>'
+                if denied else ""))
             (self.folder / "main.conf").write_text(CONFIGURATION.format(folder=self.folder))
             self.bus = subprocess.Popen(
                 [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
@@ -159,6 +164,11 @@ class NetworkManager:
         lines = self.nmcli("-g", "UUID,TYPE,STATE", "connection", "show", "--active").splitlines()
         rows = [line.split(":") for line in lines]
         return {uuid for uuid, kind, state in rows if state == "activated" and kind != "loopback"}
+
+    def uuid_of(self, device):
+        """The uuid of the profile that a device is connected with, or None."""
+        lines = self.nmcli("-g", "DEVICE,UUID", "connection", "show", "--active").splitlines()
+        return dict(line.split(":") for line in lines).get(device)
 
     def kill(self):
         """Ends NetworkManager at once and without a farewell; the links stay as they are."""
