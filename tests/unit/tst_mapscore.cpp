@@ -106,11 +106,13 @@ private slots:
     void slowDragsDoNotDrift();
     void farTilesAreDroppedByTheNextReply();
     void secondStartTakesFreshTilesFromTheDisk();
+    void oldTilesAreShownWithoutANetwork_data();
     void oldTilesAreShownWithoutANetwork();
     void failedTileIsGreyAndTheNextIsFetched_data();
     void failedTileIsGreyAndTheNextIsFetched();
     void serversThatNeverFinishAreLeft();
     void redirectedTileKeepsItsPlace();
+    void redirectedTileIsKeptOnTheDisk();
     void endlessBodyIsNotTakenIn();
     void pageInsteadOfATileIsForgotten();
     void coordinatesThatNoMapShows_data();
@@ -403,14 +405,22 @@ void TestMapsCore::secondStartTakesFreshTilesFromTheDisk()
     QCOMPARE(host->paths.size(), 9);
 }
 
+void TestMapsCore::oldTilesAreShownWithoutANetwork_data()
+{
+    // Each to be asked for anew every time.
+    QTest::addColumn<QByteArray>("headers");
+    QTest::newRow("expired") << QByteArray("Date: Sat, 01 Jan 2022 00:00:00 GMT\r\n"
+                                           "Expires: Sat, 01 Jan 2022 01:00:00 GMT\r\n");
+    QTest::newRow("must be asked for")
+        << QByteArray("Cache-Control: max-age=3600, must-revalidate\r\n");
+}
+
 void TestMapsCore::oldTilesAreShownWithoutANetwork()
 {
-    // To be asked for anew each time.
-    host->answer = [this](QTcpSocket *socket, const QString &path) {
-        host->finish(socket,
-                     TileHost::response(TileHost::picture(TileHost::colorOf(path)), "image/png",
-                                        "Date: Sat, 01 Jan 2022 00:00:00 GMT\r\n"
-                                        "Expires: Sat, 01 Jan 2022 01:00:00 GMT\r\n"));
+    QFETCH(QByteArray, headers);
+    host->answer = [this, &headers](QTcpSocket *socket, const QString &path) {
+        host->finish(socket, TileHost::response(TileHost::picture(TileHost::colorOf(path)),
+                                                "image/png", headers));
     };
     {
         const auto core = mapAt(100.25, 200.25, {256, 256});
@@ -572,6 +582,25 @@ void TestMapsCore::redirectedTileKeepsItsPlace()
     const auto core = mapAt(100.25, 200.25, {1, 1});
     waitForPaths(8);
     QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
+}
+
+void TestMapsCore::redirectedTileIsKeptOnTheDisk()
+{
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        if (path.startsWith("/elsewhere"))
+            host->finish(socket, TileHost::response(TileHost::picture(Qt::blue)));
+        else
+            redirect("/elsewhere" + path.toUtf8())(*host, socket);
+    };
+    {
+        const auto core = mapAt(100.25, 200.25, {1, 1});
+        waitForPaths(8);
+        QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
+    }
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
+    QTest::qWait(50);
+    QCOMPARE(host->paths.size(), 8);
 }
 
 void TestMapsCore::endlessBodyIsNotTakenIn()
@@ -786,13 +815,29 @@ void TestMapsCore::deletedWithARequestOnItsWay()
 
 void TestMapsCore::changedZoomShowsNoOldTiles()
 {
+    QPointer<QTcpSocket> held;
+    QString heldPath;
     const auto core = mapAt(100.25, 200.25, {1, 1});
     waitForPaths(4);
     QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
-    core->setFetching(false);
+    // One is still on its way.
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        held = socket;
+        heldPath = path;
+    };
+    moveTo(*core, 101.25, 200.25);
+    QTRY_VERIFY(held);
     core->setZoom(14);
-    moveTo(*core, 100.25, 200.25, 14);
+    moveTo(*core, 102.25, 200.25, 14);
     QCOMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), grey);
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->sendTile(socket, path);
+    };
+    host->sendTile(held, heldPath);
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/14/102/200.png"));
+    QVERIFY(heldPath.startsWith("/16/102/"));
+    QCOMPARE(host->paths.count("/14/102/200.png"), 1);
+    QCOMPARE(host->paths.count(QString(heldPath).replace("/16/", "/14/")), 1);
 }
 
 void TestMapsCore::damagedPictures()

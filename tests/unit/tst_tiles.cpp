@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QImageReader>
 #include <QRandomGenerator>
+#include <QtEndian>
 #include <QtTest>
 
 #include "map/tileimage.h"
@@ -35,6 +36,8 @@ private slots:
     void pictures();
     void pictureOfAnotherSizeFillsTheTile();
     void nothingHugeIsUnpacked();
+    void packedTextsAreLeftOut();
+    void jpegOfManyScansIsRefused();
 };
 
 void TestTiles::tileOfACoordinate_data()
@@ -253,6 +256,64 @@ void TestTiles::nothingHugeIsUnpacked()
     QBuffer input(&bomb);
     QVERIFY(QImageReader(&input).canRead());
     QVERIFY(TileImage::read(bomb).isNull());
+}
+
+/// A chunk of a PNG file.
+static QByteArray chunk(const QByteArray &name, const QByteArray &data)
+{
+    const auto number = [](quint32 value) {
+        value = qToBigEndian(value);
+        return QByteArray(reinterpret_cast<const char *>(&value), sizeof value);
+    };
+    quint32 checksum = 0xffffffff;
+    for (const char byte : name + data) {
+        checksum ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            checksum = checksum >> 1 ^ (checksum & 1 ? 0xedb88320 : 0);
+    }
+    return number(quint32(data.size())) + name + data + number(~checksum);
+}
+
+void TestTiles::packedTextsAreLeftOut()
+{
+    // Each of them is 8 MB of blanks.
+    const QByteArray packed = qCompress(QByteArray(7'900'000, ' '), 9).mid(4);
+    QByteArray bomb = TileHost::picture(Qt::red);
+    const auto firstChunk = 8 + 25; // behind signature and header
+    for (int index = 0; index < 100; ++index)
+        bomb.insert(firstChunk, chunk("zTXt", "a" + QByteArray(2, 0) + packed));
+    QVERIFY(bomb.size() < TileImage::largestBody);
+    QElapsedTimer clock;
+    clock.start();
+    const QImage image = TileImage::read(bomb);
+    QVERIFY(!image.isNull());
+    QVERIFY(image.textKeys().isEmpty());
+    QVERIFY2(clock.elapsed() < 300, qPrintable(QString::number(clock.elapsed())));
+
+    // What is transparent stays so.
+    QImage paletted(4, 4, QImage::Format_Indexed8);
+    paletted.setColorTable({qRgba(0, 0, 0, 0), qRgb(255, 0, 0)});
+    paletted.fill(0);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    paletted.save(&buffer, "png");
+    QCOMPARE(TileImage::read(bytes).pixelColor(0, 0).alpha(), 0);
+
+    // A chunk that says it is longer than the file.
+    QByteArray broken = TileHost::picture(Qt::red);
+    broken[8 + 25] = '\x7f';
+    QVERIFY(TileImage::read(broken).isNull());
+}
+
+void TestTiles::jpegOfManyScansIsRefused()
+{
+    // An empty scan of the first component, again and again.
+    QByteArray jpeg = TileHost::picture(Qt::red, "jpg");
+    const QByteArray scan = QByteArray::fromHex("ffda0008010100003f00");
+    for (int index = 0; index < 40; ++index)
+        jpeg.insert(jpeg.size() - 2, scan);
+    QVERIFY(TileImage::read(jpeg).isNull());
 }
 
 QTEST_GUILESS_MAIN(TestTiles)
