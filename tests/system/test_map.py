@@ -20,14 +20,15 @@ class TestMap(unittest.TestCase):
     def setUp(self):
         self.home = Home()
         self.addCleanup(self.home.remove)
-        self.desktop = Desktop()
+        self.desktop = Desktop(1920, 1200)
         self.addCleanup(self.desktop.stop)
         self.tiles = TileServer()
         self.addCleanup(self.tiles.stop)
         self.start()
 
-    def start(self):
-        self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER=self.tiles.address)
+    def start(self, **environment):
+        self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER=self.tiles.address,
+                               **environment)
         self.addCleanup(self.program.stop)
         self.program.wait_for_window()
 
@@ -162,6 +163,33 @@ class TestMap(unittest.TestCase):
         latitude, longitude = self.save_store()
         self.assertAlmostEqual(longitude, -200 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
         self.assertAlmostEqual(latitude, 100 * DEGREES_PER_PIXEL, delta=DEGREES_PER_PIXEL)
+
+    def test_window_that_comes_back_keeps_its_focus(self):
+        self.open_map()
+        self.mouse("key", "Tab")
+        wait_for("the focus", lambda: self.focused() == "Set")
+        window = self.program.window_ids()[-1]
+        self.mouse("windowminimize", "--sync", window)
+        self.mouse("windowactivate", "--sync", window)
+        self.wait_for_tiles()
+        self.assertEqual(self.focused(), "Set")
+
+    def focused(self):
+        node = self.program.focused()
+        return node.name if node is not None else None
+
+    def test_dense_screen(self):
+        self.open_map()
+        usual = self.wait_for_tiles()
+        self.program.stop()
+        self.tiles.paths.clear()
+        # Of the tiles that were fetched some come from the disk, so another home.
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        self.start(QT_SCALE_FACTOR="2")
+        self.open_map()
+        # A tile's pixels are the screen's own, so it takes more of them to fill the view.
+        self.assertGreater(self.wait_for_tiles(), 2 * usual)
 
     def test_second_start_asks_for_nothing(self):
         self.open_map()
