@@ -62,14 +62,6 @@ void addTab(CoordinatesPage &page, const QString &title, QBoxLayout *latitude,
     page.turningBoxes.separators << line;
 }
 
-QPushButton *viewButton(const QString &objectName, const QString &picture, const QString &name)
-{
-    QPushButton *button =
-        Controls::pictureButton(objectName, picture, Controls::pictureExtent, name);
-    button->setCheckable(true);
-    return button;
-}
-
 } // namespace
 
 void AxisFields::clear() const
@@ -145,9 +137,12 @@ void ShopWindow::buildCoordinatesPage()
     CoordinatesPage &p = coordinatesPage;
     p = {Frames::makeToolbarFrame(page)};
     p.picture->hide(); // the buttons of the views are its pictures
-    p.gpsButton = viewButton(u"gpsViewButton"_s, u":/img/gps.svg"_s, tr("From GPS"));
-    p.editButton = viewButton(u"editViewButton"_s, u":/img/gps_ed.svg"_s, tr("Type"));
-    p.mapButton = viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s, tr("Map"));
+    p.gpsButton = Controls::viewButton(u"gpsViewButton"_s, u":/img/gps.svg"_s,
+                                       Controls::pictureExtent, tr("From GPS"));
+    p.editButton = Controls::viewButton(u"editViewButton"_s, u":/img/gps_ed.svg"_s,
+                                        Controls::pictureExtent, tr("Type"));
+    p.mapButton = Controls::viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s,
+                                       Controls::pictureExtent, tr("Map"));
     int place = 0;
     for (QPushButton *button : {p.gpsButton, p.editButton, p.mapButton})
         p.toolbar->insertWidget(place++, button);

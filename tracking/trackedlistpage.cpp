@@ -38,15 +38,10 @@ void ShopWindow::setupTrackedListPage()
     p.turningBoxes.turn(Qt::Vertical);
 
     p.picture->hide(); // the buttons of the views are its pictures
-    const auto viewButton = [](const QString &objectName, const QString &picture,
-                               const QString &name) {
-        QPushButton *button =
-            Controls::pictureButton(objectName, picture, Frames::listToolExtent, name);
-        button->setCheckable(true);
-        return button;
-    };
-    p.listButton = viewButton(u"listViewButton"_s, u":/img/eye.svg"_s, tr("List"));
-    p.mapButton = viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s, tr("Map"));
+    p.listButton = Controls::viewButton(u"listViewButton"_s, u":/img/eye.svg"_s,
+                                        Frames::listToolExtent, tr("List"));
+    p.mapButton = Controls::viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s,
+                                       Frames::listToolExtent, tr("Map"));
     p.header->insertWidget(0, p.listButton);
     p.header->insertWidget(1, p.mapButton);
 

@@ -29,6 +29,14 @@ QPushButton *Controls::pictureButton(const QString &objectName, const QString &p
     return button;
 }
 
+QPushButton *Controls::viewButton(const QString &objectName, const QString &picture, int extent,
+                                  const QString &name)
+{
+    QPushButton *button = pictureButton(objectName, picture, extent, name);
+    button->setCheckable(true);
+    return button;
+}
+
 QPushButton *Controls::textButton(const QString &objectName, const QString &picture, int extent,
                                   const QString &text)
 {

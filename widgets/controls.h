@@ -24,6 +24,10 @@ void setPageSpacing(QBoxLayout *box);
 QPushButton *pictureButton(const QString &objectName, const QString &picture, int extent,
                            const QString &name);
 
+/// A picture button that can be checked, for a view.
+QPushButton *viewButton(const QString &objectName, const QString &picture, int extent,
+                        const QString &name);
+
 /// A button that shows `text` beside `picture`, a resource path.
 QPushButton *textButton(const QString &objectName, const QString &picture, int extent,
                         const QString &text);

@@ -4,11 +4,14 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QtTest>
 
 #include "app/pages.h"
+#include "map/mapswidget.h"
 
 ShopDriver::ShopDriver()
     : ShopDriver(QStringList())
@@ -128,6 +131,25 @@ QStringList ShopDriver::rows() const
         result << text;
     }
     return result;
+}
+
+MapsWidget *ShopDriver::map() const
+{
+    return page()->findChild<MapsWidget *>();
+}
+
+void ShopDriver::chooseInMapMenu(int entry) const
+{
+    QCoreApplication::processEvents();
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                      inWindow(map(), map()->rect().center()));
+    if (!QTest::qWaitFor([this] { return map()->findChild<QMenu *>(); }))
+        qFatal("the map has no menu");
+    const QPointer<QMenu> menu = map()->findChild<QMenu *>();
+    QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
+                      menu->actionGeometry(menu->actions().at(entry)).center());
+    if (!QTest::qWaitFor([&menu] { return menu.isNull(); }))
+        qFatal("the menu stays");
 }
 
 QString ShopDriver::message() const

@@ -10,6 +10,7 @@
 #include "app/shopwindow.h"
 #include "tests/support/testhome.h"
 
+class MapsWidget;
 class QAbstractButton;
 class QStackedWidget;
 
@@ -54,6 +55,11 @@ public:
     void doubleTap(int row) const;
     /// Rows as "name" or "name|second column", checked ones with a trailing "*".
     QStringList rows() const;
+
+    /// The page's map.
+    MapsWidget *map() const;
+    /// Taps the middle of the page's map and chooses from its menu; a separator counts as well.
+    void chooseInMapMenu(int entry) const;
 
     /// The title of the message or question that shows, with its text.
     QString message() const;

@@ -138,6 +138,7 @@ private:
     }
     /// The host has been asked for that many tiles and nothing else comes.
     void waitForPaths(int count);
+    void redirectElsewhere();
 
     std::unique_ptr<TestHome> home;
     std::unique_ptr<TileHost> host;
@@ -571,7 +572,8 @@ void TestMapsCore::serversThatNeverFinishAreLeft()
     QVERIFY(clock.elapsed() < 33000);
 }
 
-void TestMapsCore::redirectedTileKeepsItsPlace()
+/// From now on every tile is blue, and at another address.
+void TestMapsCore::redirectElsewhere()
 {
     host->answer = [this](QTcpSocket *socket, const QString &path) {
         if (path.startsWith("/elsewhere"))
@@ -579,6 +581,11 @@ void TestMapsCore::redirectedTileKeepsItsPlace()
         else
             redirect("/elsewhere" + path.toUtf8())(*host, socket);
     };
+}
+
+void TestMapsCore::redirectedTileKeepsItsPlace()
+{
+    redirectElsewhere();
     const auto core = mapAt(100.25, 200.25, {1, 1});
     waitForPaths(8);
     QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
@@ -586,12 +593,7 @@ void TestMapsCore::redirectedTileKeepsItsPlace()
 
 void TestMapsCore::redirectedTileIsKeptOnTheDisk()
 {
-    host->answer = [this](QTcpSocket *socket, const QString &path) {
-        if (path.startsWith("/elsewhere"))
-            host->finish(socket, TileHost::response(TileHost::picture(Qt::blue)));
-        else
-            redirect("/elsewhere" + path.toUtf8())(*host, socket);
-    };
+    redirectElsewhere();
     {
         const auto core = mapAt(100.25, 200.25, {1, 1});
         waitForPaths(8);

@@ -2,7 +2,6 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QSettings>
 #include <QSqlDatabase>
 #include <QStackedWidget>
@@ -108,21 +107,6 @@ private:
         auto *bar = shop.find<QTabWidget>("coordinatesTabs")->tabBar();
         QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(index).center());
     }
-    static MapsWidget *map(const ShopDriver &shop)
-    {
-        return shop.find<MapsWidget>("map");
-    }
-    static void chooseInMenu(const ShopDriver &shop, int entry)
-    {
-        MapsWidget *widget = map(shop);
-        QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {},
-                          widget->mapTo(shop.window.get(), widget->rect().center()));
-        QTRY_VERIFY(widget->findChild<QMenu *>());
-        auto *menu = widget->findChild<QMenu *>();
-        QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
-                          menu->actionGeometry(menu->actions().at(entry)).center());
-        QTRY_VERIFY(!widget->findChild<QMenu *>());
-    }
     static QVariantList stored(ShopDriver &shop, int store)
     {
         const auto rows = shop.db->rows(
@@ -219,7 +203,7 @@ void TestCoordinatesPage::viewIsKeptExceptTheMap()
     QVERIFY(shop.find<QLabel>("gpsStatus")->isVisible());
     shop.press("mapViewButton");
     QVERIFY(shop.find<QAbstractButton>("mapViewButton")->isChecked());
-    QVERIFY(map(shop)->isVisible());
+    QVERIFY(shop.map()->isVisible());
     shop.press("backButton");
     shop.press("coordinatesButton");
     QVERIFY(shop.find<QAbstractButton>("editViewButton")->isChecked());
@@ -356,8 +340,8 @@ void TestCoordinatesPage::sexagesimalIsConvertedOnlyWhereItShows()
     shop.press("backButton");
     open(shop, 1);
     shop.press("mapViewButton");
-    chooseInMenu(shop, 0);
-    chooseInMenu(shop, 0);
+    shop.chooseInMapMenu(0);
+    shop.chooseInMapMenu(0);
     const QStringList marked = decimals(shop);
     shop.press("setButton");
     shop.press("saveButton");
@@ -532,7 +516,7 @@ void TestCoordinatesPage::sexagesimalGoesToTheMap()
     chooseTab(shop, 1);
     typeInto(shop, "latitudeDegrees", "48");
     shop.press("mapViewButton");
-    QCOMPARE(map(shop)->centerLatitude(), 48.755833F);
+    QCOMPARE(shop.map()->centerLatitude(), 48.755833F);
     QCOMPARE(decimals(shop), (QStringList{"48.755833", "-33.5"}));
 }
 
@@ -550,7 +534,7 @@ void TestCoordinatesPage::gpsOff()
     // The map's "Center by GPS" has nothing to wait for, and does no harm.
     shop.press("coordinatesButton");
     shop.press("mapViewButton");
-    chooseInMenu(shop, 2);
+    shop.chooseInMapMenu(2);
     shop.press("setButton");
     QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
 }
@@ -565,8 +549,8 @@ void TestCoordinatesPage::mapStartsAtTheLastPosition()
     QTest::qWait(50);
     QCOMPARE(host.paths, QStringList());
     shop.press("mapViewButton");
-    QCOMPARE(map(shop)->centerLatitude(), 48.5F);
-    QCOMPARE(map(shop)->centerLongitude(), 9.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 48.5F);
+    QCOMPARE(shop.map()->centerLongitude(), 9.5F);
     QTRY_VERIFY(host.paths.size() > 8);
     // All of them lie around that place, at zoom 16.
     const QPointF tile = WebMercator::tileForCoordinate(48.5, 9.5, 16);
@@ -577,19 +561,19 @@ void TestCoordinatesPage::mapStartsAtTheLastPosition()
     }
     // No pin: a store of before has one.
     QTest::qWait(300);
-    const QImage without = map(shop)->grab().toImage();
+    const QImage without = shop.map()->grab().toImage();
     shop.press("backButton");
     shop.press("backButton");
     shop.press("backButton");
     open(shop, 0);
     shop.press("mapViewButton");
-    QCOMPARE(map(shop)->centerLatitude(), 55.755833F);
+    QCOMPARE(shop.map()->centerLatitude(), 55.755833F);
     shop.press("backButton");
     shop.press("backButton");
     shop.press("backButton");
     open(shop, 1);
     shop.press("mapViewButton");
-    QTRY_COMPARE(map(shop)->grab().toImage(), without);
+    QTRY_COMPARE(shop.map()->grab().toImage(), without);
     qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
 }
 
@@ -598,13 +582,13 @@ void TestCoordinatesPage::mapStartsAtTheStore()
     ShopDriver shop(stores, gpsOn);
     open(shop, 0);
     shop.press("mapViewButton");
-    QCOMPARE(map(shop)->centerLatitude(), 55.755833F);
-    QCOMPARE(map(shop)->centerLongitude(), -33.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 55.755833F);
+    QCOMPARE(shop.map()->centerLongitude(), -33.5F);
     // What is typed counts, also before it is set.
     shop.press("editViewButton");
     typeInto(shop, "latitudeField", "12.5");
     shop.press("mapViewButton");
-    QCOMPARE(map(shop)->centerLatitude(), 12.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 12.5F);
 }
 
 void TestCoordinatesPage::markOnTheMapIsSaved()
@@ -613,7 +597,7 @@ void TestCoordinatesPage::markOnTheMapIsSaved()
                     {{"GpsEnabled", true}, {"LastLatitude", 48.5F}, {"LastLongitude", 9.5F}});
     open(shop, 1);
     shop.press("mapViewButton");
-    chooseInMenu(shop, 0);
+    shop.chooseInMapMenu(0);
     QCOMPARE(shop.labelText("gpsStatus"), "Current store Coordinates UPDATED");
     const float latitude = shop.labelText("gpsLatitude").toFloat();
     const float longitude = shop.labelText("gpsLongitude").toFloat();
@@ -634,17 +618,17 @@ void TestCoordinatesPage::mapIsCentredByTheGps()
     source()->deliver(3.5, 4.5);
     open(shop, 0);
     shop.press("mapViewButton");
-    chooseInMenu(shop, 2);
-    QCOMPARE(map(shop)->centerLatitude(), 3.5F);
-    QCOMPARE(map(shop)->centerLongitude(), 4.5F);
+    shop.chooseInMapMenu(2);
+    QCOMPARE(shop.map()->centerLatitude(), 3.5F);
+    QCOMPARE(shop.map()->centerLongitude(), 4.5F);
     QCOMPARE(source()->requests, 0);
     // Another time it waits for a position of its own.
-    chooseInMenu(shop, 2);
+    shop.chooseInMapMenu(2);
     QCOMPARE(source()->requests, 1);
     source()->deliver(5.5, 6.5);
-    QCOMPARE(map(shop)->centerLatitude(), 5.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 5.5F);
     source()->deliver(7.5, 8.5);
-    QCOMPARE(map(shop)->centerLatitude(), 5.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 5.5F);
 }
 
 void TestCoordinatesPage::mapWaitsForThePosition()
@@ -652,11 +636,11 @@ void TestCoordinatesPage::mapWaitsForThePosition()
     ShopDriver shop(stores, gpsOn);
     open(shop, 0);
     shop.press("mapViewButton");
-    chooseInMenu(shop, 2);
-    QCOMPARE(map(shop)->centerLatitude(), 55.755833F);
+    shop.chooseInMapMenu(2);
+    QCOMPARE(shop.map()->centerLatitude(), 55.755833F);
     source()->deliver(3.5, 4.5);
-    QCOMPARE(map(shop)->centerLatitude(), 3.5F);
-    QCOMPARE(map(shop)->centerLongitude(), 4.5F);
+    QCOMPARE(shop.map()->centerLatitude(), 3.5F);
+    QCOMPARE(shop.map()->centerLongitude(), 4.5F);
     // "Set" takes what the fields hold, which the position did not change.
     QCOMPARE(decimals(shop), (QStringList{"55.755833", "-33.5"}));
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QAbstractButton>
 #include <QIcon>
-#include <QMenu>
 #include <QScrollBar>
 #include <QSqlDatabase>
 #include <QStackedWidget>
@@ -75,17 +74,6 @@ private:
     static bool isChecked(const ShopDriver &shop, const char *button)
     {
         return shop.find<QAbstractButton>(button)->isChecked();
-    }
-    static void chooseInMenu(const ShopDriver &shop, int entry)
-    {
-        MapsWidget *widget = map(shop);
-        QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {},
-                          widget->mapTo(shop.window.get(), widget->rect().center()));
-        QTRY_VERIFY(widget->findChild<QMenu *>());
-        auto *menu = widget->findChild<QMenu *>();
-        QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
-                          menu->actionGeometry(menu->actions().at(entry)).center());
-        QTRY_VERIFY(!widget->findChild<QMenu *>());
     }
     /// Whether something is painted in the square that ends at a point of the map.
     static bool isMarked(const ShopDriver &shop, const QPoint &tip, int extent)
@@ -274,9 +262,9 @@ void TestTrackedViews::menuOfTheMap()
     ShopDriver shop(threeStores, gpsOn);
     view(shop, 10.005);
     shop.press("mapViewButton");
-    chooseInMenu(shop, 0);
+    shop.chooseInMapMenu(0);
     QCOMPARE(map(shop)->centerLatitude(), 10.01F);
-    chooseInMenu(shop, 2);
+    shop.chooseInMapMenu(2);
     QCOMPARE(map(shop)->centerLatitude(), 10.005F);
 }
 
