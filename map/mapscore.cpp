@@ -130,11 +130,11 @@ void MapsCore::invalidate()
     const QPointF center = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom);
     const QPoint tile(static_cast<int>(center.x()), static_cast<int>(center.y()));
     // Where the corner of the tile in the middle lies.
-    const auto corner = [](int extent, double at) {
-        return static_cast<int>(extent / 2 - (at - std::floor(at)) * tileExtent);
+    const auto corner = [](int middle, double at) {
+        return static_cast<int>(middle - (at - std::floor(at)) * tileExtent);
     };
-    const int xs = corner(width, center.x());
-    const int ys = corner(height, center.y());
+    const int xs = corner(width / 2, center.x());
+    const int ys = corner(height / 2, center.y());
     const int xa = (xs + tileExtent - 1) / tileExtent;
     const int ya = (ys + tileExtent - 1) / tileExtent;
     offset = {xs - tileExtent * xa, ys - tileExtent * ya};
@@ -156,9 +156,9 @@ void MapsCore::pan(const QPoint &delta)
 
 void MapsCore::placeStorePinAt(int x, int y)
 {
-    const QPointF distance = QPointF(width / 2 - x, height / 2 - y) / tileExtent;
-    const QPointF place =
-        WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) - distance;
+    const QPoint distance = QPoint(width / 2, height / 2) - QPoint(x, y);
+    const QPointF place = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) -
+                          QPointF(distance) / tileExtent;
     setStorePin(static_cast<float>(WebMercator::latitudeFromTile(place.y(), zoom)),
                 static_cast<float>(WebMercator::wrappedLongitude(
                     WebMercator::longitudeFromTile(place.x(), zoom))));
@@ -249,7 +249,7 @@ QByteArray MapsCore::bodyOf(QNetworkReply *reply)
         const QByteArray cached = cachedBody(asked);
         return cached.isEmpty() ? cachedBody(reply->url()) : cached;
     }
-    const QByteArray body = reply->read(TileImage::largestBody + 1);
+    QByteArray body = reply->read(TileImage::largestBody + 1);
     // The cache has it under the address that it came from in the end, and that is asked for only
     // after the server has redirected to it once more.
     if (reply->url() != asked) {

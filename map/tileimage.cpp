@@ -69,7 +69,7 @@ QImage TileImage::read(QByteArray body)
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > largestExtent || size.height() > largestExtent)
         return {};
-    const QImage image = reader.read();
+    QImage image = reader.read();
     const QSize tileSize(WebMercator::tileExtent, WebMercator::tileExtent);
     if (image.isNull() || image.size() == tileSize)
         return image;

@@ -7,10 +7,10 @@ using namespace Qt::StringLiterals;
 
 QUrl TileServer::baseUrl(const QString &setting)
 {
-    const QUrl usual(u"https://tile.openstreetmap.org"_s);
+    QUrl usual(u"https://tile.openstreetmap.org"_s);
     if (setting.isEmpty())
         return usual;
-    const QUrl url(setting, QUrl::StrictMode);
+    QUrl url(setting, QUrl::StrictMode);
     const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
     if (isWeb && url.isValid() && !url.host().isEmpty() && !url.hasQuery() && !url.hasFragment())
         return url;
