@@ -43,6 +43,7 @@ private slots:
     void uselessCoordinatesAreRefused_data();
     void uselessCoordinatesAreRefused();
     void sexagesimalIsConvertedOnlyWhereItShows();
+    void whatIsTypedIsNotFromTheGps();
     void backSavesNothing();
     void valueBeyondTheMaskIsKept();
     void secondVisitShowsWhatWasTaken();
@@ -336,16 +337,30 @@ void TestCoordinatesPage::sexagesimalIsConvertedOnlyWhereItShows()
     shop.press("setButton");
     shop.press("saveButton");
     QCOMPARE(stored(shop, 2), (QVariantList{7.5, 8.0, 0.0}));
-    // The tab is still the chosen one when the map sets a mark; what counts then is the mark.
-    shop.press("backButton");
+
+    // The tab is still the chosen one when the map sets a mark; what counts then is the mark, which
+    // is finer than a hundredth of a second.
+    ShopDriver other(
+        stores,
+        {{"GpsEnabled", true}, {"LastLatitude", 1.2345678F}, {"LastLongitude", 2.3456789F}});
+    open(other, 1);
+    chooseTab(other, 1);
+    other.press("mapViewButton");
+    other.chooseInMapMenu(0);
+    const float marked = other.labelText("gpsLongitude").toFloat();
+    other.press("setButton");
+    other.press("saveButton");
+    QCOMPARE(float(stored(other, 2).value(1).toDouble()), marked);
+}
+
+void TestCoordinatesPage::whatIsTypedIsNotFromTheGps()
+{
+    ShopDriver shop(stores, gpsOn);
     open(shop, 1);
-    shop.press("mapViewButton");
-    shop.chooseInMapMenu(0);
-    shop.chooseInMapMenu(0);
-    const QStringList marked = decimals(shop);
+    typeInto(shop, "latitudeField", "12.5");
+    shop.press("gpsViewButton");
     shop.press("setButton");
-    shop.press("saveButton");
-    QCOMPARE(float(stored(shop, 2).value(0).toDouble()), marked.at(0).toFloat());
+    QVERIFY(shop.message().startsWith("Coordinates is Empty"));
 }
 
 void TestCoordinatesPage::backSavesNothing()
