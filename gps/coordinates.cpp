@@ -42,7 +42,7 @@ double Coordinates::fromSexagesimal(const Sexagesimal &angle)
 {
     const double value = number(angle.degrees) + number(angle.minutes) / minutesPerDegree +
                          number(angle.seconds) / secondsPerDegree;
-    return angle.isNegative && value != 0 ? -value : value;
+    return angle.isNegative ? -value : value;
 }
 
 QString Coordinates::decimalText(double degrees)

@@ -6,7 +6,6 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
@@ -104,13 +103,12 @@ void ShopWindow::viewFilteredTracking()
     pageStack->setCurrentIndex(PageTrackedList);
 }
 
-/// Shows a row for each tracked store, with its distance if that is known. What is refilled stays
-/// where it was scrolled to, with the same store chosen.
+/// Shows a row for each tracked store, with its distance if that is known. The store that was chosen
+/// stays chosen; the list is laid out later, and so stays where it was scrolled to.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
     TrackedListPage &p = trackedListPage;
-    const int scrolledTo = p.list->verticalScrollBar()->value();
     const int chosen = p.list->currentRow();
     const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
     p.list->clear();
@@ -126,8 +124,6 @@ void ShopWindow::fillTrackedList(bool distancesAreKnown)
     }
     if (chosenStoreId != 0)
         p.list->setCurrentRow(static_cast<int>(p.storeIds.indexOf(chosenStoreId)));
-    p.list->doItemsLayout(); // else there is nothing to scroll yet
-    p.list->verticalScrollBar()->setValue(scrolledTo);
 }
 
 void ShopWindow::showTrackingAfterGps()

@@ -327,8 +327,8 @@ void TestMapsCore::panningMovesTheMap()
     const auto core = mapAt(100.25, 200.25, {256, 256});
     waitForPaths(9);
     core->pan({-64, 32});
-    QCOMPARE(core->centerLongitude(), float(WebMercator::longitudeFromTile(100.5, 16)));
-    QCOMPARE(core->centerLatitude(), float(WebMercator::latitudeFromTile(200.125, 16)));
+    QVERIFY(core->centerLongitude() == float(WebMercator::longitudeFromTile(100.5, 16)));
+    QVERIFY(core->centerLatitude() == float(WebMercator::latitudeFromTile(200.125, 16)));
     // The middle tile's corner goes along.
     const QImage image = drawing(*core, {256, 256});
     QCOMPARE(image.pixelColor(0, 96), TileHost::colorOf("/16/100/200.png"));
@@ -345,14 +345,14 @@ void TestMapsCore::slowDragsDoNotDrift()
         core->pan({-1, -1});
     for (int step = 0; step < 10; ++step)
         core->pan({100, 100});
-    QCOMPARE(core->centerLatitude(), latitude);
-    QCOMPARE(core->centerLongitude(), longitude);
+    QVERIFY(core->centerLatitude() == latitude);
+    QVERIFY(core->centerLongitude() == longitude);
     // Nor towards a whole pixel: a thousand steps are a thousand pixels.
     for (int step = 0; step < 1024; ++step)
         core->pan({-1, 0});
-    QCOMPARE(core->centerLongitude(),
-             float(WebMercator::longitudeFromTile(
-                 WebMercator::tileForCoordinate(latitude, longitude, 16).x() + 4, 16)));
+    QVERIFY(core->centerLongitude() ==
+            float(WebMercator::longitudeFromTile(
+                WebMercator::tileForCoordinate(latitude, longitude, 16).x() + 4, 16)));
 }
 
 void TestMapsCore::farTilesAreDroppedByTheNextReply()
@@ -757,11 +757,11 @@ void TestMapsCore::pinIsPutWhereThePersonPoints()
     const auto core = mapAt(100.25, 200.25, {401, 301});
     core->placeStorePinAt(200, 150); // the middle
     QVERIFY(core->isStorePinShown());
-    QCOMPARE(core->pinLatitude(), core->centerLatitude());
-    QCOMPARE(core->pinLongitude(), core->centerLongitude());
+    QVERIFY(core->pinLatitude() == core->centerLatitude());
+    QVERIFY(core->pinLongitude() == core->centerLongitude());
     core->placeStorePinAt(200 + 128, 150 - 64);
-    QCOMPARE(core->pinLongitude(), float(WebMercator::longitudeFromTile(100.75, 16)));
-    QCOMPARE(core->pinLatitude(), float(WebMercator::latitudeFromTile(200.0, 16)));
+    QVERIFY(core->pinLongitude() == float(WebMercator::longitudeFromTile(100.75, 16)));
+    QVERIFY(core->pinLatitude() == float(WebMercator::latitudeFromTile(200.0, 16)));
 }
 
 void TestMapsCore::pinBeyondTheDateLine()
@@ -771,7 +771,7 @@ void TestMapsCore::pinBeyondTheDateLine()
     core.setCenter(0, 180);
     core.placeStorePinAt(200 + 256, 150);
     const double degreesOfATile = 360.0 / 65536;
-    QCOMPARE(core.pinLongitude(), float(-180 + degreesOfATile));
+    QVERIFY(core.pinLongitude() == float(-180 + degreesOfATile));
 }
 
 void TestMapsCore::nothingIsFetchedUnseen()
