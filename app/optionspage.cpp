@@ -1,19 +1,228 @@
 // SPDX-License-Identifier: MIT
+#include "app/optionspage.h"
+
+#include <chrono>
+#include <tuple>
+
+#include <QBoxLayout>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QTranslator>
+
+#include "app/installation.h"
 #include "app/shopwindow.h"
+#include "app/trsettings.h"
+#include "widgets/controls.h"
+#include "widgets/namebutton.h"
+#include "widgets/rowcheckbox.h"
+#include "widgets/rowradiobutton.h"
+#include "widgets/TrKineticScroller.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int longestShownName = 25; // characters
+
+// As the settings have them.
+enum Language { SystemLanguage, English, Russian };
+
+QString languageCode(int id)
+{
+    if (id == English)
+        return u"en"_s;
+    return id == Russian ? u"ru"_s : QString();
+}
+
+QLabel *groupTitle(const QString &text)
+{
+    auto *label = new QLabel(text);
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    return label;
+}
+
+/// Makes a button that fills a row; Button is RowCheckBox or RowRadioButton.
+template <typename Button>
+Button *rowButton(const QString &objectName, const QString &text)
+{
+    auto *button = new Button(text);
+    button->setObjectName(objectName);
+    return button;
+}
+
+} // namespace
 
 void ShopWindow::buildOptionsPage()
 {
-    addPage(PageOptions, u"optionsPage"_s);
+    QWidget *page = addPage(PageOptions, u"optionsPage"_s);
+    OptionsPage &p = optionsPage;
+    p = {Frames::makeToolbarFrame(page)};
+    Controls::showPicture(p.picture, u":/img/tools.svg"_s, Controls::pictureExtent);
+
+    p.enableGps = rowButton<RowCheckBox>(u"enableGpsBox"_s, tr("Enable use of GPS"));
+    p.gpsAlwaysActive = rowButton<RowCheckBox>(u"gpsAlwaysActiveBox"_s, tr("GPS always active"));
+    p.autoStartTracking =
+        rowButton<RowCheckBox>(u"autoStartTrackingBox"_s, tr("AutoStart tracking"));
+    auto *soundCaption = new QLabel(tr("Alarm Sound: "));
+    p.sound = new NameButton;
+    p.sound->setObjectName(u"soundButton"_s);
+    p.sound->setMaximumWidth(textWidth);
+    p.sound->setName(QFileInfo(soundFileName).fileName());
+    p.sound->setAccessibleDescription(soundCaption->text());
+    p.autoDetect = rowButton<RowRadioButton>(u"autoDetectRadio"_s, tr("AutoDetect"));
+    p.english = rowButton<RowRadioButton>(u"englishRadio"_s, tr("English"));
+    p.russian = rowButton<RowRadioButton>(u"russianRadio"_s, tr("Russian"));
+
+    auto *body = new QWidget;
+    auto *rows = new QVBoxLayout(body);
+    rows->addWidget(groupTitle(tr("GPS settings")));
+    for (QCheckBox *box : {p.enableGps, p.gpsAlwaysActive, p.autoStartTracking})
+        rows->addWidget(box);
+    rows->addWidget(groupTitle(tr("Alarm settings")));
+    rows->addWidget(soundCaption);
+    rows->addWidget(p.sound);
+    rows->addWidget(groupTitle(tr("Interface Language")));
+    for (QRadioButton *radio : {p.autoDetect, p.english, p.russian})
+        rows->addWidget(radio);
+    rows->addStretch();
+    auto *scrollArea = new QScrollArea;
+    scrollArea->setObjectName(u"optionsScrollArea"_s);
+    scrollArea->setWidgetResizable(true);
+    scrollArea->setFrameShape(QFrame::NoFrame);
+    scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollArea->setWidget(body);
+    (new TrKineticScroller(scrollArea))->enableKineticScrollFor(scrollArea);
+
+    p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
+                                tr("OK"));
+    p.cancel = Controls::textButton(u"cancelButton"_s, u":/img/red_round_error.svg"_s,
+                                    Controls::pictureExtent, cancelText);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(p.ok, 1);
+    buttons->addWidget(p.cancel, 1);
+    auto *column = new QVBoxLayout;
+    column->addWidget(scrollArea, 1);
+    column->addLayout(buttons);
+    p.contents->addLayout(column, 1);
+
+    connect(p.enableGps, &QCheckBox::toggled, this, &ShopWindow::enableGpsChanged);
+    connect(p.gpsAlwaysActive, &QCheckBox::toggled, this, &ShopWindow::enableAutoStartChanged);
+    connect(p.sound, &QPushButton::clicked, this, &ShopWindow::chooseSoundFile);
+    connect(p.ok, &QPushButton::clicked, this, &ShopWindow::saveSettings);
+    connect(p.cancel, &QPushButton::clicked, this, &ShopWindow::backClicked);
+    connect(p.back, &QPushButton::clicked, this, &ShopWindow::backClicked);
+    connect(p.help, &QPushButton::clicked, this, &ShopWindow::optionsPageHelp);
 }
 
-void ShopWindow::optionsClicked() {}
+void ShopWindow::optionsClicked()
+{
+    const OptionsPage &p = optionsPage;
+    // Each of the three makes sense only with the one before it.
+    if (!gpsAvailable)
+        gpsEnabled = false;
+    p.enableGps->setEnabled(gpsAvailable);
+    p.enableGps->setChecked(gpsEnabled);
+    p.gpsAlwaysActive->setEnabled(p.enableGps->isEnabled() && p.enableGps->isChecked());
+    p.gpsAlwaysActive->setChecked(p.gpsAlwaysActive->isEnabled() && gpsAutoStart);
+    p.autoStartTracking->setEnabled(p.gpsAlwaysActive->isEnabled() &&
+                                    p.gpsAlwaysActive->isChecked());
+    p.autoStartTracking->setChecked(p.autoStartTracking->isEnabled() && trackAutoStart);
+    pageStack->setCurrentIndex(PageOptions);
+    p.sound->setName(QFileInfo(soundFileName).fileName());
+    pendingSoundFileName = soundFileName;
+    if (languageId == English)
+        p.english->setChecked(true);
+    else if (languageId == Russian)
+        p.russian->setChecked(true);
+    else
+        p.autoDetect->setChecked(true);
+}
 
-void ShopWindow::saveSettings() {}
+void ShopWindow::enableGpsChanged(bool aState)
+{
+    optionsPage.gpsAlwaysActive->setEnabled(aState);
+    if (!aState)
+        optionsPage.gpsAlwaysActive->setChecked(false);
+}
 
-void ShopWindow::enableGpsChanged(bool /*aState*/) {}
+void ShopWindow::enableAutoStartChanged(bool aState)
+{
+    optionsPage.autoStartTracking->setEnabled(aState);
+    if (!aState)
+        optionsPage.autoStartTracking->setChecked(false);
+}
 
-void ShopWindow::enableAutoStartChanged(bool /*aState*/) {}
+void ShopWindow::chooseSoundFile()
+{
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open Sound"), QDir::rootPath(),
+                                                      tr("Sound Files (*.wav *.mp3)"));
+    if (file.isEmpty())
+        return;
+    pendingSoundFileName = file;
+    optionsPage.sound->setName(QFileInfo(file).fileName().left(longestShownName));
+}
 
-void ShopWindow::chooseSoundFile() {}
+void ShopWindow::saveSettings()
+{
+    const OptionsPage &p = optionsPage;
+    gpsEnabled = p.enableGps->isChecked();
+    gpsAutoStart = p.gpsAlwaysActive->isChecked();
+    trackAutoStart = p.autoStartTracking->isChecked();
+    soundFileName = pendingSoundFileName;
+    TrSettings &settings = TrSettings::instance();
+    settings.setGpsEnabled(gpsEnabled);
+    settings.setGpsAutoStart(gpsAutoStart);
+    settings.setTrackAutoStart(trackAutoStart);
+    settings.setSoundFileName(soundFileName);
+    pageStack->setCurrentIndex(PageMain);
+    applyGpsSettings();
+    const int language = p.english->isChecked()   ? English
+                         : p.russian->isChecked() ? Russian
+                                                  : SystemLanguage;
+    if (language != languageId)
+        changeLanguage(language);
+}
+
+/// Builds every page anew in another language. The page whose button started this goes a little
+/// later, when nothing of it runs any more.
+void ShopWindow::changeLanguage(int language)
+{
+    libraryTranslator.reset();
+    applicationTranslator.reset();
+    loadTranslations(languageCode(language));
+    languageId = language;
+    TrSettings::instance().setLanguageId(languageId);
+    buildUserInterface();
+    showMaximized();
+    QTimer::singleShot(500ms, this, &ShopWindow::timerFired);
+}
+
+void ShopWindow::loadStoredLanguage()
+{
+    loadTranslations(languageCode(languageId));
+}
+
+void ShopWindow::loadTranslations(const QString &code)
+{
+    const QString locale = code.isEmpty() ? QLocale::system().name() : code;
+    libraryTranslator = std::make_unique<QTranslator>();
+    // What cannot be loaded stays English.
+    std::ignore = libraryTranslator->load(u"qt_"_s + locale,
+                                          QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+    QCoreApplication::installTranslator(libraryTranslator.get());
+    applicationTranslator = std::make_unique<QTranslator>();
+    std::ignore = applicationTranslator->load(u"trolleo_"_s + locale, installationFolder());
+    QCoreApplication::installTranslator(applicationTranslator.get());
+}

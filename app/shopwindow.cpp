@@ -14,6 +14,7 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QTranslator>
 
 #include "app/installation.h"
 #include "app/trsettings.h"
@@ -98,6 +99,7 @@ ShopWindow::ShopWindow(QWidget *parent)
     retryTimer->setInterval(retryPause);
     connect(retryTimer, &QTimer::timeout, this, &ShopWindow::coordUpdateTimeout);
     loadSettings();
+    loadStoredLanguage(); // before any page has a text
     alertHelper = std::make_unique<AlertHelper>();
     alertHelper->initialise();
     setAttribute(autoOrientation, true);
@@ -237,7 +239,7 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
           &storesPage.turningBoxes, &itemsListPage.turningBoxes, &listEditPage.turningBoxes,
           &shoppingListsPage.turningBoxes, &itemEditPage.turningBoxes, &storeListPage.turningBoxes,
           &storeEditPage.turningBoxes, &categoryListPage.turningBoxes,
-          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes,
+          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &optionsPage.turningBoxes,
           &coordinatesPage.turningBoxes})
         boxes->turn(orientation);
     if (isVisible())

@@ -11,6 +11,7 @@
 #include "app/alerthelper.h"
 #include "app/mainpage.h"
 #include "app/messagepages.h"
+#include "app/optionspage.h"
 #include "app/pages.h"
 #include "gps/coordinatespage.h"
 #include "lists/doshoppingpage.h"
@@ -31,6 +32,7 @@ class QNetworkConfigurationManager;
 class QNetworkSession;
 class QStackedWidget;
 class QTimer;
+class QTranslator;
 class TrShopGps;
 
 /// The main window: it holds every page of the program in one page stack and nearly every slot,
@@ -323,6 +325,18 @@ private:
     QString htmlBreak;
     QString htmlBoldOpen;
     QString htmlBoldClose;
+
+    // ---- Options and language: app/optionspage.cpp --------------------------------------------
+    /// Installs the translations for a language code; an empty one stands for the system's locale.
+    void loadTranslations(const QString &code);
+    void loadStoredLanguage();
+    void changeLanguage(int language);
+
+    OptionsPage optionsPage;
+    /// Chosen on the options page, and not taken over yet.
+    QString pendingSoundFileName;
+    std::unique_ptr<QTranslator> libraryTranslator;
+    std::unique_ptr<QTranslator> applicationTranslator;
 
     // The settings as the program follows them; the store is read once and written by the options.
     bool gpsEnabled = false;

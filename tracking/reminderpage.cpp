@@ -86,6 +86,9 @@ void ShopWindow::showReminder()
 /// Lets the person see the window, whatever is before it.
 void ShopWindow::bringToFront()
 {
+    // Whoever chooses a file could not answer the reminder.
+    if (QWidget *dialog = QApplication::activeModalWidget())
+        dialog->close();
     QWidget *top = window();
     top->setWindowState(top->windowState() & ~Qt::WindowMinimized);
     top->show();

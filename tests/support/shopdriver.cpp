@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QScrollArea>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QtTest>
@@ -67,6 +68,8 @@ void ShopDriver::press(const char *button) const
     auto *widget = find<QAbstractButton>(button);
     if (!widget || !widget->isVisible())
         qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
+    if (auto *area = page()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
+        area->ensureWidgetVisible(widget);
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
                       inWindow(widget, widget->rect().center()));
 }

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/frames.h"
+
+class NameButton;
+class QCheckBox;
+class QRadioButton;
+
+/// The person's preferences; "OK" takes them over.
+struct OptionsPage : ToolbarFrame
+{
+    QCheckBox *enableGps = nullptr;
+    QCheckBox *gpsAlwaysActive = nullptr;
+    QCheckBox *autoStartTracking = nullptr;
+    NameButton *sound = nullptr;
+    QRadioButton *autoDetect = nullptr;
+    QRadioButton *english = nullptr;
+    QRadioButton *russian = nullptr;
+    QPushButton *ok = nullptr;
+    QPushButton *cancel = nullptr;
+};
