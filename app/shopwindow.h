@@ -326,6 +326,14 @@ private:
     QString htmlBoldOpen;
     QString htmlBoldClose;
 
+    // ---- Help: app/help.cpp -------------------------------------------------------------------
+    QString helpLine(const QString &text) const;
+    /// After an empty line.
+    QString helpHeading(const QString &text) const;
+    /// `picture` is a file of ":/img/".
+    QString helpButton(QLatin1StringView picture, const QString &text) const;
+    void showHelp(const QString &title, const QString &text, int returnPage);
+
     // ---- Options and language: app/optionspage.cpp --------------------------------------------
     /// Installs the translations for a language code; an empty one stands for the system's locale.
     void loadTranslations(const QString &code);

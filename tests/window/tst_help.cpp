@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+#include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "tests/support/shopdriver.h"
+
+class TestHelp : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyPageHasItsHelp_data();
+    void everyPageHasItsHelp();
+    void helpNamesEveryButton_data()
+    {
+        everyPageHasItsHelp_data();
+    }
+    void helpNamesEveryButton();
+    void mainPageIsTheModel();
+    void about();
+    void keysOfTheTranslations_data();
+    void keysOfTheTranslations();
+    void okClearsTheText();
+    void helpOfTheCoordinatesLeadsBackToThem();
+
+private:
+    static QString textOf(ShopDriver &shop, int page)
+    {
+        shop.stack->setCurrentIndex(page);
+        shop.press("helpButton");
+        return shop.labelText("messageText");
+    }
+    static QImage drawing(const QIcon &icon)
+    {
+        return icon.pixmap(48).toImage();
+    }
+};
+
+void TestHelp::everyPageHasItsHelp_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("begin");
+    const auto add = [](Page page, const char *title, const char *begin) {
+        QTest::newRow(title) << int(page) << title << begin;
+    };
+    add(PageMain, "Main Page", "You are on a Main Page of the App.");
+    add(PageShopping, "Shoppings", "You are on a Shopping Page.");
+    add(PageTracking, "Reminders (GPS tracking)", "You are on a Reminders page.");
+    add(PageStores, "Stores", "You are on a Stores Page.");
+    add(PageItemsList, "Items List", "You are on an Items List Page.");
+    add(PageListEdit, "Shopping List Edit", "You are on a Shopping List Edit Page.");
+    add(PageShoppingLists, "Shopping Lists", "You are on a Shopping Lists Page.");
+    add(PageItemEdit, "Item Add/Edit",
+        "Here You can edit item's parameters. Or You can delete current Item from the List. ");
+    add(PageStoreList, "Stores List", "Here You can select Store, or add a New One.");
+    add(PageStoreEdit, "Store Add/Edit", "Here You can edit selected Store properties.");
+    add(PageCategoryList, "Category List",
+        "Here You can manage Categories (select one or Add a New one).");
+    add(PageCategoryEdit, "Add/Edit Category",
+        "Here You can edit Category properties. Or You can Delete current category.");
+    add(PageDoShopping, "Do Shopping",
+        "Here You can check/uncheck bought goods. When You check one of the items it will be moved "
+        "below last unchecked item. Also remember that even one unchecked item makes the list to "
+        "be still active - i.e. this list still can be used in a reminders.");
+    add(PageOptions, "Options",
+        "Here You can Enable/Disable GPS, change AutoStart settings, select Sound and Language");
+    add(PageTrackedList, "Tracking",
+        "Here You can vew tracked Stores, sorted by distance from current location. ");
+    add(PageCoordinates, "Coords input",
+        "Here You can set GPS coordinates for store. There are 3 ways:");
+}
+
+void TestHelp::everyPageHasItsHelp()
+{
+    QFETCH(int, page);
+    QFETCH(QString, title);
+    QFETCH(QString, begin);
+    ShopDriver shop;
+    const QString text = textOf(shop, page);
+    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    QCOMPARE(shop.labelText("messageTitle"), title);
+    QVERIFY2(text.startsWith(begin + "<br>"), qPrintable(text));
+    QCOMPARE(drawing(QIcon(shop.find<QLabel>("messageIcon")->pixmap(Qt::ReturnByValue))),
+             drawing(QIcon(QIcon(":/img/question.png").pixmap(60))));
+    QCOMPARE(text.count("<b>"), text.count("</b>"));
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), page);
+}
+
+void TestHelp::helpNamesEveryButton()
+{
+    QFETCH(int, page);
+    ShopDriver shop;
+    const QString text = textOf(shop, page);
+    QStringList named;
+    static const QRegularExpression image("<img src=\":/img/([^\"]+)\" width=24 height=24> - ");
+    for (auto match = image.globalMatch(text); match.hasNext();)
+        named << match.next().captured(1);
+    QList<QImage> onPage;
+    for (const QPushButton *button : shop.stack->widget(page)->findChildren<QPushButton *>()) {
+        // The main page's help is the model for all others, and leaves its way out to itself.
+        if (!button->icon().isNull() && button->objectName() != "exitButton")
+            onPage << drawing(button->icon());
+    }
+    QVERIFY(!onPage.isEmpty());
+    for (const QString &name : named)
+        QVERIFY2(onPage.contains(drawing(QIcon(":/img/" + name))), qPrintable(name));
+    for (const QImage &picture : onPage) {
+        const bool isNamed = std::any_of(named.begin(), named.end(), [&](const QString &name) {
+            return drawing(QIcon(":/img/" + name)) == picture;
+        });
+        QVERIFY2(isNamed, qPrintable(text));
+    }
+}
+
+void TestHelp::mainPageIsTheModel()
+{
+    ShopDriver shop;
+    const auto button = [](const char *picture, const char *text) {
+        return QString("<img src=\":/img/%1\" width=24 height=24> - %2<br>").arg(picture, text);
+    };
+    QCOMPARE(textOf(shop, PageMain),
+             "You are on a Main Page of the App.<br><br><b>Main buttons here:</b><br>" +
+                 button("shopping-cart.svg", "Shopping page, shopping Lists management;") +
+                 button("reminder.svg", "Reminders over GPS tracking of closest to You Stores;") +
+                 button("market.png", "Stores management page.") +
+                 "<br><b>Toolbar buttons:</b><br>" + button("tools.svg", "Options page;") +
+                 button("question.png", "this page;") + button("info.png", "About page."));
+}
+
+void TestHelp::about()
+{
+    ShopDriver shop;
+    shop.press("aboutButton");
+    QCOMPARE(shop.labelText("messageTitle"), "About Trolleo");
+    const QString text = shop.labelText("messageText");
+    const QStringList lines = text.split("<br>");
+    QCOMPARE(lines.at(0), "<b>Trolleo</b>");
+    QCOMPARE(lines.at(1),
+             "This program is intended to help a User not forget about all the planned "
+             "shoppings and make shopping process itself more handy.");
+    QCOMPARE(lines.at(2), "Program version: 1.1.0 for Maemo 5");
+    QCOMPARE(lines.at(3), "Developed with: Qt 4.6.3");
+    const QRegularExpression link(
+        "^Send reports to: <a href=\"mailto:([^@\"]+@[^@\"]+)\">\\1</a>$");
+    QVERIFY(link.match(lines.at(4)).hasMatch());
+    QVERIFY(lines.at(5).contains(QString("Qt ") + qVersion()));
+    QVERIFY(lines.at(5).contains("MIT"));
+    QVERIFY(lines.at(5).contains("OpenStreetMap"));
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+}
+
+void TestHelp::keysOfTheTranslations_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("words");
+    const auto add = [](Page page, const char *words) {
+        QTest::newRow(words) << int(page) << words;
+    };
+    // Spelling included.
+    add(PageTrackedList, "vew");
+    add(PageCoordinates, "enetered");
+    add(PageShoppingLists, "previuos");
+    add(PageShoppingLists, "bouded");
+    add(PageTracking, "critaria sortde");
+    add(PageOptions, "defualt");
+    add(PageOptions, "Interface languge:");
+    add(PageStores, "Buttons at the bottom bottom:");
+    // What the program keeps to.
+    add(PageTracking, "250 meters or less");
+    add(PageTrackedList, "List updates every 3 seconds");
+    add(PageTrackedList, "this view is available only when GPS is active");
+    add(PageDoShopping, "moved below last unchecked item");
+    add(PageListEdit, "caption can not be empty");
+    add(PageOptions, "Selected translation will be loaded right after You exit the Options.");
+}
+
+void TestHelp::keysOfTheTranslations()
+{
+    QFETCH(int, page);
+    QFETCH(QString, words);
+    ShopDriver shop;
+    QVERIFY(textOf(shop, page).contains(words));
+}
+
+void TestHelp::okClearsTheText()
+{
+    ShopDriver shop;
+    textOf(shop, PageOptions);
+    shop.press("messageOkButton");
+    QCOMPARE(shop.stack->widget(PageMessage)->findChild<QLabel *>("messageText")->text(), "");
+    textOf(shop, PageStores);
+    QCOMPARE(shop.page()->findChild<QScrollBar *>()->value(), 0);
+}
+
+void TestHelp::helpOfTheCoordinatesLeadsBackToThem()
+{
+    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)"});
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("editButton");
+    shop.press("coordinatesButton");
+    auto *field = shop.find<QLineEdit>("latitudeField");
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Home);
+    QTest::keyClicks(field, "12.5");
+    shop.press("helpButton");
+    QCOMPARE(shop.labelText("messageTitle"), "Coords input");
+    shop.press("messageOkButton");
+    QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+    QCOMPARE(field->text(), "12.5");
+}
+
+QTEST_MAIN(TestHelp)
+#include "tst_help.moc"
