@@ -7,6 +7,13 @@
 
 using namespace Qt::StringLiterals;
 
+NameButton::NameButton(QWidget *parent)
+    : QPushButton(parent)
+{
+    // A layout takes the size hint of a button for its least size else.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
 void NameButton::setName(const QString &name)
 {
     setText(name);

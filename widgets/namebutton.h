@@ -11,7 +11,7 @@ class NameButton : public QPushButton
     Q_OBJECT
 
 public:
-    using QPushButton::QPushButton;
+    explicit NameButton(QWidget *parent = nullptr);
 
     /// Shows `name`, which a screen reader says as well.
     void setName(const QString &name);

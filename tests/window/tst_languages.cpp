@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+#include <QAbstractButton>
+#include <QLabel>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "map/mapswidget.h"
+#include "tests/support/shopdriver.h"
+#include "widgets/namebutton.h"
+
+// Translations are installed resources; scripts/test installs before it tests.
+
+class TestLanguages : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void storedLanguageDecides_data();
+    void storedLanguageDecides();
+    void languageChangesEveryText();
+    void nothingIsCut_data();
+    void nothingIsCut();
+    void helpIsTranslated();
+
+private:
+    static void forEveryView(const ShopDriver &shop,
+                             const std::function<void(const QWidget *)> &check);
+};
+
+static const QRegularExpression cyrillic("[а-яА-ЯёЁ]");
+
+void TestLanguages::storedLanguageDecides_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("English") << QVariant(1) << "Shopping";
+    QTest::newRow("Russian") << QVariant(2) << "Покупки";
+    QTest::newRow("unknown") << QVariant(7) << "Shopping";
+    QTest::newRow("rubbish") << QVariant("rubbish") << "Shopping";
+}
+
+void TestLanguages::storedLanguageDecides()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QString, text);
+    ShopDriver shop({}, {{"LanguageId", stored}});
+    QCOMPARE(shop.buttonText("shoppingButton"), text);
+}
+
+void TestLanguages::forEveryView(const ShopDriver &shop,
+                                 const std::function<void(const QWidget *)> &check)
+{
+    for (int index = 0; index < shop.stack->count(); ++index) {
+        shop.stack->setCurrentIndex(index);
+        QWidget *page = shop.stack->widget(index);
+        QCoreApplication::processEvents();
+        check(page);
+        for (QStackedWidget *views : page->findChildren<QStackedWidget *>()) {
+            for (int view = 0; view < views->count(); ++view) {
+                views->setCurrentIndex(view);
+                QCoreApplication::processEvents();
+                check(page);
+            }
+            views->setCurrentIndex(page->findChild<QTabWidget *>() ? 1 : 0);
+        }
+        if (auto *tabs = page->findChild<QTabWidget *>()) {
+            for (int tab = 0; tab < tabs->count(); ++tab) {
+                tabs->setCurrentIndex(tab);
+                QCoreApplication::processEvents();
+                check(page);
+            }
+        }
+    }
+}
+
+/// What a person sees or a screen reader says on a page, but for what reads the same in Russian.
+static QStringList textsOf(const QWidget *page)
+{
+    QStringList texts;
+    for (const QWidget *widget : page->findChildren<QWidget *>()) {
+        texts << widget->accessibleName() << widget->accessibleDescription();
+        if (const auto *label = qobject_cast<const QLabel *>(widget))
+            texts << label->text();
+        else if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
+            texts << button->text();
+        else if (const auto *bar = qobject_cast<const QTabBar *>(widget))
+            texts << bar->tabText(0) << bar->tabText(1);
+    }
+    static const QRegularExpression word("[A-Za-z]{2}");
+    static const QStringList same{"OK", "GPS", "no sound.wav"};
+    texts.removeIf([](const QString &text) {
+        return !text.contains(word) || same.contains(text) || text.startsWith("qt_");
+    });
+    return texts;
+}
+
+void TestLanguages::languageChangesEveryText()
+{
+    ShopDriver shop({}, {{"LanguageId", 1}});
+    forEveryView(shop, [](const QWidget *page) {
+        for (const QString &text : textsOf(page))
+            QVERIFY2(!text.contains(cyrillic), qPrintable(text));
+    });
+    for (const int round : {0, 1, 2}) {
+        const bool toRussian = round % 2 == 0;
+        shop.stack->setCurrentIndex(PageMain);
+        shop.press("optionsButton");
+        shop.press(toRussian ? "russianRadio" : "englishRadio");
+        shop.press("okButton");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+        forEveryView(shop, [toRussian](const QWidget *page) {
+            for (const QString &text : textsOf(page))
+                QVERIFY2(text.contains(cyrillic) == toRussian, qPrintable(text));
+        });
+    }
+}
+
+void TestLanguages::nothingIsCut_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QSize>("size");
+    for (const auto &[name, language] : {std::pair("English", 1), std::pair("Russian", 2)}) {
+        QTest::addRow("%s, landscape", name) << language << QSize(800, 480);
+        QTest::addRow("%s, portrait", name) << language << QSize(480, 800);
+    }
+}
+
+void TestLanguages::nothingIsCut()
+{
+    QFETCH(int, language);
+    QFETCH(QSize, size);
+    ShopDriver shop({}, {{"LanguageId", language}, {"GpsEnabled", true}});
+    shop.window->resize(size);
+    QCoreApplication::processEvents();
+    QCOMPARE(shop.window->size(), size);
+    forEveryView(shop, [&](const QWidget *page) {
+        QCOMPARE(shop.window->size(), size);
+        const QSize needed = page->minimumSizeHint();
+        QVERIFY2(needed.width() <= size.width() && needed.height() <= size.height(),
+                 qPrintable(QString("%1 needs %2 x %3")
+                                .arg(page->objectName())
+                                .arg(needed.width())
+                                .arg(needed.height())));
+        for (const QWidget *widget : page->findChildren<QWidget *>()) {
+            if (!widget->isVisible() || widget->objectName().startsWith("qt_"))
+                continue;
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            const auto *bar = qobject_cast<const QTabBar *>(widget);
+            const QString what = page->objectName() + ": " +
+                                 (label    ? label->text()
+                                  : button ? button->text()
+                                           : widget->objectName());
+            if (label && label->wordWrap())
+                QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                         qPrintable(what));
+            else if (label || bar || (button && !qobject_cast<const NameButton *>(button)))
+                QVERIFY2(widget->sizeHint().width() <= widget->width(), qPrintable(what));
+            else if (button)
+                QVERIFY2(widget->sizeHint().width() <= widget->width() || !button->isEnabled(),
+                         qPrintable(what)); // a name may be any length; the texts for none are ours
+        }
+    });
+    // The menus of the maps.
+    for (auto *map : shop.window->findChildren<MapsWidget *>()) {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(map, &event);
+        const auto *menu = map->findChild<QMenu *>();
+        QVERIFY(menu);
+        QVERIFY(menu->width() <= 480);
+    }
+}
+
+void TestLanguages::helpIsTranslated()
+{
+    ShopDriver shop({}, {{"LanguageId", 2}});
+    for (const int page :
+         {PageMain, PageShopping, PageTracking, PageStores, PageItemsList, PageListEdit,
+          PageShoppingLists, PageItemEdit, PageStoreList, PageStoreEdit, PageCategoryList,
+          PageCategoryEdit, PageDoShopping, PageOptions, PageTrackedList, PageCoordinates}) {
+        shop.stack->setCurrentIndex(page);
+        shop.press("helpButton");
+        QVERIFY(shop.labelText("messageTitle").contains(cyrillic));
+        QString text = shop.labelText("messageText");
+        static const QRegularExpression tags("<[^>]*>");
+        text.remove(tags);
+        static const QRegularExpression english("\\b(the|this|You|and|is|of)\\b");
+        QVERIFY2(!text.contains(english), qPrintable(text));
+    }
+}
+
+QTEST_MAIN(TestLanguages)
+#include "tst_languages.moc"
