@@ -103,8 +103,8 @@ void ShopWindow::viewFilteredTracking()
     pageStack->setCurrentIndex(PageTrackedList);
 }
 
-/// Shows a row for each tracked store, with its distance if that is known. The store that was chosen
-/// stays chosen; the list is laid out later, and so stays where it was scrolled to.
+/// Shows a row for each tracked store, with its distance if that is known. The store that was
+/// chosen stays chosen; the list is laid out later, and so stays where it was scrolled to.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;

@@ -197,7 +197,8 @@ void TestCoordinates::fieldShowsWhatItsMaskHolds_data()
                                   << ".";
     QTest::newRow("tiny") << decimal << "1.2e-05"
                           << ".";
-    QTest::newRow("tiny, with more digits") << decimal << "1.2345678e-05" << ".";
+    QTest::newRow("tiny, with more digits") << decimal << "1.2345678e-05"
+                                            << ".";
     QTest::newRow("more decimals") << decimal << "2.3522219"
                                    << "2.352222";
     QTest::newRow("more decimals, carried") << decimal << "9.9999999"
