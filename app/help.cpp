@@ -76,8 +76,9 @@ void ShopWindow::optionsPageHelp()
             helpLine(tr("Enable use of GPS - without it the App never asks for Your position;")) +
             helpLine(tr("GPS always active - GPS works from the start of the App, so a position is "
                         "found sooner, but the battery lasts shorter;")) +
-            helpLine(
-                tr("AutoStart tracking - tracking of all Stores begins when the App starts.")) +
+            helpLine(tr(
+                "AutoStart tracking - tracking of all Stores begins when the App starts, and when "
+                "You save the Options.")) +
             helpHeading(tr("Alarm settings:")) +
             helpLine(tr("Press the button with the file name to choose another sound (wav or mp3). "
                         "The defualt one comes with the App.")) +
@@ -107,7 +108,7 @@ void ShopWindow::trackingPageHelp()
                 tr("By Category - Stores of one Category, press the button below to choose it;")) +
             helpLine(tr("By Store - one Store, press the button below to choose it.")) +
             helpHeading(tr("Toolbar buttons:")) + helpButton("question.png"_L1, tr("this page;")) +
-            helpButton("back.svg"_L1, tr("return to previuos page, tracking goes on.")) +
+            helpButton("back.svg"_L1, tr("back to the Main Page, tracking goes on.")) +
             helpHeading(tr("Main buttons:")) +
             helpButton("eye.svg"_L1, tr("Stores that match the critaria sortde by distance;")) +
             helpButton("stop.svg"_L1, tr("stop tracking;")) +
@@ -128,7 +129,7 @@ void ShopWindow::trackingListHelp()
                           "it to go to the closest Store or to Your position;")) +
             helpButton("back.svg"_L1, tr("back to the Reminders page;")) +
             helpButton("question.png"_L1, tr("this page.")) +
-            helpHeading(tr("Buttons at the bottom:")) +
+            helpHeading(tr("Buttons at the bottom bottom:")) +
             helpButton("commit.png"_L1, tr("back to the Reminders page.")),
         PageTrackedList);
 }
@@ -146,8 +147,8 @@ void ShopWindow::doShoppingHelp()
             helpHeading(tr("Toolbar buttons:")) +
             helpButton("back.svg"_L1, tr("finish shopping;")) +
             helpButton("question.png"_L1, tr("this page.")) + helpHeading(tr("Main buttons:")) +
-            helpButton("check_sign_fill.svg"_L1, tr("check all the items;")) +
-            helpButton("check_sign_empt.svg"_L1, tr("uncheck all the items;")) +
+            helpButton("check_sign_fill.svg"_L1, tr("check the chosen item;")) +
+            helpButton("check_sign_empt.svg"_L1, tr("uncheck the chosen item;")) +
             helpButton("commit.png"_L1, tr("finish shopping.")),
         PageDoShopping);
 }
@@ -190,7 +191,7 @@ void ShopWindow::shopListEditHelp()
         helpLine(tr("You are on a Shopping List Edit Page.")) +
             helpLine(tr("Shopping List caption can not be empty.")) +
             helpLine(tr("Press the button with the Store to bind the List to a Store. Reset makes "
-                        "all goods of the List unchecked again.")) +
+                        "all goods of the List unchecked again, at once.")) +
             helpHeading(tr("Toolbar buttons:")) + helpButton("question.png"_L1, tr("this page;")) +
             helpButton("back.svg"_L1, tr("return to previuos page, nothing is saved.")) +
             helpHeading(tr("Main buttons:")) + helpButton("commit.png"_L1, tr("save the List;")) +
@@ -217,7 +218,8 @@ void ShopWindow::addItemHelp()
         tr("Item Add/Edit"),
         helpLine(tr("Here You can edit item's parameters. Or You can delete current Item from the "
                     "List. ")) +
-            helpLine(tr("What is enetered here is saved with the whole List.")) +
+            helpLine(tr("What is enetered here is saved with the whole List. Minus and plus change "
+                        "the amount.")) +
             helpHeading(tr("Toolbar buttons:")) + helpButton("question.png"_L1, tr("this page;")) +
             helpButton("back.svg"_L1, tr("return to previuos page, nothing is changed.")) +
             helpHeading(tr("Main buttons:")) +
@@ -234,7 +236,7 @@ void ShopWindow::shopsHelp()
                  helpHeading(tr("Toolbar buttons:")) +
                  helpButton("question.png"_L1, tr("this page;")) +
                  helpButton("back.svg"_L1, tr("back to the Main Page.")) +
-                 helpHeading(tr("Buttons at the bottom bottom:")) +
+                 helpHeading(tr("Main buttons:")) +
                  helpButton("edit.svg"_L1, tr("edit the current Store;")) +
                  helpButton("storeList.svg"_L1, tr("select another Store;")) +
                  helpButton("plus.svg"_L1, tr("add a New Store.")),
@@ -273,21 +275,22 @@ void ShopWindow::addShopHelp()
 
 void ShopWindow::gpsEnterHelp()
 {
-    showHelp(tr("Coords input"),
-             helpLine(tr("Here You can set GPS coordinates for store. There are 3 ways:")) +
-                 helpButton("gps.svg"_L1, tr("stand in the Store and take them from GPS;")) +
-                 helpButton("gps_ed.svg"_L1,
-                            tr("type them, in degrees or in degrees, minutes and seconds;")) +
-                 helpButton("map_icon.svg"_L1,
-                            tr("hold a finger on the Map and press \"Set Coords\".")) +
-                 helpHeading(tr("Toolbar buttons:")) +
-                 helpButton("question.png"_L1, tr("this page;")) +
-                 helpButton("back.svg"_L1, tr("return to previuos page.")) +
-                 helpHeading(tr("Main buttons:")) +
-                 helpButton("gps.svg"_L1, tr("ask GPS for the position;")) +
-                 helpButton("commit.png"_L1,
-                            tr("take the enetered coordinates. They are saved with the Store.")),
-             PageCoordinates);
+    showHelp(
+        tr("Coords input"),
+        helpLine(tr("Here You can set GPS coordinates for store. There are 3 ways:")) +
+            helpButton("gps.svg"_L1, tr("stand in the Store and take them from GPS;")) +
+            helpButton("gps_ed.svg"_L1,
+                       tr("type them, in degrees or in degrees, minutes and seconds; N/S and E/W "
+                          "change the hemisphere;")) +
+            helpButton("map_icon.svg"_L1,
+                       tr("hold a finger on the Map and press \"Set Coords\".")) +
+            helpHeading(tr("Toolbar buttons:")) + helpButton("question.png"_L1, tr("this page;")) +
+            helpButton("back.svg"_L1, tr("return to previuos page.")) +
+            helpHeading(tr("Main buttons:")) +
+            helpButton("gps.svg"_L1, tr("ask GPS for the position;")) +
+            helpButton("commit.png"_L1,
+                       tr("take the enetered coordinates. They are saved with the Store.")),
+        PageCoordinates);
 }
 
 void ShopWindow::categoryListHelp()

@@ -166,12 +166,21 @@ void ShopWindow::enableAutoStartChanged(bool aState)
 
 void ShopWindow::chooseSoundFile()
 {
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open Sound"), QDir::rootPath(),
-                                                      tr("Sound Files (*.wav *.mp3)"));
-    if (file.isEmpty())
+    QFileDialog dialog(this, tr("Open Sound"), QDir::rootPath(), tr("Sound Files (*.wav *.mp3)"));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    // The toolkit's own dialog is wider than an upright phone; a desktop's own knows better.
+    if (auto *places = dialog.findChild<QWidget *>(u"sidebar"_s))
+        places->hide();
+    dialog.setMaximumSize(size());
+    dialog.resize(size());
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    const QString file = dialog.selectedFiles().value(0);
     pendingSoundFileName = file;
-    optionsPage.sound->setName(QFileInfo(file).fileName().left(longestShownName));
+    QString shown = QFileInfo(file).fileName().left(longestShownName);
+    if (!shown.isEmpty() && shown.back().isHighSurrogate())
+        shown.chop(1); // half of an emoji
+    optionsPage.sound->setName(shown);
 }
 
 void ShopWindow::saveSettings()

@@ -63,7 +63,8 @@ void ShopWindow::endWaiting()
 
 void ShopWindow::startGpsFailed()
 {
-    showMessage(tr("GPS"), tr("Failed to start GPS system"), u":/img/error.svg"_s, PageMain);
+    // Not translated: it says the same in every language of the program.
+    showMessage(tr("GPS"), u"Failed to start GPS system"_s, u":/img/error.svg"_s, PageMain);
 }
 
 void ShopWindow::fixCurrentGps()

@@ -19,5 +19,6 @@ public:
 
 private:
     QStackedWidget *stack;
-    int pageAtPress = 0;
+    /// None at first: a double click whose press went to the pages before these is not for them.
+    int pageAtPress = -1;
 };

@@ -104,10 +104,6 @@
         <translation>GPS always active - GPS works from the start of the App, so a position is found sooner, but the battery lasts shorter;</translation>
     </message>
     <message>
-        <source>AutoStart tracking - tracking of all Stores begins when the App starts.</source>
-        <translation>AutoStart tracking - tracking of all Stores begins when the App starts.</translation>
-    </message>
-    <message>
         <source>Alarm settings:</source>
         <translation>Alarm settings:</translation>
     </message>
@@ -166,10 +162,6 @@
     <message>
         <source>By Store - one Store, press the button below to choose it.</source>
         <translation>By Store - one Store, press the button below to choose it.</translation>
-    </message>
-    <message>
-        <source>return to previuos page, tracking goes on.</source>
-        <translation>return to previuos page, tracking goes on.</translation>
     </message>
     <message>
         <source>Main buttons:</source>
@@ -238,14 +230,6 @@
     <message>
         <source>finish shopping;</source>
         <translation>finish shopping;</translation>
-    </message>
-    <message>
-        <source>check all the items;</source>
-        <translation>check all the items;</translation>
-    </message>
-    <message>
-        <source>uncheck all the items;</source>
-        <translation>uncheck all the items;</translation>
     </message>
     <message>
         <source>finish shopping.</source>
@@ -320,10 +304,6 @@
         <translation>Shopping List caption can not be empty.</translation>
     </message>
     <message>
-        <source>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again.</source>
-        <translation>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again.</translation>
-    </message>
-    <message>
         <source>return to previuos page, nothing is saved.</source>
         <translation>return to previuos page, nothing is saved.</translation>
     </message>
@@ -366,10 +346,6 @@
     <message>
         <source>Here You can edit item&apos;s parameters. Or You can delete current Item from the List. </source>
         <translation>Here You can edit item&apos;s parameters. Or You can delete current Item from the List. </translation>
-    </message>
-    <message>
-        <source>What is enetered here is saved with the whole List.</source>
-        <translation>What is enetered here is saved with the whole List.</translation>
     </message>
     <message>
         <source>return to previuos page, nothing is changed.</source>
@@ -466,10 +442,6 @@
     <message>
         <source>stand in the Store and take them from GPS;</source>
         <translation>stand in the Store and take them from GPS;</translation>
-    </message>
-    <message>
-        <source>type them, in degrees or in degrees, minutes and seconds;</source>
-        <translation>type them, in degrees or in degrees, minutes and seconds;</translation>
     </message>
     <message>
         <source>hold a finger on the Map and press &quot;Set Coords&quot;.</source>
@@ -968,10 +940,6 @@
         <translation>Current store Coordinates UPDATED</translation>
     </message>
     <message>
-        <source>Failed to start GPS system</source>
-        <translation>Failed to start GPS system</translation>
-    </message>
-    <message>
         <source>coords is set (update...)</source>
         <translation>coords is set (update...)</translation>
     </message>
@@ -1058,6 +1026,34 @@
     <message>
         <source>Center by GPS</source>
         <translation>Center by GPS</translation>
+    </message>
+    <message>
+        <source>AutoStart tracking - tracking of all Stores begins when the App starts, and when You save the Options.</source>
+        <translation>AutoStart tracking - tracking of all Stores begins when the App starts, and when You save the Options.</translation>
+    </message>
+    <message>
+        <source>back to the Main Page, tracking goes on.</source>
+        <translation>back to the Main Page, tracking goes on.</translation>
+    </message>
+    <message>
+        <source>check the chosen item;</source>
+        <translation>check the chosen item;</translation>
+    </message>
+    <message>
+        <source>uncheck the chosen item;</source>
+        <translation>uncheck the chosen item;</translation>
+    </message>
+    <message>
+        <source>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again, at once.</source>
+        <translation>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again, at once.</translation>
+    </message>
+    <message>
+        <source>What is enetered here is saved with the whole List. Minus and plus change the amount.</source>
+        <translation>What is enetered here is saved with the whole List. Minus and plus change the amount.</translation>
+    </message>
+    <message>
+        <source>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</source>
+        <translation>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</translation>
     </message>
 </context>
 </TS>

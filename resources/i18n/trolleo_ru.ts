@@ -97,15 +97,11 @@
     </message>
     <message>
         <source>Enable use of GPS - without it the App never asks for Your position;</source>
-        <translation>Использовать GPS - без этого программа не узнаёт, где вы находитесь;</translation>
+        <translation>Использовать GPS — без этого программа не узнаёт, где вы находитесь;</translation>
     </message>
     <message>
         <source>GPS always active - GPS works from the start of the App, so a position is found sooner, but the battery lasts shorter;</source>
-        <translation>GPS всегда включён - GPS работает с запуска программы: место определяется быстрее, но батарея садится раньше;</translation>
-    </message>
-    <message>
-        <source>AutoStart tracking - tracking of all Stores begins when the App starts.</source>
-        <translation>Автозапуск слежения - слежение за всеми магазинами начинается при запуске программы.</translation>
+        <translation>GPS всегда включён — GPS работает с запуска программы: место определяется быстрее, но батарея садится раньше;</translation>
     </message>
     <message>
         <source>Alarm settings:</source>
@@ -121,7 +117,7 @@
     </message>
     <message>
         <source>AutoDetect takes the language of Your device. Selected translation will be loaded right after You exit the Options.</source>
-        <translation>«Автоматически» - язык вашего устройства. Выбранный перевод загрузится сразу после выхода из настроек.</translation>
+        <translation>«Автоматически» — язык вашего устройства. Выбранный перевод загрузится сразу после выхода из настроек.</translation>
     </message>
     <message>
         <source>back to the Main Page, nothing is saved.</source>
@@ -157,19 +153,15 @@
     </message>
     <message>
         <source>All Stores / Lists - every Store that has coordinates and an active List;</source>
-        <translation>Все магазины / списки - все магазины, у которых есть координаты и активный список;</translation>
+        <translation>Все магазины / списки — все магазины, у которых есть координаты и активный список;</translation>
     </message>
     <message>
         <source>By Category - Stores of one Category, press the button below to choose it;</source>
-        <translation>По категории - магазины одной категории; она выбирается кнопкой ниже;</translation>
+        <translation>По категории — магазины одной категории; она выбирается кнопкой ниже;</translation>
     </message>
     <message>
         <source>By Store - one Store, press the button below to choose it.</source>
-        <translation>По магазину - один магазин; он выбирается кнопкой ниже.</translation>
-    </message>
-    <message>
-        <source>return to previuos page, tracking goes on.</source>
-        <translation>назад на предыдущую страницу, слежение продолжается.</translation>
+        <translation>По магазину — один магазин; он выбирается кнопкой ниже.</translation>
     </message>
     <message>
         <source>Main buttons:</source>
@@ -221,11 +213,11 @@
     </message>
     <message>
         <source>Do Shopping</source>
-        <translation>Покупки</translation>
+        <translation>Список в магазине</translation>
     </message>
     <message>
         <source>Here You can check/uncheck bought goods. When You check one of the items it will be moved below last unchecked item. Also remember that even one unchecked item makes the list to be still active - i.e. this list still can be used in a reminders.</source>
-        <translation>Здесь отмечаются купленные товары. Отмеченный товар перемещается ниже последнего неотмеченного. Помните: пока не отмечен хотя бы один товар, список остаётся активным, и о нём будут напоминания.</translation>
+        <translation>Здесь отмечаются купленные товары. Отмеченный товар перемещается ниже последнего неотмеченного. Помните: пока остаётся хотя бы один неотмеченный товар, список активен, и напоминания о нём будут приходить.</translation>
     </message>
     <message>
         <source>List usage:</source>
@@ -238,14 +230,6 @@
     <message>
         <source>finish shopping;</source>
         <translation>закончить покупки;</translation>
-    </message>
-    <message>
-        <source>check all the items;</source>
-        <translation>отметить все товары;</translation>
-    </message>
-    <message>
-        <source>uncheck all the items;</source>
-        <translation>снять все отметки;</translation>
     </message>
     <message>
         <source>finish shopping.</source>
@@ -261,7 +245,7 @@
     </message>
     <message>
         <source>It shows the active Shopping List, its Store and its state.</source>
-        <translation>Здесь показаны активный список покупок, его магазин и состояние.</translation>
+        <translation>Здесь показаны текущий список покупок, его магазин и состояние.</translation>
     </message>
     <message>
         <source>back to the Main Page.</source>
@@ -269,7 +253,7 @@
     </message>
     <message>
         <source>start shopping with the active List;</source>
-        <translation>начать покупки по активному списку;</translation>
+        <translation>начать покупки по текущему списку;</translation>
     </message>
     <message>
         <source>name, Store and state of the List;</source>
@@ -293,7 +277,7 @@
     </message>
     <message>
         <source>Tap a List to choose it, tap it twice to make it the active one. Beside its name stands the Store it is bouded to.</source>
-        <translation>Коснитесь списка, чтобы выбрать его, или дважды, чтобы сделать его активным. Рядом с названием указан магазин, к которому он привязан.</translation>
+        <translation>Коснитесь списка, чтобы выделить его, или дважды, чтобы сделать его текущим. Рядом с названием указан магазин, к которому он привязан.</translation>
     </message>
     <message>
         <source>return to previuos page;</source>
@@ -305,7 +289,7 @@
     </message>
     <message>
         <source>make the chosen List the active one.</source>
-        <translation>сделать выбранный список активным.</translation>
+        <translation>сделать выделенный список текущим.</translation>
     </message>
     <message>
         <source>Shopping List Edit</source>
@@ -318,10 +302,6 @@
     <message>
         <source>Shopping List caption can not be empty.</source>
         <translation>Название списка не может быть пустым.</translation>
-    </message>
-    <message>
-        <source>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again.</source>
-        <translation>Кнопка с магазином привязывает список к магазину. «Сброс» снимает отметки со всех товаров списка.</translation>
     </message>
     <message>
         <source>return to previuos page, nothing is saved.</source>
@@ -366,10 +346,6 @@
     <message>
         <source>Here You can edit item&apos;s parameters. Or You can delete current Item from the List. </source>
         <translation>Здесь можно изменить товар или удалить его из списка. </translation>
-    </message>
-    <message>
-        <source>What is enetered here is saved with the whole List.</source>
-        <translation>Введённое здесь сохраняется вместе со всем списком.</translation>
     </message>
     <message>
         <source>return to previuos page, nothing is changed.</source>
@@ -421,7 +397,7 @@
     </message>
     <message>
         <source>Tap a Store to choose it, tap it twice to select it at once.</source>
-        <translation>Коснитесь магазина, чтобы отметить его, или дважды, чтобы сразу выбрать.</translation>
+        <translation>Коснитесь магазина, чтобы выделить его, или дважды, чтобы сразу выбрать.</translation>
     </message>
     <message>
         <source>return to previuos page, nothing is selected;</source>
@@ -433,7 +409,7 @@
     </message>
     <message>
         <source>select the chosen Store.</source>
-        <translation>выбрать отмеченный магазин.</translation>
+        <translation>выбрать выделенный магазин.</translation>
     </message>
     <message>
         <source>Store Add/Edit</source>
@@ -465,11 +441,7 @@
     </message>
     <message>
         <source>stand in the Store and take them from GPS;</source>
-        <translation>взять их с GPS, находясь в магазине;</translation>
-    </message>
-    <message>
-        <source>type them, in degrees or in degrees, minutes and seconds;</source>
-        <translation>ввести их в градусах или в градусах, минутах и секундах;</translation>
+        <translation>определить их по GPS, находясь в магазине;</translation>
     </message>
     <message>
         <source>hold a finger on the Map and press &quot;Set Coords&quot;.</source>
@@ -497,7 +469,7 @@
     </message>
     <message>
         <source>Tap a Category to choose it, tap it twice to edit it.</source>
-        <translation>Коснитесь категории, чтобы отметить её, или дважды, чтобы изменить.</translation>
+        <translation>Коснитесь категории, чтобы выделить её, или дважды, чтобы изменить.</translation>
     </message>
     <message>
         <source>add a New Category;</source>
@@ -505,7 +477,7 @@
     </message>
     <message>
         <source>select the chosen Category.</source>
-        <translation>выбрать отмеченную категорию.</translation>
+        <translation>выбрать выделенную категорию.</translation>
     </message>
     <message>
         <source>Add/Edit Category</source>
@@ -637,7 +609,7 @@
     </message>
     <message>
         <source>Uncheck</source>
-        <translation>Снять отметки</translation>
+        <translation>Снять отметку</translation>
     </message>
     <message>
         <source>No Shop List selected</source>
@@ -753,7 +725,7 @@
     </message>
     <message>
         <source>Empty</source>
-        <translation>Пустой</translation>
+        <translation>Пуст</translation>
     </message>
     <message>
         <source>Active (unchecked)</source>
@@ -873,7 +845,7 @@
     </message>
     <message>
         <source>From GPS</source>
-        <translation>С GPS</translation>
+        <translation>По GPS</translation>
     </message>
     <message>
         <source>Type</source>
@@ -889,11 +861,11 @@
     </message>
     <message>
         <source>Getting coords from GPS</source>
-        <translation>Координаты с GPS</translation>
+        <translation>Координаты по GPS</translation>
     </message>
     <message>
         <source>Get from GPS</source>
-        <translation>Взять с GPS</translation>
+        <translation>Определить по GPS</translation>
     </message>
     <message>
         <source>Lon:</source>
@@ -949,7 +921,7 @@
     </message>
     <message>
         <source>Latitude goes from -90 to 90 degrees, longitude from -180 to 180.</source>
-        <translation>Широта бывает от -90 до 90 градусов, долгота - от -180 до 180.</translation>
+        <translation>Широта бывает от -90 до 90 градусов, долгота — от -180 до 180.</translation>
     </message>
     <message>
         <source>Coordinates is Empty</source>
@@ -961,15 +933,11 @@
     </message>
     <message>
         <source>Requesting NEW store Coordinates from GPS...</source>
-        <translation>Запрашиваются НОВЫЕ координаты магазина с GPS...</translation>
+        <translation>Запрашиваются НОВЫЕ координаты магазина по GPS...</translation>
     </message>
     <message>
         <source>Current store Coordinates UPDATED</source>
         <translation>Координаты магазина ОБНОВЛЕНЫ</translation>
-    </message>
-    <message>
-        <source>Failed to start GPS system</source>
-        <translation>Не удалось запустить GPS</translation>
     </message>
     <message>
         <source>coords is set (update...)</source>
@@ -985,7 +953,7 @@
     </message>
     <message>
         <source>Stop tracking</source>
-        <translation>Закончить слежение</translation>
+        <translation>Остановить слежение</translation>
     </message>
     <message>
         <source>Start Shopping</source>
@@ -1058,6 +1026,34 @@
     <message>
         <source>Center by GPS</source>
         <translation>Моё место</translation>
+    </message>
+    <message>
+        <source>AutoStart tracking - tracking of all Stores begins when the App starts, and when You save the Options.</source>
+        <translation>Автозапуск слежения — слежение за всеми магазинами начинается при запуске программы и при сохранении настроек.</translation>
+    </message>
+    <message>
+        <source>back to the Main Page, tracking goes on.</source>
+        <translation>назад на главную страницу, слежение продолжается.</translation>
+    </message>
+    <message>
+        <source>check the chosen item;</source>
+        <translation>отметить выделенный товар;</translation>
+    </message>
+    <message>
+        <source>uncheck the chosen item;</source>
+        <translation>снять отметку с выделенного товара;</translation>
+    </message>
+    <message>
+        <source>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again, at once.</source>
+        <translation>Кнопка с магазином привязывает список к магазину. «Сброс» сразу снимает отметки со всех товаров списка.</translation>
+    </message>
+    <message>
+        <source>What is enetered here is saved with the whole List. Minus and plus change the amount.</source>
+        <translation>Введённое здесь сохраняется вместе со всем списком. Минус и плюс меняют количество.</translation>
+    </message>
+    <message>
+        <source>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</source>
+        <translation>ввести их в градусах или в градусах, минутах и секундах; N/S и E/W меняют полушарие;</translation>
     </message>
 </context>
 </TS>

@@ -174,7 +174,7 @@ void TestHelp::keysOfTheTranslations_data()
     add(PageTracking, "critaria sortde");
     add(PageOptions, "defualt");
     add(PageOptions, "Interface languge:");
-    add(PageStores, "Buttons at the bottom bottom:");
+    add(PageTrackedList, "Buttons at the bottom bottom:");
     // What the program keeps to.
     add(PageTracking, "250 meters or less");
     add(PageTrackedList, "List updates every 3 seconds");
