@@ -18,8 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int longestName = 25; // characters
-
 QPushButton *helpButton(int extent)
 {
     return Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, extent,
@@ -151,6 +149,13 @@ void Frames::setTabOrder(const QList<QWidget *> &widgets)
         QWidget::setTabOrder(widgets.at(index - 1), widgets.at(index));
 }
 
+QString Frames::withoutHalfEmoji(QString name)
+{
+    if (!name.isEmpty() && name.back().isHighSurrogate())
+        name.chop(1);
+    return name;
+}
+
 QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
 {
     auto *field = new QLineEdit;
@@ -158,8 +163,9 @@ QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
     field->setMaxLength(longestName);
     // The limit may fall within an emoji, and half of one would spoil the statement it is put into.
     QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
-        if (!text.isEmpty() && text.back().isHighSurrogate())
-            field->setText(text.chopped(1));
+        const QString whole = withoutHalfEmoji(text);
+        if (whole != text)
+            field->setText(whole);
     });
     // A name is what is typed; a keyboard on the screen must not turn it into another word.
     field->setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);

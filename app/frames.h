@@ -69,6 +69,12 @@ void pressOnEscape(QWidget *page, QPushButton *button);
 /// Lets Tab go from one of `widgets` to the next.
 void setTabOrder(const QList<QWidget *> &widgets);
 
+/// `name` without the half of an emoji that a cut may have left at its end.
+QString withoutHalfEmoji(QString name);
+
+/// Characters of a name, at most.
+inline constexpr int longestName = 25;
+
 /// A field for a name of up to 25 characters; Enter presses `save`.
 QLineEdit *nameField(const QString &objectName, QPushButton *save);
 

@@ -32,8 +32,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int longestShownName = 25; // characters
-
 // As the settings have them.
 enum Language { SystemLanguage, English, Russian };
 
@@ -177,10 +175,8 @@ void ShopWindow::chooseSoundFile()
         return;
     const QString file = dialog.selectedFiles().value(0);
     pendingSoundFileName = file;
-    QString shown = QFileInfo(file).fileName().left(longestShownName);
-    if (!shown.isEmpty() && shown.back().isHighSurrogate())
-        shown.chop(1); // half of an emoji
-    optionsPage.sound->setName(shown);
+    optionsPage.sound->setName(
+        Frames::withoutHalfEmoji(QFileInfo(file).fileName().left(Frames::longestName)));
 }
 
 void ShopWindow::saveSettings()

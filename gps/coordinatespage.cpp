@@ -315,7 +315,6 @@ void ShopWindow::saveEnteredGps()
         return;
     }
     storeEditPage.coordinates->setName(tr("coords is set (edit...)"));
-    waitingForFix = false;
     pageStack->setCurrentIndex(PageStoreEdit);
 }
 

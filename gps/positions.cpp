@@ -91,9 +91,8 @@ bool ShopWindow::waitForPosition(void (ShopWindow::*taken)())
 void ShopWindow::takeAwaitedPosition()
 {
     endWaiting();
-    fixCurrentGps();
+    takePosition();
     haveGpsFix = false;
-    waitingForFix = false;
 }
 
 /// Takes the current position for the store that is being edited.

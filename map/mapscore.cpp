@@ -43,13 +43,8 @@ MapsCore::MapsCore(QObject *parent)
     , storePin(u":/img/blue_pin.svg"_s)
     , positionMark(u":/img/smile.svg"_s)
     , server(TileServer::baseUrl(qEnvironmentVariable("TROLLEO_TILE_SERVER")))
-    , manager(new QNetworkAccessManager(this))
 {
     emptyTile.fill(Qt::lightGray);
-    auto *cache = new QNetworkDiskCache(manager);
-    cache->setCacheDirectory(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
-    manager->setCache(cache);
-    connect(manager, &QNetworkAccessManager::finished, this, &MapsCore::handleNetworkData);
     transferTimer.setSingleShot(true);
     transferTimer.setInterval(transferLimit);
     connect(&transferTimer, &QTimer::timeout, this, [this] {
@@ -123,11 +118,17 @@ void MapsCore::setPositionMark(float positionLatitude, float positionLongitude)
     invalidate();
 }
 
+/// Where the centre lies in the grid of tiles.
+QPointF MapsCore::centerTile() const
+{
+    return WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom);
+}
+
 void MapsCore::invalidate()
 {
     if (width < 1 || height < 1)
         return;
-    const QPointF center = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom);
+    const QPointF center = centerTile();
     const QPoint tile(static_cast<int>(center.x()), static_cast<int>(center.y()));
     // Where the corner of the tile in the middle lies.
     const auto corner = [](int middle, double at) {
@@ -147,8 +148,7 @@ void MapsCore::invalidate()
 
 void MapsCore::pan(const QPoint &delta)
 {
-    const QPointF center = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) -
-                           QPointF(delta) / tileExtent;
+    const QPointF center = centerTile() - QPointF(delta) / tileExtent;
     moveCenter(WebMercator::latitudeFromTile(center.y(), zoom),
                WebMercator::longitudeFromTile(center.x(), zoom));
     invalidate();
@@ -157,11 +157,24 @@ void MapsCore::pan(const QPoint &delta)
 void MapsCore::placeStorePinAt(int x, int y)
 {
     const QPoint distance = QPoint(width / 2, height / 2) - QPoint(x, y);
-    const QPointF place = WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom) -
-                          QPointF(distance) / tileExtent;
+    const QPointF place = centerTile() - QPointF(distance) / tileExtent;
     setStorePin(static_cast<float>(WebMercator::latitudeFromTile(place.y(), zoom)),
                 static_cast<float>(WebMercator::wrappedLongitude(
                     WebMercator::longitudeFromTile(place.x(), zoom))));
+}
+
+/// Made when it is first needed: the cache makes its folders at once, which would delay the start
+/// of a program whose map may never be looked at.
+QNetworkAccessManager *MapsCore::network()
+{
+    if (!manager) {
+        manager = new QNetworkAccessManager(this);
+        auto *cache = new QNetworkDiskCache(manager);
+        cache->setCacheDirectory(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
+        manager->setCache(cache);
+        connect(manager, &QNetworkAccessManager::finished, this, &MapsCore::handleNetworkData);
+    }
+    return manager;
 }
 
 /// Starts to fetch the next tile, if one is missing.
@@ -206,7 +219,7 @@ void MapsCore::fetch(const QPoint &tile)
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setMaximumRedirectsAllowed(mostRedirects);
-    QNetworkReply *reply = manager->get(request);
+    QNetworkReply *reply = network()->get(request);
     // The toolkit stops reading somewhat below this, and does not say so.
     reply->setReadBufferSize(2 * TileImage::largestBody);
     connect(reply, &QNetworkReply::readyRead, this, [reply] {
@@ -232,7 +245,7 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     // What is no picture, a hotspot's page of welcome for example, must not come again from the
     // cache.
     if (image.isNull())
-        manager->cache()->remove(request.url());
+        network()->cache()->remove(request.url());
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
     emit updated(screenRect(tile));
     const QRect kept = tilesRect.adjusted(-keptTiles, -keptTiles, keptTiles, keptTiles);
@@ -253,20 +266,20 @@ QByteArray MapsCore::bodyOf(QNetworkReply *reply)
     // The cache has it under the address that it came from in the end, and that is asked for only
     // after the server has redirected to it once more.
     if (reply->url() != asked) {
-        QNetworkCacheMetaData entry = manager->cache()->metaData(reply->url());
+        QNetworkCacheMetaData entry = network()->cache()->metaData(reply->url());
         entry.setUrl(asked);
-        QIODevice *file = entry.isValid() ? manager->cache()->prepare(entry) : nullptr;
+        QIODevice *file = entry.isValid() ? network()->cache()->prepare(entry) : nullptr;
         if (file) {
             file->write(body);
-            manager->cache()->insert(file);
+            network()->cache()->insert(file);
         }
     }
     return body;
 }
 
-QByteArray MapsCore::cachedBody(const QUrl &source) const
+QByteArray MapsCore::cachedBody(const QUrl &source)
 {
-    const std::unique_ptr<QIODevice> file(manager->cache()->data(source));
+    const std::unique_ptr<QIODevice> file(network()->cache()->data(source));
     return file ? file->read(TileImage::largestBody + 1) : QByteArray();
 }
 

@@ -74,7 +74,9 @@ private:
     QPoint nextTile() const;
     void fetch(const QPoint &tile);
     QByteArray bodyOf(QNetworkReply *reply);
-    QByteArray cachedBody(const QUrl &source) const;
+    QByteArray cachedBody(const QUrl &source);
+    QNetworkAccessManager *network();
+    QPointF centerTile() const;
     QRect screenRect(const QPoint &tile) const;
     void drawMarker(QPainter *painter, const QIcon &icon, int extent, float markerLatitude,
                     float markerLongitude) const;
@@ -104,7 +106,7 @@ private:
     QHash<QPoint, QPixmap> tilePixmaps;
 
     QUrl server;
-    QNetworkAccessManager *manager;
+    QNetworkAccessManager *manager = nullptr;
     bool fetching = true;
     /// Of the tile being fetched; empty when none is.
     QUrl url;

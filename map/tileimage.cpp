@@ -7,8 +7,6 @@
 
 #include "map/webmercator.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 const QByteArray pngSignature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");

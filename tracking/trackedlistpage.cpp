@@ -98,8 +98,6 @@ void ShopWindow::viewFilteredTracking()
     trackedListPage.mapButton->setEnabled(true);
     if (trackedListPage.showsMap())
         showPositionAndNearest();
-    trackedListPage.showView(trackedListPage.showsMap() ? TrackedListPage::MapView
-                                                        : TrackedListPage::ListView);
     pageStack->setCurrentIndex(PageTrackedList);
 }
 

@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <QStackedWidget>
+#include <QTabWidget>
 #include <QtTest>
 
 #include "app/pages.h"
@@ -162,4 +163,29 @@ QString ShopDriver::message() const
     if (pageIndex() == PageMessage)
         return labelText("messageTitle") + ": " + labelText("messageText");
     return "no message on " + page()->objectName();
+}
+
+void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget *page)> &check)
+{
+    for (int index = 0; index < pages->count(); ++index) {
+        pages->setCurrentIndex(index);
+        QWidget *page = pages->widget(index);
+        auto *tabs = page->findChild<QTabWidget *>();
+        QCoreApplication::processEvents();
+        check(page);
+        for (QStackedWidget *views : page->findChildren<QStackedWidget *>()) {
+            for (int view = 0; view < views->count(); ++view) {
+                views->setCurrentIndex(view);
+                QCoreApplication::processEvents();
+                check(page);
+            }
+            // Tabs are seen only in the view that has them, the second.
+            views->setCurrentIndex(tabs ? 1 : 0);
+        }
+        for (int tab = 0; tabs && tab < tabs->count(); ++tab) {
+            tabs->setCurrentIndex(tab);
+            QCoreApplication::processEvents();
+            check(page);
+        }
+    }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include <QListWidget>
@@ -73,3 +74,6 @@ private:
     void start();
     QPoint inWindow(const QWidget *widget, const QPoint &position) const;
 };
+
+/// Shows every page, those with views and tabs once for each of them, and lets `check` look.
+void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget *page)> &check);

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <functional>
-
 #include <malloc.h>
 
 #include <QBoxLayout>
@@ -11,11 +9,11 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
-#include <QTabWidget>
 #include <QtTest>
 
 #include "app/pages.h"
 #include "app/shopwindow.h"
+#include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
 #include "widgets/wraplabel.h"
 
@@ -83,7 +81,6 @@ private slots:
 
 private:
     void resizeTo(const QSize &size);
-    void forEveryView(const std::function<void(const QWidget *page)> &check) const;
     qsizetype objectCount() const;
     QBoxLayout *box() const;
     template <typename Widget>
@@ -265,33 +262,6 @@ void TestTurning::pagesAreLeftAloneWithinAnOrientation()
     QCOMPARE(find<QWidget>("mainPage")->size(), stack->size());
 }
 
-/// Shows every page, those with views and tabs once for each of them.
-void TestTurning::forEveryView(const std::function<void(const QWidget *page)> &check) const
-{
-    for (int index = 0; index < stack->count(); ++index) {
-        stack->setCurrentIndex(index);
-        QWidget *page = stack->widget(index);
-        QCoreApplication::processEvents();
-        check(page);
-        for (QStackedWidget *views : page->findChildren<QStackedWidget *>()) {
-            for (int view = 0; view < views->count(); ++view) {
-                views->setCurrentIndex(view);
-                QCoreApplication::processEvents();
-                check(page);
-            }
-        }
-        // Tabs are seen only in the view that has them.
-        if (auto *tabs = page->findChild<QTabWidget *>()) {
-            page->findChild<QStackedWidget *>()->setCurrentIndex(1);
-            for (int tab = 0; tab < tabs->count(); ++tab) {
-                tabs->setCurrentIndex(tab);
-                QCoreApplication::processEvents();
-                check(page);
-            }
-        }
-    }
-}
-
 void TestTurning::everyPageFitsBothOrientations()
 {
     find<QLabel>("confirmationTitle")->setText("Deleting Shopping List");
@@ -300,7 +270,7 @@ void TestTurning::everyPageFitsBothOrientations()
                       .arg(QString("W").repeated(25)));
     for (const QSize &size : {landscape, portrait}) {
         resizeTo(size);
-        forEveryView([&](const QWidget *page) {
+        forEveryView(stack, [&](const QWidget *page) {
             const QSize needed = page->minimumSizeHint();
             QVERIFY2(needed.width() <= size.width() && needed.height() <= size.height(),
                      qPrintable(QString("%1 needs %2 x %3")
@@ -326,7 +296,7 @@ void TestTurning::controlsAreLargeEnoughForAFinger()
     const int smallest = 34; // pixels, 9 mm at 96 dpi
     for (const QSize &size : {landscape, portrait}) {
         resizeTo(size);
-        forEveryView([&](const QWidget *page) {
+        forEveryView(stack, [&](const QWidget *page) {
             for (const char *type : {"QPushButton", "QLineEdit", "QSpinBox", "QTabBar"}) {
                 for (const QWidget *control : page->findChildren<QWidget *>()) {
                     if (!control->inherits(type) || !control->isVisible() ||
