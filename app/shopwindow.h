@@ -467,6 +467,7 @@ private:
     void applyGpsSettings();
     void showTrackingState() const;
     void nameTrackingChoices() const;
+    void nameCriterion() const;
     void takeTrackingChoices();
     bool queryTrackedStores();
     void refreshTrackedDistances();

@@ -248,7 +248,8 @@ void MapsWidget::mousePressEvent(QMouseEvent *event)
     still = true;
     pressPos = event->position().toPoint();
     dragPos = pressPos;
-    tapTimer.start(tapAndHoldTime, this);
+    // A coarse timer may come a twentieth early.
+    tapTimer.start(tapAndHoldTime, Qt::PreciseTimer, this);
 }
 
 void MapsWidget::mouseMoveEvent(QMouseEvent *event)

@@ -59,6 +59,8 @@ void ShopWindow::setupTrackedListPage()
     p.views->addWidget(p.list);
     p.views->addWidget(p.map);
     p.showView(TrackedListPage::ListView);
+    if (trackingActive) // in another language now
+        nameCriterion();
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));

@@ -58,7 +58,6 @@ void ShopWindow::buildTrackingPage()
     p.store->setAccessibleDescription(p.byStore->text());
     for (NameButton *button : {p.category, p.store}) {
         button->setMaximumWidth(textWidth);
-        button->setName(categoryButtonDefaultText);
         button->setEnabled(false);
     }
 
@@ -91,6 +90,7 @@ void ShopWindow::buildTrackingPage()
     // Pages that are built anew are to tell what those before them told.
     QRadioButton *chosen = trackByCategory ? p.byCategory : trackByStore ? p.byStore : p.all;
     chosen->setChecked(true);
+    nameTrackingChoices();
     showTrackingState();
 }
 
@@ -194,6 +194,15 @@ void ShopWindow::stopTracking()
     trackingClicked();
 }
 
+/// Lets the tracked list tell by what its stores were chosen; it keeps silent about all stores.
+void ShopWindow::nameCriterion() const
+{
+    if (trackingPage.byStore->isChecked())
+        trackedListPage.title->setText(tr("Store: %1").arg(trackingPage.store->text()));
+    else if (trackingPage.byCategory->isChecked())
+        trackedListPage.title->setText(tr("By category: %1").arg(trackingPage.category->text()));
+}
+
 void ShopWindow::takeTrackingChoices()
 {
     trackStoreId = currentStoreId;
@@ -208,10 +217,10 @@ bool ShopWindow::queryTrackedStores()
         QSqlQuery query = Database::run(Statements::trackedStore, trackStoreId);
         if (query.first()) {
             trackedStores << TrackedStores::entry(query, trackStoreId);
-            trackedListPage.title->setText(tr("Store: %1").arg(trackingPage.store->text()));
+            nameCriterion();
         }
     } else if (trackingPage.byCategory->isChecked()) {
-        trackedListPage.title->setText(tr("By category: %1").arg(trackingPage.category->text()));
+        nameCriterion();
         QSqlQuery query = Database::run(Statements::trackedStoresOfCategory, trackCategoryId);
         trackedStores = TrackedStores::entries(query);
     } else if (trackingPage.all->isChecked()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/pageswitchguard.h"
 
+#include <utility>
+
 #include <QEvent>
 #include <QStackedWidget>
 #include <QWindow>
@@ -22,7 +24,8 @@ bool PageSwitchGuard::eventFilter(QObject *object, QEvent *event)
             stack->window()->windowHandle()->installEventFilter(this);
         return false;
     }
+    // A double click comes after the press that makes it one, which no widget gets.
     if (event->type() == QEvent::MouseButtonPress)
-        pageAtPress = stack->currentIndex();
-    return event->type() == QEvent::MouseButtonDblClick && stack->currentIndex() != pageAtPress;
+        pageAtEarlierPress = std::exchange(pageAtPress, stack->currentIndex());
+    return event->type() == QEvent::MouseButtonDblClick && pageAtPress != pageAtEarlierPress;
 }

@@ -21,4 +21,5 @@ private:
     QStackedWidget *stack;
     /// None at first: a double click whose press went to the pages before these is not for them.
     int pageAtPress = -1;
+    int pageAtEarlierPress = -1;
 };

@@ -75,6 +75,26 @@ void ShopDriver::press(const char *button) const
                       inWindow(widget, widget->rect().center()));
 }
 
+bool ShopDriver::doubleTap(const char *button, int next)
+{
+    for (const int shown : {next, stack->currentIndex()}) {
+        stack->setCurrentIndex(shown);
+        QCoreApplication::processEvents();
+    }
+    const auto *widget = find<QAbstractButton>(button);
+    const QRect area(inWindow(widget, QPoint(0, 0)), widget->size());
+    for (const auto *other : stack->widget(next)->findChildren<QAbstractButton *>()) {
+        const QRect common = area & QRect(inWindow(other, QPoint(0, 0)), other->size());
+        if (common.isEmpty() || !other->isEnabled())
+            continue;
+        QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, common.center());
+        QCoreApplication::processEvents();
+        stack = window->findChild<QStackedWidget *>("pageStack");
+        return true;
+    }
+    return false;
+}
+
 bool ShopDriver::isEnabled(const char *button) const
 {
     return find<QAbstractButton>(button)->isEnabled();

@@ -43,6 +43,9 @@ public:
 
     /// Presses a button of the page that shows, with the mouse.
     void press(const char *button) const;
+    /// Double taps a button where the page `next`, as large as this one, has a button too; false
+    /// when there is no such place. The window's pages may be others afterwards.
+    bool doubleTap(const char *button, int next);
     bool isEnabled(const char *button) const;
     QString buttonText(const char *button) const;
     QString labelText(const char *label) const;

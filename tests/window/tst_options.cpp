@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
 #include <QSqlDatabase>
@@ -14,6 +16,7 @@
 #include <QtTest>
 
 #include "app/pages.h"
+#include "platform/alarmsound.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -23,6 +26,18 @@ static const QStringList oneStore{
     "insert into magazin values (1, 'Bakery', null, null)",
     "insert into gpscoord values (1, 10.01, 20, 0)",
     "insert into shoplist values (1, 'Bread', 1, 1)",
+};
+
+/// Lets what is to be deleted go before a press, as it does between two taps of a person.
+class DeletingBeforePresses : public QObject
+{
+public:
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress)
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return false;
+    }
 };
 
 class TestOptions : public QObject
@@ -48,8 +63,14 @@ private slots:
     void languageRebuildsThePages();
     void sameLanguageRebuildsNothing();
     void trackingGoesOnInAnotherLanguage();
+    void stoppedTrackingStaysStopped();
+    void whatIsCurrentStaysSo();
+    void languageIsStoredBeforeThePagesAreBuilt();
+    void doubleTapOnOkPressesNothingElse();
     void thousandLanguagesLeaveNothingBehind();
     void reminderClosesTheChoiceOfAFile();
+    void choiceOfAFileFitsThePhone_data();
+    void choiceOfAFileFitsThePhone();
 
 private:
     static TestPositionSource *source()
@@ -60,11 +81,16 @@ private:
     {
         return QSettings("Vantor", "Trolleo").value(name);
     }
-    static void check(const ShopDriver &shop, const char *box, bool on)
+    /// Chooses another language on the options page, and has the pages that follow.
+    static void changeLanguage(ShopDriver &shop, const char *radio)
     {
-        if (shop.find<QAbstractButton>(box)->isChecked() != on)
-            shop.press(box);
-        QCOMPARE(shop.find<QAbstractButton>(box)->isChecked(), on);
+        const QPointer<QStackedWidget> before = shop.stack;
+        shop.press("optionsButton");
+        shop.press(radio);
+        shop.press("okButton");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!before);
+        shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
     }
     /// Of the three boxes: "+" checked, "-" unchecked, "." disabled.
     static QString boxes(const ShopDriver &shop)
@@ -327,12 +353,7 @@ void TestOptions::languageRebuildsThePages()
     QFETCH(QByteArray, radio);
     QFETCH(int, saved);
     ShopDriver shop({}, {{"LanguageId", stored}});
-    const QPointer<QStackedWidget> before = shop.stack;
-    shop.press("optionsButton");
-    shop.press(radio.constData());
-    shop.press("okButton");
-    QTRY_VERIFY(!before);
-    shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+    changeLanguage(shop, radio);
     QCOMPARE(shop.stack->count(), 20);
     QCOMPARE(shop.pageIndex(), int(PageMain));
     QCOMPARE(setting("LanguageId").toInt(), saved);
@@ -355,45 +376,153 @@ void TestOptions::sameLanguageRebuildsNothing()
 
 void TestOptions::trackingGoesOnInAnotherLanguage()
 {
-    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    ShopDriver shop({"insert into category values (1, 'Food')",
+                     "insert into category values (2, 'Tools')",
+                     "insert into magazin values (1, 'Bakery', 1, null)",
+                     "insert into gpscoord values (1, 10.01, 20, 0)",
+                     "insert into shoplist values (1, 'Bread', 1, 1)"},
+                    {{"GpsEnabled", true}, {"LanguageId", 1}});
     shop.press("reminderButton");
+    shop.press("byCategoryRadio");
+    shop.press("categoryButton");
+    shop.tap(0);
+    shop.press("selectButton");
     shop.press("startButton");
     shop.press("backButton");
-    shop.press("optionsButton");
-    shop.press("englishRadio");
-    const QPointer<QStackedWidget> before = shop.stack;
-    shop.press("okButton");
-    QTRY_VERIFY(!before);
-    shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+    // What is chosen later is not what is tracked.
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.press("categoryButton");
+    shop.tap(1);
+    shop.press("selectButton");
+    shop.press("backButton");
+    shop.press("backButton");
+
+    changeLanguage(shop, "russianRadio");
     QVERIFY(source()->updating);
     shop.press("reminderButton");
     QVERIFY(shop.isEnabled("stopButton"));
     QVERIFY(!shop.isEnabled("startButton"));
+    QVERIFY(!shop.find<QWidget>("criteria")->isEnabled());
+    QVERIFY(shop.find<QRadioButton>("byCategoryRadio")->isChecked());
+    QCOMPARE(shop.buttonText("categoryButton"), "Food");
+    source()->deliver(10.5, 20);
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.labelText("title"), "По категории: Food");
+    QCOMPARE(shop.rows().size(), 1);
     source()->deliver(10.0095, 20);
     QCOMPARE(shop.pageIndex(), int(PageReminder));
+}
+
+void TestOptions::stoppedTrackingStaysStopped()
+{
+    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    shop.press("reminderButton");
+    shop.press("byStoreRadio");
+    shop.press("storeButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("startButton");
+    shop.press("stopButton");
+    shop.press("backButton");
+    changeLanguage(shop, "englishRadio");
+    QVERIFY(!source()->updating);
+    shop.press("reminderButton");
+    QVERIFY(shop.isEnabled("startButton"));
+    QVERIFY(!shop.isEnabled("stopButton"));
+    QVERIFY(shop.find<QWidget>("criteria")->isEnabled());
+    QVERIFY(shop.find<QRadioButton>("byStoreRadio")->isChecked());
+    QCOMPARE(shop.buttonText("storeButton"), "Bakery");
+    QVERIFY(shop.isEnabled("storeButton"));
+    QVERIFY(!shop.isEnabled("categoryButton"));
+}
+
+void TestOptions::whatIsCurrentStaysSo()
+{
+    ShopDriver shop({"insert into category values (3, 'Food')",
+                     "insert into magazin values (5, 'Bakery', 3, null)",
+                     "insert into shoplist values (7, 'Bread', 5, 1)",
+                     "insert into purchase values (1, 'Rye', 7, 1, 0)"},
+                    {{"LanguageId", 1}});
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("backButton");
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("backButton");
+    shop.press("reminderButton");
+    shop.press("byCategoryRadio");
+    shop.press("categoryButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("backButton");
+
+    changeLanguage(shop, "russianRadio");
+    shop.press("shoppingButton");
+    QCOMPARE(shop.labelText("listName"), "Bread");
+    shop.press("startButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.rows().size(), 1);
+    shop.press("backButton");
+    shop.stack->setCurrentIndex(PageMain);
+    shop.press("shopsButton");
+    QCOMPARE(shop.labelText("storeName"), "Bakery");
+    shop.press("backButton");
+    shop.press("reminderButton");
+    QCOMPARE(shop.buttonText("categoryButton"), "Food");
+}
+
+void TestOptions::languageIsStoredBeforeThePagesAreBuilt()
+{
+    ShopDriver shop;
+    QVariant stored;
+    const auto main = shop.window->centralWidget();
+    // The pages that are there go when the new ones are complete.
+    connect(main, &QObject::destroyed, main, [&stored] { stored = setting("LanguageId"); });
+    changeLanguage(shop, "russianRadio");
+    QCOMPARE(stored, QVariant(2));
+}
+
+void TestOptions::doubleTapOnOkPressesNothingElse()
+{
+    ShopDriver shop;
+    shop.window->showMaximized(); // as it is after the change
+    QCoreApplication::processEvents();
+    shop.press("optionsButton");
+    shop.press("russianRadio");
+    DeletingBeforePresses filter;
+    shop.window->windowHandle()->installEventFilter(&filter);
+    QVERIFY(shop.doubleTap("okButton", PageMain));
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(setting("LanguageId").toInt(), 2);
 }
 
 void TestOptions::thousandLanguagesLeaveNothingBehind()
 {
     ShopDriver shop;
     const auto change = [&shop](int round) {
-        const QPointer<QStackedWidget> before = shop.stack;
-        shop.press("optionsButton");
-        shop.press(round % 2 ? "englishRadio" : "russianRadio");
-        shop.press("okButton");
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!before);
-        shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+        changeLanguage(shop, round % 2 ? "englishRadio" : "russianRadio");
+    };
+    // But for the silent predecessors of the alarm, one for each "OK".
+    const auto objects = [&shop] {
+        auto all = shop.window->findChildren<QObject *>().size();
+        for (const auto *alarm : shop.window->findChildren<AlarmSound *>())
+            all -= 1 + alarm->findChildren<QObject *>().size();
+        return all;
     };
     change(0);
     change(1);
-    const auto objects = shop.window->findChildren<QObject *>().size();
+    const auto before = objects();
+    const auto alarms = shop.window->findChildren<AlarmSound *>().size();
     for (int round = 0; round < 1000; ++round)
         change(round);
-    // Each "OK" leaves its silent predecessor of the alarm.
-    const auto alarms = shop.window->findChildren<QObject *>().size() - objects;
-    QVERIFY2(alarms <= 1000 * 3, qPrintable(QString::number(alarms)));
-    QCOMPARE(shop.window->findChildren<QStackedWidget *>("pageStack").size(), 1);
+    QCOMPARE(objects(), before);
+    QCOMPARE(shop.window->findChildren<AlarmSound *>().size(), alarms + 1000);
 }
 
 void TestOptions::reminderClosesTheChoiceOfAFile()
@@ -408,6 +537,33 @@ void TestOptions::reminderClosesTheChoiceOfAFile()
     QVERIFY(!QApplication::activeModalWidget());
     shop.press("stopButton");
     QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestOptions::choiceOfAFileFitsThePhone_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("landscape") << QSize(800, 480);
+    QTest::newRow("portrait") << QSize(480, 800);
+}
+
+void TestOptions::choiceOfAFileFitsThePhone()
+{
+    QFETCH(QSize, size);
+    ShopDriver shop;
+    shop.window->resize(size);
+    QCOMPARE(shop.window->size(), size);
+    shop.press("optionsButton");
+    withDialog(shop, [&size](QFileDialog *dialog) {
+        QVERIFY(dialog->width() <= size.width() && dialog->height() <= size.height());
+        const auto *buttons = dialog->findChild<QDialogButtonBox *>();
+        for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Cancel}) {
+            const QPushButton *button = buttons->button(which);
+            QVERIFY(button->isVisible());
+            const QRect place(button->mapTo(dialog, QPoint(0, 0)), button->size());
+            QVERIFY(dialog->rect().contains(place));
+        }
+        dialog->reject();
+    });
 }
 
 QTEST_MAIN(TestOptions)

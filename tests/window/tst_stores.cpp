@@ -15,6 +15,7 @@ class TestStores : public QObject
     Q_OBJECT
 
 private slots:
+    void doubleTapThatOpensAPagePressesNothingThere();
     void nothingIsSelectedAtStart();
     void newStoreWithoutAnything();
     void newStoreFromTheStoresPageIsShown();
@@ -77,6 +78,16 @@ static const QStringList threeStores{
     "insert into magazin values (5, 'Tools', 9, null)",
     "insert into gpscoord values (5, 59.9, 10.7, 12.5)",
 };
+
+void TestStores::doubleTapThatOpensAPagePressesNothingThere()
+{
+    ShopDriver shop;
+    QVERIFY(shop.doubleTap("shopsButton", PageStores));
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    // The next tap is for the page that shows.
+    shop.press("newButton");
+    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+}
 
 void TestStores::nothingIsSelectedAtStart()
 {
