@@ -55,6 +55,13 @@ Texts TestTranslations::read(const QString &fileName)
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
+        // Texts of another class would need a key of their own here.
+        if (xml.name() == QLatin1String("context")) {
+            xml.readNextStartElement();
+            const QString context = xml.readElementText();
+            if (context != QLatin1String("ShopWindow"))
+                qFatal("texts of %s", qPrintable(context));
+        }
         if (xml.name() == QLatin1String("source")) {
             source = xml.readElementText();
         } else if (xml.name() == QLatin1String("translation")) {
