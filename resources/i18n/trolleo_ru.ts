@@ -961,7 +961,7 @@
     </message>
     <message>
         <source>Stop</source>
-        <translation>Стоп</translation>
+        <translation>Остановить</translation>
     </message>
     <message>
         <source>View tracked</source>
