@@ -73,7 +73,7 @@
     </message>
     <message>
         <source>Developed with: </source>
-        <translation>Разработано с: </translation>
+        <translation>Средства разработки: </translation>
     </message>
     <message>
         <source>Send reports to: </source>
@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>This build runs on Qt %1 and is free software under the MIT licence. Map data: %2.</source>
-        <translation>Эта сборка работает на Qt %1; это свободная программа под лицензией MIT. Данные карты: %2.</translation>
+        <translation>Эта сборка работает на Qt %1. Программа свободная, распространяется по лицензии MIT. Данные карты: %2.</translation>
     </message>
     <message>
         <source>Options</source>
@@ -101,7 +101,7 @@
     </message>
     <message>
         <source>GPS always active - GPS works from the start of the App, so a position is found sooner, but the battery lasts shorter;</source>
-        <translation>GPS всегда включён — GPS работает с запуска программы: место определяется быстрее, но батарея садится раньше;</translation>
+        <translation>GPS всегда включён — GPS работает с самого запуска программы: место определяется раньше, но батарея садится быстрее;</translation>
     </message>
     <message>
         <source>Alarm settings:</source>
@@ -145,7 +145,7 @@
     </message>
     <message>
         <source>While tracking works, the App follows Your position. When You are 250 meters or less from a Store with an active Shopping List, it rings.</source>
-        <translation>Пока слежение включено, программа следит за вашим положением. Когда до магазина с активным списком покупок остаётся 250 метров или меньше, раздаётся сигнал.</translation>
+        <translation>Пока идёт слежение, программа отслеживает ваше положение. Когда до магазина с активным списком покупок остаётся 250 метров или меньше, раздаётся сигнал.</translation>
     </message>
     <message>
         <source>What to track:</source>
@@ -197,7 +197,7 @@
     </message>
     <message>
         <source>Map; this view is available only when GPS is active. Hold a finger on it to go to the closest Store or to Your position;</source>
-        <translation>карта; доступна, только когда работает GPS. Подержите на ней палец, чтобы перейти к ближайшему магазину или к вашему месту;</translation>
+        <translation>карта (доступна, только когда работает GPS). Подержите на ней палец, чтобы перейти к ближайшему магазину или к своему местоположению;</translation>
     </message>
     <message>
         <source>back to the Reminders page;</source>
@@ -213,11 +213,11 @@
     </message>
     <message>
         <source>Do Shopping</source>
-        <translation>Список в магазине</translation>
+        <translation>Покупки по списку</translation>
     </message>
     <message>
         <source>Here You can check/uncheck bought goods. When You check one of the items it will be moved below last unchecked item. Also remember that even one unchecked item makes the list to be still active - i.e. this list still can be used in a reminders.</source>
-        <translation>Здесь отмечаются купленные товары. Отмеченный товар перемещается ниже последнего неотмеченного. Помните: пока остаётся хотя бы один неотмеченный товар, список активен, и напоминания о нём будут приходить.</translation>
+        <translation>Здесь отмечаются купленные товары. Отмеченный товар перемещается ниже последнего неотмеченного. Помните: пока остаётся хотя бы один неотмеченный товар, список активен и о нём могут приходить напоминания.</translation>
     </message>
     <message>
         <source>List usage:</source>
@@ -225,7 +225,7 @@
     </message>
     <message>
         <source>Tap an item twice to check or uncheck it. It is saved at once.</source>
-        <translation>Коснитесь товара дважды, чтобы отметить его или снять отметку. Это сохраняется сразу.</translation>
+        <translation>Коснитесь товара дважды, чтобы отметить его или снять отметку. Изменение сохраняется сразу.</translation>
     </message>
     <message>
         <source>finish shopping;</source>
@@ -281,7 +281,7 @@
     </message>
     <message>
         <source>return to previuos page;</source>
-        <translation>назад на предыдущую страницу;</translation>
+        <translation>вернуться на предыдущую страницу;</translation>
     </message>
     <message>
         <source>add a New List;</source>
@@ -305,7 +305,7 @@
     </message>
     <message>
         <source>return to previuos page, nothing is saved.</source>
-        <translation>назад на предыдущую страницу без сохранения.</translation>
+        <translation>вернуться на предыдущую страницу без сохранения.</translation>
     </message>
     <message>
         <source>save the List;</source>
@@ -329,7 +329,7 @@
     </message>
     <message>
         <source>return to previuos page, nothing is saved;</source>
-        <translation>назад на предыдущую страницу без сохранения;</translation>
+        <translation>вернуться на предыдущую страницу без сохранения;</translation>
     </message>
     <message>
         <source>add a New item;</source>
@@ -349,7 +349,7 @@
     </message>
     <message>
         <source>return to previuos page, nothing is changed.</source>
-        <translation>назад на предыдущую страницу без изменений.</translation>
+        <translation>вернуться на предыдущую страницу без изменений.</translation>
     </message>
     <message>
         <source>put the item into the List;</source>
@@ -401,7 +401,7 @@
     </message>
     <message>
         <source>return to previuos page, nothing is selected;</source>
-        <translation>назад на предыдущую страницу, ничего не выбирая;</translation>
+        <translation>вернуться на предыдущую страницу, ничего не выбирая;</translation>
     </message>
     <message>
         <source>add a New Store;</source>
@@ -421,7 +421,7 @@
     </message>
     <message>
         <source>Press the button with the Category to select it, and the one with the GPS to set coordinates. A Store without coordinates can not remind of itself.</source>
-        <translation>Кнопки задают категорию и координаты магазина. О магазине без координат напоминаний не будет.</translation>
+        <translation>Кнопка в строке «Категория» выбирает категорию, в строке «GPS» — задаёт координаты. О магазине без координат напоминаний не будет.</translation>
     </message>
     <message>
         <source>save the Store;</source>
@@ -449,11 +449,11 @@
     </message>
     <message>
         <source>return to previuos page.</source>
-        <translation>назад на предыдущую страницу.</translation>
+        <translation>вернуться на предыдущую страницу.</translation>
     </message>
     <message>
         <source>ask GPS for the position;</source>
-        <translation>узнать место по GPS;</translation>
+        <translation>определить координаты по GPS;</translation>
     </message>
     <message>
         <source>take the enetered coordinates. They are saved with the Store.</source>
@@ -525,11 +525,11 @@
     </message>
     <message>
         <source>Update in Progress</source>
-        <translation>Идёт обновление</translation>
+        <translation>Определение координат</translation>
     </message>
     <message>
         <source>Requesting GPS coordinates. Please wait. You can cancel GPS requesting.</source>
-        <translation>Запрашиваются координаты GPS. Подождите. Запрос можно отменить.</translation>
+        <translation>Запрашиваются координаты GPS. Пожалуйста, подождите. Запрос можно отменить.</translation>
     </message>
     <message>
         <source>Yes</source>
@@ -721,7 +721,7 @@
     </message>
     <message>
         <source>(unknown)</source>
-        <translation>(неизвестно)</translation>
+        <translation>(неизвестен)</translation>
     </message>
     <message>
         <source>Empty</source>
@@ -733,7 +733,7 @@
     </message>
     <message>
         <source>Active (partial checked)</source>
-        <translation>Активен (отмечен частично)</translation>
+        <translation>Активен (есть отметки)</translation>
     </message>
     <message>
         <source>Finished (checked)</source>
@@ -785,7 +785,7 @@
     </message>
     <message>
         <source>coords is set (edit...)</source>
-        <translation>есть (изменить)</translation>
+        <translation>заданы (изменить)</translation>
     </message>
     <message>
         <source>(enter GPS)</source>
@@ -869,11 +869,11 @@
     </message>
     <message>
         <source>Lon:</source>
-        <translation>Долг.:</translation>
+        <translation>Долгота:</translation>
     </message>
     <message>
         <source>Lat:</source>
-        <translation>Шир.:</translation>
+        <translation>Широта:</translation>
     </message>
     <message>
         <source>Latitude</source>
@@ -917,11 +917,11 @@
     </message>
     <message>
         <source>Coordinates are out of range</source>
-        <translation>Координаты вне пределов</translation>
+        <translation>Недопустимые координаты</translation>
     </message>
     <message>
         <source>Latitude goes from -90 to 90 degrees, longitude from -180 to 180.</source>
-        <translation>Широта бывает от -90 до 90 градусов, долгота — от -180 до 180.</translation>
+        <translation>Широта может быть от −90 до 90 градусов, долгота — от −180 до 180.</translation>
     </message>
     <message>
         <source>Coordinates is Empty</source>
@@ -929,7 +929,7 @@
     </message>
     <message>
         <source>You can not save zero or empty coordinates. Press Cancel instead.</source>
-        <translation>Нулевые или пустые координаты сохранить нельзя. Вместо этого нажмите «Назад».</translation>
+        <translation>Нулевые или пустые координаты сохранить нельзя. Чтобы выйти без них, нажмите «Назад».</translation>
     </message>
     <message>
         <source>Requesting NEW store Coordinates from GPS...</source>
@@ -941,7 +941,7 @@
     </message>
     <message>
         <source>coords is set (update...)</source>
-        <translation>есть (обновить)</translation>
+        <translation>заданы (обновить)</translation>
     </message>
     <message>
         <source>You have a Shopping List for this Store:</source>
@@ -997,7 +997,7 @@
     </message>
     <message>
         <source>Tracking Warning</source>
-        <translation>Слежение</translation>
+        <translation>Слежение не начато</translation>
     </message>
     <message>
         <source>There are no stores matching selected criteria with active shopping lists.</source>
@@ -1017,7 +1017,7 @@
     </message>
     <message>
         <source>Goto Current GPS</source>
-        <translation>К моему месту</translation>
+        <translation>Моё местоположение</translation>
     </message>
     <message>
         <source>Set Coords</source>
@@ -1025,7 +1025,7 @@
     </message>
     <message>
         <source>Center by GPS</source>
-        <translation>Моё место</translation>
+        <translation>Моё местоположение</translation>
     </message>
     <message>
         <source>AutoStart tracking - tracking of all Stores begins when the App starts, and when You save the Options.</source>
@@ -1045,7 +1045,7 @@
     </message>
     <message>
         <source>Press the button with the Store to bind the List to a Store. Reset makes all goods of the List unchecked again, at once.</source>
-        <translation>Кнопка с магазином привязывает список к магазину. «Сброс» сразу снимает отметки со всех товаров списка.</translation>
+        <translation>Чтобы привязать список к магазину, нажмите кнопку в строке «Магазин». «Сброс» сразу снимает отметки со всех товаров списка.</translation>
     </message>
     <message>
         <source>What is enetered here is saved with the whole List. Minus and plus change the amount.</source>
