@@ -138,7 +138,7 @@ class Desktop:
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
             [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
-             "-nolisten", "tcp"],
+             "-nolisten", "tcp", "-noreset"],  # a reset throws out who is just connecting
             pass_fds=[write_end],
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
