@@ -7,7 +7,6 @@
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLibraryInfo>
@@ -18,6 +17,7 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include "app/filechooser.h"
 #include "app/installation.h"
 #include "app/shopwindow.h"
 #include "app/trsettings.h"
@@ -164,16 +164,10 @@ void ShopWindow::enableAutoStartChanged(bool aState)
 
 void ShopWindow::chooseSoundFile()
 {
-    QFileDialog dialog(this, tr("Open Sound"), QDir::rootPath(), tr("Sound Files (*.wav *.mp3)"));
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    // The toolkit's own dialog is wider than an upright phone; a desktop's own knows better.
-    if (auto *places = dialog.findChild<QWidget *>(u"sidebar"_s))
-        places->hide();
-    dialog.setMaximumSize(size());
-    dialog.resize(size());
-    if (dialog.exec() != QDialog::Accepted)
+    const QString file = FileChooser::openFile(this, tr("Open Sound"), QDir::rootPath(),
+                                               tr("Sound Files (*.wav *.mp3)"));
+    if (file.isEmpty())
         return;
-    const QString file = dialog.selectedFiles().value(0);
     pendingSoundFileName = file;
     optionsPage.sound->setName(
         Frames::withoutHalfEmoji(QFileInfo(file).fileName().left(Frames::longestName)));

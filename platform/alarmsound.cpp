@@ -213,6 +213,11 @@ bool AlarmSound::isAnyStuck()
     return anyIsStuck;
 }
 
+QString AlarmSound::fileName() const
+{
+    return soundFile;
+}
+
 void AlarmSound::setLoops(int count)
 {
     loops = count;

@@ -21,6 +21,8 @@ public:
     /// Ends the sound.
     ~AlarmSound() override;
 
+    QString fileName() const;
+
     /// How often one play() plays the file; once unless told otherwise.
     void setLoops(int count);
 

@@ -86,9 +86,11 @@ void ShopWindow::showReminder()
 /// Lets the person see the window, whatever is before it.
 void ShopWindow::bringToFront()
 {
-    // Whoever chooses a file could not answer the reminder.
-    if (QWidget *dialog = QApplication::activeModalWidget())
-        dialog->close();
+    // Whoever chooses a file could not answer the reminder. The dialog may have opened a box.
+    while (QWidget *dialog = QApplication::activeModalWidget()) {
+        if (!dialog->close())
+            break;
+    }
     QWidget *top = window();
     top->setWindowState(top->windowState() & ~Qt::WindowMinimized);
     top->show();

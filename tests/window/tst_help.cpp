@@ -185,6 +185,8 @@ void TestHelp::about()
     ShopDriver shop;
     shop.press("aboutButton");
     QCOMPARE(shop.labelText("messageTitle"), "About Trolleo");
+    QCOMPARE(drawing(QIcon(shop.find<QLabel>("messageIcon")->pixmap(Qt::ReturnByValue))),
+             drawing(QIcon(QIcon(":/img/info.png").pixmap(60))));
     const QString text = shop.labelText("messageText");
     const QStringList lines = text.split("<br>");
     QCOMPARE(lines.at(0), "<b>Trolleo</b>");

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <QCheckBox>
-#include <QDialogButtonBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QPointer>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSettings>
 #include <QSqlDatabase>
@@ -40,6 +40,21 @@ public:
     }
 };
 
+/// Looks into the settings when the window gets its first new widget, the stack of the new pages.
+class LookingAtNewWidgets : public QObject
+{
+public:
+    QVariant stored;
+
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::ChildAdded && !stored.isValid() &&
+            static_cast<QChildEvent *>(event)->child()->isWidgetType())
+            stored = QSettings("Vantor", "Trolleo").value("LanguageId", 0);
+        return false;
+    }
+};
+
 class TestOptions : public QObject
 {
     Q_OBJECT
@@ -55,6 +70,7 @@ private slots:
     void savedAndReadBack();
     void gpsIsSwitchedOnAtOnce();
     void autoStartTracksAtOnceAndAtTheNextStart();
+    void autoStartWithNothingToTrackSaysSo();
     void soundFileIsChosen_data();
     void soundFileIsChosen();
     void cancelledChoiceChangesNothing();
@@ -69,6 +85,8 @@ private slots:
     void doubleTapOnOkPressesNothingElse();
     void thousandLanguagesLeaveNothingBehind();
     void reminderClosesTheChoiceOfAFile();
+    void reminderClosesWhatTheChoiceHasOpened();
+    void choiceLeavesOtherProgramsAlone();
     void choiceOfAFileFitsThePhone_data();
     void choiceOfAFileFitsThePhone();
 
@@ -80,6 +98,22 @@ private:
     static QVariant setting(const char *name)
     {
         return QSettings("Vantor", "Trolleo").value(name);
+    }
+    /// Makes a file of that name and chooses it in the dialog; returns its path.
+    static QString choose(const ShopDriver &shop, const QString &name)
+    {
+        const QString path = shop.home->path() + '/' + name;
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("cannot write %s", qPrintable(path));
+        withDialog(shop, [&path](QFileDialog *dialog) { enter(dialog, path); });
+        return path;
+    }
+    static void enter(QFileDialog *dialog, const QString &path)
+    {
+        auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
+        edit->setText(path);
+        QTest::keyClick(edit, Qt::Key_Return);
     }
     /// Chooses another language on the options page, and has the pages that follow.
     static void changeLanguage(ShopDriver &shop, const char *radio)
@@ -113,6 +147,8 @@ private:
                 return;
             came = true;
             act(dialog);
+            if (QTest::currentTestFailed())
+                dialog->reject(); // else nobody would
         });
         timer.start(20);
         shop.press("soundButton");
@@ -194,12 +230,16 @@ void TestOptions::backAndCancelChangeNothing()
         shop.press("optionsButton");
         shop.press("enableGpsBox");
         shop.press("russianRadio");
+        choose(shop, "bell.wav");
         shop.press(way);
         QCOMPARE(shop.pageIndex(), int(PageMain));
         QVERIFY(!QSettings("Vantor", "Trolleo").contains("GpsEnabled"));
         shop.press("optionsButton");
         QCOMPARE(boxes(shop), "-..");
         QVERIFY(shop.find<QRadioButton>("autoDetectRadio")->isChecked());
+        QCOMPARE(shop.buttonText("soundButton"), "Alarm5.wav");
+        shop.press("okButton");
+        QCOMPARE(setting("SoundFileName").toString(), "/opt/trolleo/Alarm5.wav");
     }
 }
 
@@ -270,6 +310,32 @@ void TestOptions::autoStartTracksAtOnceAndAtTheNextStart()
     QVERIFY(shop.find<QRadioButton>("allStoresRadio")->isChecked());
 }
 
+void TestOptions::autoStartWithNothingToTrackSaysSo()
+{
+    ShopDriver shop;
+    const auto save = [&shop](const char *language) {
+        shop.press("optionsButton");
+        for (const char *box : {"enableGpsBox", "gpsAlwaysActiveBox", "autoStartTrackingBox"}) {
+            if (!shop.find<QCheckBox>(box)->isChecked())
+                shop.press(box);
+        }
+        shop.press(language);
+        shop.press("okButton");
+        shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+    };
+    save("autoDetectRadio");
+    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    QCOMPARE(shop.labelText("messageTitle"), "Tracking Warning");
+    shop.press("messageOkButton");
+    shop.press("backButton");
+    // In another language nothing is left of it.
+    const QPointer<QStackedWidget> before = shop.stack;
+    save("englishRadio");
+    QTRY_VERIFY(!before);
+    shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+}
+
 void TestOptions::soundFileIsChosen_data()
 {
     QTest::addColumn<QString>("name");
@@ -287,21 +353,20 @@ void TestOptions::soundFileIsChosen()
     QFETCH(QString, name);
     QFETCH(QString, shown);
     ShopDriver shop;
-    const QString path = shop.home->path() + '/' + name;
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
     shop.press("optionsButton");
-    withDialog(shop, [&path](QFileDialog *dialog) {
+    withDialog(shop, [](QFileDialog *dialog) {
+        QCOMPARE(dialog->windowTitle(), "Open Sound");
         QCOMPARE(dialog->directory().path(), QDir::rootPath());
         QCOMPARE(dialog->nameFilters(), QStringList{"Sound Files (*.wav *.mp3)"});
-        auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
-        edit->setText(path);
-        QTest::keyClick(edit, Qt::Key_Return);
+        dialog->reject();
     });
+    const QString path = choose(shop, name);
     QCOMPARE(shop.buttonText("soundButton"), shown);
     QVERIFY(!QSettings("Vantor", "Trolleo").contains("SoundFileName"));
     shop.press("okButton");
     QCOMPARE(setting("SoundFileName").toString(), path);
+    // From now on it is what rings.
+    QCOMPARE(shop.window->findChildren<AlarmSound *>().last()->fileName(), path);
     // Opened again, the page shows the name whole.
     shop.press("optionsButton");
     QCOMPARE(shop.buttonText("soundButton"), name);
@@ -321,15 +386,8 @@ void TestOptions::soundFileAloneRebuildsNothing()
 {
     ShopDriver shop;
     const QPointer<QStackedWidget> before = shop.stack;
-    const QString path = shop.home->path() + "/bell.wav";
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
     shop.press("optionsButton");
-    withDialog(shop, [&path](QFileDialog *dialog) {
-        auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
-        edit->setText(path);
-        QTest::keyClick(edit, Qt::Key_Return);
-    });
+    choose(shop, "bell.wav");
     shop.press("okButton");
     QTest::qWait(50);
     QVERIFY(before);
@@ -480,12 +538,10 @@ void TestOptions::whatIsCurrentStaysSo()
 void TestOptions::languageIsStoredBeforeThePagesAreBuilt()
 {
     ShopDriver shop;
-    QVariant stored;
-    const auto main = shop.window->centralWidget();
-    // The pages that are there go when the new ones are complete.
-    connect(main, &QObject::destroyed, main, [&stored] { stored = setting("LanguageId"); });
+    LookingAtNewWidgets filter;
+    shop.window->installEventFilter(&filter);
     changeLanguage(shop, "russianRadio");
-    QCOMPARE(stored, QVariant(2));
+    QCOMPARE(filter.stored, QVariant(2));
 }
 
 void TestOptions::doubleTapOnOkPressesNothingElse()
@@ -539,11 +595,72 @@ void TestOptions::reminderClosesTheChoiceOfAFile()
     QCOMPARE(shop.pageIndex(), int(PageTracking));
 }
 
+void TestOptions::reminderClosesWhatTheChoiceHasOpened()
+{
+    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    shop.press("reminderButton");
+    shop.press("startButton");
+    shop.press("backButton");
+    shop.press("optionsButton");
+    bool boxCame = false;
+    withDialog(shop, [&boxCame](QFileDialog *dialog) {
+        QTimer::singleShot(20, dialog, [&boxCame, dialog] {
+            const QWidget *top = QApplication::activeModalWidget();
+            boxCame = top && top != dialog;
+            source()->deliver(10.0095, 20);
+        });
+        enter(dialog, "/nothing here.wav"); // which the dialog says in a box of its own
+    });
+    QVERIFY(boxCame);
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    shop.press("stopButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestOptions::choiceLeavesOtherProgramsAlone()
+{
+    ShopDriver shop;
+    QSettings shared(QSettings::UserScope, "QtProject");
+    shop.press("optionsButton");
+    choose(shop, "bell.wav");
+    shared.sync();
+    QCOMPARE(shared.allKeys(), QStringList());
+
+    shared.setValue("FileDialog/sidebarWidth", "90");
+    shared.setValue("FileDialog/viewMode", "Detail");
+    shared.sync();
+    choose(shop, "bell.wav");
+    shared.sync();
+    QCOMPARE(shared.allKeys(), QStringList({"FileDialog/sidebarWidth", "FileDialog/viewMode"}));
+    QCOMPARE(shared.value("FileDialog/sidebarWidth"), "90");
+    QCOMPARE(shared.value("FileDialog/viewMode"), "Detail");
+}
+
 void TestOptions::choiceOfAFileFitsThePhone_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::newRow("landscape") << QSize(800, 480);
     QTest::newRow("portrait") << QSize(480, 800);
+}
+
+/// Its controls have room in a window of that size, and a finger has room on them.
+static void checkFits(const QFileDialog *dialog, const QSize &size)
+{
+    QVERIFY(dialog->width() <= size.width() && dialog->height() <= size.height());
+    for (const auto *control : dialog->findChildren<QWidget *>()) {
+        const bool isForFingers = qobject_cast<const QAbstractButton *>(control) ||
+                                  qobject_cast<const QComboBox *>(control) ||
+                                  qobject_cast<const QLineEdit *>(control);
+        if (!isForFingers || !control->isVisible())
+            continue;
+        const QRect place(control->mapTo(dialog, QPoint(0, 0)), control->size());
+        QVERIFY2(dialog->rect().contains(place), qPrintable(control->objectName()));
+        QVERIFY2(place.height() >= 34, qPrintable(control->objectName()));
+    }
+    const auto *files = dialog->findChild<QListView *>("listView");
+    QVERIFY(files->isVisible());
+    QVERIFY(files->visualRect(files->indexAt(QPoint(5, 5))).height() >= 34);
 }
 
 void TestOptions::choiceOfAFileFitsThePhone()
@@ -553,15 +670,13 @@ void TestOptions::choiceOfAFileFitsThePhone()
     shop.window->resize(size);
     QCOMPARE(shop.window->size(), size);
     shop.press("optionsButton");
-    withDialog(shop, [&size](QFileDialog *dialog) {
-        QVERIFY(dialog->width() <= size.width() && dialog->height() <= size.height());
-        const auto *buttons = dialog->findChild<QDialogButtonBox *>();
-        for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Cancel}) {
-            const QPushButton *button = buttons->button(which);
-            QVERIFY(button->isVisible());
-            const QRect place(button->mapTo(dialog, QPoint(0, 0)), button->size());
-            QVERIFY(dialog->rect().contains(place));
-        }
+    withDialog(shop, [&shop, &size](QFileDialog *dialog) {
+        const auto *files = dialog->findChild<QListView *>("listView");
+        QTRY_VERIFY(files->model()->rowCount(files->rootIndex()) > 0);
+        checkFits(dialog, size);
+        shop.window->resize(size.transposed());
+        QCoreApplication::processEvents();
+        checkFits(dialog, size.transposed());
         dialog->reject();
     });
 }

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "app/filechooser.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QEvent>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QSettings>
+#include <QStyledItemDelegate>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int pointSize = 14;
+constexpr int smallestControl = 36; // pixels
+
+class TallRows : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index).expandedTo({0, smallestControl});
+    }
+};
+
+/// A desktop's own dialog, where there is one, is left as it is: these are not its widgets.
+class TouchFileDialog : public QFileDialog
+{
+public:
+    TouchFileDialog(QWidget *window, const QString &caption, const QString &folder,
+                    const QString &filter)
+        : QFileDialog(window, caption, folder, filter)
+    {
+        setFileMode(ExistingFile);
+        setViewMode(List);
+        QFont larger = font();
+        larger.setPointSize(pointSize);
+        setFont(larger);
+        for (auto *button : findChildren<QAbstractButton *>())
+            button->setMinimumSize(smallestControl, smallestControl);
+        for (auto *edit : findChildren<QLineEdit *>())
+            edit->setMinimumHeight(smallestControl);
+        for (auto *box : findChildren<QComboBox *>())
+            box->setMinimumHeight(smallestControl);
+        setItemDelegate(new TallRows(this));
+        if (auto *places = findChild<QWidget *>(u"sidebar"_s))
+            places->hide();
+        fit();
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (object == parent() && event->type() == QEvent::Resize)
+            fit();
+        return QFileDialog::eventFilter(object, event);
+    }
+
+private:
+    void fit()
+    {
+        setMaximumSize(parentWidget()->size());
+        setGeometry(parentWidget()->geometry());
+    }
+};
+
+/// What the toolkit keeps for the file dialogs of all programs; how this one looks is nothing the
+/// others want to know.
+class SharedAppearance
+{
+public:
+    SharedAppearance()
+    {
+        const QStringList keys = settings.childKeys();
+        for (const QString &key : keys)
+            before[key] = settings.value(key);
+    }
+    ~SharedAppearance()
+    {
+        settings.remove(QString());
+        for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
+            settings.setValue(entry.key(), entry.value());
+    }
+    Q_DISABLE_COPY_MOVE(SharedAppearance)
+
+private:
+    class Group : public QSettings
+    {
+    public:
+        Group()
+            : QSettings(UserScope, u"QtProject"_s)
+        {
+            beginGroup(u"FileDialog"_s);
+        }
+    };
+
+    Group settings;
+    QVariantMap before;
+};
+
+} // namespace
+
+QString FileChooser::openFile(QWidget *window, const QString &caption, const QString &folder,
+                              const QString &filter)
+{
+    const SharedAppearance kept; // until the dialog, as it goes, has written
+    TouchFileDialog dialog(window, caption, folder, filter);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
