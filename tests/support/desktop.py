@@ -20,6 +20,7 @@ DEADLINE = 20  # seconds; generous, for a loaded machine
 
 PACKAGES = {
     "Xvfb": "xvfb",
+    "import": "imagemagick",
     "openbox": "openbox",
     "dbus-daemon": "dbus",
     "xwininfo": "x11-utils",
@@ -130,11 +131,23 @@ class Home:
         shutil.rmtree(self.path, ignore_errors=True)
 
 
+# As a phone shows programs: without a frame, as large as the screen.
+PHONE = """<?xml version="1.0"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc"><applications><application class="*">
+<decor>no</decor><maximized>yes</maximized></application></applications></openbox_config>
+"""
+
+
 class Desktop:
     """An X server with one screen of the given size, and a window manager on it."""
 
-    def __init__(self, width=1024, height=768):
-        openbox = tool("openbox")
+    def __init__(self, width=1024, height=768, phone=False):
+        openbox = [tool("openbox")]
+        if phone:
+            self.configuration = tempfile.NamedTemporaryFile("w", suffix=".xml")
+            self.configuration.write(PHONE)
+            self.configuration.flush()
+            openbox += ["--config-file", self.configuration.name]
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
             [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
@@ -149,7 +162,7 @@ class Desktop:
         if self.display == ":":
             raise RuntimeError("Xvfb did not start")
         self.manager = subprocess.Popen(
-            [openbox], env=self.environment(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+            openbox, env=self.environment(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
         )
         try:
             wait_for("the window manager", self.is_managed)
@@ -171,6 +184,11 @@ class Desktop:
         return subprocess.run(
             command, env=self.environment(), capture_output=True, text=True, check=False
         ).stdout
+
+    def picture(self, file):
+        """Writes what the screen shows."""
+        subprocess.run([tool("import"), "-window", "root", str(file)], env=self.environment(),
+                       check=True)
 
     def stop(self):
         stop(self.manager)
@@ -256,6 +274,27 @@ class Program:
         # The toolkit shows the button pressed for a moment, and acts when it comes up again.
         wait_for(f"the button {name} to come up",
                  lambda: not button.getState().contains(pyatspi.STATE_PRESSED))
+
+    def rows(self):
+        """What is said of the rows of the page's list."""
+        return [row.name for row in self.find_all("list item")]
+
+    def select_row(self, name):
+        """Goes to a row by keys, as one does who cannot see it."""
+        wait_for(f"the row {name}", lambda: self.find("list item", name))
+
+        def list_has_focus():
+            before = self.focused()
+            if before is not None and before.getRoleName() in ("list", "list item"):
+                return True
+            self.desktop.run([tool("xdotool"), "key", "Tab"])
+            wait_for("the focus to move", lambda: self.focused() != before)
+            return False
+
+        wait_for("the focus on the list", list_has_focus)
+        self.desktop.run([tool("xdotool"), "key", "Home"] + ["Down"] * self.rows().index(name))
+        wait_for(f"the row {name} selected", lambda: self.find(
+            "list item", name).getState().contains(pyatspi.STATE_SELECTED))
 
     def window_ids(self):
         """The X windows of the program that are to be seen."""

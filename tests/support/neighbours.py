@@ -29,17 +29,18 @@ def free_port():
 
 
 class Receiver:
-    """A gpsd that plays a walk once, a sentence every so many seconds, and notes when it says what."""
+    """A gpsd that plays a walk, a sentence every so many seconds, and notes when it says what."""
 
-    def __init__(self, walk, port, seconds_per_sentence):
+    def __init__(self, walk, port, seconds_per_sentence, again_and_again=False):
         tool("gpsd")
         self.port = port
         self.said = []  # (time, line)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-walk-"))
         (self.folder / "walk.nmea").write_text(walk)
         self.process = subprocess.Popen(
-            [tool("gpsfake"), "-1", "-q", "-P", str(port), "-c", str(seconds_per_sentence),
-             str(self.folder / "walk.nmea")],
+            [tool("gpsfake"), *([] if again_and_again else ["-1"]), "-q", "-P", str(port),
+             "-c", str(seconds_per_sentence), str(self.folder / "walk.nmea")],
+            env=dict(os.environ, TMPDIR=str(self.folder)),  # killed, it leaves a socket behind
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
         )
         wait_for("gpsd to listen", self.listens)

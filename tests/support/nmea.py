@@ -52,10 +52,12 @@ def walk_north(start, meters, meters_per_second, longitude, first_second=36000):
         for second in range(seconds))
 
 
-def latitude_of(line):
-    """The latitude in an RMC sentence, or None for any other line."""
+def place_of(line):
+    """The latitude and longitude in an RMC sentence, or None for any other line."""
     fields = line.split(",")
     if not line.startswith("$GPRMC") or fields[2] != "A":
         return None
-    degrees = int(fields[3][:2]) + float(fields[3][2:]) / 60
-    return -degrees if fields[4] == "S" else degrees
+    latitude = int(fields[3][:2]) + float(fields[3][2:]) / 60
+    longitude = int(fields[5][:3]) + float(fields[5][3:]) / 60
+    return (-latitude if fields[4] == "S" else latitude,
+            -longitude if fields[6] == "W" else longitude)

@@ -3,7 +3,10 @@
 import http.server
 import struct
 import threading
+import time
 import zlib
+
+from desktop import wait_for
 
 
 def tile(red, green, blue):
@@ -17,10 +20,15 @@ def tile(red, green, blue):
             + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
-class TileServer:
-    """Serves tiles of a few colours, fresh for an hour, on loopback or another address."""
+def colored(zoom, column, row):
+    """A tile of one of a few colours."""
+    return tile(column * 40 % 256, row * 40 % 256, 160)
 
-    def __init__(self, host="127.0.0.1"):
+
+class TileServer:
+    """Serves the tiles that `draw` makes, fresh for an hour, on loopback or another address."""
+
+    def __init__(self, host="127.0.0.1", draw=colored):
         self.paths = []
         self.agents = set()
         server = self
@@ -31,8 +39,7 @@ class TileServer:
             def do_GET(self):
                 server.paths.append(self.path)
                 server.agents.add(self.headers["User-Agent"])
-                _, _, x, y = self.path.removesuffix(".png").split("/")
-                body = tile(int(x) * 40 % 256, int(y) * 40 % 256, 160)
+                body = draw(*map(int, self.path.removesuffix(".png").split("/")[1:]))
                 self.send_response(200)
                 self.send_header("Content-Type", "image/png")
                 self.send_header("Content-Length", str(len(body)))
@@ -51,6 +58,18 @@ class TileServer:
     def address(self):
         host, port = self.server.server_address
         return f"http://{host}:{port}"
+
+    def wait_until_idle(self):
+        """Waits until something has been asked for, and nothing more for half a second."""
+        seen = []  # (moment, how much had been asked for then)
+
+        def is_idle():
+            now = time.monotonic()
+            seen.append((now, len(self.paths)))
+            return self.paths and any(
+                then < now - 0.5 and count == len(self.paths) for then, count in seen)
+
+        wait_for("the tiles", is_idle)
 
     def stop(self):
         self.server.shutdown()

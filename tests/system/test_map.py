@@ -44,15 +44,8 @@ class TestMap(unittest.TestCase):
 
     def wait_for_tiles(self):
         """All that the view needs, and how many that were."""
-        seen = []
-        wait_for("the tiles", lambda: self.tiles.paths and self.settled(seen))
+        self.tiles.wait_until_idle()
         return len(self.tiles.paths)
-
-    def settled(self, seen):
-        """Whether nothing has been asked for in the last half second."""
-        now = time.monotonic()
-        seen.append((now, len(self.tiles.paths)))
-        return any(then < now - 0.5 and count == len(self.tiles.paths) for then, count in seen)
 
     def mouse(self, *commands):
         self.desktop.run([tool("xdotool"), *map(str, commands)])

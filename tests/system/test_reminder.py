@@ -71,8 +71,8 @@ class TestReminder(unittest.TestCase):
     def assert_in_time(self, receiver, store, when):
         near = wait_for("the receiver to come near", lambda: next(
             (moment for moment, line in receiver.said
-             if (latitude := nmea.latitude_of(line)) is not None
-             and meters(latitude, store) < REMINDER_METERS), None), 2)
+             if (place := nmea.place_of(line)) is not None
+             and meters(place[0], store) < REMINDER_METERS), None), 2)
         # To find it on the accessibility bus takes a moment as well.
         self.assertLess(when - near, UPDATE_SECONDS + 1.5)
         # What notes the moment shares a processor with what watches the window, and may be late.

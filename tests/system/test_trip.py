@@ -7,7 +7,7 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, Home, Program, pyatspi, tool, wait_for  # noqa: E402
+from desktop import Desktop, Home, Program, tool, wait_for  # noqa: E402
 
 
 class TestTrip(unittest.TestCase):
@@ -24,26 +24,6 @@ class TestTrip(unittest.TestCase):
         field = wait_for("the name field", lambda: self.program.find("text"))
         field.queryEditableText().setTextContents(text)
 
-    def rows(self):
-        return [row.name for row in self.program.find_all("list item")]
-
-    def select_row(self, name):
-        """Goes to a row by keys, as one does who cannot see it."""
-        wait_for(f"the row {name}", lambda: self.program.find("list item", name))
-
-        def list_has_focus():
-            before = self.program.focused()
-            if before is not None and before.getRoleName() in ("list", "list item"):
-                return True
-            self.desktop.run([tool("xdotool"), "key", "Tab"])
-            wait_for("the focus to move", lambda: self.program.focused() != before)
-            return False
-
-        wait_for("the focus on the list", list_has_focus)
-        self.desktop.run([tool("xdotool"), "key", "Home"] + ["Down"] * self.rows().index(name))
-        wait_for(f"the row {name} selected", lambda: self.program.find(
-            "list item", name).getState().contains(pyatspi.STATE_SELECTED))
-
     def add(self, button, name):
         self.program.press(button)
         self.type(name)
@@ -58,7 +38,7 @@ class TestTrip(unittest.TestCase):
         self.type("Corner shop")
         program.press("(click to select)")
         self.add("New category", "Food & Drink")
-        wait_for("the category", lambda: self.rows() == ["Food & Drink"])
+        wait_for("the category", lambda: self.program.rows() == ["Food & Drink"])
         program.press("Select")
         program.press("Save")
         program.press("Back")
@@ -69,7 +49,7 @@ class TestTrip(unittest.TestCase):
         program.press("New list")
         self.type("Weekend")
         program.press("Store")
-        self.select_row("Corner shop, Food & Drink")
+        self.program.select_row("Corner shop, Food & Drink")
         program.press("Select")
         program.press("Save")
         program.press("OK")
@@ -78,17 +58,17 @@ class TestTrip(unittest.TestCase):
             self.type(name)
             program.find("spin button").queryValue().currentValue = amount
             program.press("Save")
-        wait_for("the goods", lambda: self.rows() == ["Milk, 1", "Bread, 2", "Apples, 12"])
+        wait_for("the goods", lambda: self.program.rows() == ["Milk, 1", "Bread, 2", "Apples, 12"])
         program.press("OK")
         program.press("Select")
 
         # The trip itself.
         program.press("Start")
         for good in ("Bread, 2", "Milk, 1", "Apples, 12"):
-            self.select_row(f"{good}, unchecked")
+            self.program.select_row(f"{good}, unchecked")
             program.press("Check")
-            wait_for(f"{good} checked", lambda: f"{good}, checked" in self.rows())
-        self.assertEqual(self.rows(),
+            wait_for(f"{good} checked", lambda: f"{good}, checked" in self.program.rows())
+        self.assertEqual(self.program.rows(),
                          ["Apples, 12, checked", "Milk, 1, checked", "Bread, 2, checked"])
         program.press("OK")
         wait_for("the finished list", lambda: program.find("label", "Finished (checked)"))

@@ -1,0 +1,197 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Shows what Trolleo is for, on a machine without a receiver and without a network: a walk through
+a small town, in a home that is thrown away afterwards.
+
+With a display the person uses the program; the walk is repeated until the program is left. Without
+one the program runs on a screen of its own, is driven through the whole story, and leaves a picture
+of each step.
+"""
+import contextlib
+import math
+import os
+import pathlib
+import shutil
+import sqlite3
+import subprocess
+import sys
+import time
+
+OF_THE_PERSON = dict(os.environ)  # before it becomes that of a desktop of our own
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import PROGRAM, Desktop, Home, Program, pyatspi, stop, wait_for  # noqa: E402
+from neighbours import Receiver, free_port  # noqa: E402
+from tiles import TileServer  # noqa: E402
+from town import METERS_PER_DEGREE, Town  # noqa: E402
+import nmea  # noqa: E402
+
+DATA = SOURCES / "resources" / "demo"
+PICTURES = SOURCES / "build" / "demo"
+SIZE = (800, 480)
+FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played ten times as fast
+SENTENCES_PER_FIX = 2
+REMINDER_METERS = 250
+BAKERY = "Sunrise Bakery"
+
+
+class Surroundings:
+    """A home with stores and lists, a receiver on a walk, and a map of the town."""
+
+    def __init__(self, cleanup, again_and_again):
+        self.home = Home()
+        cleanup.callback(self.home.remove)
+        self.home.write_settings(GpsEnabled="true", LanguageId=1)
+        self.tiles = TileServer(draw=Town().tile)
+        cleanup.callback(self.tiles.stop)
+        self.receiver = Receiver((DATA / "walk.nmea").read_text(), free_port(),
+                                 FIX_SECONDS / SENTENCES_PER_FIX, again_and_again)
+        cleanup.callback(self.receiver.kill)
+        self.environment = {"TROLLEO_GPSD": self.receiver.address,
+                            "TROLLEO_TILE_SERVER": self.tiles.address}
+
+    def furnish(self):
+        """Fills the database, once the program has made its tables."""
+        def has_tables():
+            with contextlib.suppress(sqlite3.OperationalError):
+                return len(self.home.query("select * from sqlite_master where type = 'table'")) == 7
+            return False
+
+        wait_for("the database", has_tables)
+        self.home.run((DATA / "sample.sql").read_text())
+
+
+class Story:
+    """The program, driven from one step to the next."""
+
+    def __init__(self, desktop, program, surroundings):
+        self.desktop = desktop
+        self.program = program
+        self.home = surroundings.home
+        self.receiver = surroundings.receiver
+        self.tiles = surroundings.tiles
+        self.number = 0
+        self.step = "start"
+
+    def tell(self, step, account):
+        self.number += 1
+        self.desktop.picture(PICTURES / f"{self.number}-{step}.png")
+        print(f"{self.number} {step}: {account}", flush=True)
+
+    def run(self):
+        for step in (self.main_page, self.tracked_stores, self.map, self.tracking, self.reminder,
+                     self.shopping, self.checked_off, self.finished):
+            self.step = step.__name__.replace("_", " ")
+            self.tell(step.__name__.replace("_", "-"), step())
+
+    def main_page(self):
+        self.program.wait_for_window()
+        wait_for("the main page", lambda: self.program.find("push button", "Reminder"))
+        return "the program has started, and the walk is on"
+
+    def tracked_stores(self):
+        self.program.press("Reminder")
+        self.program.press("View tracked")
+        rows = wait_for("the tracked stores", self.program.rows)
+        assert len(rows) == 3, rows
+        nearest, distance = rows[0].rsplit(", ", 1)
+        return (f"three stores have an open list; {nearest} is the nearest, "
+                f"{float(distance):.0f} m away")
+
+    def map(self):
+        self.program.press("Map")
+        wait_for("the map", lambda: self.program.find("filler", "Map"))
+        self.tiles.wait_until_idle()
+        return "the position and the nearest store on the map"
+
+    def tracking(self):
+        self.program.press("OK")
+        self.program.press("Start")
+        wait_for("tracking", lambda: self.program.find("push button", "Stop").getState().contains(
+            pyatspi.STATE_ENABLED))
+        return "tracking follows the walk"
+
+    def reminder(self):
+        text = wait_for("the reminder", lambda: next(
+            (label.name for label in self.program.find_all("label") if " meters)" in label.name),
+            None), 90)
+        now = time.monotonic()
+        assert text.startswith(BAKERY), text
+        crossed = next(when for when, line in self.receiver.said if self.is_near(line))
+        return f"{text}, {max(0, now - crossed):.1f} s after the walk came within 250 m of it"
+
+    def is_near(self, line):
+        place = nmea.place_of(line)
+        if place is None:
+            return False
+        latitude, longitude = self.home.query(
+            f"select latitude, longitude from gpscoord join magazin using (id) where name = '{BAKERY}'")[0]
+        north = (place[0] - latitude) * METERS_PER_DEGREE
+        east = (place[1] - longitude) * METERS_PER_DEGREE * math.cos(math.radians(latitude))
+        return math.hypot(north, east) < REMINDER_METERS
+
+    def shopping(self):
+        self.program.press("Start Shopping")
+        rows = wait_for("the goods", self.program.rows)
+        assert len(rows) == 3, rows
+        return f"{len(rows)} goods to buy here"
+
+    def checked_off(self):
+        while unchecked := [row for row in self.program.rows() if row.endswith(", unchecked")]:
+            self.program.select_row(unchecked[0])
+            self.program.press("Check")
+            wait_for("the check mark",
+                     lambda: unchecked[0].replace(", unchecked", ", checked") in self.program.rows())
+        return "every one is in the basket"
+
+    def finished(self):
+        self.program.press("OK")
+        wait_for("the end of the list", lambda: self.home.query(
+            "select state from shoplist where name = 'Breakfast'") == [(3,)])
+        wait_for("the end of the shopping", lambda: not self.program.rows())
+        return "the list is finished, in the database as well"
+
+
+def run_alone():
+    """Returns the exit status."""
+    shutil.rmtree(PICTURES, ignore_errors=True)
+    PICTURES.mkdir(parents=True)
+    with contextlib.ExitStack() as cleanup:
+        desktop = Desktop(*SIZE, phone=True)
+        cleanup.callback(desktop.stop)
+        surroundings = Surroundings(cleanup, False)
+        # Where there is no sound server, none is to be started for this.
+        program = Program(desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
+                          **surroundings.environment)
+        cleanup.callback(program.stop)
+        surroundings.furnish()
+        story = Story(desktop, program, surroundings)
+        try:
+            story.run()
+        except Exception as error:  # whatever it is, a person is to read where the story ended
+            print(f"demo: the step \"{story.step}\" failed: {error}", file=sys.stderr)
+            return 1
+    print(f"The pictures are in {PICTURES.relative_to(SOURCES)}.")
+    return 0
+
+
+def run_for_a_person():
+    """Returns the exit status."""
+    with contextlib.ExitStack() as cleanup:
+        surroundings = Surroundings(cleanup, True)
+        environment = {name: value for name, value in OF_THE_PERSON.items()
+                       if not name.startswith("XDG_") or name in (
+                           "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP")}
+        environment.update(HOME=str(surroundings.home.path), **surroundings.environment)
+        process = subprocess.Popen([PROGRAM], env=environment)
+        cleanup.callback(stop, process)
+        surroundings.furnish()
+        print("You walk through a small town, ten times as fast as one does, and again from the "
+              "start after two minutes.\nPress \"Reminder\" and \"Start\"; \"View tracked\" shows the "
+              "stores, and the map. Leaving the program ends the demo.", flush=True)
+        return process.wait()
+
+
+if __name__ == "__main__":
+    HAS_DISPLAY = "DISPLAY" in OF_THE_PERSON or "WAYLAND_DISPLAY" in OF_THE_PERSON
+    sys.exit(run_for_a_person() if HAS_DISPLAY else run_alone())
