@@ -12,7 +12,6 @@ import math
 import os
 import pathlib
 import shutil
-import sqlite3
 import subprocess
 import sys
 import time
@@ -20,45 +19,15 @@ import time
 OF_THE_PERSON = dict(os.environ)  # before it becomes that of a desktop of our own
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import PROGRAM, Desktop, Home, Program, pyatspi, stop, wait_for  # noqa: E402
-from neighbours import Receiver, free_port  # noqa: E402
-from tiles import TileServer  # noqa: E402
-from town import METERS_PER_DEGREE, Town  # noqa: E402
+from desktop import PROGRAM, Desktop, Program, pyatspi, stop, wait_for  # noqa: E402
+from surroundings import Surroundings  # noqa: E402
+from town import METERS_PER_DEGREE  # noqa: E402
 import nmea  # noqa: E402
 
-DATA = SOURCES / "resources" / "demo"
 PICTURES = SOURCES / "build" / "demo"
 SIZE = (800, 480)
-FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played ten times as fast
-SENTENCES_PER_FIX = 2
 REMINDER_METERS = 250
 BAKERY = "Sunrise Bakery"
-
-
-class Surroundings:
-    """A home with stores and lists, a receiver on a walk, and a map of the town."""
-
-    def __init__(self, cleanup, again_and_again):
-        self.home = Home()
-        cleanup.callback(self.home.remove)
-        self.home.write_settings(GpsEnabled="true", LanguageId=1)
-        self.tiles = TileServer(draw=Town().tile)
-        cleanup.callback(self.tiles.stop)
-        self.receiver = Receiver((DATA / "walk.nmea").read_text(), free_port(),
-                                 FIX_SECONDS / SENTENCES_PER_FIX, again_and_again)
-        cleanup.callback(self.receiver.kill)
-        self.environment = {"TROLLEO_GPSD": self.receiver.address,
-                            "TROLLEO_TILE_SERVER": self.tiles.address}
-
-    def furnish(self):
-        """Fills the database, once the program has made its tables."""
-        def has_tables():
-            with contextlib.suppress(sqlite3.OperationalError):
-                return len(self.home.query("select * from sqlite_master where type = 'table'")) == 7
-            return False
-
-        wait_for("the database", has_tables)
-        self.home.run((DATA / "sample.sql").read_text())
 
 
 class Story:
@@ -159,7 +128,7 @@ def run_alone():
     with contextlib.ExitStack() as cleanup:
         desktop = Desktop(*SIZE, phone=True)
         cleanup.callback(desktop.stop)
-        surroundings = Surroundings(cleanup, False)
+        surroundings = Surroundings(cleanup)
         # Where there is no sound server, none is to be started for this.
         program = Program(desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
                           **surroundings.environment)
@@ -178,7 +147,7 @@ def run_alone():
 def run_for_a_person():
     """Returns the exit status."""
     with contextlib.ExitStack() as cleanup:
-        surroundings = Surroundings(cleanup, True)
+        surroundings = Surroundings(cleanup, again_and_again=True)
         environment = {name: value for name, value in OF_THE_PERSON.items()
                        if not name.startswith("XDG_") or name in (
                            "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP")}

@@ -1,0 +1,46 @@
+# SPDX-License-Identifier: MIT
+"""What stands around the program in the demo."""
+import contextlib
+import pathlib
+import sqlite3
+import sys
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from desktop import Home, wait_for  # noqa: E402
+from neighbours import Receiver, free_port  # noqa: E402
+from tiles import TileServer  # noqa: E402
+from town import Town  # noqa: E402
+
+DATA = SOURCES / "resources" / "demo"
+ENGLISH, RUSSIAN = 1, 2  # as the settings have them
+FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played ten times as fast
+SENTENCES_PER_FIX = 2
+
+
+class Surroundings:
+    """A home with stores and lists, a receiver on a walk, and a map of the town."""
+
+    def __init__(self, cleanup, language=ENGLISH, again_and_again=False, first_fix=0):
+        """What it starts ends with `cleanup`; the walk begins at one of its fixes."""
+        self.home = Home()
+        cleanup.callback(self.home.remove)
+        self.home.write_settings(GpsEnabled="true", LanguageId=language)
+        self.tiles = TileServer(draw=Town().tile)
+        cleanup.callback(self.tiles.stop)
+        sentences = (DATA / "walk.nmea").read_text().splitlines(keepends=True)
+        self.receiver = Receiver("".join(sentences[first_fix * SENTENCES_PER_FIX:]), free_port(),
+                                 FIX_SECONDS / SENTENCES_PER_FIX, again_and_again)
+        cleanup.callback(self.receiver.kill)
+        self.environment = {"TROLLEO_GPSD": self.receiver.address,
+                            "TROLLEO_TILE_SERVER": self.tiles.address}
+
+    def furnish(self):
+        """Fills the database, once the program has made its tables."""
+        def has_tables():
+            with contextlib.suppress(sqlite3.OperationalError):
+                return len(self.home.query("select * from sqlite_master where type = 'table'")) == 7
+            return False
+
+        wait_for("the database", has_tables)
+        self.home.run((DATA / "sample.sql").read_text())
