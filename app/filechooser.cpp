@@ -75,6 +75,7 @@ class SharedAppearance
 public:
     SharedAppearance()
     {
+        settings.beginGroup(u"FileDialog"_s);
         const QStringList keys = settings.childKeys();
         for (const QString &key : keys)
             before[key] = settings.value(key);
@@ -88,17 +89,7 @@ public:
     Q_DISABLE_COPY_MOVE(SharedAppearance)
 
 private:
-    class Group : public QSettings
-    {
-    public:
-        Group()
-            : QSettings(UserScope, u"QtProject"_s)
-        {
-            beginGroup(u"FileDialog"_s);
-        }
-    };
-
-    Group settings;
+    QSettings settings{QSettings::UserScope, u"QtProject"_s};
     QVariantMap before;
 };
 

@@ -23,8 +23,7 @@
 #include "app/trsettings.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
-#include "widgets/rowcheckbox.h"
-#include "widgets/rowradiobutton.h"
+#include "widgets/rowbutton.h"
 #include "widgets/TrKineticScroller.h"
 
 using namespace Qt::StringLiterals;
@@ -51,15 +50,6 @@ QLabel *groupTitle(const QString &text)
     return label;
 }
 
-/// Makes a button that fills a row; Button is RowCheckBox or RowRadioButton.
-template <typename Button>
-Button *rowButton(const QString &objectName, const QString &text)
-{
-    auto *button = new Button(text);
-    button->setObjectName(objectName);
-    return button;
-}
-
 } // namespace
 
 void ShopWindow::buildOptionsPage()
@@ -69,19 +59,18 @@ void ShopWindow::buildOptionsPage()
     p = {Frames::makeToolbarFrame(page)};
     Controls::showPicture(p.picture, u":/img/tools.svg"_s, Controls::pictureExtent);
 
-    p.enableGps = rowButton<RowCheckBox>(u"enableGpsBox"_s, tr("Enable use of GPS"));
-    p.gpsAlwaysActive = rowButton<RowCheckBox>(u"gpsAlwaysActiveBox"_s, tr("GPS always active"));
-    p.autoStartTracking =
-        rowButton<RowCheckBox>(u"autoStartTrackingBox"_s, tr("AutoStart tracking"));
+    p.enableGps = new RowCheckBox(u"enableGpsBox"_s, tr("Enable use of GPS"));
+    p.gpsAlwaysActive = new RowCheckBox(u"gpsAlwaysActiveBox"_s, tr("GPS always active"));
+    p.autoStartTracking = new RowCheckBox(u"autoStartTrackingBox"_s, tr("AutoStart tracking"));
     auto *soundCaption = new QLabel(tr("Alarm Sound: "));
     p.sound = new NameButton;
     p.sound->setObjectName(u"soundButton"_s);
     p.sound->setMaximumWidth(textWidth);
     p.sound->setName(QFileInfo(soundFileName).fileName());
     p.sound->setAccessibleDescription(soundCaption->text());
-    p.autoDetect = rowButton<RowRadioButton>(u"autoDetectRadio"_s, tr("AutoDetect"));
-    p.english = rowButton<RowRadioButton>(u"englishRadio"_s, tr("English"));
-    p.russian = rowButton<RowRadioButton>(u"russianRadio"_s, tr("Russian"));
+    p.autoDetect = new RowRadioButton(u"autoDetectRadio"_s, tr("AutoDetect"));
+    p.english = new RowRadioButton(u"englishRadio"_s, tr("English"));
+    p.russian = new RowRadioButton(u"russianRadio"_s, tr("Russian"));
 
     auto *body = new QWidget;
     auto *rows = new QVBoxLayout(body);

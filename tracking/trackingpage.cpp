@@ -16,20 +16,13 @@
 #include "tracking/trackedstores.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
-#include "widgets/rowradiobutton.h"
+#include "widgets/rowbutton.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int alarmLoops = 3;
-
-QRadioButton *criterion(const QString &objectName, const QString &text)
-{
-    auto *button = new RowRadioButton(text);
-    button->setObjectName(objectName);
-    return button;
-}
 
 } // namespace
 
@@ -47,9 +40,9 @@ void ShopWindow::buildTrackingPage()
                                   tr("Stop"));
     p.view = Controls::textButton(u"viewButton"_s, u":/img/eye.svg"_s, Controls::pictureExtent,
                                   tr("View tracked"));
-    p.all = criterion(u"allStoresRadio"_s, tr("All Stores / Lists"));
-    p.byCategory = criterion(u"byCategoryRadio"_s, tr("By Category"));
-    p.byStore = criterion(u"byStoreRadio"_s, tr("By Store"));
+    p.all = new RowRadioButton(u"allStoresRadio"_s, tr("All Stores / Lists"));
+    p.byCategory = new RowRadioButton(u"byCategoryRadio"_s, tr("By Category"));
+    p.byStore = new RowRadioButton(u"byStoreRadio"_s, tr("By Store"));
     p.category = new NameButton;
     p.category->setObjectName(u"categoryButton"_s);
     p.category->setAccessibleDescription(p.byCategory->text());

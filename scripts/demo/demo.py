@@ -10,24 +10,28 @@ of each step.
 import contextlib
 import math
 import os
-import pathlib
 import shutil
 import subprocess
 import sys
 import time
 
 OF_THE_PERSON = dict(os.environ)  # before it becomes that of a desktop of our own
-SOURCES = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import PROGRAM, Desktop, Program, pyatspi, stop, wait_for  # noqa: E402
+from town import METERS_PER_DEGREE, SOURCES  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
-from town import METERS_PER_DEGREE  # noqa: E402
+from desktop import PROGRAM, Desktop, Program, pyatspi, stop, wait_for  # noqa: E402
 import nmea  # noqa: E402
 
 PICTURES = SOURCES / "build" / "demo"
 SIZE = (800, 480)
 REMINDER_METERS = 250
 BAKERY = "Sunrise Bakery"
+
+
+def is_near(place, latitude, longitude):
+    """Whether a latitude and longitude are as near to another as a reminder needs it."""
+    north = (place[0] - latitude) * METERS_PER_DEGREE
+    east = (place[1] - longitude) * METERS_PER_DEGREE * math.cos(math.radians(latitude))
+    return math.hypot(north, east) < REMINDER_METERS
 
 
 class Story:
@@ -86,18 +90,11 @@ class Story:
             None), 90)
         now = time.monotonic()
         assert text.startswith(BAKERY), text
-        crossed = next(when for when, line in self.receiver.said if self.is_near(line))
+        bakery = self.home.query("select latitude, longitude from gpscoord join magazin using (id) "
+                                 f"where name = '{BAKERY}'")[0]
+        crossed = next(when for when, line in self.receiver.said
+                       if (place := nmea.place_of(line)) is not None and is_near(place, *bakery))
         return f"{text}, {max(0, now - crossed):.1f} s after the walk came within 250 m of it"
-
-    def is_near(self, line):
-        place = nmea.place_of(line)
-        if place is None:
-            return False
-        latitude, longitude = self.home.query(
-            f"select latitude, longitude from gpscoord join magazin using (id) where name = '{BAKERY}'")[0]
-        north = (place[0] - latitude) * METERS_PER_DEGREE
-        east = (place[1] - longitude) * METERS_PER_DEGREE * math.cos(math.radians(latitude))
-        return math.hypot(north, east) < REMINDER_METERS
 
     def shopping(self):
         self.program.press("Start Shopping")
@@ -155,8 +152,8 @@ def run_for_a_person():
         process = subprocess.Popen([PROGRAM], env=environment)
         cleanup.callback(stop, process)
         surroundings.furnish()
-        print("You walk through a small town, ten times as fast as one does, and again from the "
-              "start after two minutes.\nPress \"Reminder\" and \"Start\"; \"View tracked\" shows the "
+        print("You walk through a small town, ten times as fast as one does, and again and "
+              "again.\nPress \"Reminder\" and \"Start\"; \"View tracked\" shows the "
               "stores, and the map. Leaving the program ends the demo.", flush=True)
         return process.wait()
 

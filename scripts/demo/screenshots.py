@@ -3,15 +3,12 @@
 """Writes pictures of every page, in both languages and orientations, with the stores and lists of
 the demo, to build/screenshots/<language>-<orientation>/."""
 import contextlib
-import pathlib
 import shutil
-import sys
 import xml.etree.ElementTree
 
-SOURCES = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, Program, wait_for  # noqa: E402
-from surroundings import ENGLISH, RUSSIAN, Surroundings  # noqa: E402
+from town import SOURCES
+from surroundings import ENGLISH, RUSSIAN, Surroundings
+from desktop import Desktop, Program, wait_for
 
 PICTURES = SOURCES / "build" / "screenshots"
 LANGUAGES = {"en": ENGLISH, "ru": RUSSIAN}

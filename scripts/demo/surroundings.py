@@ -1,18 +1,13 @@
 # SPDX-License-Identifier: MIT
 """What stands around the program in the demo."""
 import contextlib
-import pathlib
 import sqlite3
-import sys
 
-SOURCES = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Home, wait_for  # noqa: E402
-from neighbours import Receiver, free_port  # noqa: E402
-from tiles import TileServer  # noqa: E402
-from town import Town  # noqa: E402
+from town import DATA, Town
+from desktop import Home, wait_for
+from neighbours import Receiver, free_port
+from tiles import TileServer
 
-DATA = SOURCES / "resources" / "demo"
 ENGLISH, RUSSIAN = 1, 2  # as the settings have them
 FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played ten times as fast
 SENTENCES_PER_FIX = 2

@@ -4,11 +4,16 @@ import io
 import json
 import math
 import pathlib
+import sys
 
 import cairo
 
-FILE = pathlib.Path(__file__).resolve().parents[2] / "resources" / "demo" / "town.json"
-METERS_PER_DEGREE = 111195.0  # of latitude
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+DATA = SOURCES / "resources" / "demo"
+# The demo stands on what the system tests stand on.
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from nmea import METERS_PER_DEGREE  # noqa: E402
+
 TILE = 256  # pixels
 GROUND = (0.955, 0.945, 0.925)
 WATER = (0.66, 0.81, 0.90)
@@ -25,7 +30,7 @@ LAST_HOUSE = 1250  # metres from the middle of the town, east or west, north or 
 
 class Town:
     def __init__(self):
-        self.town = json.loads(FILE.read_text(encoding="utf-8"))
+        self.town = json.loads((DATA / "town.json").read_text(encoding="utf-8"))
         self.latitude = self.town["origin"]["latitude"]
         self.longitude = self.town["origin"]["longitude"]
         self.houses = list(self.rows_of_houses())
