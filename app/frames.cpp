@@ -2,6 +2,7 @@
 #include "app/frames.h"
 
 #include <QBoxLayout>
+#include <QFontMetrics>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,11 +13,14 @@
 #include "lists/trlistdelegate.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int leastTitleCharacters = 8;
 
 QPushButton *helpButton(int extent)
 {
@@ -33,7 +37,7 @@ QPushButton *backButton(QWidget *page, int extent)
 }
 
 /// Lays `page` out as a toolbar and a box of contents.
-void makeToolbar(ToolbarFrame &frame, QWidget *page)
+void makeToolbar(ToolbarFrame &frame, TurningPage *page)
 {
     frame.picture = Controls::pictureLabel(u"picture"_s);
     frame.help = helpButton(Controls::pictureExtent);
@@ -53,13 +57,13 @@ void makeToolbar(ToolbarFrame &frame, QWidget *page)
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(frame.contents, 1);
-    frame.turningBoxes = {
+    page->turningBoxes = {
         .alongWidth = {box, frame.contents}, .acrossWidth = {toolbar}, .separators = {line}};
 }
 
 } // namespace
 
-ListFrame Frames::makeListFrame(QWidget *page, const QString &picture, const QString &title)
+ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const QString &title)
 {
     ListFrame frame;
     frame.picture = Controls::pictureLabel(u"picture"_s);
@@ -68,6 +72,9 @@ ListFrame Frames::makeListFrame(QWidget *page, const QString &picture, const QSt
     frame.title->setObjectName(u"title"_s);
     frame.title->setAlignment(Qt::AlignCenter);
     frame.title->setText(title);
+    // On a narrow screen the buttons leave it little room.
+    frame.title->setMinimumWidth(leastTitleCharacters *
+                                 QFontMetrics(page->font()).averageCharWidth());
     frame.help = helpButton(listToolExtent);
     frame.back = backButton(page, listToolExtent);
     frame.header = new QHBoxLayout;
@@ -89,18 +96,18 @@ ListFrame Frames::makeListFrame(QWidget *page, const QString &picture, const QSt
     Controls::setPageSpacing(box);
     box->addLayout(contents, 1);
     box->addLayout(frame.buttons);
-    frame.turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}, .separators = {}};
+    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}, .separators = {}};
     return frame;
 }
 
-ToolbarFrame Frames::makeToolbarFrame(QWidget *page)
+ToolbarFrame Frames::makeToolbarFrame(TurningPage *page)
 {
     ToolbarFrame frame;
     makeToolbar(frame, page);
     return frame;
 }
 
-EditFrame Frames::makeEditFrame(QWidget *page)
+EditFrame Frames::makeEditFrame(TurningPage *page)
 {
     EditFrame frame;
     makeToolbar(frame, page);
@@ -118,14 +125,15 @@ EditFrame Frames::makeEditFrame(QWidget *page)
     QFrame *line = Controls::separator(QFrame::VLine);
     frame.contents->addWidget(line);
     frame.contents->addLayout(buttons);
-    frame.turningBoxes.acrossWidth << buttons;
-    frame.turningBoxes.separators << line;
+    page->turningBoxes.acrossWidth << buttons;
+    page->turningBoxes.separators << line;
     return frame;
 }
 
 QFormLayout *Frames::addFields(QBoxLayout *contents)
 {
     auto *fields = new QFormLayout;
+    fields->setRowWrapPolicy(QFormLayout::WrapLongRows);
     fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     fields->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     auto *column = new QVBoxLayout;

@@ -4,8 +4,6 @@
 #include <QList>
 #include <QString>
 
-#include "widgets/turningboxes.h"
-
 class QBoxLayout;
 class QFormLayout;
 class QLabel;
@@ -13,6 +11,7 @@ class QLineEdit;
 class QPushButton;
 class QWidget;
 class TouchList;
+class TurningPage;
 
 /// What all pages with one list have in common: a header with picture, title, help and back, the
 /// list, and a box with buttons.
@@ -25,7 +24,6 @@ struct ListFrame
     QPushButton *back = nullptr;
     TouchList *list = nullptr;
     QBoxLayout *buttons = nullptr;
-    TurningBoxes turningBoxes;
 };
 
 /// What all pages beside a toolbar have in common: the toolbar with picture, help and back, and a
@@ -38,7 +36,6 @@ struct ToolbarFrame
     QPushButton *back = nullptr;
     /// Side by side in landscape, stacked in portrait.
     QBoxLayout *contents = nullptr;
-    TurningBoxes turningBoxes;
 };
 
 /// What all pages for editing have in common: a toolbar, fields, and "Save" and "Delete".
@@ -56,9 +53,9 @@ namespace Frames {
 inline constexpr int listPictureExtent = 48;
 inline constexpr int listToolExtent = 40;
 
-ListFrame makeListFrame(QWidget *page, const QString &picture, const QString &title);
-ToolbarFrame makeToolbarFrame(QWidget *page);
-EditFrame makeEditFrame(QWidget *page);
+ListFrame makeListFrame(TurningPage *page, const QString &picture, const QString &title);
+ToolbarFrame makeToolbarFrame(TurningPage *page);
+EditFrame makeEditFrame(TurningPage *page);
 
 /// Adds a form with captions and fields to `contents`, of which it takes what is free.
 QFormLayout *addFields(QBoxLayout *contents);

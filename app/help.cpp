@@ -52,6 +52,8 @@ void ShopWindow::mainPageHelp()
 void ShopWindow::mainPageAbout()
 {
     const QString contact = QStringLiteral(TROLLEO_CONTACT);
+    // Where there is no room for it in one line, it may be broken after the sign.
+    const QString shownContact = QString(contact).replace(u'@', u"@\u200b"_s);
     // Labels are translated, values are not.
     showMessage(
         tr("About Trolleo"),
@@ -60,7 +62,8 @@ void ShopWindow::mainPageAbout()
                         "shoppings and make shopping process itself more handy.")) +
             helpLine(tr("Program version: ") + u"1.1.0 for Maemo 5"_s) +
             helpLine(tr("Developed with: ") + u"Qt 4.6.3"_s) +
-            helpLine(tr("Send reports to: ") + u"<a href=\"mailto:%1\">%1</a>"_s.arg(contact)) +
+            helpLine(tr("Send reports to: ") +
+                     u"<a href=\"mailto:%1\">%2</a>"_s.arg(contact, shownContact)) +
             tr("This build runs on Qt %1 and is free software under the MIT licence. Map data: %2.")
                 .arg(QString::fromLatin1(qVersion()), TileServer::attribution()),
         u":/img/info.png"_s, PageMain);

@@ -7,6 +7,7 @@
 
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +31,7 @@ QPushButton *largeButton(const QString &objectName, const QString &picture, cons
 
 void ShopWindow::buildMainPage()
 {
-    QWidget *page = addPage(PageMain, u"mainPage"_s);
+    TurningPage *page = addPage(PageMain, u"mainPage"_s, tr("Main Page"));
     MainPage &p = mainPage;
 
     p.shopping = largeButton(u"shoppingButton"_s, u":/img/shopping-cart.svg"_s, tr("Shopping"));
@@ -67,7 +68,7 @@ void ShopWindow::buildMainPage()
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(buttons, 1);
-    p.turningBoxes = {.alongWidth = {box}, .acrossWidth = {toolbar}, .separators = {line}};
+    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {toolbar}, .separators = {line}};
 
     connect(p.shopping, &QPushButton::clicked, this, &ShopWindow::buyClicked);
     connect(p.reminder, &QPushButton::clicked, this, &ShopWindow::trackingClicked);

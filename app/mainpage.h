@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "widgets/turningboxes.h"
-
 class QPushButton;
 
 /// The first page: the three ways into the program, and its toolbar.
@@ -15,5 +13,4 @@ struct MainPage
     QPushButton *help = nullptr;
     QPushButton *about = nullptr;
     QPushButton *exit = nullptr;
-    TurningBoxes turningBoxes;
 };

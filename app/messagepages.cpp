@@ -16,6 +16,7 @@
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
@@ -57,7 +58,7 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
 
 void ShopWindow::buildMessagePage()
 {
-    QWidget *page = addPage(PageMessage, u"messagePage"_s);
+    TurningPage *page = addPage(PageMessage, u"messagePage"_s, QString(), QAccessible::Dialog);
     MessagePage &p = messagePage;
 
     p.icon = Controls::pictureLabel(u"messageIcon"_s);
@@ -106,11 +107,12 @@ void ShopWindow::buildMessagePage()
 
 void ShopWindow::buildWaitingPage()
 {
-    QWidget *page = addPage(PageWaiting, u"waitingPage"_s);
+    const QString heading = tr("Update in Progress");
+    TurningPage *page = addPage(PageWaiting, u"waitingPage"_s, heading, QAccessible::Dialog);
     WaitingPage &p = waitingPage;
 
     QLabel *title = titleLabel(u"waitingTitle"_s);
-    title->setText(tr("Update in Progress"));
+    title->setText(heading);
     QLabel *icon = Controls::pictureLabel(u"waitingIcon"_s);
     Controls::showPicture(icon, u":/img/info.png"_s, Controls::pictureExtent);
     QLabel *text = largeText(u"waitingText"_s, page);
@@ -133,7 +135,8 @@ void ShopWindow::buildWaitingPage()
 
 void ShopWindow::buildConfirmationPage()
 {
-    QWidget *page = addPage(PageConfirmation, u"confirmationPage"_s);
+    TurningPage *page =
+        addPage(PageConfirmation, u"confirmationPage"_s, QString(), QAccessible::Dialog);
     ConfirmationPage &p = confirmationPage;
 
     p.title = titleLabel(u"confirmationTitle"_s);
@@ -167,6 +170,7 @@ void ShopWindow::fillMessage(const QString &title, const QString &text, const QS
                              int returnPage)
 {
     messagePage.title->setText(title);
+    pageStack->widget(PageMessage)->setAccessibleName(title);
     messagePage.text->setText(text);
     messagePage.text->adjustSize();
     messagePage.scrollBar->setSliderPosition(0);
@@ -186,6 +190,7 @@ void ShopWindow::askQuestion(const QString &title, const QString &text,
                              void (ShopWindow::*confirmed)(), int returnPage)
 {
     confirmationPage.title->setText(title);
+    pageStack->widget(PageConfirmation)->setAccessibleName(title);
     confirmationPage.text->setText(text);
     connectAnew(confirmationPage.yes, confirmed);
     messageReturnPage = returnPage;

@@ -25,6 +25,8 @@
 #include "widgets/namebutton.h"
 #include "widgets/rowbutton.h"
 #include "widgets/TrKineticScroller.h"
+#include "widgets/turningpage.h"
+#include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -43,7 +45,8 @@ QString languageCode(int id)
 
 QLabel *groupTitle(const QString &text)
 {
-    auto *label = new QLabel(text);
+    auto *label = new WrapLabel;
+    label->setText(text);
     QFont bold = label->font();
     bold.setBold(true);
     label->setFont(bold);
@@ -54,7 +57,7 @@ QLabel *groupTitle(const QString &text)
 
 void ShopWindow::buildOptionsPage()
 {
-    QWidget *page = addPage(PageOptions, u"optionsPage"_s);
+    TurningPage *page = addPage(PageOptions, u"optionsPage"_s, tr("Options"));
     OptionsPage &p = optionsPage;
     p = {Frames::makeToolbarFrame(page)};
     Controls::showPicture(p.picture, u":/img/tools.svg"_s, Controls::pictureExtent);

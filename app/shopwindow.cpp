@@ -22,6 +22,7 @@
 #include "gps/trshopgps.h"
 #include "platform/informationbox.h"
 #include "widgets/pageswitchguard.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -213,10 +214,12 @@ void ShopWindow::buildUserInterface()
     new PageSwitchGuard(pageStack);
 }
 
-QWidget *ShopWindow::addPage(Page page, const QString &objectName)
+TurningPage *ShopWindow::addPage(Page page, const QString &objectName, const QString &title,
+                                 QAccessible::Role role)
 {
-    auto *widget = new QWidget(pageStack);
+    auto *widget = new TurningPage(role, pageStack);
     widget->setObjectName(objectName);
+    widget->setAccessibleName(title);
     [[maybe_unused]] const int index = pageStack->addWidget(widget);
     Q_ASSERT(index == page);
     return widget;
@@ -234,14 +237,8 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
 {
     const QScopedValueRollback guard(turningPages, true);
     pagesOrientation = orientation;
-    for (const TurningBoxes *boxes :
-         {&mainPage.turningBoxes, &shoppingPage.turningBoxes, &trackingPage.turningBoxes,
-          &storesPage.turningBoxes, &itemsListPage.turningBoxes, &listEditPage.turningBoxes,
-          &shoppingListsPage.turningBoxes, &itemEditPage.turningBoxes, &storeListPage.turningBoxes,
-          &storeEditPage.turningBoxes, &categoryListPage.turningBoxes,
-          &categoryEditPage.turningBoxes, &doShoppingPage.turningBoxes, &optionsPage.turningBoxes,
-          &coordinatesPage.turningBoxes})
-        boxes->turn(orientation);
+    for (int page = 0; page < pageStack->count(); ++page)
+        qobject_cast<TurningPage *>(pageStack->widget(page))->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
 }

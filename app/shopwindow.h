@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include <QAccessible>
 #include <QLatin1StringView>
 #include <QMainWindow>
 #include <QSqlDatabase>
@@ -34,6 +35,8 @@ class QStackedWidget;
 class QTimer;
 class QTranslator;
 class TrShopGps;
+class TurningPage;
+struct TurningBoxes;
 
 /// The main window: it holds every page of the program in one page stack and nearly every slot,
 /// since its pages switch each other. Pages never close; they are switched by their index alone.
@@ -266,8 +269,10 @@ private:
     void loadSettings();
     void openDatabase();
     void setSharedTexts();
-    /// Adds an empty page to the page stack, where it must come to stand at `page`.
-    QWidget *addPage(Page page, const QString &objectName);
+    /// Adds an empty page to the page stack, where it must come to stand at `page`. A screen reader
+    /// says `title` when the page comes up.
+    TurningPage *addPage(Page page, const QString &objectName, const QString &title,
+                         QAccessible::Role role = QAccessible::Pane);
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
     void pageChanged(int page);
@@ -437,7 +442,7 @@ private:
 
     std::unique_ptr<TrShopGps> gps;
     void buildCoordinatesGpsView();
-    void buildCoordinatesEditView();
+    void buildCoordinatesEditView(TurningBoxes &turningBoxes);
     /// Takes a position for the edited store: true when it has to wait for one, and lets `taken`
     /// run then.
     bool waitForPosition(void (ShopWindow::*taken)());

@@ -16,6 +16,7 @@
 #include "widgets/controls.h"
 #include "widgets/maskedfield.h"
 #include "widgets/namebutton.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
@@ -48,8 +49,8 @@ QBoxLayout *axisPane(const QString &caption, QLayout *fields)
 }
 
 /// Adds a tab whose halves stand side by side in landscape.
-void addTab(CoordinatesPage &page, const QString &title, QBoxLayout *latitude,
-            QBoxLayout *longitude)
+void addTab(QTabWidget *tabs, TurningBoxes &turningBoxes, const QString &title,
+            QBoxLayout *latitude, QBoxLayout *longitude)
 {
     auto *tab = new QWidget;
     QFrame *line = Controls::separator(QFrame::VLine);
@@ -57,9 +58,9 @@ void addTab(CoordinatesPage &page, const QString &title, QBoxLayout *latitude,
     box->addLayout(latitude, 1);
     box->addWidget(line);
     box->addLayout(longitude, 1);
-    page.tabs->addTab(tab, title);
-    page.turningBoxes.alongWidth << box;
-    page.turningBoxes.separators << line;
+    tabs->addTab(tab, title);
+    turningBoxes.alongWidth << box;
+    turningBoxes.separators << line;
 }
 
 } // namespace
@@ -133,7 +134,7 @@ void CoordinatesPage::showCoordinates(const QString &latitudeText,
 
 void ShopWindow::buildCoordinatesPage()
 {
-    QWidget *page = addPage(PageCoordinates, u"coordinatesPage"_s);
+    TurningPage *page = addPage(PageCoordinates, u"coordinatesPage"_s, tr("Coords input"));
     CoordinatesPage &p = coordinatesPage;
     p = {Frames::makeToolbarFrame(page)};
     p.picture->hide(); // the buttons of the views are its pictures
@@ -150,7 +151,7 @@ void ShopWindow::buildCoordinatesPage()
     p.views = new QStackedWidget;
     p.views->setObjectName(u"coordinatesViews"_s);
     buildCoordinatesGpsView();
-    buildCoordinatesEditView();
+    buildCoordinatesEditView(page->turningBoxes);
     p.map = new MapsWidget;
     p.map->setObjectName(u"map"_s);
     p.views->addWidget(p.map);
@@ -206,7 +207,7 @@ void ShopWindow::buildCoordinatesGpsView()
     connect(p.getFromGps, &QPushButton::clicked, this, &ShopWindow::btnGetGpsClicked);
 }
 
-void ShopWindow::buildCoordinatesEditView()
+void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
 {
     CoordinatesPage &p = coordinatesPage;
     const QString latitude = tr("Latitude");
@@ -238,10 +239,10 @@ void ShopWindow::buildCoordinatesEditView()
 
     p.tabs = new QTabWidget;
     p.tabs->setObjectName(u"coordinatesTabs"_s);
-    addTab(p, tr("DD.DD°"),
+    addTab(p.tabs, turningBoxes, tr("DD.DD°"),
            axisPane(latitude, decimalRow(p.latitude, u"latitudeField"_s, latitude)),
            axisPane(longitude, decimalRow(p.longitude, u"longitudeField"_s, longitude)));
-    addTab(p, tr("DD°MM'SS''"),
+    addTab(p.tabs, turningBoxes, tr("DD°MM'SS''"),
            axisPane(latitude, sexagesimalRow(p.latitude, u"latitude"_s, latitude)),
            axisPane(longitude, sexagesimalRow(p.longitude, u"longitude"_s, longitude)));
     p.views->addWidget(p.tabs);

@@ -13,12 +13,13 @@
 #include "lists/liststate.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
 void ShopWindow::buildDoShoppingPage()
 {
-    QWidget *page = addPage(PageDoShopping, u"doShoppingPage"_s);
+    TurningPage *page = addPage(PageDoShopping, u"doShoppingPage"_s, tr("Do Shopping"));
     DoShoppingPage &p = doShoppingPage;
     p = {Frames::makeListFrame(page, u":/img/check-list.svg"_s, QString())};
 

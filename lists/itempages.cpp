@@ -16,10 +16,14 @@
 #include "lists/listrow.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What a finger needs; styles make buttons wider by themselves. Device-independent pixels.
+constexpr int leastStepWidth = 56;
 
 /// A button beside the amount; on the keyboard the arrow keys do the same.
 QPushButton *stepButton(const QString &objectName, const QString &sign, const QString &name)
@@ -27,6 +31,7 @@ QPushButton *stepButton(const QString &objectName, const QString &sign, const QS
     auto *button = new QPushButton(sign);
     button->setObjectName(objectName);
     button->setAccessibleName(name);
+    button->setMinimumWidth(leastStepWidth);
     button->setAutoRepeat(true);
     button->setFocusPolicy(Qt::NoFocus);
     return button;
@@ -38,7 +43,7 @@ QPushButton *stepButton(const QString &objectName, const QString &sign, const QS
 
 void ShopWindow::buildItemsListPage()
 {
-    QWidget *page = addPage(PageItemsList, u"itemsListPage"_s);
+    TurningPage *page = addPage(PageItemsList, u"itemsListPage"_s, tr("Items List"));
     ItemsListPage &p = itemsListPage;
     p = {Frames::makeListFrame(page, u":/img/shopping-cart.svg"_s, QString())};
 
@@ -129,7 +134,7 @@ void ShopWindow::cancelShoppingItemsClicked()
 
 void ShopWindow::buildItemEditPage()
 {
-    QWidget *page = addPage(PageItemEdit, u"itemEditPage"_s);
+    TurningPage *page = addPage(PageItemEdit, u"itemEditPage"_s, tr("Item Add/Edit"));
     ItemEditPage &p = itemEditPage;
     p = {Frames::makeEditFrame(page)};
 

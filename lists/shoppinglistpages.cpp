@@ -16,6 +16,7 @@
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,7 +24,7 @@ using namespace Qt::StringLiterals;
 
 void ShopWindow::buildShoppingListsPage()
 {
-    QWidget *page = addPage(PageShoppingLists, u"shoppingListsPage"_s);
+    TurningPage *page = addPage(PageShoppingLists, u"shoppingListsPage"_s, tr("Shopping Lists"));
     ShoppingListsPage &p = shoppingListsPage;
     p = {Frames::makeListFrame(page, u":/img/listList.png"_s, tr("Shopping Lists"))};
 
@@ -98,7 +99,7 @@ void ShopWindow::selectShoppingLists()
 
 void ShopWindow::buildListEditPage()
 {
-    QWidget *page = addPage(PageListEdit, u"listEditPage"_s);
+    TurningPage *page = addPage(PageListEdit, u"listEditPage"_s, tr("Shopping List Edit"));
     ListEditPage &p = listEditPage;
     p = {Frames::makeEditFrame(page)};
 

@@ -13,6 +13,7 @@
 #include "data/statements.h"
 #include "lists/liststate.h"
 #include "widgets/controls.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
@@ -20,11 +21,10 @@ using namespace Qt::StringLiterals;
 void ShopWindow::buildShoppingPage()
 {
     constexpr int editExtent = 52;
-    QWidget *page = addPage(PageShopping, u"shoppingPage"_s);
+    TurningPage *page = addPage(PageShopping, u"shoppingPage"_s, tr("Shoppings"));
     ShoppingPage &p = shoppingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     Controls::showPicture(frame.picture, u":/img/shopping-cart.svg"_s, Controls::pictureExtent);
-    p.turningBoxes = frame.turningBoxes;
 
     p.listName = Controls::valueLabel(u"listName"_s);
     p.store = Controls::valueLabel(u"storeName"_s);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "widgets/turningboxes.h"
-
 class QLabel;
 class QPushButton;
 
@@ -16,5 +14,4 @@ struct ShoppingPage
     QPushButton *edit = nullptr;
     QPushButton *goods = nullptr;
     QPushButton *lists = nullptr;
-    TurningBoxes turningBoxes;
 };

@@ -27,6 +27,7 @@ constexpr int trackingZoom = 14;
 constexpr int entryZoom = 16;
 constexpr int attributionPointSize = 10;
 constexpr int attributionMargin = 3;
+constexpr int leastMenuPointSize = 9;
 
 /// Where an arrow key points; no distance for any other key.
 QPoint directionOf(int key)
@@ -321,8 +322,15 @@ void MapsWidget::openMenu()
                         &MapsWidget::centerByGps);
     }
     // Some styles elide entries that they have just made room for.
-    menu->setMinimumWidth(menu->sizeHint().width() +
-                          menu->fontMetrics().horizontalAdvance(u"MM"_s));
+    const auto wholeWidth = [this] {
+        return menu->sizeHint().width() + menu->fontMetrics().horizontalAdvance(u"MM"_s);
+    };
+    // Nothing wraps in a menu.
+    for (QFont smaller = font();
+         wholeWidth() > window()->width() && smaller.pointSize() > leastMenuPointSize;
+         menu->setFont(smaller))
+        smaller.setPointSize(smaller.pointSize() - 1);
+    menu->setMinimumWidth(wholeWidth());
     menu->popup(mapToGlobal(pressPos));
 }
 

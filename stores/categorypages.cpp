@@ -14,6 +14,7 @@
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 void ShopWindow::buildCategoryListPage()
 {
-    QWidget *page = addPage(PageCategoryList, u"categoryListPage"_s);
+    TurningPage *page = addPage(PageCategoryList, u"categoryListPage"_s, tr("Category List"));
     CategoryListPage &p = categoryListPage;
     p = {Frames::makeListFrame(page, u":/img/bee.png"_s, tr("Category List"))};
 
@@ -93,7 +94,7 @@ void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 
 void ShopWindow::buildCategoryEditPage()
 {
-    QWidget *page = addPage(PageCategoryEdit, u"categoryEditPage"_s);
+    TurningPage *page = addPage(PageCategoryEdit, u"categoryEditPage"_s, tr("Add/Edit Category"));
     CategoryEditPage &p = categoryEditPage;
     p = {Frames::makeEditFrame(page)};
 

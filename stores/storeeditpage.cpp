@@ -13,6 +13,7 @@
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,7 +26,7 @@ const QString missingReference = u"null"_s;
 
 void ShopWindow::buildStoreEditPage()
 {
-    QWidget *page = addPage(PageStoreEdit, u"storeEditPage"_s);
+    TurningPage *page = addPage(PageStoreEdit, u"storeEditPage"_s, tr("Store Add/Edit"));
     StoreEditPage &p = storeEditPage;
     p = {Frames::makeEditFrame(page)};
 

@@ -15,6 +15,7 @@
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -22,11 +23,10 @@ using namespace Qt::StringLiterals;
 
 void ShopWindow::buildStoresPage()
 {
-    QWidget *page = addPage(PageStores, u"storesPage"_s);
+    TurningPage *page = addPage(PageStores, u"storesPage"_s, tr("Stores"));
     StoresPage &p = storesPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     Controls::showPicture(frame.picture, u":/img/market.png"_s, Controls::pictureExtent);
-    p.turningBoxes = frame.turningBoxes;
 
     p.name = Controls::valueLabel(u"storeName"_s);
     p.name->setText(tr("(empty)"));
@@ -113,7 +113,7 @@ QString ShopWindow::distanceToShownStore() const
 
 void ShopWindow::buildStoreListPage()
 {
-    QWidget *page = addPage(PageStoreList, u"storeListPage"_s);
+    TurningPage *page = addPage(PageStoreList, u"storeListPage"_s, tr("Stores List"));
     StoreListPage &p = storeListPage;
     p = {Frames::makeListFrame(page, u":/img/market.png"_s, tr("Stores List"))};
 

@@ -12,7 +12,6 @@ struct StoresPage
     QPushButton *edit = nullptr;
     QPushButton *stores = nullptr;
     QPushButton *create = nullptr;
-    TurningBoxes turningBoxes;
 };
 
 /// The stores to choose from; also the picker of other pages.

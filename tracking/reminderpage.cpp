@@ -11,18 +11,20 @@
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
 #include "widgets/controls.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
 
 void ShopWindow::buildReminderPage()
 {
-    QWidget *page = addPage(PageReminder, u"reminderPage"_s);
+    TurningPage *page =
+        addPage(PageReminder, u"reminderPage"_s, QString(), QAccessible::AlertMessage);
     ReminderPage &p = reminderPage;
 
-    QLabel *heading = Controls::valueLabel(u"reminderHeading"_s);
-    heading->setText(tr("You have a Shopping List for this Store:"));
-    heading->setAlignment(Qt::AlignCenter);
+    p.heading = Controls::valueLabel(u"reminderHeading"_s);
+    p.heading->setText(tr("You have a Shopping List for this Store:"));
+    p.heading->setAlignment(Qt::AlignCenter);
     p.store = Controls::valueLabel(u"reminderStore"_s);
     p.store->setAlignment(Qt::AlignCenter);
     p.store->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
@@ -37,7 +39,7 @@ void ShopWindow::buildReminderPage()
 
     auto *box = new QVBoxLayout(page);
     Controls::setPageSpacing(box);
-    box->addWidget(heading);
+    box->addWidget(p.heading);
     box->addWidget(p.store, 1);
     box->addWidget(picture);
     for (QPushButton *button : {p.next, p.stop, p.startShopping})
@@ -79,6 +81,8 @@ void ShopWindow::showReminder()
     // Not translated: it says the same in every language of the program.
     reminderPage.store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
+    pageStack->widget(PageReminder)
+        ->setAccessibleName(reminderPage.heading->text() + u' ' + reminderPage.store->text());
     pageStack->setCurrentIndex(PageReminder);
     bringToFront();
 }

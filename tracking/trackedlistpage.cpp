@@ -13,6 +13,7 @@
 #include "map/mapswidget.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,13 +31,15 @@ void TrackedListPage::showView(View view) const
 
 void ShopWindow::setupTrackedListPage()
 {
-    QWidget *page = addPage(PageTrackedList, u"trackedListPage"_s);
+    TurningPage *page = addPage(PageTrackedList, u"trackedListPage"_s, tr("Tracking"));
     TrackedListPage &p = trackedListPage;
     p = {Frames::makeListFrame(page, u":/img/eye.svg"_s, QString())};
     // The same in both orientations.
-    p.turningBoxes.turn(Qt::Vertical);
+    page->turningBoxes.turn(Qt::Vertical);
+    page->turningBoxes = {};
 
-    p.picture->hide(); // the buttons of the views are its pictures
+    p.title->setMinimumWidth(1); // four buttons leave it little room on a narrow screen
+    p.picture->hide();           // the buttons of the views are its pictures
     p.listButton = Controls::viewButton(u"listViewButton"_s, u":/img/eye.svg"_s,
                                         Frames::listToolExtent, tr("List"));
     p.mapButton = Controls::viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s,

@@ -17,6 +17,7 @@
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/rowbutton.h"
+#include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -28,11 +29,10 @@ constexpr int alarmLoops = 3;
 
 void ShopWindow::buildTrackingPage()
 {
-    QWidget *page = addPage(PageTracking, u"trackingPage"_s);
+    TurningPage *page = addPage(PageTracking, u"trackingPage"_s, tr("Reminders (GPS tracking)"));
     TrackingPage &p = trackingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     Controls::showPicture(frame.picture, u":/img/reminder.svg"_s, Controls::pictureExtent);
-    p.turningBoxes = frame.turningBoxes;
 
     p.start = Controls::textButton(u"startButton"_s, u":/img/start.png"_s, Controls::pictureExtent,
                                    tr("Start"));

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "widgets/turningboxes.h"
-
 class NameButton;
 class QPushButton;
 class QRadioButton;
@@ -20,5 +18,4 @@ struct TrackingPage
     NameButton *category = nullptr;
     NameButton *store = nullptr;
     QPushButton *view = nullptr;
-    TurningBoxes turningBoxes;
 };

@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "widgets/wraplabel.h"
+#include "widgets/wrappingbutton.h"
 
 namespace {
 
@@ -40,7 +41,9 @@ QPushButton *Controls::viewButton(const QString &objectName, const QString &pict
 QPushButton *Controls::textButton(const QString &objectName, const QString &picture, int extent,
                                   const QString &text)
 {
-    auto *button = new QPushButton(QIcon(picture), text);
+    auto *button = new WrappingButton<QPushButton, QStyle::CE_PushButton>(QIcon(picture), text);
+    // It may be narrower than its hint.
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     button->setObjectName(objectName);
     button->setIconSize(QSize(extent, extent));
     return button;

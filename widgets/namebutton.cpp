@@ -7,6 +7,13 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Enough to tell most names from each other.
+constexpr int leastCharacters = 18;
+
+} // namespace
+
 NameButton::NameButton(QWidget *parent)
     : QPushButton(parent)
 {
@@ -39,7 +46,7 @@ QSize NameButton::sizeHint() const
 
 QSize NameButton::minimumSizeHint() const
 {
-    return sizeFor(fontMetrics().averageCharWidth());
+    return sizeFor(leastCharacters * fontMetrics().averageCharWidth());
 }
 
 void NameButton::initStyleOption(QStyleOptionButton *option) const

@@ -29,6 +29,13 @@ bool TouchList::wasTapped() const
     return scroller->isTap();
 }
 
+QSize TouchList::minimumSizeHint() const
+{
+    constexpr int characters = 12;
+    constexpr int rows = 3;
+    return {characters * fontMetrics().averageCharWidth(), rows * fontMetrics().height()};
+}
+
 void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QListWidget::currentChanged(current, previous);

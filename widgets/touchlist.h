@@ -18,6 +18,9 @@ public:
     /// stopped them gliding.
     bool wasTapped() const;
 
+    /// Room for some rows of some words.
+    QSize minimumSizeHint() const override;
+
     /// To be called while a click is handled that made another row come under the finger: should
     /// the click turn out to be the first of a double click, its second is ignored.
     void ignoreDoubleClick();

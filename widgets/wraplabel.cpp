@@ -8,6 +8,9 @@
 
 namespace {
 
+/// Room for most words, whatever the text is.
+constexpr int leastCharacters = 10;
+
 /// Breaks the text of `layout` into lines for `width` and returns their common height.
 qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
 {
@@ -47,7 +50,7 @@ QSize WrapLabel::sizeHint() const
 
 QSize WrapLabel::minimumSizeHint() const
 {
-    return {fontMetrics().averageCharWidth(), fontMetrics().height()};
+    return {leastCharacters * fontMetrics().averageCharWidth(), fontMetrics().height()};
 }
 
 bool WrapLabel::hasHeightForWidth() const
@@ -73,4 +76,12 @@ void WrapLabel::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     layout.draw(&painter, QPointF(0, top));
+}
+
+void WrapLabel::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    // A form may lay out a row by what it needed at another width. Asked again, it does not.
+    if (height() < heightForWidth(width()))
+        updateGeometry();
 }

@@ -8,12 +8,20 @@
 #include <QString>
 #include <QVariantMap>
 
+#include "app/pages.h"
 #include "app/shopwindow.h"
 #include "tests/support/testhome.h"
 
 class MapsWidget;
 class QAbstractButton;
 class QStackedWidget;
+
+/// All pages with a help button.
+inline constexpr Page pagesWithHelp[] = {
+    PageMain,       PageShopping,  PageTracking,      PageStores,
+    PageItemsList,  PageListEdit,  PageShoppingLists, PageItemEdit,
+    PageStoreList,  PageStoreEdit, PageCategoryList,  PageCategoryEdit,
+    PageDoShopping, PageOptions,   PageTrackedList,   PageCoordinates};
 
 /// The real window in a home of its own, used as a person uses it: by what is to be seen on the
 /// page that shows.

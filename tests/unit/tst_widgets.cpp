@@ -11,7 +11,7 @@
 #include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
 #include "widgets/TrKineticScroller.h"
-#include "widgets/turningboxes.h"
+#include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 class TestWidgets : public QObject

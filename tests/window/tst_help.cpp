@@ -197,7 +197,8 @@ void TestHelp::about()
     QCOMPARE(lines.at(3), "Developed with: Qt 4.6.3");
     const QRegularExpression link(
         "^Send reports to: <a href=\"mailto:([^@\"]+@[^@\"]+)\">\\1</a>$");
-    QVERIFY(link.match(lines.at(4)).hasMatch());
+    // A narrow window breaks the address where there is room for it of no width.
+    QVERIFY(link.match(QString(lines.at(4)).remove(QChar(0x200b))).hasMatch());
     QVERIFY(lines.at(5).contains(QString("Qt ") + qVersion()));
     QVERIFY(lines.at(5).contains("MIT"));
     QVERIFY(lines.at(5).contains("OpenStreetMap"));

@@ -111,7 +111,7 @@ void TestStart::twentyPagesStandInTheirOrder()
     for (int index = 0; index < stack->count(); ++index) {
         const QWidget *page = stack->widget(index);
         QCOMPARE(page->objectName(), names.at(index));
-        QCOMPARE(page->metaObject()->className(), "QWidget");
+        QCOMPARE(page->metaObject()->className(), "TurningPage");
         QCOMPARE(page->font().pointSize(), 22);
     }
 }

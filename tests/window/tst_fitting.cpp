@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: MIT
+#include <QAbstractButton>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "map/mapswidget.h"
+#include "tests/support/shopdriver.h"
+#include "widgets/namebutton.h"
+
+/// Whether the pages fit their window, in both languages. Runs once for each of several sizes of
+/// the text, which the platform's screen tells.
+class TestFitting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void textIsScaled();
+    void nothingIsCut_data();
+    void nothingIsCut();
+    void everythingIsInReach_data();
+    void everythingIsInReach();
+    void focusStaysWhenThePageBeginsToScroll();
+};
+
+static double fontScale()
+{
+    constexpr double usual = 96; // dots per inch
+    return QGuiApplication::primaryScreen()->logicalDotsPerInchY() / usual;
+}
+
+void TestFitting::textIsScaled()
+{
+    QCOMPARE(100 * fontScale(), qEnvironmentVariable("TEXT_PERCENT").toDouble());
+    const ShopDriver shop;
+    QCOMPARE(shop.page()->fontInfo().pixelSize(), qRound(22 * fontScale() * 96 / 72)); // points
+}
+
+static int leastWidth(const QWidget *widget)
+{
+    return widget->minimumWidth() > 0 ? widget->minimumWidth() : widget->minimumSizeHint().width();
+}
+
+/// Fails if a text of `page` is not to be seen whole; what scrolls may go on below.
+static void checkNothingIsCut(const QWidget *page)
+{
+    // A text that is broken anew asks for another height, and so may what is around it.
+    for (int round = 0; round < 3; ++round)
+        QCoreApplication::processEvents();
+    const QWidget *window = page->window();
+    // At the usual size of the text, a page has all it shows on the screen at once.
+    if (fontScale() == 1)
+        QVERIFY2(!page->findChild<QScrollArea *>("pageArea"), qPrintable(page->objectName()));
+    for (const QWidget *widget : page->findChildren<QWidget *>()) {
+        const auto *label = qobject_cast<const QLabel *>(widget);
+        const auto *button = qobject_cast<const QAbstractButton *>(widget);
+        const auto *bar = qobject_cast<const QTabBar *>(widget);
+        const auto *name = qobject_cast<const NameButton *>(widget);
+        if (!widget->isVisible() || widget->objectName().startsWith("qt_") ||
+            !(label || button || bar))
+            continue;
+        const QString what = page->objectName() + ": " +
+                             (label    ? label->text()
+                              : button ? button->text()
+                                       : widget->objectName());
+        if (label && label->wordWrap())
+            QVERIFY2(label->height() >= label->heightForWidth(label->width()), qPrintable(what));
+        else if (label || bar || name)
+            QVERIFY2(widget->sizeHint().width() <= widget->width(), qPrintable(what));
+        // One that breaks its text asks for the height of its lines.
+        if (button)
+            QVERIFY2(widget->sizeHint().height() <= widget->height(), qPrintable(what));
+        if (!label)
+            QVERIFY2(leastWidth(widget) <= widget->width(), qPrintable(what));
+
+        const QScrollArea *scrolled = nullptr;
+        for (const QWidget *above = widget; above && !scrolled; above = above->parentWidget())
+            scrolled = qobject_cast<const QScrollArea *>(above);
+        const QWidget *frame = scrolled ? scrolled->viewport() : window;
+        const QRect place(widget->mapTo(frame, QPoint(0, 0)), widget->size());
+        QVERIFY2(place.left() >= 0 && place.right() < frame->width(), qPrintable(what));
+        if (!scrolled)
+            QVERIFY2(place.top() >= 0 && place.bottom() < frame->height(), qPrintable(what));
+    }
+}
+
+void TestFitting::nothingIsCut_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QSize>("size");
+    for (const auto &[name, language] : {std::pair("English", 1), std::pair("Russian", 2)}) {
+        QTest::addRow("%s, landscape", name) << language << QSize(800, 480);
+        if (fontScale() > 1)
+            continue;
+        QTest::addRow("%s, portrait", name) << language << QSize(480, 800);
+        QTest::addRow("%s, narrow phone", name) << language << QSize(360, 720);
+    }
+}
+
+void TestFitting::nothingIsCut()
+{
+    QFETCH(int, language);
+    QFETCH(QSize, size);
+    ShopDriver shop({"insert into category values (1, 'Food')",
+                     "insert into magazin values (1, 'Bakery', 1, null)",
+                     "insert into gpscoord values (1, 10.01, 20, 0)",
+                     "insert into shoplist values (1, 'Bread', 1, 1)"},
+                    {{"LanguageId", language}, {"GpsEnabled", true}});
+    shop.window->resize(size);
+    QCoreApplication::processEvents();
+    forEveryView(shop.stack, [&](const QWidget *page) {
+        QCOMPARE(shop.window->size(), size);
+        checkNothingIsCut(page);
+    });
+    const auto press = [&shop](const char *button) {
+        shop.press(button);
+        QCoreApplication::processEvents();
+        checkNothingIsCut(shop.page());
+    };
+    // Every help, and About.
+    for (const int page : pagesWithHelp) {
+        shop.stack->setCurrentIndex(page);
+        press("helpButton");
+    }
+    shop.stack->setCurrentIndex(PageMain);
+    press("aboutButton");
+    // Values that are shown, a question, messages.
+    press("messageOkButton");
+    press("shoppingButton");
+    press("listsButton");
+    shop.tap(0);
+    press("selectButton");
+    press("editButton");
+    press("deleteButton");
+    QCOMPARE(shop.pageIndex(), int(PageConfirmation));
+    press("confirmationNoButton");
+    shop.stack->setCurrentIndex(PageMain);
+    press("shopsButton");
+    press("storesButton");
+    shop.tap(0);
+    press("selectButton");
+    press("editButton");
+    press("coordinatesButton");
+    // The menus of the maps.
+    for (auto *map : shop.window->findChildren<MapsWidget *>()) {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(map, &event);
+        const auto *menu = map->findChild<QMenu *>();
+        QVERIFY(menu);
+        QVERIFY(menu->width() <= size.width());
+    }
+}
+
+void TestFitting::everythingIsInReach_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("landscape") << QSize(800, 480);
+    if (fontScale() > 1)
+        return;
+    QTest::newRow("narrow phone") << QSize(360, 720);
+    QTest::newRow("corner of a desktop") << QSize(480, 300);
+}
+
+static QList<const QWidget *> tabStops(const QWidget *page)
+{
+    QList<const QWidget *> stops;
+    for (const QWidget *widget : page->findChildren<QWidget *>()) {
+        const auto *radio = qobject_cast<const QRadioButton *>(widget);
+        // The arrow keys lead to the other ones.
+        if (widget->isVisible() && widget->isEnabled() && !widget->focusProxy() &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0 && (!radio || radio->isChecked()))
+            stops << widget;
+    }
+    return stops;
+}
+
+/// Whoever goes through a page by the Tab key comes to everything, and sees it as far as the window
+/// is large enough for it.
+void TestFitting::everythingIsInReach()
+{
+    QFETCH(QSize, size);
+    ShopDriver shop({}, {{"LanguageId", 2}, {"GpsEnabled", true}});
+    shop.window->resize(size);
+    QVERIFY(QTest::qWaitForWindowActive(shop.window.get()));
+    forEveryView(shop.stack, [&](const QWidget *page) {
+        QCOMPARE(shop.window->size(), size);
+        QList<const QWidget *> missing = tabStops(page);
+        QVERIFY2(!missing.isEmpty(), qPrintable(page->objectName()));
+        const auto *area = page->findChild<QScrollArea *>("pageArea");
+        const QSize room = area ? area->viewport()->size() : page->size();
+        for (qsizetype tab = 2 * missing.size(); tab > 0; --tab) {
+            QTest::keyClick(shop.window->windowHandle(), Qt::Key_Tab);
+            const QWidget *widget = QApplication::focusWidget();
+            QVERIFY(widget);
+            missing.removeOne(widget);
+            if (qobject_cast<const QScrollArea *>(widget))
+                continue; // what it shows is seen, not itself
+            const QSize seen = widget->visibleRegion().boundingRect().size();
+            const QSize expected = widget->size().boundedTo(room);
+            QVERIFY2(seen.width() >= expected.width() && seen.height() >= expected.height(),
+                     qPrintable(page->objectName() + ' ' + widget->objectName()));
+        }
+        for (const QWidget *widget : missing)
+            QFAIL(qPrintable(page->objectName() + ' ' + widget->objectName()));
+    });
+}
+
+void TestFitting::focusStaysWhenThePageBeginsToScroll()
+{
+    ShopDriver shop;
+    shop.window->resize(1600, 960);
+    QCoreApplication::processEvents();
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Bak");
+    auto *field = shop.find<QLineEdit>("nameField");
+    QVERIFY(!shop.find<QScrollArea>("pageArea"));
+    shop.window->resize(300, 250);
+    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    QTRY_VERIFY(field->isVisible());
+    QCOMPARE(QApplication::focusWidget(), field);
+    for (const char key : {'e', 'r', 'y'})
+        QTest::keyClick(shop.window->windowHandle(), key);
+    QCOMPARE(field->text(), "Bakery");
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Return);
+    QCOMPARE(shop.db->column("select name from magazin"), QVariantList{"Bakery"});
+}
+
+QTEST_MAIN(TestFitting)
+#include "tst_fitting.moc"

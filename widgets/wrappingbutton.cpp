@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/wrappingbutton.h"
+
+#include <QFontMetrics>
+#include <QStringList>
+
+QString TextBreaking::broken(const QString &text, const QFontMetrics &metrics, int width)
+{
+    QStringList lines;
+    for (const QString &word : text.split(u' ')) {
+        const QString longer = lines.isEmpty() ? word : lines.last() + u' ' + word;
+        if (!lines.isEmpty() && size(longer, metrics).width() <= width)
+            lines.last() = longer;
+        else
+            lines << word;
+    }
+    return lines.join(u'\n');
+}
+
+int TextBreaking::widestWord(const QString &text, const QFontMetrics &metrics)
+{
+    int widest = 0;
+    for (const QString &word : text.split(u' '))
+        widest = qMax(widest, size(word, metrics).width());
+    return widest;
+}
+
+QSize TextBreaking::size(const QString &text, const QFontMetrics &metrics)
+{
+    return metrics.size(Qt::TextShowMnemonic, text);
+}
