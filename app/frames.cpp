@@ -85,6 +85,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
 
     frame.list = new TouchList;
     frame.list->setObjectName(u"list"_s);
+    frame.list->setAccessibleName(page->accessibleName());
     frame.list->setFont(page->font()); // its style sheet keeps it from following the page
     frame.list->setItemDelegate(new TrListDelegate(frame.list));
     auto *contents = new QVBoxLayout;

@@ -1,16 +1,41 @@
 // SPDX-License-Identifier: MIT
 // The texts are keys of the translations and stay as they are, spelling included.
+#include <QAbstractButton>
+#include <QLabel>
+#include <QStackedWidget>
 #include <QString>
+#include <QTextDocumentFragment>
 
 #include "app/pages.h"
 #include "app/shopwindow.h"
 #include "map/tileserver.h"
+#include "widgets/controls.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString pictureOfHelp = u":/img/question.png"_s;
+
+/// `picture`, a resource path, within a line of text.
+QString inlinePicture(const QString &picture)
+{
+    return u"<img src=\"%1\" width=24 height=24>"_s.arg(picture);
+}
+
+/// What a screen reader says of a help text: where a person sees the picture of a button of `page`,
+/// the button's name.
+QString spokenHelp(QString text, const QWidget *page)
+{
+    for (const QAbstractButton *button : page->findChildren<QAbstractButton *>()) {
+        const QString picture = Controls::pictureOf(button);
+        const QString name =
+            button->accessibleName().isEmpty() ? button->text() : button->accessibleName();
+        if (!picture.isEmpty())
+            text.replace(inlinePicture(picture), name);
+    }
+    return QTextDocumentFragment::fromHtml(text).toPlainText();
+}
 
 } // namespace
 
@@ -26,12 +51,13 @@ QString ShopWindow::helpHeading(const QString &text) const
 
 QString ShopWindow::helpButton(QLatin1StringView picture, const QString &text) const
 {
-    return u"<img src=\":/img/%1\" width=24 height=24> - "_s.arg(picture) + text + htmlBreak;
+    return inlinePicture(u":/img/%1"_s.arg(picture)) + u" - "_s + text + htmlBreak;
 }
 
 void ShopWindow::showHelp(const QString &title, const QString &text, int returnPage)
 {
     showMessage(title, text, pictureOfHelp, returnPage);
+    messagePage.text->setAccessibleName(spokenHelp(text, pageStack->widget(returnPage)));
 }
 
 void ShopWindow::mainPageHelp()

@@ -172,6 +172,7 @@ void ShopWindow::fillMessage(const QString &title, const QString &text, const QS
     messagePage.title->setText(title);
     pageStack->widget(PageMessage)->setAccessibleName(title);
     messagePage.text->setText(text);
+    messagePage.text->setAccessibleName(QString());
     messagePage.text->adjustSize();
     messagePage.scrollBar->setSliderPosition(0);
     if (!picture.isEmpty())

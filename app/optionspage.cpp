@@ -89,6 +89,7 @@ void ShopWindow::buildOptionsPage()
     rows->addStretch();
     auto *scrollArea = new QScrollArea;
     scrollArea->setObjectName(u"optionsScrollArea"_s);
+    scrollArea->setAccessibleName(page->accessibleName());
     scrollArea->setWidgetResizable(true);
     scrollArea->setFrameShape(QFrame::NoFrame);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -239,6 +239,7 @@ void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
 
     p.tabs = new QTabWidget;
     p.tabs->setObjectName(u"coordinatesTabs"_s);
+    p.tabs->setAccessibleName(tr("Coords input"));
     addTab(p.tabs, turningBoxes, tr("DD.DD°"),
            axisPane(latitude, decimalRow(p.latitude, u"latitudeField"_s, latitude)),
            axisPane(longitude, decimalRow(p.longitude, u"longitudeField"_s, longitude)));

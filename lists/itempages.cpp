@@ -142,6 +142,7 @@ void ShopWindow::buildItemEditPage()
     p.name->setAlignment(Qt::AlignCenter);
     p.amount = new QSpinBox;
     p.amount->setObjectName(u"amountField"_s);
+    p.amount->setAccessibleName(tr("Amount"));
     p.amount->setMinimum(1);
     p.amount->setAlignment(Qt::AlignCenter);
     p.fields->addRow(tr("Name"), p.name);

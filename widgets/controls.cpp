@@ -13,6 +13,8 @@ namespace {
 
 // Device-independent pixels.
 constexpr int pageSpacing = 8;
+/// An icon does not tell where it is from.
+constexpr const char *pictureProperty = "picture";
 
 } // namespace
 
@@ -46,7 +48,13 @@ QPushButton *Controls::textButton(const QString &objectName, const QString &pict
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     button->setObjectName(objectName);
     button->setIconSize(QSize(extent, extent));
+    button->setProperty(pictureProperty, picture);
     return button;
+}
+
+QString Controls::pictureOf(const QAbstractButton *button)
+{
+    return button->property(pictureProperty).toString();
 }
 
 QLabel *Controls::pictureLabel(const QString &objectName)

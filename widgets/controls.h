@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QString>
 
+class QAbstractButton;
 class QBoxLayout;
 class QLabel;
 class QPushButton;
@@ -31,6 +32,9 @@ QPushButton *viewButton(const QString &objectName, const QString &picture, int e
 /// A button that shows `text` beside `picture`, a resource path.
 QPushButton *textButton(const QString &objectName, const QString &picture, int extent,
                         const QString &text);
+
+/// The resource path of the picture that the functions above gave `button`, else nothing.
+QString pictureOf(const QAbstractButton *button);
 
 /// A centred label for a picture; see showPicture().
 QLabel *pictureLabel(const QString &objectName);
