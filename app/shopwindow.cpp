@@ -21,6 +21,7 @@
 #include "data/database.h"
 #include "gps/trshopgps.h"
 #include "platform/informationbox.h"
+#include "widgets/contrast.h"
 #include "widgets/pageswitchguard.h"
 #include "widgets/turningpage.h"
 
@@ -105,6 +106,7 @@ ShopWindow::ShopWindow(QWidget *parent)
     alertHelper->initialise();
     setAttribute(autoOrientation, true);
     setWindowTitle(u"Trolleo"_s);
+    new ReadableTexts(this);
     // There are no dock widgets to animate, and a page stack that is animated into a turned window
     // lags behind it.
     setAnimated(false);

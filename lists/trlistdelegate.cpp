@@ -5,6 +5,7 @@
 #include <QTextOption>
 
 #include "lists/listrow.h"
+#include "widgets/contrast.h"
 
 using namespace Qt::StringLiterals;
 
@@ -44,7 +45,9 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
 
     if (option.state & QStyle::State_Selected) {
         painter->fillRect(rect, option.palette.brush(QPalette::Highlight));
-        pen.setColor(option.palette.color(QPalette::HighlightedText));
+        // Of its own, since the list's style sheet keeps the window's palette from it.
+        pen.setColor(Contrast::readable(option.palette.color(QPalette::HighlightedText),
+                                        option.palette.color(QPalette::Highlight)));
         painter->setPen(pen);
     }
 
