@@ -12,6 +12,7 @@
 #include "app/shopwindow.h"
 #include "lists/trlistdelegate.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
@@ -67,7 +68,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
 {
     ListFrame frame;
     frame.picture = Controls::pictureLabel(u"picture"_s);
-    Controls::showPicture(frame.picture, picture, listPictureExtent);
+    frame.picture->setPicture(picture, listPictureExtent);
     frame.title = new WrapLabel;
     frame.title->setObjectName(u"title"_s);
     frame.title->setAlignment(Qt::AlignCenter);

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 
+class PictureLabel;
 class QBoxLayout;
 class QFormLayout;
 class QLabel;
@@ -18,7 +19,7 @@ class TurningPage;
 struct ListFrame
 {
     QBoxLayout *header = nullptr;
-    QLabel *picture = nullptr;
+    PictureLabel *picture = nullptr;
     QLabel *title = nullptr;
     QPushButton *help = nullptr;
     QPushButton *back = nullptr;
@@ -31,7 +32,7 @@ struct ListFrame
 struct ToolbarFrame
 {
     QBoxLayout *toolbar = nullptr;
-    QLabel *picture = nullptr;
+    PictureLabel *picture = nullptr;
     QPushButton *help = nullptr;
     QPushButton *back = nullptr;
     /// Side by side in landscape, stacked in portrait.

@@ -7,6 +7,7 @@
 
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
@@ -44,8 +45,8 @@ void ShopWindow::buildMainPage()
         Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, helpExtent, tr("Help"));
     p.about =
         Controls::pictureButton(u"aboutButton"_s, u":/img/info.png"_s, helpExtent, tr("About"));
-    QLabel *logo = Controls::pictureLabel(u"logo"_s);
-    Controls::showPicture(logo, u":/img/House.png"_s, Controls::logoExtent);
+    PictureLabel *logo = Controls::pictureLabel(u"logo"_s);
+    logo->setPicture(u":/img/House.png"_s, Controls::logoExtent);
 
     auto *toolbar = new QBoxLayout(QBoxLayout::TopToBottom);
     toolbar->addWidget(logo);

@@ -15,6 +15,7 @@
 #include "app/frames.h"
 #include "app/shopwindow.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
@@ -113,8 +114,8 @@ void ShopWindow::buildWaitingPage()
 
     QLabel *title = titleLabel(u"waitingTitle"_s);
     title->setText(heading);
-    QLabel *icon = Controls::pictureLabel(u"waitingIcon"_s);
-    Controls::showPicture(icon, u":/img/info.png"_s, Controls::pictureExtent);
+    PictureLabel *icon = Controls::pictureLabel(u"waitingIcon"_s);
+    icon->setPicture(u":/img/info.png"_s, Controls::pictureExtent);
     QLabel *text = largeText(u"waitingText"_s, page);
     text->setText(tr("Requesting GPS coordinates. Please wait. You can cancel GPS requesting."));
     p.cancel = Controls::textButton(u"waitingCancelButton"_s, u":/img/red_round_error.svg"_s,
@@ -140,8 +141,8 @@ void ShopWindow::buildConfirmationPage()
     ConfirmationPage &p = confirmationPage;
 
     p.title = titleLabel(u"confirmationTitle"_s);
-    QLabel *icon = Controls::pictureLabel(u"confirmationIcon"_s);
-    Controls::showPicture(icon, u":/img/warning_r.svg"_s, Controls::pictureExtent);
+    PictureLabel *icon = Controls::pictureLabel(u"confirmationIcon"_s);
+    icon->setPicture(u":/img/warning_r.svg"_s, Controls::pictureExtent);
     p.text = largeText(u"confirmationText"_s, page);
     p.yes = Controls::textButton(u"confirmationYesButton"_s, u":/img/commit.png"_s,
                                  Controls::pictureExtent, tr("Yes"));
@@ -176,7 +177,7 @@ void ShopWindow::fillMessage(const QString &title, const QString &text, const QS
     messagePage.text->adjustSize();
     messagePage.scrollBar->setSliderPosition(0);
     if (!picture.isEmpty())
-        Controls::showPicture(messagePage.icon, picture, Controls::pictureExtent);
+        messagePage.icon->setPicture(picture, Controls::pictureExtent);
     messageReturnPage = returnPage;
 }
 

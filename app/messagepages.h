@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+class PictureLabel;
 class QLabel;
 class QPushButton;
 class QScrollBar;
@@ -8,7 +9,7 @@ class QScrollBar;
 /// Warnings, information, help and About.
 struct MessagePage
 {
-    QLabel *icon = nullptr;
+    PictureLabel *icon = nullptr;
     QLabel *title = nullptr;
     QLabel *text = nullptr;
     QScrollBar *scrollBar = nullptr;

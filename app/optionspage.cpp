@@ -23,6 +23,7 @@
 #include "app/trsettings.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/rowbutton.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/turningpage.h"
@@ -60,7 +61,7 @@ void ShopWindow::buildOptionsPage()
     TurningPage *page = addPage(PageOptions, u"optionsPage"_s, tr("Options"));
     OptionsPage &p = optionsPage;
     p = {Frames::makeToolbarFrame(page)};
-    Controls::showPicture(p.picture, u":/img/tools.svg"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/tools.svg"_s, Controls::pictureExtent);
 
     p.enableGps = new RowCheckBox(u"enableGpsBox"_s, tr("Enable use of GPS"));
     p.gpsAlwaysActive = new RowCheckBox(u"gpsAlwaysActiveBox"_s, tr("GPS always active"));

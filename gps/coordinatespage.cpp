@@ -16,6 +16,7 @@
 #include "widgets/controls.h"
 #include "widgets/maskedfield.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 

@@ -15,6 +15,7 @@
 #include "data/statements.h"
 #include "lists/listrow.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
@@ -167,7 +168,7 @@ void ShopWindow::buildItemEditPage()
 void ShopWindow::addListItemClicked()
 {
     ItemEditPage &p = itemEditPage;
-    Controls::showPicture(p.picture, u":/img/itemAdd.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/itemAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.amount->setValue(1);
     p.remove->setEnabled(false);
@@ -178,7 +179,7 @@ void ShopWindow::addListItemClicked()
 void ShopWindow::fillItemEditPage()
 {
     ItemEditPage &p = itemEditPage;
-    Controls::showPicture(p.picture, u":/img/itemEdit.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/itemEdit.png"_s, Controls::pictureExtent);
     if (const QListWidgetItem *row = itemsListPage.list->currentItem()) {
         p.name->setText(row->text());
         p.amount->setValue(row->data(SecondColumnRole).toInt());

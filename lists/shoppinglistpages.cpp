@@ -15,6 +15,7 @@
 #include "lists/liststate.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
@@ -129,7 +130,7 @@ void ShopWindow::listCreateClicked()
 {
     ListEditPage &p = listEditPage;
     listEditReturnPage = pageStack->currentIndex();
-    Controls::showPicture(p.picture, u":/img/plus.svg"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/plus.svg"_s, Controls::pictureExtent);
     newListState = ListEmpty;
     currentStoreId = 0;
     storeIsUnknown = false;
@@ -147,7 +148,7 @@ void ShopWindow::listPropertiesEditClicked()
     ListEditPage &p = listEditPage;
     editedListId = currentListId;
     listEditReturnPage = pageStack->currentIndex();
-    Controls::showPicture(p.picture, u":/img/edit.svg"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/edit.svg"_s, Controls::pictureExtent);
     QSqlQuery query = Database::run(Statements::list, editedListId);
     if (query.first()) {
         currentStoreId = query.value(u"magazinid"_s).toInt();

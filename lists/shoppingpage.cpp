@@ -13,6 +13,7 @@
 #include "data/statements.h"
 #include "lists/liststate.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
@@ -24,7 +25,7 @@ void ShopWindow::buildShoppingPage()
     TurningPage *page = addPage(PageShopping, u"shoppingPage"_s, tr("Shoppings"));
     ShoppingPage &p = shoppingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
-    Controls::showPicture(frame.picture, u":/img/shopping-cart.svg"_s, Controls::pictureExtent);
+    frame.picture->setPicture(u":/img/shopping-cart.svg"_s, Controls::pictureExtent);
 
     p.listName = Controls::valueLabel(u"listName"_s);
     p.store = Controls::valueLabel(u"storeName"_s);

@@ -13,6 +13,7 @@
 #include "lists/listrow.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
@@ -111,7 +112,7 @@ void ShopWindow::buildCategoryEditPage()
 void ShopWindow::addCategoryClicked()
 {
     CategoryEditPage &p = categoryEditPage;
-    Controls::showPicture(p.picture, u":/img/categAdd.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/categAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.remove->setEnabled(false);
     connectAnew(p.save, &ShopWindow::addCategoryConfirmClicked);
@@ -124,7 +125,7 @@ void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
     if (!row)
         return;
     CategoryEditPage &p = categoryEditPage;
-    Controls::showPicture(p.picture, u":/img/categEdit.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/categEdit.png"_s, Controls::pictureExtent);
     p.name->setText(row->text());
     p.remove->setEnabled(true);
     connectAnew(p.save, &ShopWindow::editCategoryConfirmClicked);

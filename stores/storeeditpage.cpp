@@ -12,6 +12,7 @@
 #include "lists/listrow.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
@@ -64,7 +65,7 @@ void ShopWindow::addShopClicked()
     StoreEditPage &p = storeEditPage;
     storeIsNew = true;
     storeEditReturnPage = pageStack->currentIndex();
-    Controls::showPicture(p.picture, u":/img/storeAdd.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/storeAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.category->setName(categoryButtonDefaultText);
     forgetTakenCoordinates();
@@ -84,7 +85,7 @@ void ShopWindow::editShopClicked()
     editedStoreId = currentStoreId;
     storeIsNew = false;
     storeEditReturnPage = pageStack->currentIndex();
-    Controls::showPicture(p.picture, u":/img/storeEdit.png"_s, Controls::pictureExtent);
+    p.picture->setPicture(u":/img/storeEdit.png"_s, Controls::pictureExtent);
     p.remove->setEnabled(true);
     connectAnew(p.save, &ShopWindow::editShopConfirmClicked);
 

@@ -14,6 +14,7 @@
 #include "lists/listrow.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
@@ -26,7 +27,7 @@ void ShopWindow::buildStoresPage()
     TurningPage *page = addPage(PageStores, u"storesPage"_s, tr("Stores"));
     StoresPage &p = storesPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
-    Controls::showPicture(frame.picture, u":/img/market.png"_s, Controls::pictureExtent);
+    frame.picture->setPicture(u":/img/market.png"_s, Controls::pictureExtent);
 
     p.name = Controls::valueLabel(u"storeName"_s);
     p.name->setText(tr("(empty)"));

@@ -11,6 +11,7 @@
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
@@ -28,8 +29,8 @@ void ShopWindow::buildReminderPage()
     p.store = Controls::valueLabel(u"reminderStore"_s);
     p.store->setAlignment(Qt::AlignCenter);
     p.store->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    QLabel *picture = Controls::pictureLabel(u"picture"_s);
-    Controls::showPicture(picture, u":/img/reminder.svg"_s, Controls::pictureExtent);
+    PictureLabel *picture = Controls::pictureLabel(u"picture"_s);
+    picture->setPicture(u":/img/reminder.svg"_s, Controls::pictureExtent);
     p.next = Controls::textButton(u"nextButton"_s, u":/img/next.svg"_s, Controls::pictureExtent,
                                   tr("Next Store"));
     p.stop = Controls::textButton(u"stopButton"_s, u":/img/stop.svg"_s, Controls::pictureExtent,

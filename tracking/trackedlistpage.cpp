@@ -12,6 +12,7 @@
 #include "lists/listrow.h"
 #include "map/mapswidget.h"
 #include "widgets/controls.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 

@@ -16,6 +16,7 @@
 #include "tracking/trackedstores.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/rowbutton.h"
 #include "widgets/turningpage.h"
 
@@ -32,7 +33,7 @@ void ShopWindow::buildTrackingPage()
     TurningPage *page = addPage(PageTracking, u"trackingPage"_s, tr("Reminders (GPS tracking)"));
     TrackingPage &p = trackingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
-    Controls::showPicture(frame.picture, u":/img/reminder.svg"_s, Controls::pictureExtent);
+    frame.picture->setPicture(u":/img/reminder.svg"_s, Controls::pictureExtent);
 
     p.start = Controls::textButton(u"startButton"_s, u":/img/start.png"_s, Controls::pictureExtent,
                                    tr("Start"));

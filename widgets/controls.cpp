@@ -2,10 +2,10 @@
 #include "widgets/controls.h"
 
 #include <QBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 
+#include "widgets/pictures.h"
 #include "widgets/wraplabel.h"
 #include "widgets/wrappingbutton.h"
 
@@ -43,7 +43,8 @@ QPushButton *Controls::viewButton(const QString &objectName, const QString &pict
 QPushButton *Controls::textButton(const QString &objectName, const QString &picture, int extent,
                                   const QString &text)
 {
-    auto *button = new WrappingButton<QPushButton, QStyle::CE_PushButton>(QIcon(picture), text);
+    auto *button =
+        new WrappingButton<QPushButton, QStyle::CE_PushButton>(Pictures::icon(picture), text);
     // It may be narrower than its hint.
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     button->setObjectName(objectName);
@@ -57,11 +58,10 @@ QString Controls::pictureOf(const QAbstractButton *button)
     return button->property(pictureProperty).toString();
 }
 
-QLabel *Controls::pictureLabel(const QString &objectName)
+PictureLabel *Controls::pictureLabel(const QString &objectName)
 {
-    auto *label = new QLabel;
+    auto *label = new PictureLabel;
     label->setObjectName(objectName);
-    label->setAlignment(Qt::AlignCenter);
     return label;
 }
 
@@ -70,11 +70,6 @@ QLabel *Controls::valueLabel(const QString &objectName)
     auto *label = new WrapLabel;
     label->setObjectName(objectName);
     return label;
-}
-
-void Controls::showPicture(QLabel *label, const QString &picture, int extent)
-{
-    label->setPixmap(QIcon(picture).pixmap(QSize(extent, extent), label->devicePixelRatio()));
 }
 
 QFrame *Controls::separator(QFrame::Shape shape)

@@ -4,6 +4,7 @@
 #include <QFrame>
 #include <QString>
 
+class PictureLabel;
 class QAbstractButton;
 class QBoxLayout;
 class QLabel;
@@ -36,15 +37,11 @@ QPushButton *textButton(const QString &objectName, const QString &picture, int e
 /// The resource path of the picture that the functions above gave `button`, else nothing.
 QString pictureOf(const QAbstractButton *button);
 
-/// A centred label for a picture; see showPicture().
-QLabel *pictureLabel(const QString &objectName);
+/// A centred label for a picture.
+PictureLabel *pictureLabel(const QString &objectName);
 
 /// A label for a value: plain text that wraps.
 QLabel *valueLabel(const QString &objectName);
-
-/// Lets `label` show `picture`, a resource path, within `extent` x `extent`, keeping its aspect
-/// ratio. It is drawn for just that size on the label's screen, so nothing is left to be scaled.
-void showPicture(QLabel *label, const QString &picture, int extent);
 
 /// A sunken line; `shape` is QFrame::HLine or QFrame::VLine.
 QFrame *separator(QFrame::Shape shape);

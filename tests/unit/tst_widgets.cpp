@@ -9,6 +9,7 @@
 
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/turningpage.h"
@@ -68,8 +69,11 @@ void TestWidgets::picturesAreSharp_data()
 void TestWidgets::picturesAreSharp()
 {
     QFETCH(QString, picture);
-    QLabel label;
-    Controls::showPicture(&label, picture, 60);
+    PictureLabel label;
+    label.setPicture(picture, 60);
+    QVERIFY(label.pixmap().isNull()); // nobody sees it yet
+    QCOMPARE(label.sizeHint(), QSize(60, 60));
+    label.show();
     QCOMPARE(label.pixmap().deviceIndependentSize(), QSizeF(60, 60));
     // Scaling nearest-neighbour from the file's own size would leave no half-transparent edges.
     const QImage image = label.pixmap().toImage();
