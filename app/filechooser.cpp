@@ -49,6 +49,7 @@ public:
         setItemDelegate(new TallRows(this));
         if (auto *places = findChild<QWidget *>(u"sidebar"_s))
             places->hide();
+        setPalette(window->palette()); // which no window takes over from another
         fit();
         window->installEventFilter(this);
     }

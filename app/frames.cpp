@@ -22,6 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int leastTitleCharacters = 8;
+constexpr int leastFieldCharacters = 9;
 
 QPushButton *helpButton(int extent)
 {
@@ -171,6 +172,8 @@ QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
     auto *field = new QLineEdit;
     field->setObjectName(objectName);
     field->setMaxLength(longestName);
+    // Of names that are longer, enough is seen to go on typing.
+    field->setMinimumWidth(leastFieldCharacters * QFontMetrics(save->font()).averageCharWidth());
     // The limit may fall within an emoji, and half of one would spoil the statement it is put into.
     QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
         const QString whole = withoutHalfEmoji(text);

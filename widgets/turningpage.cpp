@@ -2,9 +2,11 @@
 #include "widgets/turningpage.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QEvent>
 #include <QFrame>
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -75,6 +77,9 @@ void TurningPage::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     // What is on the page may have got its font only now, or another size while it was hidden.
     fit();
+    // A page begins at its top each time.
+    if (area)
+        area->verticalScrollBar()->setValue(0);
 }
 
 QLayout *TurningPage::boxes() const
@@ -146,6 +151,9 @@ void TurningPage::scrollWhatIsTooLarge()
         return;
     QWidget *focused = window()->focusWidget();
     const bool hadFocus = focused && isAncestorOf(focused);
+    const auto *field = qobject_cast<QLineEdit *>(focused);
+    const int selectionStart = field ? field->selectionStart() : -1;
+    const int selectionLength = field ? field->selectionLength() : 0;
     auto *contents = new QWidget;
     contents->setLayout(layout()); // takes what is laid out along
     area = new QScrollArea;
@@ -160,9 +168,17 @@ void TurningPage::scrollWhatIsTooLarge()
     box->addWidget(area);
     area->show();
     stackWhatIsTooWide(); // the scroll bar takes some of the width
-    // What changes its parent loses the focus.
-    if (hadFocus)
-        focused->setFocus();
+    // Whatever gives something the focus, it is to be seen.
+    connect(qApp, &QApplication::focusChanged, area, [this](QWidget * /*before*/, QWidget *now) {
+        if (now && area->widget()->isAncestorOf(now))
+            area->ensureWidgetVisible(now);
+    });
+    // What changes its parent loses the focus, and a field its selection with that.
+    if (!hadFocus)
+        return;
+    focused->setFocus();
+    if (selectionStart >= 0)
+        static_cast<QLineEdit *>(focused)->setSelection(selectionStart, selectionLength);
 }
 
 void TurningPage::fit()

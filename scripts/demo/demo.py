@@ -11,6 +11,7 @@ import contextlib
 import math
 import os
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -44,7 +45,7 @@ class Story:
         self.receiver = surroundings.receiver
         self.tiles = surroundings.tiles
         self.number = 0
-        self.step = "start"
+        self.step = "main page"
 
     def tell(self, step, account):
         self.number += 1
@@ -122,21 +123,23 @@ def run_alone():
     """Returns the exit status."""
     shutil.rmtree(PICTURES, ignore_errors=True)
     PICTURES.mkdir(parents=True)
-    with contextlib.ExitStack() as cleanup:
-        desktop = Desktop(*SIZE, phone=True)
-        cleanup.callback(desktop.stop)
-        surroundings = Surroundings(cleanup)
-        # Where there is no sound server, none is to be started for this.
-        program = Program(desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
-                          **surroundings.environment)
-        cleanup.callback(program.stop)
-        surroundings.furnish()
-        story = Story(desktop, program, surroundings)
-        try:
+    story = None
+    try:
+        with contextlib.ExitStack() as cleanup:
+            desktop = Desktop(*SIZE, phone=True)
+            cleanup.callback(desktop.stop)
+            surroundings = Surroundings(cleanup)
+            # Where there is no sound server, none is to be started for this.
+            program = Program(desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
+                              **surroundings.environment)
+            cleanup.callback(program.stop)
+            surroundings.furnish()
+            story = Story(desktop, program, surroundings)
             story.run()
-        except Exception as error:  # whatever it is, a person is to read where the story ended
-            print(f"demo: the step \"{story.step}\" failed: {error}", file=sys.stderr)
-            return 1
+    except Exception as error:  # whatever it is, a person is to read where the story ended
+        step = story.step if story else "start"
+        print(f"demo: the step \"{step}\" failed: {error}", file=sys.stderr)
+        return 1
     print(f"The pictures are in {PICTURES.relative_to(SOURCES)}.")
     return 0
 
@@ -148,6 +151,8 @@ def run_for_a_person():
         environment = {name: value for name, value in OF_THE_PERSON.items()
                        if not name.startswith("XDG_") or name in (
                            "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP")}
+        # The display's key, which is looked for at home unless it is named.
+        environment.setdefault("XAUTHORITY", os.path.join(OF_THE_PERSON["HOME"], ".Xauthority"))
         environment.update(HOME=str(surroundings.home.path), **surroundings.environment)
         process = subprocess.Popen([PROGRAM], env=environment)
         cleanup.callback(stop, process)
@@ -159,5 +164,8 @@ def run_for_a_person():
 
 
 if __name__ == "__main__":
-    HAS_DISPLAY = "DISPLAY" in OF_THE_PERSON or "WAYLAND_DISPLAY" in OF_THE_PERSON
+    # A terminal that is closed ends the demo as its end does, so that nothing stays behind.
+    for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM):
+        signal.signal(number, lambda number, frame: sys.exit(128 + number))
+    HAS_DISPLAY = any(OF_THE_PERSON.get(name) for name in ("DISPLAY", "WAYLAND_DISPLAY"))
     sys.exit(run_for_a_person() if HAS_DISPLAY else run_alone())

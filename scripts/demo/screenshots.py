@@ -33,11 +33,16 @@ class Tour:
         self.desktop = desktop
         self.surroundings = surroundings
         self.tr = texts(language)
+        self.program = None
 
     def start(self, **environment):
         self.program = Program(self.desktop, self.surroundings.home, PULSE_SERVER="unix:/nonexistent",
                                **dict(self.surroundings.environment, **environment))
         self.program.wait_for_window()
+
+    def stop(self):
+        if self.program:
+            self.program.stop()
 
     def picture(self, name):
         self.desktop.picture(self.folder / f"{name}.png")
@@ -134,10 +139,8 @@ def main():
                 cleanup.callback(desktop.stop)
                 surroundings = Surroundings(cleanup, language_id, first_fix=FIXES_BEFORE_THE_BAKERY)
                 tour = Tour(PICTURES / f"{language}-{orientation}", desktop, surroundings, language)
-                try:
-                    tour.run()
-                finally:
-                    tour.program.stop()
+                cleanup.callback(tour.stop)
+                tour.run()
                 print(f"{len(list(tour.folder.iterdir()))} pictures in "
                       f"{tour.folder.relative_to(SOURCES)}", flush=True)
 

@@ -30,6 +30,7 @@ class TileServer:
 
     def __init__(self, host="127.0.0.1", draw=colored):
         self.paths = []
+        self.failures = []
         self.agents = set()
         server = self
 
@@ -39,7 +40,12 @@ class TileServer:
             def do_GET(self):
                 server.paths.append(self.path)
                 server.agents.add(self.headers["User-Agent"])
-                body = draw(*map(int, self.path.removesuffix(".png").split("/")[1:]))
+                try:
+                    body = draw(*map(int, self.path.removesuffix(".png").split("/")[1:]))
+                except Exception as error:  # whatever it is, whoever waits for tiles is told
+                    server.failures.append(error)
+                    self.send_error(500)
+                    return
                 self.send_response(200)
                 self.send_header("Content-Type", "image/png")
                 self.send_header("Content-Length", str(len(body)))
@@ -60,7 +66,7 @@ class TileServer:
         return f"http://{host}:{port}"
 
     def wait_until_idle(self):
-        """Waits until something has been asked for, and nothing more for half a second."""
+        """Waits until tiles have been served, and no more are asked for in half a second."""
         seen = []  # (moment, how much had been asked for then)
 
         def is_idle():
@@ -70,6 +76,8 @@ class TileServer:
                 then < now - 0.5 and count == len(self.paths) for then, count in seen)
 
         wait_for("the tiles", is_idle)
+        if self.failures:
+            raise self.failures[0]
 
     def stop(self):
         self.server.shutdown()

@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: MIT
-"""A whole shopping trip with the installed program and nothing but keys."""
+"""A whole shopping trip, and a reminder, with the installed program and nothing but keys."""
+import contextlib
 import pathlib
 import sys
 import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
+sys.path.insert(0, str(SOURCES / "scripts" / "demo"))
+from screenshots import FIXES_BEFORE_THE_BAKERY  # noqa: E402
+from surroundings import Surroundings  # noqa: E402
 from desktop import Desktop, Home, Program, pyatspi, tool, wait_for  # noqa: E402
 
 MOST_STOPS = 20  # of the Tab key on a page
@@ -116,6 +120,23 @@ class TestKeyboard(unittest.TestCase):
                          [("Weekend", 1, 3)])
         self.assertEqual(self.home.query("select name, amount, checkstate from purchase"),
                          [("Milk", 3, 1), ("Bread", 3, 1)])
+
+    def test_from_tracking_to_shopping(self):
+        self.program.stop()
+        with contextlib.ExitStack() as cleanup:
+            surroundings = Surroundings(cleanup, first_fix=FIXES_BEFORE_THE_BAKERY)
+            self.program = Program(self.desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
+                                   **surroundings.environment)
+            cleanup.callback(self.program.stop)
+            self.program.wait_for_window()
+            surroundings.furnish()
+            self.press("Reminder")
+            self.wait_for_title("Reminders (GPS tracking)")
+            self.press("Start")
+            wait_for("the reminder", lambda: self.program.find("push button", "Start Shopping"), 60)
+            self.press("Start Shopping")
+            self.wait_for_title("Do Shopping")
+            wait_for("the goods", lambda: len(self.program.rows()) == 3)
 
 
 if __name__ == "__main__":

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <QAbstractButton>
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QtTest>
 
 #include "app/pages.h"
+#include "map/mapswidget.h"
 #include "platform/informationbox.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
@@ -176,6 +179,24 @@ void TestContrast::everyTextCanBeRead()
         const QRect place = shop.list()->visualItemRect(shop.list()->item(row));
         QVERIFY(contrastIn(picture.copy(place)) >= 4.5);
     }
+
+    // The map's menu, with an entry selected.
+    shop.stack->setCurrentIndex(PageTrackedList);
+    shop.press("mapViewButton");
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {}, {});
+    QCoreApplication::sendEvent(shop.map(), &menuKey);
+    auto *menu = shop.map()->findChild<QMenu *>();
+    QVERIFY(menu);
+    menu->setActiveAction(menu->actions().at(0));
+    for (const int entry : {0, 2}) {
+        constexpr int border = 3;
+        const QRect place = menu->actionGeometry(menu->actions().at(entry));
+        const QImage picture =
+            menu->grab(place.adjusted(border, border, -border, -border)).toImage();
+        const double contrast = contrastIn(picture);
+        QVERIFY2(contrast >= 4.5, qPrintable(QString::number(contrast)));
+    }
+    menu->close();
 
     // A link within a text, which is the blue of it, and a banner.
     QVERIFY(Contrast::ratio(shop.window->palette().color(QPalette::Link),

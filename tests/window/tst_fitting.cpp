@@ -4,9 +4,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QtTest>
@@ -29,6 +31,9 @@ private slots:
     void everythingIsInReach_data();
     void everythingIsInReach();
     void focusStaysWhenThePageBeginsToScroll();
+    void selectionStaysWhenThePageBeginsToScroll();
+    void scrolledPageBeginsAtItsTop();
+    void fieldToTypeInIsSeen();
 };
 
 static double fontScale()
@@ -232,6 +237,55 @@ void TestFitting::focusStaysWhenThePageBeginsToScroll()
     QCOMPARE(field->text(), "Bakery");
     QTest::keyClick(shop.window->windowHandle(), Qt::Key_Return);
     QCOMPARE(shop.db->column("select name from magazin"), QVariantList{"Bakery"});
+}
+
+void TestFitting::selectionStaysWhenThePageBeginsToScroll()
+{
+    ShopDriver shop;
+    shop.window->resize(1600, 960);
+    QCoreApplication::processEvents();
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Brownbread");
+    auto *field = shop.find<QLineEdit>("nameField");
+    field->setSelection(2, 4);
+    shop.window->resize(800, 200);
+    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    QTRY_VERIFY(field->isVisible());
+    QCOMPARE(field->selectedText(), "ownb");
+}
+
+void TestFitting::scrolledPageBeginsAtItsTop()
+{
+    ShopDriver shop({}, {{"GpsEnabled", true}});
+    shop.stack->setCurrentIndex(PageTracking);
+    shop.window->resize(400, 240);
+    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    auto *bar = shop.find<QScrollArea>("pageArea")->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 0);
+    bar->setValue(bar->maximum());
+    shop.stack->setCurrentIndex(PageMain);
+    shop.stack->setCurrentIndex(PageTracking);
+    QCoreApplication::processEvents();
+    QCOMPARE(bar->value(), 0);
+}
+
+void TestFitting::fieldToTypeInIsSeen()
+{
+    ShopDriver shop;
+    shop.stack->setCurrentIndex(PageStores);
+    shop.window->resize(400, 240);
+    for (int visit = 0; visit < 2; ++visit) {
+        QTRY_VERIFY(shop.isEnabled("newButton"));
+        shop.stack->currentWidget()->findChild<QPushButton *>("newButton")->setFocus();
+        QTest::keyClick(shop.window->windowHandle(), Qt::Key_Space);
+        QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+        QCoreApplication::processEvents();
+        const auto *field = shop.find<QLineEdit>("nameField");
+        QVERIFY(field->hasFocus());
+        QCOMPARE(field->visibleRegion().boundingRect().height(), field->height());
+        QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
+    }
 }
 
 QTEST_MAIN(TestFitting)
