@@ -307,7 +307,7 @@ void MapsWidget::openMenu()
     menu = new HeldMenu(this);
     menu->setObjectName(u"mapMenu"_s);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setFont(font()); // large enough for a finger
+    menu->setFont(font());                 // large enough for a finger
     menu->setPalette(window()->palette()); // which no window takes over from another
     if (trackingMode) {
         menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Goto Store")), this,
