@@ -33,6 +33,39 @@ QAccessibleInterface *accessiblePage(const QString & /*className*/, QObject *obj
     return page ? new QAccessibleWidget(page, page->accessibleRole()) : nullptr;
 }
 
+/// What changes its parent loses the focus, and a field its selection with that. This gives both
+/// back to what is on `page`.
+class FocusKeeper
+{
+public:
+    explicit FocusKeeper(const QWidget *page)
+    {
+        QWidget *widget = page->window()->focusWidget();
+        if (!widget || !page->isAncestorOf(widget))
+            return;
+        focused = widget;
+        field = qobject_cast<QLineEdit *>(widget);
+        if (field) {
+            selectionStart = field->selectionStart();
+            selectionLength = field->selectionLength();
+        }
+    }
+    ~FocusKeeper()
+    {
+        if (focused)
+            focused->setFocus();
+        if (selectionStart >= 0)
+            field->setSelection(selectionStart, selectionLength);
+    }
+    Q_DISABLE_COPY_MOVE(FocusKeeper)
+
+private:
+    QWidget *focused = nullptr;
+    QLineEdit *field = nullptr;
+    int selectionStart = -1; // there is none
+    int selectionLength = 0;
+};
+
 } // namespace
 
 TurningPage::TurningPage(QAccessible::Role pageRole, QWidget *parent)
@@ -149,11 +182,7 @@ void TurningPage::scrollWhatIsTooLarge()
 {
     if (area || !layout() || !(isTooWide() || isTooHigh()))
         return;
-    QWidget *focused = window()->focusWidget();
-    const bool hadFocus = focused && isAncestorOf(focused);
-    const auto *field = qobject_cast<QLineEdit *>(focused);
-    const int selectionStart = field ? field->selectionStart() : -1;
-    const int selectionLength = field ? field->selectionLength() : 0;
+    const FocusKeeper focus(this);
     auto *contents = new QWidget;
     contents->setLayout(layout()); // takes what is laid out along
     area = new QScrollArea;
@@ -170,15 +199,10 @@ void TurningPage::scrollWhatIsTooLarge()
     stackWhatIsTooWide(); // the scroll bar takes some of the width
     // Whatever gives something the focus, it is to be seen.
     connect(qApp, &QApplication::focusChanged, area, [this](QWidget * /*before*/, QWidget *now) {
-        if (now && area->widget()->isAncestorOf(now))
+        const QWidget *scrolled = area->widget(); // none while the page goes
+        if (scrolled && now && scrolled->isAncestorOf(now))
             area->ensureWidgetVisible(now);
     });
-    // What changes its parent loses the focus, and a field its selection with that.
-    if (!hadFocus)
-        return;
-    focused->setFocus();
-    if (selectionStart >= 0)
-        static_cast<QLineEdit *>(focused)->setSelection(selectionStart, selectionLength);
 }
 
 void TurningPage::fit()
