@@ -88,6 +88,7 @@ void PictureLabel::setPicture(const QString &path, int extent)
 {
     picture = path;
     pictureExtent = extent;
+    drawnFor = 0;
     if (isVisible())
         draw();
     updateGeometry();
@@ -111,6 +112,9 @@ void PictureLabel::showEvent(QShowEvent *event)
 
 void PictureLabel::draw()
 {
-    if (!picture.isEmpty())
-        setPixmap(Pictures::icon(picture).pixmap(sizeHint(), devicePixelRatio()));
+    // Turning the window shows every page.
+    if (picture.isEmpty() || drawnFor == devicePixelRatio())
+        return;
+    drawnFor = devicePixelRatio();
+    setPixmap(Pictures::icon(picture).pixmap(sizeHint(), devicePixelRatio()));
 }

@@ -39,4 +39,6 @@ private:
 
     QString picture;
     int pictureExtent = 0;
+    /// Device pixel ratio of the pixmap that is there; 0 when it is to be drawn.
+    qreal drawnFor = 0;
 };

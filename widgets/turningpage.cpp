@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/turningpage.h"
 
+#include <utility>
+
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QBoxLayout>
@@ -14,15 +16,23 @@
 
 using namespace Qt::StringLiterals;
 
-void TurningBoxes::turn(Qt::Orientation orientation) const
+bool TurningBoxes::turn(Qt::Orientation orientation) const
 {
     const bool landscape = orientation == Qt::Horizontal;
-    for (QBoxLayout *box : alongWidth)
-        box->setDirection(landscape ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    for (QBoxLayout *box : acrossWidth)
-        box->setDirection(landscape ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    const auto alongDirection = landscape ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
+    const auto acrossDirection = landscape ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    bool changed = false;
+    for (QBoxLayout *box : alongWidth) {
+        changed |= box->direction() != alongDirection;
+        box->setDirection(alongDirection);
+    }
+    for (QBoxLayout *box : acrossWidth) {
+        changed |= box->direction() != acrossDirection;
+        box->setDirection(acrossDirection);
+    }
     for (QFrame *line : separators)
         line->setFrameShape(landscape ? QFrame::VLine : QFrame::HLine);
+    return changed;
 }
 
 namespace {
@@ -84,7 +94,7 @@ QAccessible::Role TurningPage::accessibleRole() const
 void TurningPage::turn(Qt::Orientation orientation)
 {
     windowOrientation = orientation;
-    turningBoxes.turn(orientation);
+    turnBoxes(orientation);
     // A hidden page gets its size when it is shown.
     if (isVisible())
         fit();
@@ -94,8 +104,12 @@ bool TurningPage::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
     // Something on the page, a long name perhaps, wants another size. A hidden page has none yet.
-    if (event->type() == QEvent::LayoutRequest && isVisible())
-        scrollWhatIsTooLarge();
+    if (event->type() == QEvent::LayoutRequest) {
+        if (isVisible())
+            scrollWhatIsTooLarge();
+        else
+            changedUnseen = true;
+    }
     return handled;
 }
 
@@ -108,8 +122,9 @@ void TurningPage::resizeEvent(QResizeEvent *event)
 void TurningPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // What is on the page may have got its font only now, or another size while it was hidden.
-    fit();
+    // What is on the page has got its font only now, or another size while it was hidden.
+    if (std::exchange(changedUnseen, false))
+        fit();
     // A page begins at its top each time.
     if (area)
         area->verticalScrollBar()->setValue(0);
@@ -122,11 +137,14 @@ QLayout *TurningPage::boxes() const
 
 void TurningPage::turnBoxes(Qt::Orientation orientation)
 {
-    turningBoxes.turn(orientation);
-    for (const QBoxLayout *box : turningBoxes.alongWidth)
-        measureAround(box);
-    for (const QBoxLayout *box : turningBoxes.acrossWidth)
-        measureAround(box);
+    if (!turningBoxes.turn(orientation))
+        return;
+    // The page's own layout measures all boxes that are directly in it.
+    for (const QBoxLayout *box : turningBoxes.alongWidth) {
+        if (box->parentWidget() != boxes()->parentWidget())
+            measureAround(box);
+    }
+    boxes()->activate();
 }
 
 /// What lies around a box that has turned remembers the size it had.

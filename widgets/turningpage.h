@@ -21,8 +21,8 @@ struct TurningBoxes
     QList<QFrame *> separators;
 
     /// Lays everything out for a window that is wider than high (Qt::Horizontal) or not
-    /// (Qt::Vertical).
-    void turn(Qt::Orientation orientation) const;
+    /// (Qt::Vertical). Returns whether a box was laid out otherwise before.
+    bool turn(Qt::Orientation orientation) const;
 };
 
 /// A page whose boxes turn with the window, and which keeps within a window that is small for its
@@ -61,6 +61,7 @@ private:
 
     QAccessible::Role role;
     Qt::Orientation windowOrientation = Qt::Horizontal;
+    bool changedUnseen = true;
     /// There is none on a page that has always had the room it needs.
     QScrollArea *area = nullptr;
 };
