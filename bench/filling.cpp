@@ -72,7 +72,6 @@ void readAll(QSqlQuery query, std::initializer_list<const char *> columns,
 void report(const char *what, int rows, double ours, double floor)
 {
     std::printf("%-28s %8d %12.3f %12.3f %8.2f\n", what, rows, ours, floor, ours / floor);
-    std::fflush(stdout);
 }
 
 void measure(int count)
