@@ -19,7 +19,7 @@ import time
 OF_THE_PERSON = dict(os.environ)  # before it becomes that of a desktop of our own
 from town import METERS_PER_DEGREE, SOURCES  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
-from desktop import PROGRAM, Desktop, Program, pyatspi, stop, wait_for  # noqa: E402
+from desktop import PROGRAM, Desktop, pyatspi, stop, wait_for  # noqa: E402
 import nmea  # noqa: E402
 
 PICTURES = SOURCES / "build" / "demo"
@@ -129,9 +129,7 @@ def run_alone():
             desktop = Desktop(*SIZE, phone=True)
             cleanup.callback(desktop.stop)
             surroundings = Surroundings(cleanup)
-            # Where there is no sound server, none is to be started for this.
-            program = Program(desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
-                              **surroundings.environment)
+            program = surroundings.start_program(desktop)
             cleanup.callback(program.stop)
             surroundings.furnish()
             story = Story(desktop, program, surroundings)

@@ -8,7 +8,7 @@ import xml.etree.ElementTree
 
 from town import SOURCES
 from surroundings import ENGLISH, RUSSIAN, Surroundings
-from desktop import Desktop, Program, wait_for
+from desktop import Desktop, wait_for
 
 PICTURES = SOURCES / "build" / "screenshots"
 LANGUAGES = {"en": ENGLISH, "ru": RUSSIAN}
@@ -36,8 +36,7 @@ class Tour:
         self.program = None
 
     def start(self, **environment):
-        self.program = Program(self.desktop, self.surroundings.home, PULSE_SERVER="unix:/nonexistent",
-                               **dict(self.surroundings.environment, **environment))
+        self.program = self.surroundings.start_program(self.desktop, **environment)
         self.program.wait_for_window()
 
     def stop(self):

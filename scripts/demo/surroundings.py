@@ -4,7 +4,7 @@ import contextlib
 import sqlite3
 
 from town import DATA, Town
-from desktop import Home, wait_for
+from desktop import Home, Program, wait_for
 from neighbours import Receiver, free_port
 from tiles import TileServer
 
@@ -29,6 +29,12 @@ class Surroundings:
         cleanup.callback(self.receiver.kill)
         self.environment = {"TROLLEO_GPSD": self.receiver.address,
                             "TROLLEO_TILE_SERVER": self.tiles.address}
+
+    def start_program(self, desktop, **extra):
+        """Starts the program on a desktop of ours. Where there is no sound server, none is to be
+        started for it."""
+        return Program(desktop, self.home, PULSE_SERVER="unix:/nonexistent",
+                       **dict(self.environment, **extra))
 
     def furnish(self):
         """Fills the database, once the program has made its tables."""

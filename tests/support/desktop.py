@@ -14,6 +14,7 @@ import sqlite3
 import subprocess
 import tempfile
 import time
+import unittest
 
 PROGRAM = "/opt/trolleo/bin/trolleo"
 DEADLINE = 20  # seconds; generous, for a loaded machine
@@ -310,3 +311,16 @@ class Program:
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGKILL)
             self.process.wait()
+
+
+class ProgramTest(unittest.TestCase):
+    """A test of the program, which runs on a desktop of its own with an empty home."""
+
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.stop)
+        self.program = Program(self.desktop, self.home)
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()

@@ -10,20 +10,14 @@ sys.path.insert(0, str(SOURCES / "tests" / "support"))
 sys.path.insert(0, str(SOURCES / "scripts" / "demo"))
 from screenshots import FIXES_BEFORE_THE_BAKERY  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
-from desktop import Desktop, Home, Program, pyatspi, tool, wait_for  # noqa: E402
+from desktop import ProgramTest, pyatspi, tool, wait_for  # noqa: E402
 
 MOST_STOPS = 20  # of the Tab key on a page
 
 
-class TestKeyboard(unittest.TestCase):
+class TestKeyboard(ProgramTest):
     def setUp(self):
-        self.home = Home()
-        self.addCleanup(self.home.remove)
-        self.desktop = Desktop()
-        self.addCleanup(self.desktop.stop)
-        self.program = Program(self.desktop, self.home)
-        self.addCleanup(self.program.stop)
-        self.program.wait_for_window()
+        super().setUp()
         wait_for("the keyboard", lambda: self.desktop.run(
             [tool("xdotool"), "getactivewindow", "getwindowname"]).strip() == "Trolleo")
 
@@ -125,8 +119,7 @@ class TestKeyboard(unittest.TestCase):
         self.program.stop()
         with contextlib.ExitStack() as cleanup:
             surroundings = Surroundings(cleanup, first_fix=FIXES_BEFORE_THE_BAKERY)
-            self.program = Program(self.desktop, surroundings.home, PULSE_SERVER="unix:/nonexistent",
-                                   **surroundings.environment)
+            self.program = surroundings.start_program(self.desktop)
             cleanup.callback(self.program.stop)
             self.program.wait_for_window()
             surroundings.furnish()

@@ -7,19 +7,10 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, Home, Program, tool, wait_for  # noqa: E402
+from desktop import ProgramTest, wait_for  # noqa: E402
 
 
-class TestTrip(unittest.TestCase):
-    def setUp(self):
-        self.home = Home()
-        self.addCleanup(self.home.remove)
-        self.desktop = Desktop()
-        self.addCleanup(self.desktop.stop)
-        self.program = Program(self.desktop, self.home)
-        self.addCleanup(self.program.stop)
-        self.program.wait_for_window()
-
+class TestTrip(ProgramTest):
     def type(self, text):
         field = wait_for("the name field", lambda: self.program.find("text"))
         field.queryEditableText().setTextContents(text)
