@@ -3,7 +3,6 @@
 
 #include <QBoxLayout>
 #include <QFont>
-#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -76,7 +75,7 @@ void ShopWindow::buildMessagePage()
     // By itself a text draws its pictures at the size of their file and then shrinks them roughly.
     p.text->setResourceProvider([label = p.text](const QUrl &url) -> QVariant {
         const QSize size(inlineExtent, inlineExtent);
-        return QIcon(u':' + url.path()).pixmap(size, label->devicePixelRatio());
+        return Pictures::icon(u':' + url.path()).pixmap(size, label->devicePixelRatio());
     });
     p.ok = Controls::textButton(u"messageOkButton"_s, u":/img/commit.png"_s,
                                 Controls::pictureExtent, tr("OK"));

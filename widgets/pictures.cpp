@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/pictures.h"
 
+#include <utility>
+
 #include <QCoreApplication>
 #include <QHash>
 #include <QIconEngine>
