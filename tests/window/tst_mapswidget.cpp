@@ -92,6 +92,7 @@ private:
     void move(const QPoint &position, Qt::MouseButton button = Qt::LeftButton) const;
 
     static constexpr int zoom = 16;
+    static constexpr qsizetype tilesOfView = 9;
     const QPoint middle{200, 150};
     std::unique_ptr<QPointingDevice> device;
     std::unique_ptr<TestHome> home;
@@ -111,12 +112,7 @@ void TestMapsWidget::init()
     map->setCenter(10, 20);
     map->show();
     QVERIFY(QTest::qWaitForWindowExposed(map.get()));
-    QTRY_VERIFY(!host->paths.isEmpty());
-    qsizetype count = 0;
-    while (count < host->paths.size()) { // the last one, when none follows
-        count = host->paths.size();
-        QTest::qWait(50);
-    }
+    QTRY_COMPARE(host->paths.size(), tilesOfView); // none follows
     before = WebMercator::tileForCoordinate(10, 20, zoom);
 }
 
