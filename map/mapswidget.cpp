@@ -78,6 +78,7 @@ private:
 MapsWidget::MapsWidget(QWidget *parent)
     : QWidget(parent)
     , core(new MapsCore(this))
+    , attribution(TileServer::attribution())
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -210,19 +211,25 @@ void MapsWidget::paintEvent(QPaintEvent *event)
     paintAttribution(painter);
 }
 
-void MapsWidget::paintAttribution(QPainter &painter) const
+void MapsWidget::paintAttribution(QPainter &painter)
 {
     QFont small = font();
     small.setPointSize(attributionPointSize);
     painter.setFont(small);
-    constexpr int alignment = Qt::AlignBottom | Qt::TextWordWrap;
-    const QRect inside = rect().adjusted(attributionMargin, 0, -attributionMargin, 0);
-    const QRect place = painter.boundingRect(inside, alignment, TileServer::attribution());
+    const qreal room = width() - 2 * attributionMargin;
+    // Laid out again with each frame, it would cost as much as half of the tiles.
+    if (attribution.textWidth() != room || attributionFont != small) {
+        attributionFont = small;
+        attribution.setTextWidth(room);
+        attribution.prepare(painter.transform(), small);
+    }
+    const QSize size = attribution.size().toSize();
+    const QRect place(attributionMargin, height() - size.height(), size.width(), size.height());
     // Legible on a dark tile as well.
     const QColor ground(255, 255, 255, 200); // NOLINT: mostly opaque white
     painter.fillRect(place.adjusted(-attributionMargin, 0, attributionMargin, 0), ground);
     painter.setPen(Qt::black);
-    painter.drawText(inside, alignment, TileServer::attribution());
+    painter.drawStaticText(place.topLeft(), attribution);
 }
 
 void MapsWidget::paintMagnifier(QPainter &painter)

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QFont>
 #include <QPoint>
 #include <QPointer>
+#include <QStaticText>
 #include <QWidget>
 
 class MapsCore;
@@ -70,7 +72,7 @@ private:
     void dragTo(const QPoint &position);
     void moveMagnifier(const QPoint &delta);
     QPoint toDevice(const QPoint &position) const;
-    void paintAttribution(QPainter &painter) const;
+    void paintAttribution(QPainter &painter);
     void paintMagnifier(QPainter &painter);
 
     MapsCore *core;
@@ -85,4 +87,6 @@ private:
     bool nightMode = false;
     bool trackingMode = false;
     QPointer<QMenu> menu;
+    QStaticText attribution;
+    QFont attributionFont;
 };
