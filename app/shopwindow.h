@@ -366,7 +366,8 @@ private:
     void fillShoppingPage();
     static QString listStateText(int state);
     QString storeNameForRow() const;
-    int addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState);
+    static int addGoods(QList<QListWidgetItem *> &rows, QLatin1StringView statement, int id,
+                        Qt::CheckState checkState);
     void toggleGood(int row);
     /// Recomputes the state of the active list from its goods, stores it and shows it.
     void updateListState() const;

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QSqlError>
+#include <QSqlRecord>
 
 #include "data/statements.h"
 
@@ -96,8 +97,14 @@ void Database::close(QSqlDatabase &database)
 QSqlQuery Database::execute(const QString &statement)
 {
     QSqlQuery query{QString(), QSqlDatabase()};
+    query.setForwardOnly(true); // or it keeps a copy of every row that was read
     query.exec(statement);
     return query;
+}
+
+int Database::column(const QSqlQuery &query, QLatin1StringView name)
+{
+    return query.record().indexOf(name);
 }
 
 std::optional<QString> Database::name(QLatin1StringView statement, int id)

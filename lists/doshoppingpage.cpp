@@ -52,33 +52,38 @@ void ShopWindow::startShopping()
         shoppingFromReminder = false;
         return;
     }
-    doShoppingPage.list->clear();
-    checkedCount = 0;
     lastTappedGoodId = 0;
     doShoppingPage.title->setText(shoppingPage.listName->text());
+    QList<QListWidgetItem *> rows;
     if (shoppingFromReminder) {
-        addGoods(Statements::uncheckedGoodsOfStore, currentStoreId, Qt::Unchecked);
-        checkedCount = addGoods(Statements::checkedGoodsOfStore, currentStoreId, Qt::Checked);
+        addGoods(rows, Statements::uncheckedGoodsOfStore, currentStoreId, Qt::Unchecked);
+        checkedCount = addGoods(rows, Statements::checkedGoodsOfStore, currentStoreId, Qt::Checked);
     } else {
-        addGoods(Statements::uncheckedGoodsOfList, currentListId, Qt::Unchecked);
-        checkedCount = addGoods(Statements::checkedGoodsOfList, currentListId, Qt::Checked);
+        addGoods(rows, Statements::uncheckedGoodsOfList, currentListId, Qt::Unchecked);
+        checkedCount = addGoods(rows, Statements::checkedGoodsOfList, currentListId, Qt::Checked);
     }
+    doShoppingPage.list->showRows(rows);
     pageStack->setCurrentIndex(PageDoShopping);
     startShoppingPending = false;
     shoppingFromReminder = false;
 }
 
-/// Appends the goods that `statement` gives for the list or store `id`; returns how many.
-int ShopWindow::addGoods(QLatin1StringView statement, int id, Qt::CheckState checkState)
+/// Appends a row for each of the goods that `statement` gives for the list or store `id`; returns
+/// how many.
+int ShopWindow::addGoods(QList<QListWidgetItem *> &rows, QLatin1StringView statement, int id,
+                         Qt::CheckState checkState)
 {
     int added = 0;
     QSqlQuery query = Database::run(statement, id);
+    const int nameColumn = Database::column(query, "name"_L1);
+    const int idColumn = Database::column(query, "id"_L1);
+    const int amountColumn = Database::column(query, "amount"_L1);
     while (query.next()) {
-        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
-        row->setData(SecondColumnRole, query.value(u"amount"_s).toInt());
+        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
+                                query.value(amountColumn).toInt());
         row->setData(CheckableRole, 1);
         row->setData(Qt::CheckStateRole, static_cast<int>(checkState));
-        doShoppingPage.list->addItem(row);
+        rows << row;
         ++added;
     }
     return added;

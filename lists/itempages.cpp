@@ -65,16 +65,18 @@ void ShopWindow::buildItemsListPage()
 
 void ShopWindow::listEditClicked()
 {
-    QListWidget *list = itemsListPage.list;
-    list->clear();
     itemsListPage.title->setText(
         Database::name(Statements::listName, currentListId).value_or(QString()));
     QSqlQuery query = Database::run(Statements::goodsOfList, currentListId);
+    const int nameColumn = Database::column(query, "name"_L1);
+    const int idColumn = Database::column(query, "id"_L1);
+    const int amountColumn = Database::column(query, "amount"_L1);
+    QList<QListWidgetItem *> rows;
     while (query.next()) {
-        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
-        row->setData(SecondColumnRole, query.value(u"amount"_s).toInt());
-        list->addItem(row);
+        rows << new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
+                            query.value(amountColumn).toInt());
     }
+    itemsListPage.list->showRows(rows);
     itemsReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageItemsList);
 }
@@ -195,8 +197,7 @@ void ShopWindow::addShoppingItemConfirmClicked()
         warnEmptyName();
         return;
     }
-    auto *row = new ListRow(itemEditPage.name->text(), 0);
-    row->setData(SecondColumnRole, itemEditPage.amount->value());
+    auto *row = new ListRow(itemEditPage.name->text(), 0, itemEditPage.amount->value());
     itemsListPage.list->addItem(row);
     pageStack->setCurrentIndex(PageItemsList);
     itemsListPage.list->setCurrentItem(row);

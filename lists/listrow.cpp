@@ -2,23 +2,37 @@
 #include "lists/listrow.h"
 
 #include <QCoreApplication>
+#include <QListWidget>
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
 
-ListRow::ListRow(const QString &name, int id)
-    : QListWidgetItem(name)
+ListRow::ListRow(const QString &name, int id, const QVariant &second)
+    : rowName(name)
+    , recordId(id)
+    , secondColumn(second)
 {
-    setData(RowIdRole, id);
     setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren);
+}
+
+void ListRow::setTexts(const QString &name, const QVariant &second)
+{
+    rowName = name;
+    secondColumn = second;
 }
 
 QVariant ListRow::data(int role) const
 {
+    if (role == Qt::DisplayRole)
+        return rowName;
+    if (role == RowIdRole)
+        return recordId;
+    if (role == SecondColumnRole)
+        return secondColumn;
     if (role != Qt::AccessibleTextRole)
         return QListWidgetItem::data(role);
-    QStringList parts{text()};
-    const QString second = data(SecondColumnRole).toString();
+    QStringList parts{rowName};
+    const QString second = secondColumn.toString();
     if (!second.isEmpty())
         parts << second;
     if (data(CheckableRole).toBool()) {
@@ -27,6 +41,22 @@ QVariant ListRow::data(int role) const
                       : QCoreApplication::translate("ShopWindow", "unchecked"));
     }
     return parts.join(", "_L1);
+}
+
+void ListRow::setData(int role, const QVariant &value)
+{
+    if (role == Qt::DisplayRole) {
+        rowName = value.toString();
+    } else if (role == SecondColumnRole) {
+        secondColumn = value;
+    } else {
+        QListWidgetItem::setData(role, value);
+        return;
+    }
+    if (const QListWidget *list = listWidget()) {
+        const QModelIndex index = list->indexFromItem(this);
+        emit list->model()->dataChanged(index, index, {role});
+    }
 }
 
 int rowId(const QListWidgetItem &row)

@@ -16,9 +16,19 @@ enum RowRole : int {
 class ListRow : public QListWidgetItem
 {
 public:
-    ListRow(const QString &name, int id);
+    ListRow(const QString &name, int id, const QVariant &second = {});
+
+    /// Without telling the view, for many rows at once: whoever calls this tells it of all of them.
+    void setTexts(const QString &name, const QVariant &second);
 
     QVariant data(int role) const override;
+    void setData(int role, const QVariant &value) override;
+
+private:
+    // What every row has; the base class takes much longer to keep it.
+    QString rowName;
+    const int recordId;
+    QVariant secondColumn;
 };
 
 int rowId(const QListWidgetItem &row);

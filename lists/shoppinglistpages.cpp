@@ -46,18 +46,21 @@ void ShopWindow::buildShoppingListsPage()
 
 void ShopWindow::showShoppingLists()
 {
-    QListWidget *list = shoppingListsPage.list;
-    list->clear();
     QSqlQuery query = Database::run(Statements::allLists);
+    const int nameColumn = Database::column(query, "name"_L1);
+    const int idColumn = Database::column(query, "id"_L1);
+    const int storeColumn = Database::column(query, "magazinid"_L1);
+    QList<QListWidgetItem *> rows;
     while (query.next()) {
-        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
-        const int storeId = query.value(u"magazinid"_s).toInt();
+        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt());
+        const int storeId = query.value(storeColumn).toInt();
         if (storeId != 0) {
             if (const auto store = Database::name(Statements::storeName, storeId))
                 row->setData(SecondColumnRole, *store);
         }
-        list->addItem(row);
+        rows << row;
     }
+    shoppingListsPage.list->showRows(rows);
     pageStack->setCurrentIndex(PageShoppingLists);
     editedListId = 0;
     listEditReturnPage = PageShoppingLists;

@@ -50,17 +50,19 @@ void ShopWindow::showCategoriesClicked()
 {
     categoryReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageCategoryList);
-    QListWidget *list = categoryListPage.list;
-    list->clear();
-    int selected = 0;
+    qsizetype selected = 0;
     QSqlQuery query = Database::run(Statements::allCategories);
+    const int nameColumn = Database::column(query, "name"_L1);
+    const int idColumn = Database::column(query, "id"_L1);
+    QList<QListWidgetItem *> rows;
     while (query.next()) {
-        const int id = query.value(u"id"_s).toInt();
-        list->addItem(new ListRow(query.value(u"name"_s).toString(), id));
+        const int id = query.value(idColumn).toInt();
+        rows << new ListRow(query.value(nameColumn).toString(), id);
         if (id == selectedCategoryId)
-            selected = list->count() - 1;
+            selected = rows.size() - 1;
     }
-    list->setCurrentRow(selected);
+    categoryListPage.list->showRows(rows);
+    categoryListPage.list->setCurrentRow(static_cast<int>(selected));
 }
 
 void ShopWindow::selectCategoryClicked()

@@ -139,20 +139,23 @@ void ShopWindow::viewShopsClicked()
     storeEditReturnPage = PageStoreList;
     storeBeforePicking = currentStoreId;
 
-    QListWidget *list = storeListPage.list;
-    list->clear();
     QListWidgetItem *selected = nullptr;
     QSqlQuery query = Database::run(Statements::allStores);
+    const int nameColumn = Database::column(query, "name"_L1);
+    const int idColumn = Database::column(query, "id"_L1);
+    const int categoryColumn = Database::column(query, "categoryid"_L1);
+    QList<QListWidgetItem *> rows;
     while (query.next()) {
-        auto *row = new ListRow(query.value(u"name"_s).toString(), query.value(u"id"_s).toInt());
-        const QString category = categoryName(query.value(u"categoryid"_s).toInt());
+        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt());
+        const QString category = categoryName(query.value(categoryColumn).toInt());
         if (!category.isEmpty())
             row->setData(SecondColumnRole, category);
-        list->addItem(row);
+        rows << row;
         if (rowId(*row) == currentStoreId)
             selected = row;
     }
-    list->setCurrentItem(selected);
+    storeListPage.list->showRows(rows);
+    storeListPage.list->setCurrentItem(selected);
 }
 
 void ShopWindow::selectShopClicked()

@@ -108,26 +108,33 @@ void ShopWindow::viewFilteredTracking()
 }
 
 /// Shows a row for each tracked store, with its distance if that is known. The store that was
-/// chosen stays chosen; the list is laid out later, and so stays where it was scrolled to.
+/// chosen stays chosen, and the list stays where it was scrolled to.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
     TrackedListPage &p = trackedListPage;
     const int chosen = p.list->currentRow();
     const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
-    p.list->clear();
+    if (p.list->count() != trackedStores.size()) {
+        QList<QListWidgetItem *> rows;
+        for (qsizetype row = 0; row < trackedStores.size(); ++row)
+            rows << new ListRow(QString(), 0);
+        p.list->showRows(rows);
+    }
     p.storeIds.clear();
     for (const TrackedStore &store : std::as_const(trackedStores)) {
-        auto *row = new ListRow(store.name, 0);
         const bool known = distancesAreKnown && std::isfinite(store.distance);
-        row->setData(SecondColumnRole, known
-                                           ? QString::number(double{store.distance}, 'f', decimals)
-                                           : tr("unknown"));
-        p.list->addItem(row);
+        const int row = static_cast<int>(p.storeIds.size());
+        static_cast<ListRow *>(p.list->item(row))
+            ->setTexts(store.name, known ? QString::number(double{store.distance}, 'f', decimals)
+                                         : tr("unknown"));
         p.storeIds << store.storeId;
     }
-    if (chosenStoreId != 0)
-        p.list->setCurrentRow(static_cast<int>(p.storeIds.indexOf(chosenStoreId)));
+    QAbstractItemModel *model = p.list->model();
+    if (!trackedStores.isEmpty())
+        emit model->dataChanged(model->index(0, 0), model->index(p.list->count() - 1, 0));
+    p.list->chooseInPlace(chosenStoreId == 0 ? -1
+                                             : static_cast<int>(p.storeIds.indexOf(chosenStoreId)));
 }
 
 void ShopWindow::showTrackingAfterGps()

@@ -7,8 +7,6 @@
 #include <QGeoCoordinate>
 #include <QVariant>
 
-#include "gps/trshopgps.h"
-
 using namespace Qt::StringLiterals;
 
 TrackedStore TrackedStores::entry(const QSqlQuery &query, int storeId)
@@ -38,12 +36,12 @@ QList<TrackedStore> TrackedStores::entries(QSqlQuery &query)
 
 void TrackedStores::refreshDistances(QList<TrackedStore> &stores, float latitude, float longitude)
 {
+    const QGeoCoordinate here(latitude, longitude);
     for (TrackedStore &store : stores) {
+        const QGeoCoordinate place(store.latitude, store.longitude);
         // To a place that is none the toolkit says 0, which would ring.
-        const bool isPlace = QGeoCoordinate(store.latitude, store.longitude).isValid();
-        store.distance = isPlace ? TrShopGps::distanceBetween(latitude, longitude, store.latitude,
-                                                              store.longitude)
-                                 : std::numeric_limits<float>::infinity();
+        store.distance = place.isValid() ? static_cast<float>(here.distanceTo(place))
+                                         : std::numeric_limits<float>::infinity();
     }
     // Stable, so that stores equally far do not change places with every position.
     std::ranges::stable_sort(stores, {}, &TrackedStore::distance);

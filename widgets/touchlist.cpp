@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QShowEvent>
+#include <QSignalBlocker>
 
 #include "widgets/TrKineticScroller.h"
 
@@ -29,6 +30,24 @@ bool TouchList::wasTapped() const
     return scroller->isTap();
 }
 
+void TouchList::showRows(const QList<QListWidgetItem *> &rows)
+{
+    clear();
+    {
+        // Told of each row, the view spends more time on that than on anything else.
+        const QSignalBlocker blocker(model());
+        for (QListWidgetItem *row : rows)
+            addItem(row);
+    }
+    emit model()->layoutChanged();
+}
+
+void TouchList::chooseInPlace(int row)
+{
+    const QScopedValueRollback guard(staysInPlace, true);
+    setCurrentRow(row);
+}
+
 QSize TouchList::minimumSizeHint() const
 {
     constexpr int characters = 12;
@@ -40,7 +59,7 @@ void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &pr
 {
     QListWidget::currentChanged(current, previous);
     // The row under the finger is in view already; moving it away would upset the drag.
-    if (followsPointer || !current.isValid())
+    if (staysInPlace || !current.isValid())
         return;
     if (isVisible())
         scrollTo(current);
@@ -67,7 +86,7 @@ void TouchList::ignoreDoubleClick()
 void TouchList::mousePressEvent(QMouseEvent *event)
 {
     secondClickIgnored = false;
-    const QScopedValueRollback guard(followsPointer, true);
+    const QScopedValueRollback guard(staysInPlace, true);
     QListWidget::mousePressEvent(event);
 }
 
@@ -81,7 +100,7 @@ void TouchList::mouseDoubleClickEvent(QMouseEvent *event)
 
 void TouchList::mouseMoveEvent(QMouseEvent *event)
 {
-    const QScopedValueRollback guard(followsPointer, true);
+    const QScopedValueRollback guard(staysInPlace, true);
     QListWidget::mouseMoveEvent(event);
 }
 
