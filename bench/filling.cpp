@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: MIT
 // What filling a page with many rows costs, from the click to the painted page, and what one good
-// that is checked off costs, against the same statements run and read alone. Usage: bench_filling,
-// on the platform "offscreen".
-#include <algorithm>
-#include <cstdio>
+// that is checked off costs, against the same statements run and read alone.
 #include <functional>
+#include <initializer_list>
 
-#include <QElapsedTimer>
 #include <QListWidget>
 #include <QLoggingCategory>
 #include <QPushButton>
-#include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QStackedWidget>
 #include <QtTest>
 
 #include "app/pages.h"
+#include "bench/report.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "tests/support/shopdriver.h"
@@ -25,7 +23,8 @@ Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 namespace {
 
-constexpr int rounds = 7;
+constexpr double fillingGoal = 1.5;
+constexpr double toggleGoal = 2;
 
 /// A database with `count` of everything: categories, stores, lists, and goods of list 1.
 QStringList manyOfAll(int count)
@@ -41,37 +40,20 @@ QStringList manyOfAll(int count)
     return statements;
 }
 
-/// Milliseconds for `work`, the median of some rounds; `prepare` runs before each.
-double milliseconds(const std::function<void()> &prepare, const std::function<void()> &work)
+/// Runs a statement and reads these columns of each row, and for each row does what `more` does
+/// with the last of them.
+void readAll(QSqlQuery query, std::initializer_list<const char *> names,
+             const std::function<void(int value)> &more = {})
 {
-    QList<double> times;
-    for (int round = 0; round < rounds; ++round) {
-        prepare();
-        QCoreApplication::processEvents();
-        QElapsedTimer clock;
-        clock.start();
-        work();
-        times << double(clock.nsecsElapsed()) / 1e6;
-    }
-    std::ranges::sort(times);
-    return times.at(rounds / 2);
-}
-
-/// Runs a statement and reads these columns of each row, and for each what `more` does.
-void readAll(QSqlQuery query, std::initializer_list<const char *> columns,
-             const std::function<void(const QSqlQuery &)> &more = {})
-{
+    QList<int> columns;
+    for (const char *name : names)
+        columns << query.record().indexOf(QLatin1StringView(name));
     while (query.next()) {
-        for (const char *column : columns)
+        for (const int column : std::as_const(columns))
             query.value(column).toString();
         if (more)
-            more(query);
+            more(query.value(columns.constLast()).toInt());
     }
-}
-
-void report(const char *what, int rows, double ours, double floor)
-{
-    std::printf("%-28s %8d %12.3f %12.3f %8.2f\n", what, rows, ours, floor, ours / floor);
 }
 
 void measure(int count)
@@ -90,26 +72,22 @@ void measure(int count)
             QCoreApplication::processEvents();
         };
     };
-    const auto nothing = [] {
-    };
-
-    report(
-        "lists page", count, milliseconds(back(PageShopping), click("listsButton")),
-        milliseconds(nothing, [] {
-            readAll(Database::run(Statements::allLists), {"name", "id"}, [](const QSqlQuery &list) {
-                readAll(Database::run(Statements::storeName, list.value("magazinid").toInt()),
-                        {"name"});
-            });
-        }));
-    report("store list", count, milliseconds(back(PageStores), click("storesButton")),
-           milliseconds(nothing, [] {
-               readAll(Database::run(Statements::allStores), {"name", "id"},
-                       [](const QSqlQuery &store) {
-                           readAll(Database::run(Statements::categoryName,
-                                                 store.value("categoryid").toInt()),
-                                   {"name"});
-                       });
-           }));
+    Bench::compare("filling the lists page", count, {click("listsButton"), back(PageShopping)},
+                   {[] {
+                       readAll(Database::run(Statements::allLists), {"name", "id", "magazinid"},
+                               [](int storeId) {
+                                   readAll(Database::run(Statements::storeName, storeId), {"name"});
+                               });
+                   }},
+                   fillingGoal);
+    Bench::compare("filling the store list", count, {click("storesButton"), back(PageStores)}, {[] {
+                       readAll(Database::run(Statements::allStores), {"name", "id", "categoryid"},
+                               [](int categoryId) {
+                                   readAll(Database::run(Statements::categoryName, categoryId),
+                                           {"name"});
+                               });
+                   }},
+                   fillingGoal);
 
     // List 1 has the goods.
     shop.stack->setCurrentIndex(PageShopping);
@@ -119,32 +97,39 @@ void measure(int count)
             shop.list()->setCurrentRow(row);
     }
     click("selectButton")();
-    report("items page", count, milliseconds(back(PageShopping), click("goodsButton")),
-           milliseconds(nothing, [] {
-               readAll(Database::run(Statements::goodsOfList, 1), {"name", "id", "amount"});
-           }));
+    Bench::compare("filling the items page", count, {click("goodsButton"), back(PageShopping)},
+                   {[] {
+                       readAll(Database::run(Statements::goodsOfList, 1), {"name", "id", "amount"});
+                   }},
+                   fillingGoal);
 
     shop.stack->setCurrentIndex(PageShopping);
     click("startButton")();
     const auto firstRow = [&shop] {
         shop.list()->setCurrentRow(0);
     };
-    const double toggle = milliseconds(firstRow, click("checkButton"));
     int good = 0;
-    const double floor = milliseconds(firstRow, [&shop, &good, count] {
-        Database::run(Statements::updateGoodCheckState, 1, count - ++good);
-        shop.list()->viewport()->repaint(shop.list()->visualItemRect(shop.list()->item(0)));
-    });
-    report("one good checked off", count, toggle, floor);
+    Bench::compare("a good checked off", count, {click("checkButton"), firstRow},
+                   {[&shop, &good, count] {
+                        Database::run(Statements::updateGoodCheckState, 1, count - ++good);
+                        shop.list()->viewport()->repaint(
+                            shop.list()->visualItemRect(shop.list()->item(0)));
+                    },
+                    firstRow},
+                   toggleGoal, 21);
 }
 
 } // namespace
 
+/// Usage: bench_filling [number of rows]; without one, how the costs grow.
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules("*.debug=false");
-    std::printf("%-28s %8s %12s %12s %8s\n", "what", "rows", "ours, ms", "floor, ms", "ratio");
+    if (argc > 1) {
+        measure(QByteArray(argv[1]).toInt());
+        return 0;
+    }
     for (const int count : {100, 1000, 10000, 100000})
         measure(count);
     return 0;

@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The time that one position takes while tracking runs, from the source's signal to the window's
-// rest, against a bare loop of the same distances and a sort. Usage: bench_tracking, on the
-// platform "offscreen".
+// The time that one position takes while tracking runs and the tracked stores show, from the
+// source's signal to the painted list, against the distances, one sort and one text per row alone.
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <vector>
 
-#include <QElapsedTimer>
 #include <QGeoCoordinate>
 #include <QLoggingCategory>
 #include <QtTest>
 
 #include "app/pages.h"
+#include "bench/report.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -20,7 +18,7 @@ Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 namespace {
 
-constexpr int rounds = 5;
+constexpr double goal = 1.5;
 
 struct Place
 {
@@ -49,34 +47,7 @@ double latitudeAt(int step)
     return 10 + step % 1000 * 1e-5;
 }
 
-/// Microseconds for one call of `position`, the best of some rounds.
-template <typename Position>
-double microseconds(int positions, const Position &position)
-{
-    double best = 1e12;
-    for (int round = 0; round < rounds; ++round) {
-        QElapsedTimer clock;
-        clock.start();
-        for (int step = 0; step < positions; ++step)
-            position(step);
-        best = std::min(best, static_cast<double>(clock.nsecsElapsed()) / 1000 / positions);
-    }
-    return best;
-}
-
-double bareLoop(int count, int positions)
-{
-    std::vector<Place> stores = places(count);
-    return microseconds(positions, [&stores](int step) {
-        const QGeoCoordinate here(static_cast<float>(latitudeAt(step)), 20.5F);
-        for (Place &store : stores)
-            store.distance = static_cast<float>(
-                here.distanceTo(QGeoCoordinate(store.latitude, store.longitude)));
-        std::ranges::sort(stores, {}, &Place::distance);
-    });
-}
-
-double throughTheWindow(int count, int positions)
+QStringList statementsFor(int count)
 {
     QStringList statements{"pragma synchronous = off", "begin"};
     int id = 0;
@@ -89,38 +60,57 @@ double throughTheWindow(int count, int positions)
                           .arg(double(store.longitude), 0, 'g', 9)
                    << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
     }
-    statements << "commit";
-    ShopDriver shop(statements, {{"GpsEnabled", true}});
+    return statements << "commit";
+}
+
+void measure(int count)
+{
+    const int positions = std::max(1, 5000 / count);
+    int step = 0;
+    std::vector<Place> stores = places(count);
+    const auto bareLoop = [&stores, &step, positions] {
+        for (int position = 0; position < positions; ++position) {
+            const QGeoCoordinate here(static_cast<float>(latitudeAt(++step)), 20.5F);
+            for (Place &store : stores)
+                store.distance = static_cast<float>(
+                    here.distanceTo(QGeoCoordinate(store.latitude, store.longitude)));
+            std::ranges::sort(stores, {}, &Place::distance);
+            QStringList texts;
+            for (const Place &store : stores)
+                texts << QString::number(double(store.distance), 'f', 6);
+        }
+    };
+
+    const ShopDriver shop(statementsFor(count), {{"GpsEnabled", true}});
     shop.press("reminderButton");
     shop.press("startButton");
-    return microseconds(positions, [](int step) {
-        TestPositionSource::instance()->deliver(latitudeAt(step), 20.5);
-        QCoreApplication::processEvents();
-    });
+    TestPositionSource::instance()->deliver(latitudeAt(0), 20.5);
+    shop.press("viewButton");
+    TestPositionSource::instance()->deliver(latitudeAt(0), 20.5);
+    if (shop.pageIndex() != PageTrackedList || shop.list()->count() != count)
+        qFatal("the tracked stores do not show");
+    const auto window = [&step, positions] {
+        for (int position = 0; position < positions; ++position) {
+            TestPositionSource::instance()->deliver(latitudeAt(++step), 20.5);
+            QCoreApplication::processEvents();
+        }
+    };
+    Bench::compare("a position, tracked list showing", count, {window}, {bareLoop}, goal, 9,
+                   positions);
 }
 
 } // namespace
 
+/// Usage: bench_tracking [number of stores]; without one, how the costs grow.
 int main(int argc, char **argv)
 {
-    constexpr std::array counts{10, 1000, 10000};
-    const auto positions = [](int count) {
-        return count >= 10000 ? 50 : 500;
-    };
-    // Before the toolkit has drawn anything: its vector code can leave the processor in a state in
-    // which a loop that calls nothing else runs many times slower.
-    std::array<double, counts.size()> bare{};
-    std::ranges::transform(counts, bare.begin(),
-                           [&](int count) { return bareLoop(count, positions(count)); });
-
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules("*.debug=false");
-    std::printf("%8s %22s %22s %8s\n", "stores", "window, us/position", "bare loop, us/position",
-                "ratio");
-    for (std::size_t index = 0; index < counts.size(); ++index) {
-        const double window = throughTheWindow(counts[index], positions(counts[index]));
-        std::printf("%8d %22.1f %22.1f %8.2f\n", counts[index], window, bare[index],
-                    window / bare[index]);
+    if (argc > 1) {
+        measure(QByteArray(argv[1]).toInt());
+        return 0;
     }
+    for (const int count : {100, 1000, 10000, 100000})
+        measure(count);
     return 0;
 }

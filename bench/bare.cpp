@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// The least that a program of the toolkit's widgets is: a window with a label.
+#include <QApplication>
+#include <QLabel>
+#include <QMainWindow>
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    QMainWindow window;
+    window.setCentralWidget(new QLabel("bare"));
+    window.resize(800, 480);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "bench/report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+namespace {
+
+double roundOf(const Bench::Work &work)
+{
+    work.prepare();
+    // What is left from before is not of this round.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    QElapsedTimer clock;
+    clock.start();
+    work.run();
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+double median(std::vector<double> times)
+{
+    std::ranges::sort(times);
+    return times.at(times.size() / 2);
+}
+
+} // namespace
+
+double Bench::milliseconds(const Work &work, int rounds)
+{
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round)
+        times.push_back(roundOf(work));
+    return median(times);
+}
+
+void Bench::compare(const char *what, int scale, const Work &ours, const Work &floor, double goal,
+                    int rounds, int times)
+{
+    std::vector<double> oursTimes;
+    std::vector<double> floorTimes;
+    for (int round = 0; round < rounds; ++round) {
+        oursTimes.push_back(roundOf(ours) / times);
+        floorTimes.push_back(roundOf(floor) / times);
+    }
+    print(what, scale, median(oursTimes), median(floorTimes), goal);
+}
+
+void Bench::print(const char *what, int scale, double ours, double floor, double goal)
+{
+    std::printf("%-34s %8d %12.4f %12.4f %8.2f %8.2f\n", what, scale, ours, floor, ours / floor,
+                goal);
+    std::fflush(stdout); // NOLINT(cert-err33-c): what is not printed is seen to be missing
+}
