@@ -2,7 +2,6 @@
 #include "platform/gpsdstream.h"
 
 #include <algorithm>
-#include <cstring>
 #include <future>
 #include <memory>
 #include <thread>
@@ -175,6 +174,9 @@ void GpsdStream::receive()
 
 void GpsdStream::takeLine(const QByteArray &line)
 {
+    // As one whose end came late.
+    if (line.size() > longestLine)
+        return;
     if (line.startsWith('$')) {
         retryPause = firstRetryPause;
         if (sentences.size() + line.size() > mostUnread)
@@ -205,7 +207,8 @@ bool GpsdStream::canReadLine() const
 qint64 GpsdStream::readData(char *data, qint64 maxSize)
 {
     const qsizetype size = std::min<qsizetype>(sentences.size(), static_cast<qsizetype>(maxSize));
-    std::memcpy(data, sentences.constData(), static_cast<size_t>(size));
+    // Whoever reads nothing may have no place for it.
+    std::copy_n(sentences.constData(), size, data);
     sentences.remove(0, size);
     return size;
 }

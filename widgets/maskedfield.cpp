@@ -26,6 +26,13 @@ bool hasSign(const QString &number)
     return number.startsWith(u'-') || number.startsWith(u'+');
 }
 
+/// A mask takes digits of any script for digits, and fractions and exponents as well; none of them
+/// is read as a number.
+bool isForeignDigit(QChar character)
+{
+    return character.isNumber() && (character < u'0' || character > u'9');
+}
+
 } // namespace
 
 MaskedField::MaskedField(const QString &mask, QWidget *parent)
@@ -120,6 +127,8 @@ void MaskedField::focusInEvent(QFocusEvent *event)
 /// Takes a key that means another thing here than to the mask.
 bool MaskedField::takeKey(const QString &key)
 {
+    if (std::ranges::any_of(key, isForeignDigit))
+        return true;
     if (!inputMask().startsWith(u'#') || hasSelectedText())
         return false;
     const QString digits = text();

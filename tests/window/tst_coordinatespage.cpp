@@ -41,6 +41,7 @@ private slots:
     void hemispheresSwitch();
     void typedCoordinatesAreSaved_data();
     void typedCoordinatesAreSaved();
+    void digitsThatAreNoNumberAreRefused();
     void uselessCoordinatesAreRefused_data();
     void uselessCoordinatesAreRefused();
     void sexagesimalIsConvertedOnlyWhereItShows();
@@ -291,6 +292,18 @@ void TestCoordinatesPage::typedCoordinatesAreSaved()
     QCOMPARE(stored(shop, 2), QVariantList());
     shop.press("saveButton");
     QCOMPARE(stored(shop, 2), row);
+}
+
+void TestCoordinatesPage::digitsThatAreNoNumberAreRefused()
+{
+    ShopDriver shop(stores, gpsOn);
+    open(shop, 1);
+    shop.type(QString::fromUtf8("1\u00bd2"), "latitudeField");
+    shop.type(QString::fromUtf8("\u0663\u00b24"), "longitudeField");
+    QCOMPARE(decimals(shop), (QStringList{"12.", "4."}));
+    shop.press("setButton");
+    shop.press("saveButton");
+    QCOMPARE(stored(shop, 2), (QVariantList{12.0, 4.0, 0.0}));
 }
 
 void TestCoordinatesPage::uselessCoordinatesAreRefused_data()

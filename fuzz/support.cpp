@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "fuzz/support.h"
+
+#include <array>
+#include <cstdio>
+
+#include <QApplication>
+#include <QStackedWidget>
+
+#include "app/pages.h"
+#include "app/shopwindow.h"
+
+namespace {
+
+void tellFailuresOnly(QtMsgType type, const QMessageLogContext & /*context*/,
+                      const QString &message)
+{
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
+// Only sanitizers ask for these two. What leaks in the library of fonts is none of this program's.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+extern "C" const char *__lsan_default_suppressions();
+extern "C" const char *__lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+
+extern "C" const char *__lsan_default_options();
+extern "C" const char *__lsan_default_options()
+{
+    return "print_suppressions=0";
+}
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
+void FuzzSupport::startApplication()
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char *bus : {"DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"})
+        qputenv(bus, "unix:path=/nonexistent");
+    qInstallMessageHandler(tellFailuresOnly);
+    // The application keeps references to both.
+    static std::array<char, 5> name{"fuzz"};
+    static std::array<char *, 2> arguments{name.data(), nullptr};
+    static int count = 1;
+    // Never deleted: the fuzzer ends the process while its own objects still live.
+    static auto *application = new QApplication(count, arguments.data());
+    // A window that closes ends a program, and must not end the next window's.
+    application->setQuitOnLastWindowClosed(false);
+}
+
+QByteArray FuzzSupport::bytesOf(const std::uint8_t *data, std::size_t size)
+{
+    return {reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)};
+}
+
+void FuzzSupport::require(bool holds, const char *what)
+{
+    if (!holds)
+        qFatal("does not hold: %s", what);
+}
+
+void FuzzSupport::requireSoundWindow(const ShopWindow &window)
+{
+    const auto *pages = window.findChild<QStackedWidget *>(QStringLiteral("pageStack"));
+    require(pages && pages->count() == PageCoordinates + 1, "the window has all pages");
+    require(pages->currentIndex() >= PageMain && pages->currentIndex() <= PageCoordinates,
+            "a page shows");
+}
