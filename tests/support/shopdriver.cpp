@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/shopdriver.h"
 
+#include <utility>
+
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
@@ -35,6 +37,18 @@ ShopDriver::ShopDriver(const QStringList &statements, const QVariantMap &setting
                 qFatal("cannot run %s", qPrintable(statement));
         }
     }
+    start();
+}
+
+ShopDriver::ShopDriver(std::unique_ptr<TestHome> made)
+    : home(std::move(made))
+{
+    start();
+}
+
+void ShopDriver::restart()
+{
+    window.reset();
     start();
 }
 

@@ -40,6 +40,11 @@ public:
     ShopDriver();
     /// Starts the program on the database that `statements` make, with these settings stored.
     explicit ShopDriver(const QStringList &statements, const QVariantMap &settings = {});
+    /// Starts the program in a home that is as it is.
+    explicit ShopDriver(std::unique_ptr<TestHome> made);
+
+    /// Ends the program and starts it again.
+    void restart();
 
     QWidget *page() const;
     int pageIndex() const;

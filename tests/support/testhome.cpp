@@ -9,10 +9,23 @@
 #include <QUuid>
 
 TestHome::TestHome(const QString &name)
-    : home(folder.filePath(name))
+    : folder(std::make_unique<QTemporaryDir>())
+    , home(folder->filePath(name))
     , earlierHome(qgetenv("HOME"))
 {
     QDir().mkpath(home);
+    enter();
+}
+
+TestHome::TestHome(const OfAnother &other)
+    : home(other.path)
+    , earlierHome(qgetenv("HOME"))
+{
+    enter();
+}
+
+void TestHome::enter()
+{
     qputenv("HOME", QFile::encodeName(home));
     qputenv("XDG_CACHE_HOME", QFile::encodeName(home + "/.cache"));
     // No test asks a server of the world for tiles.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
@@ -13,6 +15,12 @@ class TestHome
 public:
     /// `name` is the last part of the home's path.
     explicit TestHome(const QString &name = QStringLiteral("home"));
+    /// A home that another process has made, which removes it.
+    struct OfAnother
+    {
+        QString path;
+    };
+    explicit TestHome(const OfAnother &other);
     ~TestHome();
     TestHome(const TestHome &) = delete;
     TestHome &operator=(const TestHome &) = delete;
@@ -27,7 +35,9 @@ public:
     QByteArray readDatabaseFile() const;
 
 private:
-    QTemporaryDir folder;
+    void enter();
+
+    std::unique_ptr<QTemporaryDir> folder;
     QString home;
     QByteArray earlierHome;
 };

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <unistd.h>
 
+#include <chrono>
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
-#include <QProcess>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QStackedWidget>
@@ -13,7 +14,10 @@
 
 #include "app/shopwindow.h"
 #include "platform/informationbox.h"
+#include "tests/support/databaselock.h"
 #include "tests/support/testhome.h"
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -72,18 +76,7 @@ private:
     void expectBannerAndExit();
     void expectUsableWindowWithoutBanner(ShopWindow &window);
     QByteArray goodDatabase();
-    void lock(QProcess &other, const TestHome &home);
 };
-
-/// Lets `other` keep the database of `home` locked until it is told to roll back.
-void TestBadWorlds::lock(QProcess &other, const TestHome &home)
-{
-    other.start("sqlite3", {home.databaseFile()});
-    QVERIFY2(other.waitForStarted(), "sqlite3 cannot be run; its package is sqlite3");
-    other.write("begin exclusive;\n.shell echo locked\n");
-    QVERIFY(other.waitForReadyRead());
-    QCOMPARE(other.readAllStandardOutput(), "locked\n");
-}
 
 /// The window says what is wrong, works meanwhile, and ends the program when the banner has gone.
 void TestBadWorlds::expectBannerAndExit()
@@ -269,8 +262,7 @@ void TestBadWorlds::databaseIsLockedByAnotherProcess()
     const QByteArray content = goodDatabase();
     const TestHome home;
     home.writeDatabaseFile(content);
-    QProcess other;
-    lock(other, home);
+    DatabaseLock lock(home);
 
     QElapsedTimer clock;
     clock.start();
@@ -280,11 +272,10 @@ void TestBadWorlds::databaseIsLockedByAnotherProcess()
     QCOMPARE(home.readDatabaseFile(), content);
 
     // A lock that is gone in good time costs the person nothing but the wait.
-    other.write(".shell sleep 1\nrollback;\n.quit\n");
-    QVERIFY(other.waitForBytesWritten());
+    lock.releaseAfter(1s);
     QSqlQuery query;
     QVERIFY(query.exec("insert into category values (2, 'Tools')"));
-    QVERIFY(other.waitForFinished());
+    QVERIFY(lock.waitUntilReleased());
     SecondConnection second(home.databaseFile());
     QCOMPARE(second.column("select name from category order by id"),
              (QVariantList{"Food", "Tools"}));
@@ -300,15 +291,13 @@ void TestBadWorlds::lockThatEndsDuringTheStartAltersNothing()
     }
     const QByteArray before = home.readDatabaseFile();
     // The start waits a quarter of a second for each of its statements.
-    for (const char *seconds : {"0.3", "0.45", "0.6", "0.9"}) {
-        QProcess other;
-        lock(other, home);
-        other.write(QByteArray(".shell sleep ") + seconds + "\nrollback;\n.quit\n");
-        QVERIFY(other.waitForBytesWritten());
+    for (const auto time : {300ms, 450ms, 600ms, 900ms}) {
+        DatabaseLock lock(home);
+        lock.releaseAfter(time);
         {
             const ShopWindow window;
         }
-        QVERIFY(other.waitForFinished());
+        QVERIFY(lock.waitUntilReleased());
         QCOMPARE(home.readDatabaseFile(), before);
     }
 }
