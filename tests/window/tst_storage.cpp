@@ -1,0 +1,527 @@
+// SPDX-License-Identifier: MIT
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <sched.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPushButton>
+#include <QtPlugin>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "lists/listrow.h"
+#include "tests/support/databaselock.h"
+#include "tests/support/shopdriver.h"
+
+// Without a position source stores have no coordinates.
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Why this process cannot mount anything; empty when it can.
+QByteArray whyNoMounts = "nobody has asked the kernel";
+
+bool writeTo(const char *file, const QByteArray &text)
+{
+    QFile target(file);
+    return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() && target.flush();
+}
+
+/// Gives this process mounts of its own, which nobody else sees and which end with it. To be called
+/// before there is any thread.
+void takeOwnMounts()
+{
+    const auto user = getuid();
+    const auto group = getgid();
+    const auto failed = [](const char *what) {
+        whyNoMounts = QByteArray(what) + ": " + std::strerror(errno);
+    };
+    if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0)
+        return failed("the kernel gives no mounts of their own to a test");
+    if (user != 0) {
+        if (!writeTo("/proc/self/setgroups", "deny") ||
+            !writeTo("/proc/self/uid_map", "0 " + QByteArray::number(user) + " 1") ||
+            !writeTo("/proc/self/gid_map", "0 " + QByteArray::number(group) + " 1"))
+            return failed("the kernel gives no user of its own to a test");
+    }
+    if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        return failed("the kernel does not keep the test's mounts from others");
+    whyNoMounts.clear();
+}
+
+/// A file system of a given size, mounted on a folder for as long as this lives.
+class SmallDisk
+{
+public:
+    SmallDisk(const QString &folder, int kibibytes)
+        : path(QFile::encodeName(folder))
+    {
+        QDir().mkpath(folder);
+        const QByteArray size = "size=" + QByteArray::number(kibibytes) + 'k';
+        if (mount("tmpfs", path.constData(), "tmpfs", 0, size.constData()) != 0)
+            qFatal("cannot mount: %s", std::strerror(errno));
+    }
+    ~SmallDisk()
+    {
+        setWritable();
+        umount2(path.constData(), MNT_DETACH);
+    }
+    SmallDisk(const SmallDisk &) = delete;
+    SmallDisk &operator=(const SmallDisk &) = delete;
+
+    /// Fills it with a file, but for so many pages of 4 KiB.
+    void fill(int pagesLeft = 0)
+    {
+        QFile filler(fillerName());
+        if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            qFatal("there is no room for even a name");
+        const QByteArray page(pageSize, 'x');
+        while (filler.write(page) == page.size())
+            continue;
+        filler.resize(filler.size() / pageSize * pageSize - pagesLeft * pageSize);
+    }
+    void empty()
+    {
+        if (!QFile::remove(fillerName()))
+            qFatal("the filler stays");
+    }
+    /// The kernel makes nothing read-only in which someone has a file open for writing, as the
+    /// program has. So a read-only view of the folder is laid over it: a statement that writes has
+    /// to open its journal first, and finds it there.
+    void setReadOnly()
+    {
+        const char *folder = path.constData();
+        if (mount(folder, folder, nullptr, MS_BIND, nullptr) != 0 ||
+            mount(nullptr, folder, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0)
+            qFatal("cannot be made read-only: %s", std::strerror(errno));
+        isReadOnly = true;
+    }
+    void setWritable()
+    {
+        if (isReadOnly && umount2(path.constData(), MNT_DETACH) != 0)
+            qFatal("stays read-only: %s", std::strerror(errno));
+        isReadOnly = false;
+    }
+
+private:
+    QString fillerName() const
+    {
+        return QFile::decodeName(path) + "/filler";
+    }
+
+    static constexpr int pageSize = 4096;
+    const QByteArray path;
+    bool isReadOnly = false;
+};
+
+} // namespace
+
+/// What the program stands on goes bad while it runs. It is told nothing of it and tells nothing:
+/// it goes on, alters nothing it cannot alter whole, and saves again as soon as it can.
+class TestStorage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void diskIsFull_data();
+    void diskIsFull();
+    void diskIsFullAtTheFirstStart_data();
+    void diskIsFullAtTheFirstStart();
+    void diskBecomesReadOnly();
+    void databaseIsDeleted();
+    void databaseIsReplacedByAnother_data();
+    void databaseIsReplacedByAnother();
+    void databaseIsReplacedByGarbage_data();
+    void databaseIsReplacedByGarbage();
+    void databaseIsTruncated_data();
+    void databaseIsTruncated();
+    void databaseIsLockedWhileSaving();
+    void databaseIsLockedWhileSavingGoods();
+
+private:
+    QString newName();
+    void useEverything(ShopDriver &shop);
+    void expectEverythingIsSaved(ShopDriver &shop);
+    static QString integrity(const ShopDriver &shop);
+    static void openCategories(const ShopDriver &shop);
+    static void replace(const QString &file, const QByteArray &content, bool inPlace);
+
+    int names = 0;
+    QString lastCategory;
+    QString lastList;
+    QString lastGood;
+};
+
+QString TestStorage::newName()
+{
+    return QString("Name %1").arg(++names);
+}
+
+QString TestStorage::integrity(const ShopDriver &shop)
+{
+    SecondConnection connection(shop.home->databaseFile());
+    QStringList lines;
+    for (const QVariant &line : connection.column("pragma integrity_check"))
+        lines << line.toString();
+    return lines.join('\n');
+}
+
+void TestStorage::openCategories(const ShopDriver &shop)
+{
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.press("categoryButton");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+}
+
+/// A file is replaced as a whole, as by moving one to its name, or gets other contents.
+void TestStorage::replace(const QString &file, const QByteArray &content, bool inPlace)
+{
+    QFile written(inPlace ? file : file + ".new");
+    QVERIFY(written.open(QIODevice::WriteOnly));
+    QCOMPARE(written.write(content), content.size());
+    written.close();
+    if (!inPlace)
+        QCOMPARE(std::rename(QFile::encodeName(written.fileName()), QFile::encodeName(file)), 0);
+}
+
+/// Goes from the main page and back, by a new category, store and list with goods that are saved
+/// and checked. The pages come in their order whether or not a statement has an effect.
+void TestStorage::useEverything(ShopDriver &shop)
+{
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+    openCategories(shop);
+    lastCategory = newName();
+    shop.press("addButton");
+    shop.type(lastCategory);
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.rows().last(), lastCategory);
+    shop.press("backButton");
+    shop.type(newName());
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageStores));
+    shop.press("backButton");
+
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.press("createButton");
+    lastList = newName();
+    shop.type(lastList);
+    shop.press("saveButton");
+    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    shop.press("messageOkButton");
+    for (const int good : {1, 2}) {
+        lastGood = newName();
+        shop.press("addButton");
+        shop.type(lastGood);
+        shop.press("saveButton");
+        QCOMPARE(shop.rows().size(), good);
+    }
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    QCOMPARE(shop.rows().last(), lastList);
+    shop.press("selectButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    shop.press("startButton");
+    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    // What was not stored is not there.
+    for (int good = 0; good < shop.list()->count(); ++good) {
+        shop.tap(0);
+        shop.press("checkButton");
+    }
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    shop.press("backButton");
+    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
+}
+
+void TestStorage::expectEverythingIsSaved(ShopDriver &shop)
+{
+    useEverything(shop);
+    SecondConnection connection(shop.home->databaseFile());
+    const auto count = [&connection](const QString &from) {
+        return connection.column("select count(*) from " + from).value(0);
+    };
+    QCOMPARE(count(QString("category where name = '%1'").arg(lastCategory)), QVariant(1));
+    QCOMPARE(count(QString("shoplist where name = '%1' and state = 3").arg(lastList)), QVariant(1));
+    QCOMPARE(count(QString("purchase p join shoplist l on p.shoplistid = l.id "
+                           "where l.name = '%1' and p.checkstate = 1")
+                       .arg(lastList)),
+             QVariant(2));
+    QCOMPARE(integrity(shop), "ok");
+}
+
+void TestStorage::diskIsFull_data()
+{
+    QTest::addColumn<int>("pagesLeft");
+    for (const int pages : {0, 1, 2, 3, 4, 5, 6, 8})
+        QTest::addRow("%d pages left", pages) << pages;
+}
+
+void TestStorage::diskIsFull()
+{
+    QFETCH(int, pagesLeft);
+    if (!whyNoMounts.isEmpty())
+        QSKIP(whyNoMounts.constData());
+    const TestHome home;
+    SmallDisk disk(home.dataFolder(), 512);
+    ShopDriver shop(std::make_unique<TestHome>(TestHome::OfAnother{home.path()}));
+    expectEverythingIsSaved(shop);
+    const auto goods = shop.db->rows("select * from purchase order by id");
+    QCOMPARE(goods.size(), 2);
+
+    disk.fill(pagesLeft);
+    for (int round = 0; round < 3; ++round) {
+        useEverything(shop);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(integrity(shop), "ok");
+        QCOMPARE(shop.db->rows("select * from purchase where id <= 2 order by id"), goods);
+    }
+    if (pagesLeft == 0) // else we could not tell whether it has been full at all
+        QCOMPARE(shop.db->rows("select * from purchase"), goods);
+    disk.empty();
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::diskIsFullAtTheFirstStart_data()
+{
+    QTest::addColumn<int>("pagesLeft");
+    for (int pages = 0; pages <= 20; ++pages)
+        QTest::addRow("%d pages left", pages) << pages;
+}
+
+/// Where there is a table of stores no other table is ever made, so all have to come at once.
+void TestStorage::diskIsFullAtTheFirstStart()
+{
+    QFETCH(int, pagesLeft);
+    if (!whyNoMounts.isEmpty())
+        QSKIP(whyNoMounts.constData());
+    const TestHome home;
+    SmallDisk disk(home.dataFolder(), 512);
+    disk.fill(pagesLeft);
+    ShopDriver shop(std::make_unique<TestHome>(TestHome::OfAnother{home.path()}));
+    const QStringList tables = shop.db->tables();
+    QVERIFY2(tables.size() == 7 || !tables.contains("magazin"), qPrintable(tables.join(' ')));
+    useEverything(shop);
+    if (QTest::currentTestFailed())
+        return;
+    disk.empty();
+    shop.restart();
+    QCOMPARE(shop.db->tables().size(), 7);
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::diskBecomesReadOnly()
+{
+    if (!whyNoMounts.isEmpty())
+        QSKIP(whyNoMounts.constData());
+    const TestHome home;
+    SmallDisk disk(home.dataFolder(), 512);
+    ShopDriver shop(std::make_unique<TestHome>(TestHome::OfAnother{home.path()}));
+    for (int round = 0; round < 3; ++round) {
+        expectEverythingIsSaved(shop);
+        if (QTest::currentTestFailed())
+            return;
+        const QByteArray content = shop.home->readDatabaseFile();
+        disk.setReadOnly();
+        useEverything(shop);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(shop.home->readDatabaseFile(), content);
+        disk.setWritable();
+        QCOMPARE(shop.home->readDatabaseFile(), content);
+    }
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::databaseIsDeleted()
+{
+    ShopDriver shop;
+    useEverything(shop);
+    QVERIFY(QFile::remove(shop.home->databaseFile()));
+    useEverything(shop);
+    shop.restart();
+    expectEverythingIsSaved(shop);
+    QCOMPARE(shop.db->column("select count(*) from category"), QVariantList{1});
+}
+
+void TestStorage::databaseIsReplacedByAnother_data()
+{
+    QTest::addColumn<bool>("inPlace");
+    QTest::newRow("a file moved to its name") << false;
+    QTest::newRow("other contents") << true;
+}
+
+void TestStorage::databaseIsReplacedByAnother()
+{
+    QFETCH(bool, inPlace);
+    QByteArray another;
+    {
+        const ShopDriver shop({"insert into category values (1000, 'Another')",
+                               "insert into shoplist values (1000, 'Another list', 0, 1)",
+                               "insert into purchase values (1000, 'Another good', 1000, 1, 0)"});
+        another = shop.home->readDatabaseFile();
+    }
+    ShopDriver shop;
+    expectEverythingIsSaved(shop);
+    replace(shop.home->databaseFile(), another, inPlace);
+    useEverything(shop);
+    shop.restart();
+    QCOMPARE(integrity(shop), "ok");
+    QCOMPARE(shop.db->column("select name from category where id = 1000"), QVariantList{"Another"});
+    QCOMPARE(shop.db->column("select name from purchase where id = 1000"),
+             QVariantList{"Another good"});
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::databaseIsReplacedByGarbage_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("inPlace");
+    const QByteArray noise = QByteArray("\x9d\x02\xff\x1b~").repeated(20000);
+    const QByteArray header("SQLite format 3\0", 16);
+    for (const bool inPlace : {false, true}) {
+        const char *how = inPlace ? "contents" : "a file";
+        QTest::addRow("%s: noise", how) << noise << inPlace;
+        QTest::addRow("%s: zeros", how) << QByteArray(65536, '\0') << inPlace;
+        QTest::addRow("%s: header and noise", how) << header + noise << inPlace;
+    }
+}
+
+void TestStorage::databaseIsReplacedByGarbage()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, inPlace);
+    ShopDriver shop;
+    useEverything(shop);
+    replace(shop.home->databaseFile(), content, inPlace);
+    for (int start = 0; start < 2; ++start) {
+        useEverything(shop);
+        if (QTest::currentTestFailed())
+            return;
+        QVERIFY(shop.home->readDatabaseFile() == content);
+        shop.restart();
+    }
+    // Whoever takes the file away has a program that works.
+    shop.window.reset();
+    QVERIFY(QFile::remove(shop.home->databaseFile()));
+    shop.restart();
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::databaseIsTruncated_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {0, 16, 100, 4095, 4096, 8192, 20000})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void TestStorage::databaseIsTruncated()
+{
+    QFETCH(int, size);
+    ShopDriver shop;
+    useEverything(shop);
+    const QByteArray whole = shop.home->readDatabaseFile();
+    QVERIFY(whole.size() > size);
+    QVERIFY(QFile::resize(shop.home->databaseFile(), size));
+    useEverything(shop);
+    if (QTest::currentTestFailed())
+        return;
+    shop.restart();
+    useEverything(shop);
+    if (size != 0) { // which is like no file at all
+        shop.window.reset();
+        QVERIFY(QFile::remove(shop.home->databaseFile()));
+        shop.restart();
+    }
+    expectEverythingIsSaved(shop);
+}
+
+void TestStorage::databaseIsLockedWhileSaving()
+{
+    ShopDriver shop;
+    expectEverythingIsSaved(shop);
+    openCategories(shop);
+    shop.tap(0);
+    if (shop.pageIndex() == PageCategoryList)
+        shop.tap(0);
+    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    shop.type("In vain");
+    DatabaseLock lock(*shop.home);
+    lock.releaseAfter(10s);
+
+    QElapsedTimer clock;
+    clock.start();
+    shop.press("saveButton"); // one statement
+    QVERIFY2(clock.elapsed() > 4500 && clock.elapsed() < 7000,
+             qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QVERIFY(lock.waitUntilReleased());
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{lastCategory});
+
+    // What is saved again is saved.
+    shop.tap(0);
+    if (shop.pageIndex() == PageCategoryList)
+        shop.tap(0);
+    shop.type("Not in vain");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from category"), QVariantList{"Not in vain"});
+    for (const int page : {PageStoreEdit, PageStores, PageMain}) {
+        shop.press("backButton");
+        QCOMPARE(shop.pageIndex(), page);
+    }
+    expectEverythingIsSaved(shop);
+}
+
+/// Each statement waits by itself, and those that come after the lock has gone have their effect.
+void TestStorage::databaseIsLockedWhileSavingGoods()
+{
+    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 2)",
+                     "insert into purchase values (1, 'Milk', 1, 2, 0)",
+                     "insert into purchase values (2, 'Bread', 1, 1, 1)"});
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("goodsButton");
+    shop.press("addButton");
+    shop.type("Butter");
+    shop.press("saveButton");
+    DatabaseLock lock(*shop.home);
+    lock.releaseAfter(3s);
+    QElapsedTimer clock;
+    clock.start();
+    shop.press("okButton");
+    QVERIFY2(clock.elapsed() > 2500 && clock.elapsed() < 8000,
+             qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(lock.waitUntilReleased());
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(
+        shop.db->rows("select * from purchase order by id"),
+        (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));
+    QCOMPARE(integrity(shop), "ok");
+}
+
+int main(int argc, char **argv)
+{
+    takeOwnMounts();
+    QApplication application(argc, argv);
+    TestStorage test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_storage.moc"
