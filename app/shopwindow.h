@@ -388,6 +388,8 @@ private:
     int newListState = 0;
     /// The store of the list being edited is not in the database, so there is no name to show.
     bool storeIsUnknown = false;
+    /// All goods of the list were on the items list page when it came up.
+    bool goodsWereRead = true;
     int lastTappedItemId = 0;
     int lastTappedGoodId = 0;
     /// How many goods are checked; they are the last rows of the list.

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSet>
 #include <QSpinBox>
+#include <QSqlError>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
@@ -77,6 +78,7 @@ void ShopWindow::listEditClicked()
                             query.value(amountColumn).toInt());
     }
     itemsListPage.list->showRows(rows);
+    goodsWereRead = !query.lastError().isValid();
     itemsReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageItemsList);
 }
@@ -105,7 +107,8 @@ void ShopWindow::saveShoppingItemsClicked()
         kept << rowId(*list->item(index));
     QList<int> deleted;
     QSqlQuery query = Database::run(Statements::goodIdsOfList, currentListId);
-    while (query.next()) {
+    // Goods that could not be read are not on the page, but nobody has deleted them.
+    while (goodsWereRead && query.next()) {
         const int id = query.value(u"id"_s).toInt();
         if (!kept.contains(id))
             deleted << id;

@@ -198,6 +198,7 @@ void ShopWindow::createShopList()
     pageStack->setCurrentIndex(PageShoppingLists);
 
     itemsListPage.list->clear();
+    goodsWereRead = true;
     itemsListPage.title->setText(name);
     itemsReturnPage = PageShoppingLists;
     showMessage(tr("List Created"),

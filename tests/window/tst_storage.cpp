@@ -146,6 +146,7 @@ private slots:
     void databaseIsTruncated();
     void databaseIsLockedWhileSaving();
     void databaseIsLockedWhileSavingGoods();
+    void goodsThatCouldNotBeReadAreNotDeleted();
 
 private:
     QString newName();
@@ -514,6 +515,43 @@ void TestStorage::databaseIsLockedWhileSavingGoods()
         shop.db->rows("select * from purchase order by id"),
         (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));
     QCOMPARE(integrity(shop), "ok");
+}
+
+/// A page that shows no goods since they could not be read says nothing of what shall be there.
+void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
+{
+    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 2)",
+                     "insert into purchase values (1, 'Milk', 1, 2, 0)",
+                     "insert into purchase values (2, 'Bread', 1, 1, 1)"});
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    DatabaseLock lock(*shop.home);
+    lock.releaseAfter(11s); // the title is waited for as well
+    shop.press("goodsButton");
+    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    QCOMPARE(shop.rows(), QStringList());
+    QVERIFY(lock.waitUntilReleased());
+    shop.press("addButton");
+    shop.type("Butter");
+    shop.press("saveButton");
+    shop.press("okButton");
+    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(
+        shop.db->rows("select * from purchase order by id"),
+        (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));
+
+    // Once they can be read, whoever deletes them does so.
+    shop.press("goodsButton");
+    QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1", "Butter|1"}));
+    shop.list()->setCurrentRow(0);
+    QTest::keyClick(shop.list(), Qt::Key_Return);
+    shop.press("deleteButton");
+    shop.press("confirmationYesButton");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select name from purchase order by id"),
+             (QVariantList{"Bread", "Butter"}));
 }
 
 int main(int argc, char **argv)
