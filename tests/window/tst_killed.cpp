@@ -654,6 +654,7 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
     const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
                              ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
                              : QRandomGenerator::global()->generate();
+    // It brings back what is done, but not the very moments, which depend on the machine as well.
     qInfo("TROLLEO_TEST_SEED=%u", seed);
     QRandomGenerator random(seed);
 
