@@ -78,15 +78,9 @@ void Database::createMissingTables(const QSqlDatabase &database)
         return;
     setBusyTimeout(waitForTables);
     if (lacksStoresTable(database)) {
-        // All or none: were the program killed, or the disk full, after the table of stores, no
-        // later start would make the others.
-        QSqlDatabase connection = database;
-        connection.transaction();
         QSqlQuery query{QString(), QSqlDatabase()};
         for (const QLatin1StringView statement : Statements::createTables)
             query.exec(statement);
-        if (!connection.commit())
-            connection.rollback();
     }
     setBusyTimeout(waitForStatement);
 }

@@ -13,8 +13,7 @@
 /// Statements are literal texts into which values are pasted; nothing is escaped, so a name with a
 /// single quote makes its statement fail, or reach further than meant. The names are trusted: the
 /// only one who types them is the owner of the file. A failing statement has no effect and is not
-/// reported, and there are no transactions: every statement commits by itself. Only the tables are
-/// made all at once.
+/// reported, and there are no transactions: every statement commits by itself.
 namespace Database {
 
 /// The folder of the database file, in the home folder; ends with a slash.
@@ -33,7 +32,7 @@ QSqlDatabase open(const QString &file);
 /// Creates all tables when there is no table of stores. That table alone decides: a file that has
 /// it is left as it is, even where another table is missing. So is a file that cannot be looked
 /// into because another process has locked it. Killed meanwhile, or without room for all tables, it
-/// leaves none.
+/// leaves those that were made.
 void createMissingTables(const QSqlDatabase &database);
 
 /// Closes `database`, resets it and removes its connection.

@@ -742,11 +742,15 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
             QVERIFY2(account.found == known,
                      about + '\n' + difference(account.found, known).toUtf8());
         }
-        // Where the table of stores is, the others are never made.
         const QStringList tables = connection.tables();
-        const bool hasNone = isFresh && !account.isReady && !tables.contains("magazin");
-        QVERIFY2(tables.size() == 7 || hasNone, about + ", tables: " + tables.join(' ').toUtf8());
-        isFresh = hasNone;
+        if (tables.size() < 7) {
+            QVERIFY2(isFresh && !account.isReady, about);
+            // Each table commits by itself, and where the table of stores is, the others are never
+            // made: nothing can be confirmed on such a file.
+            QVERIFY(QDir(home.dataFolder()).removeRecursively());
+            continue;
+        }
+        isFresh = false;
 
         Rows allowed = account.confirmed;
         qsizetype written = 0;
