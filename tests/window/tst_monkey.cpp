@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+#include <array>
+#include <climits>
+#include <cmath>
+#include <limits>
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRandomGenerator>
+#include <QStackedWidget>
+#include <QtPlugin>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "lists/listrow.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+namespace {
+
+/// How many connections a signal has is told to subclasses only.
+struct Listeners : QPushButton
+{
+    using QPushButton::receivers;
+};
+constexpr int (QObject::*receiversOf)(const char *) const = &Listeners::receivers;
+
+constexpr std::array keys{Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Return,    Qt::Key_Escape,
+                          Qt::Key_Space,  Qt::Key_Up,      Qt::Key_Down,      Qt::Key_Left,
+                          Qt::Key_Right,  Qt::Key_Home,    Qt::Key_End,       Qt::Key_PageUp,
+                          Qt::Key_Delete, Qt::Key_Menu,    Qt::Key_Backspace, Qt::Key_PageDown};
+
+constexpr std::array sizes{QSize(800, 480), QSize(480, 800), QSize(360, 720), QSize(1024, 600)};
+
+} // namespace
+
+/// Somebody who taps, drags, types, turns and walks without any sense. Whatever comes of it, the
+/// window is whole.
+class TestMonkey : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingBreaksTheWindow();
+
+private:
+    int below(int limit)
+    {
+        return int(random.bounded(limit));
+    }
+    QString anyText();
+    QStringList anyDatabase();
+    QPoint anyPointOf(const QWidget *widget);
+
+    void step(ShopDriver &shop);
+    void tap(ShopDriver &shop);
+    void tapButton(ShopDriver &shop);
+    void drag(ShopDriver &shop);
+    void press(ShopDriver &shop);
+    void walk();
+    void changeLanguage(ShopDriver &shop);
+    static void check(const ShopDriver &shop);
+
+    QRandomGenerator random;
+};
+
+QString TestMonkey::anyText()
+{
+    static const QStringList words{"milk", "a'b", "%1", "Хлеб", "x&y", "<b>", "0", " ", "%2 %3"};
+    return words.at(below(int(words.size()))) + QString::number(below(100));
+}
+
+/// Rows that refer to each other, or to nothing.
+QStringList TestMonkey::anyDatabase()
+{
+    QStringList statements;
+    const auto name = [this] {
+        return '\'' + anyText().replace('\'', "''") + '\'';
+    };
+    const auto insert = [&statements](const char *table, const QStringList &values) {
+        statements << QString("insert into %1 values (%2)").arg(table, values.join(", "));
+    };
+    const auto number = [](double value) {
+        return QString::number(value);
+    };
+    for (int id = 1; id <= 12; ++id) {
+        insert("category", {number(id), name()});
+        insert("magazin", {number(id), name(), number(below(14)), "null"});
+        insert("shoplist", {number(id), name(), number(below(14)), number(below(4))});
+        if (below(4) > 0) {
+            const double latitude = below(10) > 0 ? 10 + below(100) / 1e3 : 999;
+            insert("gpscoord", {number(id), number(latitude), number(20 + below(100) / 1e3), "0"});
+        }
+        for (int good = below(9); good > 0; --good) {
+            insert("purchase", {number(id * 10 + good), name(), number(id), number(below(5)),
+                                number(below(2))});
+        }
+    }
+    return statements;
+}
+
+QPoint TestMonkey::anyPointOf(const QWidget *widget)
+{
+    return {below(widget->width()), below(widget->height())};
+}
+
+void TestMonkey::tap(ShopDriver &shop)
+{
+    const QWidget *popup = QApplication::activePopupWidget();
+    const QWidget *target = popup && below(2) == 0 ? popup : shop.window.get();
+    if (below(8) == 0)
+        QTest::mouseDClick(target->windowHandle(), Qt::LeftButton, {}, anyPointOf(target));
+    else
+        QTest::mouseClick(target->windowHandle(), Qt::LeftButton, {}, anyPointOf(target));
+}
+
+/// Most points of a page are nothing, so what is something is hit more often.
+void TestMonkey::tapButton(ShopDriver &shop)
+{
+    QList<QWidget *> targets;
+    for (auto *widget : shop.page()->findChildren<QWidget *>()) {
+        if (widget->isVisible() && widget->isEnabled() && widget->focusPolicy() != Qt::NoFocus)
+            targets << widget;
+    }
+    if (targets.isEmpty())
+        return;
+    const QWidget *target = targets.at(below(int(targets.size())));
+    QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {},
+                      target->mapTo(shop.window.get(), anyPointOf(target)));
+}
+
+void TestMonkey::drag(ShopDriver &shop)
+{
+    QWindow *window = shop.window->windowHandle();
+    QTest::mousePress(window, Qt::LeftButton, {}, anyPointOf(shop.window.get()));
+    for (int moves = below(5); moves > 0; --moves)
+        QTest::mouseMove(window, anyPointOf(shop.window.get()));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, anyPointOf(shop.window.get()));
+}
+
+void TestMonkey::press(ShopDriver &shop)
+{
+    QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : shop.page();
+    if (below(3) > 0) {
+        QTest::keyClick(target, keys.at(size_t(below(int(keys.size())))));
+        return;
+    }
+    for (const QChar character : anyText())
+        QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(character), {});
+}
+
+/// Near the stores, far from them, and where nobody can be; or no position in time.
+void TestMonkey::walk()
+{
+    TestPositionSource *source = TestPositionSource::instance();
+    if (!source)
+        return;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    switch (below(8)) {
+    case 0:
+        source->fail(QGeoPositionInfoSource::UpdateTimeoutError);
+        break;
+    case 1:
+        source->deliver(999, 999);
+        break;
+    case 2:
+        source->deliver(std::nan(""), infinity);
+        break;
+    default:
+        source->deliver(10 + below(100) / 1e3, 20 + below(100) / 1e3);
+    }
+}
+
+void TestMonkey::changeLanguage(ShopDriver &shop)
+{
+    shop.stack->setCurrentIndex(PageMain);
+    shop.press("optionsButton");
+    static const QStringList languages{"autoDetectRadio", "englishRadio", "russianRadio"};
+    shop.find<QRadioButton>(qPrintable(languages.at(below(3))))->setChecked(true);
+    shop.press("okButton");
+}
+
+void TestMonkey::step(ShopDriver &shop)
+{
+    const int what = below(1000);
+    if (what < 250)
+        tap(shop);
+    else if (what < 600)
+        tapButton(shop);
+    else if (what < 680)
+        drag(shop);
+    else if (what < 850)
+        press(shop);
+    else if (what < 980)
+        walk();
+    else if (what < 996)
+        shop.window->resize(sizes.at(size_t(below(int(sizes.size())))));
+    else if (what < 998)
+        changeLanguage(shop);
+    else
+        QTest::qWait(below(800));
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    // The exit button closes the window, and no event loop runs that would end.
+    if (!shop.window->isVisible())
+        shop.window->show();
+    shop.stack = qobject_cast<QStackedWidget *>(shop.window->centralWidget());
+}
+
+void TestMonkey::check(const ShopDriver &shop)
+{
+    QCOMPARE(shop.window->findChildren<QStackedWidget *>("pageStack").size(), 1);
+    QCOMPARE(shop.stack->count(), 20);
+    const int page = shop.pageIndex();
+    QVERIFY(page >= 0 && page < shop.stack->count());
+
+    for (const char *name : {"saveButton", "confirmationYesButton"}) {
+        for (QPushButton *button : shop.stack->findChildren<QPushButton *>(name)) {
+            const int count = (button->*receiversOf)(SIGNAL(clicked(bool)));
+            if (button->isVisible())
+                QCOMPARE(count, 1);
+            else
+                QVERIFY(count <= 1); // none before its page first came up
+        }
+    }
+
+    const QWidget *tracking = shop.stack->widget(PageTracking);
+    const bool mayStart = tracking->findChild<QPushButton *>("startButton")->isEnabled();
+    const bool mayStop = tracking->findChild<QPushButton *>("stopButton")->isEnabled();
+    QVERIFY(mayStart != mayStop);
+    QCOMPARE(tracking->findChild<QWidget *>("criteria")->isEnabled(), mayStart);
+    if (mayStop) {
+        QVERIFY(TestPositionSource::instance());
+        QCOMPARE(TestPositionSource::instance()->updating, page != PageReminder);
+    } else {
+        QVERIFY(page != PageReminder);
+    }
+
+    if (page == PageDoShopping) {
+        // The checked goods are the last.
+        bool anyChecked = false;
+        for (int row = 0; row < shop.list()->count(); ++row) {
+            const bool isChecked = shop.list()->item(row)->checkState() == Qt::Checked;
+            QVERIFY(isChecked || !anyChecked);
+            anyChecked = isChecked;
+        }
+    } else if (page == PageTrackedList) {
+        double last = 0;
+        for (int row = 0; row < shop.list()->count(); ++row) {
+            bool isKnown = false;
+            const QString text = shop.list()->item(row)->data(SecondColumnRole).toString();
+            const double distance = text.toDouble(&isKnown);
+            QVERIFY2(distance >= last || !isKnown, qPrintable(text));
+            last = isKnown ? distance : std::numeric_limits<double>::infinity();
+        }
+    }
+}
+
+void TestMonkey::nothingBreaksTheWindow()
+{
+    bool isNumber = false;
+    const int wanted = qEnvironmentVariableIntValue("TROLLEO_TEST_STEPS", &isNumber);
+    const int steps = isNumber ? wanted : 2000;
+    const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
+                             ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
+                             : QRandomGenerator::global()->generate();
+    qInfo("TROLLEO_TEST_SEED=%u TROLLEO_TEST_STEPS=%d", seed, steps);
+    random.seed(seed);
+    std::array<int, 20> seen{};
+
+    ShopDriver shop(anyDatabase(), {{"GpsEnabled", true}});
+    // Whoever chooses a file does nothing else meanwhile.
+    QTimer closing;
+    connect(&closing, &QTimer::timeout, this, [] {
+        if (QWidget *dialog = QApplication::activeModalWidget())
+            dialog->close();
+    });
+    closing.start(20);
+    for (int done = 0; done < steps; ++done) {
+        step(shop);
+        check(shop);
+        if (QTest::currentTestFailed()) {
+            qInfo("in step %d on page %d", done, shop.pageIndex());
+            return;
+        }
+        ++seen.at(size_t(shop.pageIndex()));
+        if (done % 10000 == 9999)
+            qInfo("%d steps", done + 1);
+    }
+    const auto pages = std::count_if(seen.begin(), seen.end(), [](int count) { return count > 0; });
+    qInfo("%d pages seen", int(pages));
+    QVERIFY(pages > 10);
+    QCOMPARE(SecondConnection(shop.home->databaseFile()).column("pragma integrity_check"),
+             QVariantList{"ok"});
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    // As many steps as one likes take longer than a test of this kind may.
+    if (qEnvironmentVariableIsSet("TROLLEO_TEST_STEPS"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(INT_MAX));
+    TestMonkey test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_monkey.moc"
