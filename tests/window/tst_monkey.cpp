@@ -35,7 +35,7 @@ constexpr std::array keys{Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Return,    Qt
                           Qt::Key_Right,  Qt::Key_Home,    Qt::Key_End,       Qt::Key_PageUp,
                           Qt::Key_Delete, Qt::Key_Menu,    Qt::Key_Backspace, Qt::Key_PageDown};
 
-constexpr std::array sizes{QSize(800, 480), QSize(480, 800), QSize(360, 720), QSize(1024, 600)};
+constexpr std::array sizes{QSize(800, 480), QSize(480, 800), QSize(360, 720), QSize(600, 600)};
 
 } // namespace
 

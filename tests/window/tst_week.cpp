@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+#include <malloc.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+
+#include <QApplication>
+#include <QFile>
+#include <QGeoCoordinate>
+#include <QRandomGenerator>
+#include <QtPlugin>
+#include <QtTest>
+
+#include "app/pages.h"
+#include "map/mapswidget.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
+
+namespace {
+
+struct Place
+{
+    QString name;
+    QGeoCoordinate coordinate;
+};
+
+/// MiB of this process that are in memory, but for what is free already.
+double memory()
+{
+    malloc_trim(0);
+    QFile file("/proc/self/statm");
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("the kernel tells no memory");
+    return file.readAll().split(' ').at(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024 / 1024;
+}
+
+/// Stores in a row, a kilometre and a half apart: none is near when another is.
+QList<Place> places()
+{
+    QList<Place> result;
+    for (int store = 1; store <= 8; ++store)
+        result << Place{QString("Store %1").arg(store), QGeoCoordinate(10 + store * 0.0135, 20)};
+    return result;
+}
+
+QStringList database()
+{
+    QStringList statements;
+    int id = 0;
+    for (const Place &place : places()) {
+        ++id;
+        statements << QString("insert into magazin values (%1, '%2', null, null)")
+                          .arg(QString::number(id), place.name)
+                   << QString("insert into gpscoord values (%1, %2, %3, 0)")
+                          .arg(id)
+                          .arg(place.coordinate.latitude())
+                          .arg(place.coordinate.longitude())
+                   << QString("insert into shoplist values (%1, 'List %1', %1, 1)").arg(id)
+                   << QString("insert into purchase values (%1, 'Good %1', %1, 1, 0)").arg(id);
+    }
+    return statements;
+}
+
+} // namespace
+
+/// Somebody who walks all week with tracking on: every store that comes near rings, nothing else
+/// does, and the program does not grow.
+class TestWeek : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyReminderComes();
+
+private:
+    void view(ShopDriver &shop);
+    void answer(ShopDriver &shop);
+
+    QRandomGenerator random;
+    /// What tracking watches.
+    QList<Place> tracked;
+};
+
+/// Looks at another page, of those that the person may look at while tracking runs.
+void TestWeek::view(ShopDriver &shop)
+{
+    if (shop.pageIndex() == PageTracking) {
+        shop.press("viewButton");
+        if (shop.pageIndex() == PageWaiting) // which the next position ends
+            return;
+        shop.press(random.bounded(2) == 0 ? "mapViewButton" : "listViewButton");
+    } else if (shop.pageIndex() == PageTrackedList) {
+        shop.press("backButton");
+    }
+}
+
+void TestWeek::answer(ShopDriver &shop)
+{
+    switch (random.bounded(3)) {
+    case 0:
+        shop.press("stopButton");
+        tracked.clear();
+        break;
+    case 1:
+        // To the goods and back; the last good is not bought, so the list stays open.
+        shop.press("startShoppingButton");
+        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+        shop.press("okButton");
+        shop.press("backButton");
+        shop.press("reminderButton");
+        tracked.clear();
+        break;
+    default:
+        shop.press("nextButton");
+        tracked.removeFirst();
+    }
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    if (tracked.isEmpty()) {
+        shop.press("startButton");
+        tracked = places();
+    }
+}
+
+void TestWeek::everyReminderComes()
+{
+    bool isNumber = false;
+    const int wanted = qEnvironmentVariableIntValue("TROLLEO_TEST_POSITIONS", &isNumber);
+    const int positions = isNumber ? wanted : 4000;
+    const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
+                             ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
+                             : QRandomGenerator::global()->generate();
+    qInfo("TROLLEO_TEST_SEED=%u TROLLEO_TEST_POSITIONS=%d", seed, positions);
+    random.seed(seed);
+
+    ShopDriver shop(database(), {{"GpsEnabled", true}});
+    shop.press("reminderButton");
+    shop.press("startButton");
+    tracked = places();
+    int reminders = 0;
+    double latitude = 10;
+    double step = 0.0004; // 44 m
+    double settled = 0;
+    for (int position = 0; position < positions; ++position) {
+        latitude += step;
+        if (latitude < 10 || latitude > 10.12)
+            step = -step;
+        if (random.bounded(20) == 0)
+            view(shop);
+        // The map shows where the person is, and distances stay as they were meanwhile.
+        const bool showsMap = shop.pageIndex() == PageTrackedList && shop.map()->isVisible();
+        const QGeoCoordinate here(latitude, 20);
+        std::ranges::stable_sort(tracked, {}, [&here](const Place &place) {
+            return float(here.distanceTo(place.coordinate));
+        });
+        const bool isNear = here.distanceTo(tracked.first().coordinate) < 250;
+        TestPositionSource::instance()->deliver(latitude, 20);
+        if (isNear && !showsMap) {
+            QCOMPARE(shop.pageIndex(), int(PageReminder));
+            QVERIFY(shop.labelText("reminderStore").startsWith(tracked.first().name + " (at "));
+            ++reminders;
+            answer(shop);
+            if (QTest::currentTestFailed())
+                return;
+        } else {
+            QVERIFY(shop.pageIndex() != PageReminder);
+        }
+        if (position == positions / 4)
+            settled = memory();
+        if (position % 20000 == 19999)
+            qInfo("%d positions, %d reminders, %.1f MiB", position + 1, reminders, memory());
+    }
+    const double growth = memory() - settled;
+    qInfo("%d reminders, memory %.1f MiB after a quarter, %+.2f MiB since", reminders, settled,
+          growth);
+    QVERIFY(reminders > positions / 200);
+#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
+    QVERIFY2(growth < 1.5, qPrintable(QString::number(growth)));
+#endif
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    // As many positions as one likes take longer than a test of this kind may.
+    if (qEnvironmentVariableIsSet("TROLLEO_TEST_POSITIONS"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(INT_MAX));
+    TestWeek test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_week.moc"
