@@ -87,11 +87,11 @@ void Database::createMissingTables(const QSqlDatabase &database)
 
 void Database::close(QSqlDatabase &database)
 {
-    const QString name = database.connectionName();
+    const QString connection = database.connectionName();
     if (database.isOpen())
         database.close();
     database = QSqlDatabase();
-    QSqlDatabase::removeDatabase(name);
+    QSqlDatabase::removeDatabase(connection);
 }
 
 QSqlQuery Database::execute(const QString &statement)
