@@ -6,6 +6,7 @@
 
 #include "app/pages.h"
 #include "tests/support/shopdriver.h"
+#include "widgets/TrKineticScroller.h"
 
 /// The shopping page, the lists to choose from, and editing one of them.
 class TestLists : public QObject
@@ -22,6 +23,8 @@ private slots:
     void selectWithoutARowWarns();
     void tapTwiceOpens();
     void quickDoubleTapOpensOnce();
+    void dragIsNoSecondTap_data();
+    void dragIsNoSecondTap();
     void enterOpens();
     void creating();
     void creatingWithAStore();
@@ -181,6 +184,60 @@ void TestLists::quickDoubleTapOpensOnce()
     shop.tap(0);
     shop.doubleTap(0);
     QCOMPARE(shop.pageIndex(), int(PageShopping));
+}
+
+void TestLists::dragIsNoSecondTap_data()
+{
+    QTest::addColumn<QStringList>("way"); // empty: the first row is tapped
+    QTest::addColumn<int>("page");
+    QTest::newRow("lists") << QStringList{"shoppingButton", "listsButton"}
+                           << int(PageShoppingLists);
+    QTest::newRow("goods") << QStringList{"shoppingButton", "listsButton", "", "selectButton",
+                                          "goodsButton"}
+                           << int(PageItemsList);
+    QTest::newRow("shopping") << QStringList{"shoppingButton", "listsButton", "", "selectButton",
+                                             "startButton"}
+                              << int(PageDoShopping);
+    QTest::newRow("stores") << QStringList{"shopsButton", "storesButton"} << int(PageStoreList);
+    QTest::newRow("categories") << QStringList{"shopsButton", "newButton", "categoryButton"}
+                                << int(PageCategoryList);
+}
+
+void TestLists::dragIsNoSecondTap()
+{
+    QFETCH(QStringList, way);
+    QFETCH(int, page);
+    QStringList statements = twoLists;
+    statements << "insert into category values (1, 'Food')";
+    ShopDriver shop(statements);
+    for (const QString &step : way) {
+        if (step.isEmpty())
+            shop.tap(0);
+        else
+            shop.press(qPrintable(step));
+    }
+    QCOMPARE(shop.pageIndex(), page);
+    shop.tap(0);
+    const auto state = [&shop] {
+        return QString::number(shop.pageIndex()) + ' ' +
+               (shop.list() ? shop.rows().join(' ') : QString());
+    };
+    const QString before = state();
+
+    QWindow *window = shop.window->windowHandle();
+    const QListWidget *list = shop.list();
+    const QPoint start =
+        list->viewport()->mapTo(shop.window.get(), list->visualItemRect(list->item(0)).center());
+    QTest::mousePress(window, Qt::LeftButton, {}, start);
+    for (int dy = 1; dy <= 10; ++dy)
+        QTest::mouseMove(window, start - QPoint(0, dy));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, start - QPoint(0, 10));
+    QCOMPARE(state(), before);
+    const auto *scroller = list->findChild<TrKineticScroller *>();
+    QTRY_VERIFY(!scroller->isMoving());
+    // The tap before the drag still counts.
+    shop.tap(0);
+    QVERIFY(state() != before);
 }
 
 void TestLists::enterOpens()
