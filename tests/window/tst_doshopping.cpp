@@ -16,6 +16,8 @@ private slots:
     void everyToggleIsStoredAtOnce();
     void buttonsActOnTheCurrentGoodOnly();
     void buttonsWithoutACurrentGoodDoNothing();
+    void tapsOnDifferentRowsCheckNothing();
+    void tapBeforeLeavingIsForgotten();
     void quickDoubleTapActsOnce();
     void enterToggles();
     void leavingRecomputesTheState_data();
@@ -134,6 +136,30 @@ void TestDoShopping::buttonsWithoutACurrentGoodDoNothing()
     shop.press("checkButton");
     shop.press("uncheckButton");
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2*"}));
+}
+
+void TestDoShopping::tapsOnDifferentRowsCheckNothing()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    for (const int row : {0, 1, 2, 0}) {
+        shop.tap(row);
+        QCOMPARE(shop.list()->currentRow(), row);
+        QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3"}));
+    }
+}
+
+void TestDoShopping::tapBeforeLeavingIsForgotten()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    shop.tap(1);
+    shop.press("okButton");
+    shop.press("startButton");
+    shop.tap(1);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3"}));
+    shop.tap(1);
+    QCOMPARE(shop.rows(), (QStringList{"A|1", "C|3", "B|2*"}));
 }
 
 void TestDoShopping::quickDoubleTapActsOnce()
