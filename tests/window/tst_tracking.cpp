@@ -48,6 +48,7 @@ private slots:
     void nothingMatches();
     void startAndStop();
     void stopWithGpsAutostart();
+    void switchingGpsOffStops();
     void criteriaWhileTracking();
     void byStoreWithNoStorePicked();
     void criterionByStore();
@@ -216,6 +217,22 @@ void TestTracking::stopWithGpsAutostart()
     QVERIFY(!isTracking(shop));
     QVERIFY(source()->updating);
     QVERIFY(!source()->calls.contains("stop"));
+}
+
+void TestTracking::switchingGpsOffStops()
+{
+    ShopDriver shop(fourStores, gpsOn);
+    openTracking(shop);
+    shop.press("startButton");
+    QVERIFY(source()->updating);
+    shop.press("backButton");
+    shop.press("optionsButton");
+    shop.press("enableGpsBox");
+    shop.press("okButton");
+    // Nobody is to trust in tracking that gets no positions.
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    QVERIFY(!source()->updating);
 }
 
 void TestTracking::criteriaWhileTracking()
