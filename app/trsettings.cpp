@@ -29,7 +29,10 @@ QVariant read(const QString &key, const QVariant &fallback)
 
 void write(const QString &key, const QVariant &value)
 {
-    QSettings(organization, application).setValue(key, value);
+    QSettings settings(organization, application);
+    // Each write waits for the disk, so what is stored already is not written again.
+    if (!settings.contains(key) || settings.value(key).toString() != value.toString())
+        settings.setValue(key, value);
 }
 
 /// QVariant takes every text but "", "0" and "false" for true. A hand-written "no" or garbage in

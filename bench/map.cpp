@@ -39,13 +39,13 @@ public:
         setAttribute(Qt::WA_OpaquePaintEvent);
         for (int index = 0; index < columns * rows; ++index) {
             const QString path = QString("/14/%1/%2.png").arg(index % columns).arg(index / columns);
-            QPixmap tile(WebMercator::tileExtent, WebMercator::tileExtent);
-            tile.fill(TileHost::colorOf(path));
+            QPixmap tile;
+            tile.loadFromData(TileHost::picture(TileHost::colorOf(path)));
             tiles << tile;
         }
     }
 
-    QPoint offset;
+    QPoint offset{-240, -120}; // so that they cover all of it wherever they are dragged to
 
 protected:
     void paintEvent(QPaintEvent * /*event*/) override

@@ -112,23 +112,23 @@ void ShopWindow::doShoppingItemActivated(QListWidgetItem *item)
 /// ends.
 void ShopWindow::toggleGood(int row)
 {
-    QListWidget *list = doShoppingPage.list;
-    QListWidgetItem *good = list->takeItem(row);
+    TouchList *list = doShoppingPage.list;
+    QListWidgetItem *good = list->item(row);
     const int id = rowId(*good);
     lastTappedGoodId = id;
-    const int left = list->count();
+    const int left = list->count() - 1;
     int checkState = 0;
     if (good->checkState() == Qt::Checked) {
         const int below = left - checkedCount + 1;
         --checkedCount;
         good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Unchecked));
-        list->insertItem(below, good);
+        list->moveRow(row, below);
         list->setCurrentRow(below);
     } else {
         const int above = left - checkedCount;
         ++checkedCount;
         good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Checked));
-        list->insertItem(above, good);
+        list->moveRow(row, above);
         list->setCurrentRow(row);
         checkState = 1;
     }

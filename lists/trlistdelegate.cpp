@@ -40,8 +40,11 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
     pen.setColor(option.palette.color(QPalette::WindowText));
     pen.setWidth(0);
     painter->setPen(pen);
-    if (index.row() > 0)
-        painter->drawLine(rect.topLeft(), rect.topRight());
+    if (index.row() > 0) {
+        // One pixel of the device, as a line would be; but lines are drawn pixel by pixel.
+        const qreal pixel = 1 / painter->device()->devicePixelRatio();
+        painter->fillRect(QRectF(rect.x(), rect.y(), width, pixel), pen.color());
+    }
 
     if (option.state & QStyle::State_Selected) {
         painter->fillRect(rect, option.palette.brush(QPalette::Highlight));

@@ -78,7 +78,6 @@ private:
 MapsWidget::MapsWidget(QWidget *parent)
     : QWidget(parent)
     , core(new MapsCore(this))
-    , attribution(TileServer::attribution())
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -156,6 +155,7 @@ void MapsWidget::fitCore()
     fittedRatio = devicePixelRatio();
     core->setPixelRatio(fittedRatio);
     core->setSize((QSizeF(size()) * fittedRatio).toSize());
+    attribution = {};
     core->invalidate();
 }
 
@@ -208,28 +208,33 @@ void MapsWidget::paintEvent(QPaintEvent *event)
     painter.resetTransform();
     if (zoomed)
         paintMagnifier(painter);
-    paintAttribution(painter);
+    if (attribution.isNull() || attributionFont != font()) {
+        attribution = drawnAttribution();
+        attributionFont = font();
+    }
+    painter.drawPixmap(QPointF(0, height() - attribution.deviceIndependentSize().height()),
+                       attribution);
 }
 
-void MapsWidget::paintAttribution(QPainter &painter)
+/// The attribution as it is drawn over each frame: drawing the text itself takes as long as many
+/// tiles.
+QPixmap MapsWidget::drawnAttribution() const
 {
     QFont small = font();
     small.setPointSize(attributionPointSize);
-    painter.setFont(small);
-    const qreal room = width() - 2 * attributionMargin;
-    // Laid out again with each frame, it would cost as much as half of the tiles.
-    if (attribution.textWidth() != room || attributionFont != small) {
-        attributionFont = small;
-        attribution.setTextWidth(room);
-        attribution.prepare(painter.transform(), small);
-    }
-    const QSize size = attribution.size().toSize();
-    const QRect place(attributionMargin, height() - size.height(), size.width(), size.height());
+    const QRect room(attributionMargin, 0, width() - 2 * attributionMargin, height());
+    const QRect place =
+        QFontMetrics(small, this).boundingRect(room, Qt::TextWordWrap, TileServer::attribution());
+    const QSize size(place.width() + 2 * attributionMargin, place.height());
+    QPixmap drawn((QSizeF(size) * fittedRatio).toSize());
+    drawn.setDevicePixelRatio(fittedRatio);
     // Legible on a dark tile as well.
-    const QColor ground(255, 255, 255, 200); // NOLINT: mostly opaque white
-    painter.fillRect(place.adjusted(-attributionMargin, 0, attributionMargin, 0), ground);
+    drawn.fill(QColor(255, 255, 255, 200)); // NOLINT: mostly opaque white
+    QPainter painter(&drawn);
+    painter.setFont(small);
     painter.setPen(Qt::black);
-    painter.drawStaticText(place.topLeft(), attribution);
+    painter.drawText(room, Qt::TextWordWrap, TileServer::attribution());
+    return drawn;
 }
 
 void MapsWidget::paintMagnifier(QPainter &painter)

@@ -3,9 +3,9 @@
 
 #include <QBasicTimer>
 #include <QFont>
+#include <QPixmap>
 #include <QPoint>
 #include <QPointer>
-#include <QStaticText>
 #include <QWidget>
 
 class MapsCore;
@@ -69,10 +69,10 @@ private:
     void fitCore();
     void fetchIfSeen();
     void openMenu();
+    QPixmap drawnAttribution() const;
     void dragTo(const QPoint &position);
     void moveMagnifier(const QPoint &delta);
     QPoint toDevice(const QPoint &position) const;
-    void paintAttribution(QPainter &painter);
     void paintMagnifier(QPainter &painter);
 
     MapsCore *core;
@@ -87,6 +87,7 @@ private:
     bool nightMode = false;
     bool trackingMode = false;
     QPointer<QMenu> menu;
-    QStaticText attribution;
+    /// Drawn for the size of the map and this font; null when it has to be drawn anew.
+    QPixmap attribution;
     QFont attributionFont;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/touchlist.h"
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
@@ -42,6 +43,21 @@ void TouchList::showRows(const QList<QListWidgetItem *> &rows)
     emit model()->layoutChanged();
 }
 
+void TouchList::moveRow(int from, int to)
+{
+    {
+        // The view would lay out all rows anew, though they are as many and as high as before.
+        const QSignalBlocker blocker(model());
+        insertItem(to, takeItem(from));
+    }
+    viewport()->update();
+    if (QAccessible::isActive()) {
+        // What a screen reader has been told of the rows is of other ones now.
+        QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::ModelReset);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
 void TouchList::chooseInPlace(int row)
 {
     const QScopedValueRollback guard(staysInPlace, true);
@@ -53,6 +69,18 @@ QSize TouchList::minimumSizeHint() const
     constexpr int characters = 12;
     constexpr int rows = 3;
     return {characters * fontMetrics().averageCharWidth(), rows * fontMetrics().height()};
+}
+
+/// All rows are as high and as wide whatever they show, so for one row the view need not lay out
+/// all.
+void TouchList::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                            const QList<int> &roles)
+{
+    if (topLeft == bottomRight)
+        QAbstractItemView::dataChanged(topLeft, bottomRight,
+                                       roles); // NOLINT(bugprone-parent-virtual-call)
+    else
+        QListWidget::dataChanged(topLeft, bottomRight, roles);
 }
 
 void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
