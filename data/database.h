@@ -65,8 +65,8 @@ QSqlQuery run(QLatin1StringView statement, const Values &...values)
     return execute(text);
 }
 
-/// Where the column `name` stands in each row of `query`; for reading many rows, since QSqlQuery looks
-/// a name up anew whenever it is asked for a value by name.
+/// Where the column `name` stands in each row of `query`; for reading many rows, since QSqlQuery
+/// looks a name up anew whenever it is asked for a value by name.
 int column(const QSqlQuery &query, QLatin1StringView name);
 
 /// The name of the record `id`, by `statement`; nothing when there is no such record.

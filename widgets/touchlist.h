@@ -22,8 +22,9 @@ public:
     /// takes much less time than adding each.
     void showRows(const QList<QListWidgetItem *> &rows);
 
-    /// Moves a row to where `to` is once it is gone from where it was. With many rows this takes much
-    /// less time than taking it out and putting it in. Whether a row is current afterwards is open.
+    /// Moves a row to where `to` is once it is gone from where it was. With many rows this takes
+    /// much less time than taking it out and putting it in. Whether a row is current afterwards is
+    /// open.
     void moveRow(int from, int to);
 
     /// Makes `row` the current one, or none for -1, and scrolls nowhere.

@@ -305,8 +305,8 @@ void TestStorage::diskIsFullAtTheFirstStart_data()
         QTest::addRow("%d pages left", pages) << pages;
 }
 
-/// Each table commits by itself, so there may be room for some of them. Where the table of stores is
-/// among those, no other is ever made.
+/// Each table commits by itself, so there may be room for some of them. Where the table of stores
+/// is among those, no other is ever made.
 void TestStorage::diskIsFullAtTheFirstStart()
 {
     QFETCH(int, pagesLeft);
