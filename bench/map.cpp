@@ -76,7 +76,7 @@ void measureFrames(TileHost &host)
     map.setPositionMark(59.9F, 10.7F);
     map.show();
     const auto isWhole = [&host] {
-        return host.paths.size() >= columns * rows;
+        return host.paths.size() >= qsizetype{columns} * rows;
     };
     if (!QTest::qWaitFor(isWhole, 20000))
         qFatal("the map gets no tiles");

@@ -33,6 +33,7 @@ double median(std::vector<double> times)
 double Bench::milliseconds(const Work &work, int rounds)
 {
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds; ++round)
         times.push_back(roundOf(work));
     return median(times);
@@ -43,6 +44,8 @@ void Bench::compare(const char *what, int scale, const Work &ours, const Work &f
 {
     std::vector<double> oursTimes;
     std::vector<double> floorTimes;
+    oursTimes.reserve(static_cast<std::size_t>(rounds));
+    floorTimes.reserve(static_cast<std::size_t>(rounds));
     for (int round = 0; round < rounds; ++round) {
         oursTimes.push_back(roundOf(ours) / times);
         floorTimes.push_back(roundOf(floor) / times);

@@ -157,6 +157,7 @@ void TestWeek::everyReminderComes()
         });
         const bool isNear = here.distanceTo(tracked.first().coordinate) < 250;
         TestPositionSource::instance()->deliver(latitude, 20);
+        TestPositionSource::instance()->calls.clear(); // which the source would keep all week
         if (isNear && !showsMap) {
             QCOMPARE(shop.pageIndex(), int(PageReminder));
             QVERIFY(shop.labelText("reminderStore").startsWith(tracked.first().name + " (at "));
@@ -167,6 +168,8 @@ void TestWeek::everyReminderComes()
         } else {
             QVERIFY(shop.pageIndex() != PageReminder);
         }
+        // What the program's event loop does, and that of a test does not.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (position == positions / 4)
             settled = memory();
         if (position % 20000 == 19999)
