@@ -30,7 +30,9 @@ QVariant read(const QString &key, const QVariant &fallback)
 void write(const QString &key, const QVariant &value)
 {
     QSettings settings(organization, application);
-    // Each write waits for the disk, so what is stored already is not written again.
+    // Each write waits for the disk, so what is stored already is not written again. What all users
+    // of the computer have is not the person's own.
+    settings.setFallbacksEnabled(false);
     if (!settings.contains(key) || settings.value(key).toString() != value.toString())
         settings.setValue(key, value);
 }

@@ -231,13 +231,14 @@ private:
     /// Does nothing where the page has no such button.
     bool press(const char *name)
     {
-        for (QAbstractButton *button : buttons()) {
-            if (button->objectName() == QLatin1StringView(name)) {
-                press(button);
-                return true;
-            }
-        }
-        return false;
+        const QList<QAbstractButton *> all = buttons();
+        const auto found = std::ranges::find_if(all, [name](const QAbstractButton *button) {
+            return button->objectName() == QLatin1StringView(name);
+        });
+        if (found == all.cend())
+            return false;
+        press(*found);
+        return true;
     }
 
     void press(std::initializer_list<const char *> names)

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Runs a harness without a fuzzer, once with each file that is named or that a named folder has.
-#include <cstdio>
 #include <cstdlib>
 
 #include <QByteArray>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QTextStream>
 
 #include "fuzz/support.h"
 
@@ -16,13 +16,12 @@ bool run(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        std::fprintf(stderr, "cannot read %s\n", qPrintable(path));
+        QTextStream(stderr) << "cannot read " << path << Qt::endl;
         return false;
     }
     const QByteArray content = file.readAll();
     // Told before: what crashes tells nothing afterwards.
-    std::printf("%s\n", qPrintable(path));
-    std::fflush(stdout);
+    QTextStream(stdout) << path << Qt::endl;
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(content.constData()),
                            static_cast<std::size_t>(content.size()));
     return true;
@@ -50,7 +49,7 @@ int main(int argc, char **argv)
         }
     }
     if (inputs == 0) {
-        std::fprintf(stderr, "there is no input\n");
+        QTextStream(stderr) << "there is no input" << Qt::endl;
         return EXIT_FAILURE;
     }
     return EXIT_SUCCESS;

@@ -2,10 +2,10 @@
 #include "fuzz/support.h"
 
 #include <array>
-#include <cstdio>
 
 #include <QApplication>
 #include <QStackedWidget>
+#include <QTextStream>
 
 #include "app/pages.h"
 #include "app/shopwindow.h"
@@ -16,7 +16,7 @@ void tellFailuresOnly(QtMsgType type, const QMessageLogContext & /*context*/,
                       const QString &message)
 {
     if (type == QtFatalMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
+        QTextStream(stderr) << message << Qt::endl;
 }
 
 } // namespace
@@ -48,9 +48,9 @@ void FuzzSupport::startApplication()
     static std::array<char *, 2> arguments{name.data(), nullptr};
     static int count = 1;
     // Never deleted: the fuzzer ends the process while its own objects still live.
-    static auto *application = new QApplication(count, arguments.data());
+    [[maybe_unused]] static const auto *application = new QApplication(count, arguments.data());
     // A window that closes ends a program, and must not end the next window's.
-    application->setQuitOnLastWindowClosed(false);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
 QByteArray FuzzSupport::bytesOf(const std::uint8_t *data, std::size_t size)

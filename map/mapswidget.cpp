@@ -222,18 +222,22 @@ QPixmap MapsWidget::drawnAttribution() const
 {
     QFont small = font();
     small.setPointSize(attributionPointSize);
-    const QRect room(attributionMargin, 0, width() - 2 * attributionMargin, height());
+    const QRect room(0, 0, width() - 2 * attributionMargin, height());
+    // Also where all else is written from right to left.
+    constexpr int flags = Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignAbsolute;
+    // A picture may count points in other pixels than the screen does.
+    QPixmap drawn(1, 1);
     const QRect place =
-        QFontMetrics(small, this).boundingRect(room, Qt::TextWordWrap, TileServer::attribution());
+        QFontMetrics(small, &drawn).boundingRect(room, flags, TileServer::attribution());
     const QSize size(place.width() + 2 * attributionMargin, place.height());
-    QPixmap drawn((QSizeF(size) * fittedRatio).toSize());
+    drawn = QPixmap((QSizeF(size) * fittedRatio).toSize());
     drawn.setDevicePixelRatio(fittedRatio);
     // Legible on a dark tile as well.
     drawn.fill(QColor(255, 255, 255, 200)); // NOLINT: mostly opaque white
     QPainter painter(&drawn);
     painter.setFont(small);
     painter.setPen(Qt::black);
-    painter.drawText(room, Qt::TextWordWrap, TileServer::attribution());
+    painter.drawText(room.translated(attributionMargin, 0), flags, TileServer::attribution());
     return drawn;
 }
 

@@ -151,12 +151,10 @@ void MaskedField::inputMethodEvent(QInputMethodEvent *event)
 {
     QString commit = event->commitString();
     commit.replace(u',', u'.');
-    if (takeKey(commit)) {
-        event->accept();
-        return;
-    }
     QInputMethodEvent pointed(event->preeditString(), event->attributes());
-    pointed.setCommitString(commit, event->replacementStart(), event->replacementLength());
+    // What was composed leaves the field also when it is not taken as it was.
+    if (!takeKey(commit))
+        pointed.setCommitString(commit, event->replacementStart(), event->replacementLength());
     QLineEdit::inputMethodEvent(&pointed);
     event->setAccepted(pointed.isAccepted());
 }

@@ -30,6 +30,7 @@ private slots:
     void whatIsTypedCounts();
     void commaIsAPoint();
     void commaOfAnInputMethodIsAPoint();
+    void composedTextThatIsRefusedLeavesTheField();
     void typingStartsAtTheFirstPlace();
     void refusedKeysChangeNothing();
     void signIsPutToDigits();
@@ -271,6 +272,22 @@ void TestCoordinates::commaOfAnInputMethodIsAPoint()
         QCoreApplication::sendEvent(&field, &event);
     }
     QCOMPARE(field.text(), "5.2");
+}
+
+void TestCoordinates::composedTextThatIsRefusedLeavesTheField()
+{
+    MaskedField field("#00.000000");
+    field.setValue("5.25");
+    const QImage before = field.grab().toImage();
+    const QString digit(u'\u0663'); // a three in another script
+    QInputMethodEvent composing(digit, {});
+    QCoreApplication::sendEvent(&field, &composing);
+    QVERIFY(field.grab().toImage() != before);
+    QInputMethodEvent composed;
+    composed.setCommitString(digit);
+    QCoreApplication::sendEvent(&field, &composed);
+    QCOMPARE(field.value(), "5.25");
+    QCOMPARE(field.grab().toImage(), before);
 }
 
 void TestCoordinates::typingStartsAtTheFirstPlace()

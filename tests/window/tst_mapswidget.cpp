@@ -499,14 +499,20 @@ void TestMapsWidget::onlyWhatChangedIsPainted()
 void TestMapsWidget::attributionIsLegible_data()
 {
     QTest::addColumn<QColor>("tiles");
-    QTest::newRow("dark") << QColor(Qt::black);
-    QTest::newRow("light") << QColor(Qt::white);
-    QTest::newRow("red") << QColor(Qt::red);
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("dark") << QColor(Qt::black) << Qt::LeftToRight;
+    QTest::newRow("light") << QColor(Qt::white) << Qt::LeftToRight;
+    QTest::newRow("red") << QColor(Qt::red) << Qt::LeftToRight;
+    QTest::newRow("from right to left") << QColor(Qt::black) << Qt::RightToLeft;
 }
 
 void TestMapsWidget::attributionIsLegible()
 {
     QFETCH(QColor, tiles);
+    QFETCH(Qt::LayoutDirection, direction);
+    const auto usual = QGuiApplication::layoutDirection();
+    const auto restore = qScopeGuard([usual] { QGuiApplication::setLayoutDirection(usual); });
+    QGuiApplication::setLayoutDirection(direction);
     host->answer = [this, &tiles](QTcpSocket *socket, const QString &) {
         host->finish(socket, TileHost::response(TileHost::picture(tiles)));
     };
