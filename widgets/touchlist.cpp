@@ -76,11 +76,12 @@ QSize TouchList::minimumSizeHint() const
 void TouchList::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                             const QList<int> &roles)
 {
-    if (topLeft == bottomRight)
-        QAbstractItemView::dataChanged(topLeft, bottomRight,
-                                       roles); // NOLINT(bugprone-parent-virtual-call)
-    else
+    if (topLeft == bottomRight) {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
+    } else {
         QListWidget::dataChanged(topLeft, bottomRight, roles);
+    }
 }
 
 void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
