@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <climits>
 #include <csignal>
 #include <functional>
 
@@ -25,6 +24,7 @@
 #include "app/pages.h"
 #include "lists/listrow.h"
 #include "lists/liststate.h"
+#include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 
 // Stores get coordinates only where there is a position source.
@@ -647,17 +647,12 @@ private slots:
 void TestKilled::whatWasShownAsDoneIsInTheFile()
 {
     // By hand as many as one likes; otherwise what fits into a run of all tests.
-    bool isNumber = false;
-    const int wanted = qEnvironmentVariableIntValue("TROLLEO_TEST_KILLS", &isNumber);
-    const int most = isNumber ? wanted : 60;
-    const QDeadlineTimer deadline = isNumber ? QDeadlineTimer(QDeadlineTimer::Forever)
-                                             : QDeadlineTimer(std::chrono::seconds(30));
-    const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
-                             ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
-                             : QRandomGenerator::global()->generate();
-    // It brings back what is done, but not the very moments, which depend on the machine as well.
-    qInfo("TROLLEO_TEST_SEED=%u", seed);
-    QRandomGenerator random(seed);
+    const int most = RandomRun::count("TROLLEO_TEST_KILLS", 60);
+    const QDeadlineTimer deadline = qEnvironmentVariableIsSet("TROLLEO_TEST_KILLS")
+                                        ? QDeadlineTimer(QDeadlineTimer::Forever)
+                                        : QDeadlineTimer(std::chrono::seconds(30));
+    // The seed brings back what is done, but not the very moments, which depend on the machine.
+    QRandomGenerator random(RandomRun::seed());
 
     const TestHome home;
     const QString journal = home.databaseFile() + "-journal";
@@ -784,9 +779,7 @@ int main(int argc, char **argv)
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         Writer(arguments.value(2), arguments.value(3).toUInt()).run();
     }
-    // As many as one likes take longer than a test of this kind may.
-    if (qEnvironmentVariableIsSet("TROLLEO_TEST_KILLS"))
-        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(INT_MAX));
+    RandomRun::takeYourTime("TROLLEO_TEST_KILLS");
     TestKilled test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <array>
-#include <climits>
 #include <cmath>
 #include <limits>
 
@@ -9,13 +8,13 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QRandomGenerator>
 #include <QStackedWidget>
 #include <QtPlugin>
 #include <QtTest>
 
 #include "app/pages.h"
 #include "lists/listrow.h"
+#include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -263,14 +262,8 @@ void TestMonkey::check(const ShopDriver &shop)
 
 void TestMonkey::nothingBreaksTheWindow()
 {
-    bool isNumber = false;
-    const int wanted = qEnvironmentVariableIntValue("TROLLEO_TEST_STEPS", &isNumber);
-    const int steps = isNumber ? wanted : 2000;
-    const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
-                             ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
-                             : QRandomGenerator::global()->generate();
-    qInfo("TROLLEO_TEST_SEED=%u TROLLEO_TEST_STEPS=%d", seed, steps);
-    random.seed(seed);
+    const int steps = RandomRun::count("TROLLEO_TEST_STEPS", 2000);
+    random.seed(RandomRun::seed());
     std::array<int, 20> seen{};
 
     ShopDriver shop(anyDatabase(), {{"GpsEnabled", true}});
@@ -302,9 +295,7 @@ void TestMonkey::nothingBreaksTheWindow()
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    // As many steps as one likes take longer than a test of this kind may.
-    if (qEnvironmentVariableIsSet("TROLLEO_TEST_STEPS"))
-        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(INT_MAX));
+    RandomRun::takeYourTime("TROLLEO_TEST_STEPS");
     TestMonkey test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -3,17 +3,16 @@
 #include <unistd.h>
 
 #include <array>
-#include <climits>
 
 #include <QApplication>
 #include <QFile>
 #include <QGeoCoordinate>
-#include <QRandomGenerator>
 #include <QtPlugin>
 #include <QtTest>
 
 #include "app/pages.h"
 #include "map/mapswidget.h"
+#include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -126,14 +125,8 @@ void TestWeek::answer(ShopDriver &shop)
 
 void TestWeek::everyReminderComes()
 {
-    bool isNumber = false;
-    const int wanted = qEnvironmentVariableIntValue("TROLLEO_TEST_POSITIONS", &isNumber);
-    const int positions = isNumber ? wanted : 4000;
-    const quint32 seed = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
-                             ? qEnvironmentVariable("TROLLEO_TEST_SEED").toUInt()
-                             : QRandomGenerator::global()->generate();
-    qInfo("TROLLEO_TEST_SEED=%u TROLLEO_TEST_POSITIONS=%d", seed, positions);
-    random.seed(seed);
+    const int positions = RandomRun::count("TROLLEO_TEST_POSITIONS", 4000);
+    random.seed(RandomRun::seed());
 
     ShopDriver shop(database(), {{"GpsEnabled", true}});
     shop.press("reminderButton");
@@ -187,9 +180,7 @@ void TestWeek::everyReminderComes()
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    // As many positions as one likes take longer than a test of this kind may.
-    if (qEnvironmentVariableIsSet("TROLLEO_TEST_POSITIONS"))
-        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(INT_MAX));
+    RandomRun::takeYourTime("TROLLEO_TEST_POSITIONS");
     TestWeek test;
     return QTest::qExec(&test, argc, argv);
 }
