@@ -28,16 +28,14 @@ double median(std::vector<double> times)
     return times.at(times.size() / 2);
 }
 
-} // namespace
-
-double Bench::milliseconds(const Work &work, int rounds)
+void print(const char *what, int scale, double ours, double floor, double goal)
 {
-    std::vector<double> times;
-    times.reserve(static_cast<std::size_t>(rounds));
-    for (int round = 0; round < rounds; ++round)
-        times.push_back(roundOf(work));
-    return median(times);
+    std::printf("%-34s %8d %12.4f %12.4f %8.2f %8.2f\n", what, scale, ours, floor, ours / floor,
+                goal);
+    std::fflush(stdout); // NOLINT(cert-err33-c): what is not printed is seen to be missing
 }
+
+} // namespace
 
 void Bench::compare(const char *what, int scale, const Work &ours, const Work &floor, double goal,
                     int rounds, int times)
@@ -51,11 +49,4 @@ void Bench::compare(const char *what, int scale, const Work &ours, const Work &f
         floorTimes.push_back(roundOf(floor) / times);
     }
     print(what, scale, median(oursTimes), median(floorTimes), goal);
-}
-
-void Bench::print(const char *what, int scale, double ours, double floor, double goal)
-{
-    std::printf("%-34s %8d %12.4f %12.4f %8.2f %8.2f\n", what, scale, ours, floor, ours / floor,
-                goal);
-    std::fflush(stdout); // NOLINT(cert-err33-c): what is not printed is seen to be missing
 }

@@ -21,9 +21,4 @@ struct Work
 void compare(const char *what, int scale, const Work &ours, const Work &floor, double goal,
              int rounds = 7, int times = 1);
 
-/// The median of some rounds of `work`, in milliseconds.
-double milliseconds(const Work &work, int rounds = 7);
-
-void print(const char *what, int scale, double ours, double floor, double goal);
-
 } // namespace Bench
