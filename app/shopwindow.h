@@ -31,6 +31,7 @@ class AlarmSound;
 class QListWidgetItem;
 class QNetworkConfigurationManager;
 class QNetworkSession;
+class QSqlQuery;
 class QStackedWidget;
 class QTimer;
 class QTranslator;
@@ -366,8 +367,9 @@ private:
     void fillShoppingPage();
     static QString listStateText(int state);
     QString storeNameForRow() const;
-    static int addGoods(QList<QListWidgetItem *> &rows, QLatin1StringView statement, int id,
-                        Qt::CheckState checkState);
+    static QList<QListWidgetItem *> goodsRows(QSqlQuery &query);
+    static QList<QListWidgetItem *> checkableRows(QLatin1StringView statement, int id,
+                                                  Qt::CheckState checkState);
     void toggleGood(int row);
     /// Recomputes the state of the active list from its goods, stores it and shows it.
     void updateListState() const;

@@ -54,39 +54,33 @@ void ShopWindow::startShopping()
     }
     lastTappedGoodId = 0;
     doShoppingPage.title->setText(shoppingPage.listName->text());
-    QList<QListWidgetItem *> rows;
+    QList<QListWidgetItem *> unchecked;
+    QList<QListWidgetItem *> checked;
     if (shoppingFromReminder) {
-        addGoods(rows, Statements::uncheckedGoodsOfStore, currentStoreId, Qt::Unchecked);
-        checkedCount = addGoods(rows, Statements::checkedGoodsOfStore, currentStoreId, Qt::Checked);
+        unchecked = checkableRows(Statements::uncheckedGoodsOfStore, currentStoreId, Qt::Unchecked);
+        checked = checkableRows(Statements::checkedGoodsOfStore, currentStoreId, Qt::Checked);
     } else {
-        addGoods(rows, Statements::uncheckedGoodsOfList, currentListId, Qt::Unchecked);
-        checkedCount = addGoods(rows, Statements::checkedGoodsOfList, currentListId, Qt::Checked);
+        unchecked = checkableRows(Statements::uncheckedGoodsOfList, currentListId, Qt::Unchecked);
+        checked = checkableRows(Statements::checkedGoodsOfList, currentListId, Qt::Checked);
     }
-    doShoppingPage.list->showRows(rows);
+    checkedCount = static_cast<int>(checked.size());
+    doShoppingPage.list->showRows(unchecked + checked);
     pageStack->setCurrentIndex(PageDoShopping);
     startShoppingPending = false;
     shoppingFromReminder = false;
 }
 
-/// Appends a row for each of the goods that `statement` gives for the list or store `id`; returns
-/// how many.
-int ShopWindow::addGoods(QList<QListWidgetItem *> &rows, QLatin1StringView statement, int id,
-                         Qt::CheckState checkState)
+/// A row with a check mark for each of the goods that `statement` gives for the list or store `id`.
+QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, int id,
+                                                   Qt::CheckState checkState)
 {
-    int added = 0;
     QSqlQuery query = Database::run(statement, id);
-    const int nameColumn = Database::column(query, "name"_L1);
-    const int idColumn = Database::column(query, "id"_L1);
-    const int amountColumn = Database::column(query, "amount"_L1);
-    while (query.next()) {
-        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
-                                query.value(amountColumn).toInt());
+    QList<QListWidgetItem *> rows = goodsRows(query);
+    for (QListWidgetItem *row : std::as_const(rows)) {
         row->setData(CheckableRole, 1);
         row->setData(Qt::CheckStateRole, static_cast<int>(checkState));
-        rows << row;
-        ++added;
     }
-    return added;
+    return rows;
 }
 
 void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)

@@ -64,11 +64,9 @@ void ShopWindow::buildItemsListPage()
     connect(p.help, &QPushButton::clicked, this, &ShopWindow::editItemsListHelp);
 }
 
-void ShopWindow::listEditClicked()
+/// A row with its amount for each of the goods that `query` gives.
+QList<QListWidgetItem *> ShopWindow::goodsRows(QSqlQuery &query)
 {
-    itemsListPage.title->setText(
-        Database::name(Statements::listName, currentListId).value_or(QString()));
-    QSqlQuery query = Database::run(Statements::goodsOfList, currentListId);
     const int nameColumn = Database::column(query, "name"_L1);
     const int idColumn = Database::column(query, "id"_L1);
     const int amountColumn = Database::column(query, "amount"_L1);
@@ -77,7 +75,15 @@ void ShopWindow::listEditClicked()
         rows << new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
                             query.value(amountColumn).toInt());
     }
-    itemsListPage.list->showRows(rows);
+    return rows;
+}
+
+void ShopWindow::listEditClicked()
+{
+    itemsListPage.title->setText(
+        Database::name(Statements::listName, currentListId).value_or(QString()));
+    QSqlQuery query = Database::run(Statements::goodsOfList, currentListId);
+    itemsListPage.list->showRows(goodsRows(query));
     goodsWereRead = !query.lastError().isValid();
     itemsReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageItemsList);
