@@ -1,6 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "app/alerthelper.h"
 
-void AlertHelper::initialise() {}
+#include "platform/devicealert.h"
 
-void AlertHelper::alert(bool /*on*/) {}
+AlertHelper::~AlertHelper()
+{
+    alert(false);
+}
+
+void AlertHelper::initialise()
+{
+    DeviceAlert::instance();
+}
+
+void AlertHelper::alert(bool on)
+{
+    if (on)
+        DeviceAlert::instance().start();
+    else
+        DeviceAlert::instance().stop();
+}

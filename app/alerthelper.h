@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Hook for notifying the person through the device itself (vibration, backlight). Today's
-/// desktops offer nothing of the kind to call, so its operations do nothing; they may be called
-/// at any time.
+/// Notifies the person through the device, by DeviceAlert: a notification, vibration, light. Its
+/// operations may be called at any time, and do nothing where the device offers nothing to call.
 class AlertHelper
 {
 public:
     AlertHelper() = default;
-    ~AlertHelper() = default;
+    /// Ends what alert() has started.
+    ~AlertHelper();
     AlertHelper(const AlertHelper &) = delete;
     AlertHelper &operator=(const AlertHelper &) = delete;
 

@@ -7,11 +7,14 @@
 
 #include "app/shopwindow.h"
 #include "platform/alarmsound.h"
+#include "platform/standarderror.h"
 
 using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    // Whoever started the program may not read what it says.
+    StandardError::takeMessages();
     QApplication application(argc, argv);
     // What the location service asks permission for, whatever the file is called that was started.
     QApplication::setApplicationName(u"trolleo"_s);

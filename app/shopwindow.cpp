@@ -114,11 +114,20 @@ ShopWindow::ShopWindow(QWidget *parent)
     connect(gps.get(), &TrShopGps::coordinateUpdated, this, &ShopWindow::gpsAcquired);
     connect(gps.get(), &TrShopGps::coordinateRequestTimeout, this, &ShopWindow::coordUpdateTimeout);
     connect(gps.get(), &TrShopGps::startGpsFailed, this, &ShopWindow::startGpsFailed);
+    connect(gps.get(), &TrShopGps::roughCoordinateUpdated, this, &ShopWindow::takeRoughPosition);
+    connect(gps.get(), &TrShopGps::positionMissing, this, [this] {
+        tellNoPosition(tr("No position yet. Is location switched on, and the sky in sight?"));
+    });
+    connect(gps.get(), &TrShopGps::locationRefused, this, [this] {
+        tellNoPosition(tr("Location is switched off, or not allowed for this program. Allow it in "
+                          "the settings of the system."));
+    });
     gpsAvailable = gps->isAvailable();
     setFirstSize(this);
     dbFilePath = Database::filePath();
     Database::prepareFolder();
     openDatabase();
+    buildTrackingServices();
     buildUserInterface();
     applyGpsSettings();
 }

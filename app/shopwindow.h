@@ -28,6 +28,8 @@
 #include "tracking/trackingpage.h"
 
 class AlarmSound;
+class InputPause;
+class Notifier;
 class QListWidgetItem;
 class QNetworkConfigurationManager;
 class QNetworkSession;
@@ -35,6 +37,7 @@ class QSqlQuery;
 class QStackedWidget;
 class QTimer;
 class QTranslator;
+class SleepInhibitor;
 class TrShopGps;
 class TurningPage;
 struct TurningBoxes;
@@ -444,6 +447,10 @@ private:
     void requestPosition();
     void endWaiting();
     void takePosition();
+    /// A position that is too rough to ring, or to be a store's; degrees and metres.
+    void takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters);
+    /// Tells once, until a position comes, that there is none.
+    void tellNoPosition(const QString &text);
 
     std::unique_ptr<TrShopGps> gps;
     void buildCoordinatesGpsView();
@@ -466,6 +473,10 @@ private:
     bool haveGpsFix = false;
     /// There is a last position, however old.
     bool positionKnown = false;
+    /// It was told that no position comes; nothing has come since.
+    bool noPositionTold = false;
+    /// It was told, in this wait or this run of tracking, that the position is a rough one.
+    bool roughPositionTold = false;
     /// Someone waits for a position.
     bool waitingForFix = false;
     /// The source is being asked, and has not returned yet.
@@ -475,6 +486,8 @@ private:
 
     // ---- Tracking and reminders ---------------------------------------------------------------
     void applyGpsSettings();
+    void buildTrackingServices();
+    void setTrackingActive(bool active);
     void showTrackingState() const;
     void nameTrackingChoices() const;
     void nameCriterion() const;
@@ -483,7 +496,14 @@ private:
     void refreshTrackedDistances();
     void track(bool somebodyWaited);
     void showReminder();
+    /// Makes the reminder's notification, from what its page says.
+    void prepareAlert() const;
+    /// Answers the reminder by its notification: `key` is that of the action chosen.
+    void answerReminder(const QString &key);
     void bringToFront();
+    /// As bringToFront(), by the compositor's leave where that takes a token.
+    void bringToFrontBy(const QString &activationToken);
+    void closeWhatCoversPages();
     void fillTrackedList(bool distancesAreKnown);
     void showPositionAndNearest();
     void markNearestStore() const;
@@ -494,6 +514,11 @@ private:
     /// A child of the window.
     AlarmSound *alarmSound = nullptr;
     bool trackingActive = false;
+    /// Says so while tracking runs, and keeps the device awake. Children of the window.
+    Notifier *trackingNotice = nullptr;
+    SleepInhibitor *sleepInhibitor = nullptr;
+    /// Keeps from the reminder what was meant for something else. A child of the window.
+    InputPause *inputPause = nullptr;
     /// Which criterion is chosen; neither stands for all stores.
     bool trackByCategory = false;
     bool trackByStore = false;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <chrono>
 #include <cmath>
 
 #include <QLabel>
+#include <QLocale>
 #include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QTimer>
@@ -9,9 +11,19 @@
 #include "app/shopwindow.h"
 #include "app/trsettings.h"
 #include "gps/trshopgps.h"
+#include "map/mapswidget.h"
+#include "platform/informationbox.h"
 #include "widgets/namebutton.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Long enough to read two sentences.
+constexpr auto adviceTime = 8000ms;
+
+} // namespace
 
 void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
 {
@@ -22,6 +34,7 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
     currentAltitude = std::isfinite(meters) ? meters : 0;
     haveGpsFix = true;
     positionKnown = true;
+    noPositionTold = false;
     // A reminder has to be answered first.
     if (pageStack->currentIndex() == PageReminder)
         return;
@@ -56,9 +69,36 @@ void ShopWindow::requestPosition()
 /// A position that arrives later finds nobody waiting.
 void ShopWindow::endWaiting()
 {
+    if (waitingForFix)
+        gps->cancelRequest();
     waitingForFix = false;
     retryTimer->stop();
     disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
+}
+
+void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters)
+{
+    noPositionTold = false;
+    if (waitingForFix && pageStack->currentIndex() == PageCoordinates)
+        coordinatesPage.map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
+    else if (trackingActive && pageStack->currentIndex() == PageTrackedList)
+        trackedListPage.map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
+    if (roughPositionTold || pageStack->currentIndex() == PageReminder)
+        return;
+    roughPositionTold = true;
+    constexpr qreal metersPerKilometer = 1000;
+    const QString kilometers =
+        QLocale().toString(std::ceil(accuracyMeters / metersPerKilometer), 'f', 0);
+    InformationBox::information(
+        this, tr("Your position is known to within %1 km only.").arg(kilometers), adviceTime);
+}
+
+void ShopWindow::tellNoPosition(const QString &text)
+{
+    if (noPositionTold)
+        return;
+    noPositionTold = true;
+    InformationBox::information(this, text, adviceTime);
 }
 
 void ShopWindow::startGpsFailed()
@@ -74,6 +114,7 @@ void ShopWindow::fixCurrentGps()
         return;
     }
     waitingForFix = true;
+    roughPositionTold = false;
     requestPosition();
 }
 

@@ -8,8 +8,10 @@
 #include <QGeoPositionInfoSource>
 #include <QtPlugin>
 
+#include "platform/positionsource.h"
+
 // Nothing else names the plugin, so without this it would not be linked in.
-Q_IMPORT_PLUGIN(GpsdPlugin)
+Q_IMPORT_PLUGIN(PositionPlugin)
 
 using namespace std::chrono_literals;
 
@@ -42,6 +44,17 @@ void TrShopGps::init()
                 if (error == QGeoPositionInfoSource::UpdateTimeoutError)
                     updateTimeout();
             });
+    // Qt's own sources tell nothing of the kind.
+    if (const auto *ours = qobject_cast<PositionSource *>(source)) {
+        connect(ours, &PositionSource::roughPositionUpdated, this,
+                [this](const QGeoPositionInfo &position) {
+                    emit roughCoordinateUpdated(
+                        position.coordinate().longitude(), position.coordinate().latitude(),
+                        position.attribute(QGeoPositionInfo::HorizontalAccuracy));
+                });
+        connect(ours, &PositionSource::positionMissing, this, &TrShopGps::positionMissing);
+        connect(ours, &PositionSource::locationRefused, this, &TrShopGps::locationRefused);
+    }
     sourceCreated = true;
 }
 
@@ -77,6 +90,12 @@ void TrShopGps::requestUpdate()
 {
     if (source)
         source->requestUpdate(0);
+}
+
+void TrShopGps::cancelRequest()
+{
+    if (auto *ours = qobject_cast<PositionSource *>(source))
+        ours->cancelRequest();
 }
 
 float TrShopGps::distanceBetween(float latitude1, float longitude1, float latitude2,

@@ -31,6 +31,8 @@ public:
 
     /// Asks for the position once, for as long as the source itself sees fit to wait.
     void requestUpdate();
+    /// Nobody waits for the position any more that requestUpdate() asked for.
+    void cancelRequest();
 
     /// The great-circle distance in metres between two points in degrees.
     static float distanceBetween(float latitude1, float longitude1, float latitude2,
@@ -41,6 +43,13 @@ signals:
     /// Degrees and metres, longitude first.
     void coordinateUpdated(qreal longitude, qreal latitude, qreal altitude);
     void coordinateRequestTimeout();
+    /// Degrees and metres: a position that is known to be off by so much that it neither rings nor
+    /// says where a store is.
+    void roughCoordinateUpdated(qreal longitude, qreal latitude, qreal accuracyMeters);
+    /// No position has come for a minute; told once until one comes.
+    void positionMissing();
+    /// The desktop's location service is switched off, or closed to us.
+    void locationRefused();
 
 private slots:
     void positionUpdated(QGeoPositionInfo info);

@@ -10,12 +10,24 @@
 #include "app/shopwindow.h"
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
+#include "platform/devicealert.h"
 #include "widgets/controls.h"
+#include "widgets/inputpause.h"
 #include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// What the answers are called in the notification.
+const QString nextAction = u"next"_s;
+const QString stopAction = u"stop"_s;
+const QString startAction = u"start"_s;
+const QString openAction = u"default"_s;
+
+} // namespace
 
 void ShopWindow::buildReminderPage()
 {
@@ -76,26 +88,78 @@ void ShopWindow::showReminder()
     if (pageStack->currentIndex() == PageDoShopping)
         updateListState();
     alarmSound->play();
-    alertHelper->alert(true);
     gps->stopUpdates();
     const TrackedStore &nearest = trackedStores.first();
     // Not translated: it says the same in every language of the program.
     reminderPage.store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
-    pageStack->widget(PageReminder)
-        ->setAccessibleName(reminderPage.heading->text() + u' ' + reminderPage.store->text());
+    QWidget *page = pageStack->widget(PageReminder);
+    page->setAccessibleName(reminderPage.heading->text() + u' ' + reminderPage.store->text());
+    prepareAlert();
+    alertHelper->alert(true);
+    inputPause->begin();
+    closeWhatCoversPages();
     pageStack->setCurrentIndex(PageReminder);
+    // None of its buttons: a key that is on its way must not press one. It is read out, too.
+    page->setFocus();
+    bringToFront();
+}
+
+void ShopWindow::prepareAlert() const
+{
+    QString heading = reminderPage.heading->text();
+    if (heading.endsWith(u':'))
+        heading.chop(1); // the store stands above it
+    DeviceAlert::instance().setNotification(
+        {.summary = reminderPage.store->text(),
+         .body = heading,
+         .urgency = Notification::Critical,
+         .actions = {{openAction, tr("Open Trolleo")},
+                     {nextAction, reminderPage.next->text()},
+                     {stopAction, reminderPage.stop->text()},
+                     {startAction, reminderPage.startShopping->text()}}});
+}
+
+void ShopWindow::answerReminder(const QString &key)
+{
+    // The page may have been used already, which the notification does not know yet.
+    const bool isAsked = pageStack->currentIndex() == PageReminder;
+    if (key == openAction)
+        bringToFront();
+    else if (isAsked && key == nextAction)
+        skipStore();
+    else if (isAsked && key == stopAction)
+        stopTracking();
+    else if (isAsked && key == startAction) {
+        startShoppingGps();
+        bringToFront();
+    }
+}
+
+/// Whoever chooses a file, or from a menu, could not answer the reminder. A dialog may have opened
+/// a box.
+void ShopWindow::closeWhatCoversPages()
+{
+    while (QWidget *popup = QApplication::activePopupWidget()) {
+        if (!popup->close())
+            break;
+    }
+    while (QWidget *dialog = QApplication::activeModalWidget()) {
+        if (!dialog->close())
+            break;
+    }
+}
+
+void ShopWindow::bringToFrontBy(const QString &activationToken)
+{
+    // Where Qt's Wayland plugin looks for it, once.
+    qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     bringToFront();
 }
 
 /// Lets the person see the window, whatever is before it.
 void ShopWindow::bringToFront()
 {
-    // Whoever chooses a file could not answer the reminder. The dialog may have opened a box.
-    while (QWidget *dialog = QApplication::activeModalWidget()) {
-        if (!dialog->close())
-            break;
-    }
     QWidget *top = window();
     top->setWindowState(top->windowState() & ~Qt::WindowMinimized);
     top->show();
@@ -108,6 +172,7 @@ void ShopWindow::bringToFront()
 void ShopWindow::skipStore()
 {
     alarmSound->stop();
+    alertHelper->alert(false);
     if (!trackedStores.isEmpty())
         trackedStores.removeFirst();
     if (trackedStores.isEmpty()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tracking/trackingpage.h"
 
+#include <chrono>
+
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -13,8 +15,14 @@
 #include "data/statements.h"
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
+#include "platform/devicealert.h"
+#include "platform/informationbox.h"
+#include "platform/messagebus.h"
+#include "platform/notifier.h"
+#include "platform/sleepinhibitor.h"
 #include "tracking/trackedstores.h"
 #include "widgets/controls.h"
+#include "widgets/inputpause.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
 #include "widgets/rowbutton.h"
@@ -25,6 +33,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int alarmLoops = 3;
+constexpr auto bannerTime = std::chrono::seconds(5);
+/// What the services call the click on a notification itself.
+const QString defaultAction = u"default"_s;
 
 } // namespace
 
@@ -88,12 +99,47 @@ void ShopWindow::buildTrackingPage()
     showTrackingState();
 }
 
-/// Lets the buttons and the criteria tell whether tracking runs.
+/// Makes what outlives the pages: what tells of tracking and of the reminder outside the window.
+void ShopWindow::buildTrackingServices()
+{
+    inputPause = new InputPause(this);
+    trackingNotice = new Notifier(MessageBus::session(), this);
+    connect(trackingNotice, &Notifier::activationTokenGiven, this, &ShopWindow::bringToFrontBy);
+    connect(trackingNotice, &Notifier::actionInvoked, this, &ShopWindow::bringToFront);
+    const DeviceAlert &alert = DeviceAlert::instance();
+    connect(&alert, &DeviceAlert::activationTokenGiven, this, &ShopWindow::bringToFrontBy);
+    connect(&alert, &DeviceAlert::actionInvoked, this, &ShopWindow::answerReminder);
+    sleepInhibitor = new SleepInhibitor(MessageBus::system(), this);
+    connect(sleepInhibitor, &SleepInhibitor::fallingAsleep, this, [this] {
+        InformationBox::information(this, tr("Tracking pauses while the device sleeps."),
+                                    bannerTime);
+    });
+}
+
+void ShopWindow::setTrackingActive(bool active)
+{
+    trackingActive = active;
+    showTrackingState();
+    if (active)
+        sleepInhibitor->hold(tr("Reminds of shopping lists on the way"));
+    else
+        sleepInhibitor->release();
+}
+
+/// Lets the buttons, the criteria and the desktop tell whether tracking runs.
 void ShopWindow::showTrackingState() const
 {
     trackingPage.start->setEnabled(!trackingActive);
     trackingPage.stop->setEnabled(trackingActive);
     trackingPage.criteria->setEnabled(!trackingActive);
+    if (trackingActive)
+        trackingNotice->show({.summary = tr("Tracking is running"),
+                              .body = tr("Trolleo rings when a Store with an open List is near."),
+                              .urgency = Notification::Low,
+                              .isResident = true,
+                              .actions = {{defaultAction, tr("Open Trolleo")}}});
+    else
+        trackingNotice->close();
 }
 
 /// Names the store and the category that are tracked, or would be: both may have been chosen,
@@ -167,16 +213,18 @@ void ShopWindow::startTracking()
             warning, PageTracking);
         return;
     }
-    trackingActive = true;
-    showTrackingState();
+    // What was known before may be far from here by now.
+    haveGpsFix = false;
+    roughPositionTold = false;
+    setTrackingActive(true);
     gps->startUpdates();
 }
 
 void ShopWindow::stopTracking()
 {
     alarmSound->stop();
-    trackingActive = false;
-    showTrackingState();
+    alertHelper->alert(false);
+    setTrackingActive(false);
     nameTrackingChoices();
     if (gpsAutoStart && gpsEnabled) {
         // A reminder has paused them.
@@ -238,6 +286,8 @@ void ShopWindow::applyGpsSettings()
     alarmSound->setLoops(alarmLoops);
     if (gpsEnabled)
         gps->init();
+    else
+        gps->cancelRequest();
     if (trackingActive && !gpsEnabled)
         stopTracking();
     // Tracking that runs goes on with the stores of its start, on a source made only now as well.

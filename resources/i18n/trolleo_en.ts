@@ -1055,5 +1055,37 @@
         <source>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</source>
         <translation>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</translation>
     </message>
+    <message>
+        <source>No position yet. Is location switched on, and the sky in sight?</source>
+        <translation>No position yet. Is location switched on, and the sky in sight?</translation>
+    </message>
+    <message>
+        <source>Location is switched off, or not allowed for this program. Allow it in the settings of the system.</source>
+        <translation>Location is switched off, or not allowed for this program. Allow it in the settings of the system.</translation>
+    </message>
+    <message>
+        <source>Your position is known to within %1 km only.</source>
+        <translation>Your position is known to within %1 km only.</translation>
+    </message>
+    <message>
+        <source>Tracking pauses while the device sleeps.</source>
+        <translation>Tracking pauses while the device sleeps.</translation>
+    </message>
+    <message>
+        <source>Reminds of shopping lists on the way</source>
+        <translation>Reminds of shopping lists on the way</translation>
+    </message>
+    <message>
+        <source>Tracking is running</source>
+        <translation>Tracking is running</translation>
+    </message>
+    <message>
+        <source>Trolleo rings when a Store with an open List is near.</source>
+        <translation>Trolleo rings when a Store with an open List is near.</translation>
+    </message>
+    <message>
+        <source>Open Trolleo</source>
+        <translation>Open Trolleo</translation>
+    </message>
 </context>
 </TS>

@@ -1055,5 +1055,37 @@
         <source>type them, in degrees or in degrees, minutes and seconds; N/S and E/W change the hemisphere;</source>
         <translation>ввести их в градусах или в градусах, минутах и секундах; N/S и E/W меняют полушарие;</translation>
     </message>
+    <message>
+        <source>No position yet. Is location switched on, and the sky in sight?</source>
+        <translation>Местоположения пока нет. Включено ли определение местоположения, видно ли небо?</translation>
+    </message>
+    <message>
+        <source>Location is switched off, or not allowed for this program. Allow it in the settings of the system.</source>
+        <translation>Определение местоположения выключено или не разрешено этой программе. Разрешите его в настройках системы.</translation>
+    </message>
+    <message>
+        <source>Your position is known to within %1 km only.</source>
+        <translation>Местоположение известно только с точностью до %1 км.</translation>
+    </message>
+    <message>
+        <source>Tracking pauses while the device sleeps.</source>
+        <translation>Пока устройство спит, слежение приостановлено.</translation>
+    </message>
+    <message>
+        <source>Reminds of shopping lists on the way</source>
+        <translation>Напоминает о списках покупок в пути</translation>
+    </message>
+    <message>
+        <source>Tracking is running</source>
+        <translation>Слежение запущено</translation>
+    </message>
+    <message>
+        <source>Trolleo rings when a Store with an open List is near.</source>
+        <translation>Trolleo подаст сигнал, когда рядом окажется магазин с незавершённым списком.</translation>
+    </message>
+    <message>
+        <source>Open Trolleo</source>
+        <translation>Открыть Trolleo</translation>
+    </message>
 </context>
 </TS>

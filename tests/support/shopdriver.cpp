@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/shopdriver.h"
 
+#include <tuple>
 #include <utility>
 
 #include <QAbstractButton>
@@ -77,6 +78,25 @@ QPoint ShopDriver::inWindow(const QWidget *widget, const QPoint &position) const
     return widget->mapTo(window.get(), position);
 }
 
+void ShopDriver::waitForReminder() const
+{
+    constexpr int pause = 1100; // milliseconds; for so long it is deaf to what was on its way
+    if (pageIndex() == PageReminder)
+        QTest::qWait(pause);
+}
+
+void ShopDriver::pressByScreenReader(const char *button) const
+{
+    auto *widget = find<QAbstractButton>(button);
+    if (!widget || !widget->isVisible())
+        qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
+    QAccessible::queryAccessibleInterface(widget)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    // It shows the button pressed for a moment, and acts when it comes up again.
+    const QPointer<QAbstractButton> pressed(widget);
+    std::ignore = QTest::qWaitFor([&] { return !pressed || !pressed->isDown(); });
+}
+
 void ShopDriver::press(const char *button) const
 {
     QCoreApplication::processEvents(); // lets a page that has just come be laid out
@@ -85,6 +105,7 @@ void ShopDriver::press(const char *button) const
         qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
     if (auto *area = page()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
         area->ensureWidgetVisible(widget);
+    waitForReminder();
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
                       inWindow(widget, widget->rect().center()));
 }

@@ -54,8 +54,12 @@ public:
         return page()->findChild<Widget *>(name);
     }
 
-    /// Presses a button of the page that shows, with the mouse.
+    /// Presses a button of the page that shows, with the mouse; one of the reminder when it listens.
     void press(const char *button) const;
+    /// Presses a button as a screen reader does, which the reminder hears at once.
+    void pressByScreenReader(const char *button) const;
+    /// Waits as someone who reads what the reminder says, if that shows.
+    void waitForReminder() const;
     /// Double taps a button where the page `next`, as large as this one, has a button too; false
     /// when there is no such place. The window's pages may be others afterwards.
     bool doubleTap(const char *button, int next);

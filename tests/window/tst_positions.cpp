@@ -10,6 +10,7 @@
 
 #include "app/pages.h"
 #include "gps/trshopgps.h"
+#include "platform/positionsource.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -31,6 +32,7 @@ private slots:
     void cleanup()
     {
         TestPositionPlugin::offersSource = true;
+        PositionPlugin::isOffered = true;
     }
     void sourceIsMadeOnce();
     void operationsWithoutASource();
@@ -97,6 +99,7 @@ void TestPositions::operationsWithoutASource()
 void TestPositions::sourceThatCannotBeMade()
 {
     TestPositionPlugin::offersSource = false;
+    PositionPlugin::isOffered = false;
     TrShopGps gps;
     QSignalSpy failed(&gps, &TrShopGps::startGpsFailed);
     gps.init();
@@ -186,6 +189,7 @@ void TestPositions::withGpsOffNothingIsAsked()
 void TestPositions::withoutASourceTheWindowSaysSo()
 {
     TestPositionPlugin::offersSource = false;
+    PositionPlugin::isOffered = false;
     ShopDriver shop(oneStore, gpsOn);
     QCOMPARE(shop.message(), "GPS: Failed to start GPS system");
     shop.press("messageOkButton");

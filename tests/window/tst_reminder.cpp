@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -9,6 +10,7 @@
 
 #include "app/pages.h"
 #include "gps/trshopgps.h"
+#include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -65,6 +67,13 @@ private slots:
     void otherPagesAreLeftAlone();
     void storeThatIsNoPlaceNeverRings();
     void minimizedWindowComesBack();
+    void noButtonHasTheFocus();
+    void whatIsOnItsWayAnswersNothing();
+    void pressThatIsUnderWay();
+    void touchThatIsUnderWay();
+    void menusClose();
+    void keysAnswerLater();
+    void startForgetsThePosition();
     void alarmRingsInAThreadOfItsOwn();
     void hundredThousandPositionsTakeNoMemory();
 
@@ -508,6 +517,170 @@ void TestReminder::minimizedWindowComesBack()
     source()->deliver(10.0085, 20);
     QTRY_VERIFY(!shop.window->isMinimized());
     QVERIFY(shop.window->isMaximized());
+}
+
+void TestReminder::noButtonHasTheFocus()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    QCOMPARE(shop.window->focusWidget(), shop.page());
+    QCOMPARE(shop.page()->accessibleName().section(" (", 0, 0),
+             "You have a Shopping List for this Store: Bakery");
+}
+
+/// Somebody types and taps without looking, around the moment at which the reminder comes.
+void TestReminder::whatIsOnItsWayAnswersNothing()
+{
+    const int times = RandomRun::count("TROLLEO_TEST_ACCIDENTS", 8);
+    constexpr int inputs = 1000;
+    constexpr int before = 300;
+    QRandomGenerator random(RandomRun::seed());
+    const QList<Qt::Key> keys{Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter,  Qt::Key_Tab,
+                              Qt::Key_A,     Qt::Key_N,      Qt::Key_Escape, Qt::Key_Down,
+                              Qt::Key_Menu,  Qt::Key_F10,    Qt::Key_Left,   Qt::Key_Backspace};
+    int answered = 0;
+    for (int time = 0; time < times; ++time) {
+        ShopDriver shop(threeStores, gpsOn);
+        track(shop);
+        shop.press("backButton");
+        shop.press("shoppingButton");
+        shop.press("listsButton");
+        shop.press("createButton");
+        auto *field = shop.find<QLineEdit>("nameField");
+        field->setFocus();
+        QWindow *surface = shop.window->windowHandle();
+        QElapsedTimer clock;
+        for (int input = 0; input < inputs; ++input) {
+            if (input == before) {
+                source()->deliver(10.0085, 20);
+                clock.start();
+            }
+            // One who types does it in a field, before; a tap anywhere may have another meaning.
+            if (input < before)
+                QTest::keyClick(surface, random.bounded(4) == 0 ? Qt::Key_Space : Qt::Key_X);
+            else if (random.bounded(3) == 0)
+                QTest::mouseClick(surface, Qt::LeftButton, {},
+                                  QPoint(random.bounded(shop.window->width()),
+                                         random.bounded(shop.window->height())));
+            else
+                QTest::keyClick(surface, keys.at(random.bounded(keys.size())),
+                                random.bounded(5) == 0 ? Qt::AltModifier : Qt::NoModifier);
+            // To the end of the second, and beyond it.
+            while (input > before && clock.elapsed() < (input - before) * 1700 / (inputs - before))
+                QTest::qWait(1);
+        }
+        QTest::qWait(100);
+        answered += shop.pageIndex() != PageReminder;
+        QVERIFY(isTracking(shop));
+        QVERIFY(field->text().contains('x'));
+        QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{5});
+        shop.press("nextButton"); // and now somebody means it
+        QCOMPARE(shop.pageIndex(), int(PageTracking));
+    }
+    qInfo("%d reminders, %d keys and taps around each; answered by accident: %d", times, inputs,
+          answered);
+    QCOMPARE(answered, 0);
+}
+
+void TestReminder::pressThatIsUnderWay()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    const QPoint place = shop.find<QWidget>("stopButton")->mapTo(shop.window.get(), QPoint(20, 20));
+    QWindow *surface = shop.window->windowHandle();
+    QTest::mousePress(surface, Qt::LeftButton, {}, place);
+    source()->deliver(10.0085, 20);
+    QTest::qWait(1500);
+    QTest::mouseRelease(surface, Qt::LeftButton, {}, place);
+    QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(shop.window->width() / 2, place.y()));
+    QTest::qWait(100);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QVERIFY(isTracking(shop));
+    shop.press("stopButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QVERIFY(!isTracking(shop));
+    // The button that was left pressed is none any more.
+    shop.press("startButton");
+    QVERIFY(isTracking(shop));
+}
+
+void TestReminder::touchThatIsUnderWay()
+{
+    const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    QWindow *surface = shop.window->windowHandle();
+    const auto centerOf = [&](const char *button) {
+        auto *widget = shop.find<QWidget>(button);
+        return widget->mapTo(shop.window.get(), widget->rect().center());
+    };
+    const QPoint stop = centerOf("stopButton");
+    QTest::touchEvent(surface, finger.get()).press(0, stop);
+    source()->deliver(10.0085, 20);
+    const QPoint next = centerOf("nextButton");
+    QTest::touchEvent(surface, finger.get()).move(0, next);
+    QTest::qWait(1200);
+    QTest::touchEvent(surface, finger.get()).release(0, next);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QVERIFY(isTracking(shop));
+    // One that begins too early is none either, however late it ends.
+    QTest::touchEvent(surface, finger.get()).press(0, next);
+    QTest::qWait(600);
+    QTest::touchEvent(surface, finger.get()).release(0, next);
+    QTest::qWait(100);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QTest::qWait(400);
+    QTest::touchEvent(surface, finger.get()).press(0, next);
+    QTest::touchEvent(surface, finger.get()).release(0, next);
+    QTRY_COMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::menusClose()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop);
+    shop.press("backButton");
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.press("createButton");
+    auto *field = shop.find<QLineEdit>("nameField");
+    QContextMenuEvent wish(QContextMenuEvent::Keyboard, QPoint(5, 5), field->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(field, &wish);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    source()->deliver(10.0085, 20);
+    QVERIFY(!QApplication::activePopupWidget());
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::keysAnswerLater()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    QWindow *surface = shop.window->windowHandle();
+    shop.waitForReminder();
+    QTest::keyClick(surface, Qt::Key_Space); // nothing has the focus
+    QTest::keyClick(surface, Qt::Key_Return);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QTest::keyClick(surface, Qt::Key_Tab);
+    QCOMPARE(shop.window->focusWidget(), shop.find<QWidget>("nextButton"));
+    QTest::keyClick(surface, Qt::Key_Space);
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
+void TestReminder::startForgetsThePosition()
+{
+    // The map view, too, is to show and to ring for where one is now, not where one was.
+    ShopDriver shop(threeStores, gpsAlwaysOn);
+    source()->deliver(10.01, 20);
+    track(shop);
+    shop.press("viewButton");
+    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    source()->deliver(11, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    shop.press("mapViewButton");
+    source()->deliver(11, 20);
+    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
 }
 
 void TestReminder::alarmRingsInAThreadOfItsOwn()

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "app/pages.h"
+#include "tests/support/madeupgpsd.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -83,6 +84,7 @@ class TestWalks : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void walk_data();
     void walk();
     void cleanupTestCase();
@@ -96,17 +98,32 @@ private:
     static void answer(ShopDriver &shop, const QString &answer);
 
     QStringList results;
+    /// Positions that the program has said to have.
+    static inline int told = 0;
 };
 
 static const QString folder = TROLLEO_SOURCES "/tests/data/walks/";
 
+void TestWalks::initTestCase()
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+        if (text.startsWith("Position updated:"))
+            ++told;
+        else
+            QTextStream(stderr) << text << Qt::endl;
+    });
+}
+
 void TestWalks::walk_data()
 {
     QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("byGpsd");
     const QStringList walks = QDir(folder).entryList({"*.nmea"}, QDir::Files, QDir::Name);
     QCOMPARE(walks.size(), 27);
-    for (const QString &walk : walks)
-        QTest::newRow(qPrintable(walk.chopped(5))) << walk.chopped(5);
+    for (const QString &walk : walks) {
+        QTest::newRow(qPrintable(walk.chopped(5))) << walk.chopped(5) << false;
+        QTest::newRow(qPrintable(walk.chopped(5) + " by gpsd")) << walk.chopped(5) << true;
+    }
 }
 
 void TestWalks::startTracking(ShopDriver &shop, const QStringList &criterion)
@@ -139,12 +156,23 @@ void TestWalks::answer(ShopDriver &shop, const QString &answer)
 void TestWalks::walk()
 {
     QFETCH(QString, name);
+    QFETCH(bool, byGpsd);
+    TestPositionPlugin::offersSource = !byGpsd;
+    MadeUpGpsd gpsd;
+    qputenv("TROLLEO_GPSD", gpsd.environment());
     const Table table(folder + name + ".txt");
     QFile file(folder + name + ".nmea");
     QVERIFY(file.open(QIODevice::ReadOnly));
     ShopDriver shop(table.statements, {{"GpsEnabled", true}});
     startTracking(shop, table.criterion);
     QVERIFY(!QTest::currentTestFailed());
+    // What is known at first is not told.
+    const auto connect = [&gpsd](int earlier) {
+        QTRY_VERIFY(gpsd.polls() > earlier);
+        QTest::qWait(20);
+    };
+    if (byGpsd)
+        connect(0);
 
     SentenceReader reader;
     QRandomGenerator noise(1);
@@ -156,16 +184,29 @@ void TestWalks::walk()
         if (!reader.read(sentence, position))
             return;
         ++positions;
-        if (!source()->updating)
-            return;
-        source()->deliver(position);
+        if (!byGpsd) {
+            if (!source()->updating)
+                return;
+            source()->deliver(position);
+        } else if (position.isValid() && gpsd.isConnected()) {
+            gpsd.answer = MadeUpGpsd::poll({MadeUpGpsd::receiver(
+                "/dev/a", MadeUpGpsd::time(line), position.coordinate())});
+            const int earlier = told;
+            gpsd.say(gpsd.answer);
+            QVERIFY(QTest::qWaitFor([earlier] { return told > earlier; }));
+        }
         if (shop.pageIndex() != PageReminder)
             return;
         const QString reply = rung.size() < table.reminders.size()
                                   ? table.reminders.at(rung.size()).answer
                                   : QString("next");
         rung << Reminder{line, reply, shop.labelText("reminderStore")};
+        const int polls = gpsd.polls();
         answer(shop, reply);
+        if (byGpsd && reply == "next" && shop.isEnabled("stopButton"))
+            connect(polls);
+        else if (byGpsd)
+            QTRY_VERIFY(!gpsd.isConnected());
     };
     while (!file.atEnd()) {
         const QByteArray sentence = file.readLine();
@@ -196,7 +237,7 @@ void TestWalks::walk()
         }
     }
     results << QString("%1 %2 %3 %4 %5 %6 %7 %8")
-                   .arg(name, -32)
+                   .arg(QTest::currentDataTag(), -36)
                    .arg(line, 9)
                    .arg(positions, 9)
                    .arg(table.reminders.size(), 8)
@@ -216,7 +257,7 @@ void TestWalks::walk()
 void TestWalks::cleanupTestCase()
 {
     QTextStream out(stdout);
-    out << "walk                             sentences positions expected rang missed false late\n";
+    out << "walk                                 sentences positions expected rang missed false late\n";
     for (const QString &result : std::as_const(results))
         out << result << '\n';
 }

@@ -87,12 +87,12 @@ private:
 void TestWeek::view(ShopDriver &shop)
 {
     if (shop.pageIndex() == PageTracking) {
-        shop.press("viewButton");
+        shop.pressByScreenReader("viewButton");
         if (shop.pageIndex() == PageWaiting) // which the next position ends
             return;
-        shop.press(random.bounded(2) == 0 ? "mapViewButton" : "listViewButton");
+        shop.pressByScreenReader(random.bounded(2) == 0 ? "mapViewButton" : "listViewButton");
     } else if (shop.pageIndex() == PageTrackedList) {
-        shop.press("backButton");
+        shop.pressByScreenReader("backButton");
     }
 }
 
@@ -100,25 +100,25 @@ void TestWeek::answer(ShopDriver &shop)
 {
     switch (random.bounded(3)) {
     case 0:
-        shop.press("stopButton");
+        shop.pressByScreenReader("stopButton");
         tracked.clear();
         break;
     case 1:
         // To the goods and back; the last good is not bought, so the list stays open.
-        shop.press("startShoppingButton");
+        shop.pressByScreenReader("startShoppingButton");
         QCOMPARE(shop.pageIndex(), int(PageDoShopping));
-        shop.press("okButton");
-        shop.press("backButton");
-        shop.press("reminderButton");
+        shop.pressByScreenReader("okButton");
+        shop.pressByScreenReader("backButton");
+        shop.pressByScreenReader("reminderButton");
         tracked.clear();
         break;
     default:
-        shop.press("nextButton");
+        shop.pressByScreenReader("nextButton");
         tracked.removeFirst();
     }
     QCOMPARE(shop.pageIndex(), int(PageTracking));
     if (tracked.isEmpty()) {
-        shop.press("startButton");
+        shop.pressByScreenReader("startButton");
         tracked = places();
     }
 }

@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+#include "platform/geoclue.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+#include <QDBusArgument>
+#include <QDBusVariant>
+#include <QDateTime>
+#include <QGeoCoordinate>
+
+#include "platform/messagebus.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString service = u"org.freedesktop.GeoClue2"_s;
+const QString managerPath = u"/org/freedesktop/GeoClue2/Manager"_s;
+const QString managerInterface = u"org.freedesktop.GeoClue2.Manager"_s;
+const QString clientInterface = u"org.freedesktop.GeoClue2.Client"_s;
+const QString locationInterface = u"org.freedesktop.GeoClue2.Location"_s;
+const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
+const QString busService = u"org.freedesktop.DBus"_s;
+const QString busPath = u"/org/freedesktop/DBus"_s;
+const QString noReply = u"org.freedesktop.DBus.Error.NoReply"_s;
+const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_s;
+
+/// By this name the service knows whose permission to look for.
+const QString desktopId = u"trolleo"_s;
+/// GClueAccuracyLevel: with less than "exact" no satellite receiver is used.
+constexpr uint exactLevel = 8;
+/// Seconds between two positions, as with gpsd.
+constexpr uint timeThreshold = 3;
+
+constexpr std::chrono::seconds firstPause = 5s;
+constexpr std::chrono::seconds longestPause = 30s;
+/// One that is stopped answers nothing; it is asked again.
+constexpr std::chrono::milliseconds longestWait = 10s;
+
+/// GeoClue's timestamp: seconds since 1970 and microseconds.
+std::optional<QDateTime> timestampFrom(const QVariant &value)
+{
+    if (value.userType() != qMetaTypeId<QDBusArgument>())
+        return {};
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != "(tt)"_L1)
+        return {};
+    qulonglong seconds = 0;
+    qulonglong microseconds = 0;
+    argument.beginStructure();
+    argument >> seconds >> microseconds;
+    argument.endStructure();
+    constexpr qulonglong yearNineThousand = 221845392000; // beyond it milliseconds overflow
+    if (seconds > yearNineThousand)
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(
+        static_cast<qint64>(seconds * 1000 + microseconds / 1000 % 1000), Qt::UTC);
+}
+
+std::optional<double> numberFrom(const QVariant &value)
+{
+    if (value.userType() != QMetaType::Double || !std::isfinite(value.toDouble()))
+        return {};
+    return value.toDouble();
+}
+
+} // namespace
+
+GeoClue::GeoClue(MessageBus &systemBus, QObject *parent)
+    : QObject(parent)
+    , bus(systemBus)
+    , pause(firstPause)
+{
+    retry.setSingleShot(true);
+    connect(&retry, &QTimer::timeout, this, &GeoClue::begin);
+    connect(&bus, &MessageBus::lost, this, [this] {
+        if (isWanted)
+            tryLater();
+    });
+}
+
+GeoClue::~GeoClue()
+{
+    setWanted(false);
+}
+
+void GeoClue::setWanted(bool wanted)
+{
+    if (wanted == isWanted)
+        return;
+    isWanted = wanted;
+    pause = firstPause;
+    if (wanted)
+        begin();
+    else
+        end();
+}
+
+std::optional<QGeoPositionInfo> GeoClue::position(const QVariantMap &location)
+{
+    const std::optional<double> latitude = numberFrom(location.value(u"Latitude"_s));
+    const std::optional<double> longitude = numberFrom(location.value(u"Longitude"_s));
+    const std::optional<QDateTime> timestamp = timestampFrom(location.value(u"Timestamp"_s));
+    if (!latitude || !longitude || !timestamp)
+        return {};
+    QGeoCoordinate coordinate(*latitude, *longitude);
+    // The lowest number there is stands for an altitude that is not known.
+    const std::optional<double> altitude = numberFrom(location.value(u"Altitude"_s));
+    if (altitude && *altitude > std::numeric_limits<double>::lowest())
+        coordinate.setAltitude(*altitude);
+    if (!coordinate.isValid())
+        return {};
+    QGeoPositionInfo position(coordinate, *timestamp);
+    const std::optional<double> accuracy = numberFrom(location.value(u"Accuracy"_s));
+    if (accuracy && *accuracy >= 0)
+        position.setAttribute(QGeoPositionInfo::HorizontalAccuracy, *accuracy);
+    return position;
+}
+
+/// Makes an attempt, instead of the one under way, if any.
+void GeoClue::begin()
+{
+    end();
+    attempt = std::make_unique<QObject>();
+    bus.whenReady(attempt.get(), [this] {
+        bus.connectSignal(busService, busPath, busService, u"NameOwnerChanged"_s, u"sss"_s, this,
+                          SLOT(ownerChanged(QString, QString, QString)));
+        const auto failed = [this](const QString &error) { startFailed(error); };
+        // Unlike CreateClient it makes no second client when an unanswered call is answered late:
+        // without an agent no call is.
+        bus.call(
+            attempt.get(),
+            {service, managerPath, managerInterface, u"GetClient"_s, {}, true, longestWait}, u"o"_s,
+            [this, failed](const QVariantList &results) {
+                client = qvariant_cast<QDBusObjectPath>(results.constFirst()).path();
+                bus.call(
+                    attempt.get(), {busService, busPath, busService, u"GetNameOwner"_s, {service}, false, longestWait},
+                    u"s"_s,
+                    [this](const QVariantList &names) {
+                        owner = names.constFirst().toString();
+                        startClient();
+                    },
+                    failed);
+            },
+            failed);
+    });
+}
+
+void GeoClue::startClient()
+{
+    connectSignals(true);
+    const auto failed = [this](const QString &error) { startFailed(error); };
+    const auto set = [this, &failed](const QString &property, const QVariant &value) {
+        bus.call(attempt.get(),
+                 {owner, client, propertiesInterface, u"Set"_s,
+                  {clientInterface, property, QVariant::fromValue(QDBusVariant(value))},
+                  false,
+                  longestWait},
+                 QString(), {}, failed);
+    };
+    set(u"DesktopId"_s, desktopId);
+    set(u"RequestedAccuracyLevel"_s, exactLevel);
+    set(u"TimeThreshold"_s, timeThreshold);
+    bus.call(attempt.get(), {owner, client, clientInterface, u"Start"_s, {}, false, longestWait},
+             QString(), {}, failed);
+}
+
+/// Ends the attempt that is under way, and does not make another.
+void GeoClue::end()
+{
+    retry.stop();
+    if (!attempt)
+        return;
+    // Its replies must reach nobody from here on.
+    attempt.reset();
+    bus.disconnectSignal(busService, busPath, busService, u"NameOwnerChanged"_s, u"sss"_s, this,
+                         SLOT(ownerChanged(QString, QString, QString)));
+    if (!owner.isEmpty()) {
+        connectSignals(false);
+        // Stopped but kept, it would keep the service from ending itself, and one whose agent has
+        // gone meanwhile is never started again.
+        bus.send({owner, managerPath, managerInterface, u"DeleteClient"_s,
+                  {QVariant::fromValue(QDBusObjectPath(client))}});
+    }
+    owner.clear();
+    client.clear();
+}
+
+void GeoClue::connectSignals(bool on)
+{
+    const auto change = on ? &MessageBus::connectSignal : &MessageBus::disconnectSignal;
+    (bus.*change)(owner, client, clientInterface, u"LocationUpdated"_s, u"oo"_s, this,
+                  SLOT(locationUpdated(QDBusObjectPath, QDBusObjectPath)));
+    (bus.*change)(owner, client, propertiesInterface, u"PropertiesChanged"_s, u"sa{sv}as"_s, this,
+                  SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
+}
+
+/// Pauses, and then begins anew.
+void GeoClue::tryLater()
+{
+    if (retry.isActive())
+        return;
+    retry.start(pause);
+    pause = std::min(2 * pause, longestPause);
+}
+
+void GeoClue::startFailed(const QString &error)
+{
+    if (retry.isActive())
+        return; // of the same attempt
+    // What does not answer now may do so any moment.
+    if (error == noReply)
+        pause = firstPause;
+    tryLater();
+    if (error == accessDenied)
+        emit refused();
+}
+
+void GeoClue::ownerChanged(const QString &name, const QString &before, const QString &now)
+{
+    if (name != service)
+        return;
+    // One that we have had started ourselves is being asked already.
+    if (!now.isEmpty() && retry.isActive())
+        begin();
+    else if (!before.isEmpty() && now.isEmpty() && isWanted)
+        tryLater();
+}
+
+void GeoClue::locationUpdated(const QDBusObjectPath & /*before*/, const QDBusObjectPath &now)
+{
+    readLocation(now);
+}
+
+void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &changed,
+                                const QStringList & /*invalidated*/)
+{
+    // Location was switched off. The service goes on by itself when it is switched on again.
+    if (attempt && interface == clientInterface && changed.value(u"Active"_s) == QVariant(false))
+        emit refused();
+}
+
+void GeoClue::readLocation(const QDBusObjectPath &location)
+{
+    if (!attempt)
+        return; // told late
+    bus.call(attempt.get(),
+             {owner, location.path(), propertiesInterface, u"GetAll"_s, {locationInterface}},
+             u"a{sv}"_s, [this](const QVariantList &results) {
+                 const auto info = position(qdbus_cast<QVariantMap>(results.constFirst()));
+                 if (!info || info->timestamp() == lastTimestamp)
+                     return;
+                 lastTimestamp = info->timestamp();
+                 pause = firstPause;
+                 emit positioned(*info);
+             });
+}

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+#include "platform/gpsdclient.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <QDateTime>
+#include <QGeoCoordinate>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUrl>
+
+#include "platform/standarderror.h"
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr quint16 defaultPort = 2947;
+constexpr std::chrono::seconds firstRetryPause = 1s;
+constexpr std::chrono::seconds longestRetryPause = 25s;
+/// The first answer tells what was known before; a receiver has something new every second.
+constexpr auto firstPollPause = 1s;
+constexpr auto pollPause = 3s;
+/// A gpsd that was started by its socket greets after five seconds.
+constexpr auto longestWaitForGreeting = 15s;
+/// Three answers; gpsd answers nobody while it opens a receiver.
+constexpr auto longestSilence = 10s;
+/// Bytes. An answer has some hundred for each receiver and each satellite in view.
+constexpr qsizetype longestLine = 65536;
+/// More receivers than anyone has.
+constexpr qsizetype mostReceivers = 64;
+constexpr int mode2D = 2;
+constexpr int mode3D = 3;
+
+constexpr QByteArrayView greeting = R"({"class":"VERSION")";
+/// Receivers are read from now on, and nothing is told unasked.
+constexpr auto watch = R"(?WATCH={"enable":true};)"
+                       "\n";
+constexpr auto pollRequest = "?POLL;\n";
+
+std::optional<GpsdFix> fixFrom(const QJsonObject &tpv)
+{
+    const QJsonValue latitude = tpv["lat"_L1];
+    const QJsonValue longitude = tpv["lon"_L1];
+    const int mode = tpv["mode"_L1].toInt();
+    if ((mode != mode2D && mode != mode3D) || !latitude.isDouble() || !longitude.isDouble())
+        return {};
+    QGeoCoordinate coordinate(latitude.toDouble(), longitude.toDouble());
+    // Older releases know no "altMSL".
+    const QJsonValue altitude = tpv[tpv.contains("altMSL"_L1) ? "altMSL"_L1 : "alt"_L1];
+    if (mode == mode3D && altitude.isDouble())
+        coordinate.setAltitude(altitude.toDouble());
+    if (!coordinate.isValid())
+        return {};
+    const QString time = tpv["time"_L1].toString();
+    QDateTime timestamp = QDateTime::fromString(time, Qt::ISODateWithMs);
+    // A position without a time is not valid; receivers without a date have none.
+    if (!timestamp.isValid())
+        timestamp = QDateTime::currentDateTimeUtc();
+    GpsdFix fix{.device = tpv["device"_L1].toString(),
+                .stamp = time.isEmpty()
+                             ? QString::fromUtf8(QJsonDocument(tpv).toJson(QJsonDocument::Compact))
+                             : time,
+                .position = QGeoPositionInfo(coordinate, timestamp)};
+    const QJsonValue accuracy = tpv["eph"_L1];
+    if (accuracy.isDouble() && accuracy.toDouble() >= 0)
+        fix.position.setAttribute(QGeoPositionInfo::HorizontalAccuracy, accuracy.toDouble());
+    return fix;
+}
+
+/// Metres; more than any that is known when it is not.
+qreal accuracyOf(const GpsdFix &fix)
+{
+    return fix.position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy)
+               ? fix.position.attribute(QGeoPositionInfo::HorizontalAccuracy)
+               : std::numeric_limits<qreal>::max();
+}
+
+} // namespace
+
+GpsdAddress GpsdAddress::fromEnvironment()
+{
+    GpsdAddress usual{.host = u"127.0.0.1"_s, .port = defaultPort};
+    const QString value = qEnvironmentVariable("TROLLEO_GPSD");
+    if (value.isEmpty())
+        return usual;
+    QUrl url;
+    url.setAuthority(value, QUrl::StrictMode);
+    if (!url.isValid() || url.host().isEmpty() || url.port() < 1 || !url.userInfo().isEmpty()) {
+        StandardError::write(u"trolleo: TROLLEO_GPSD is not host:port, %1:%2 is used instead: %3"_s
+                                 .arg(usual.host, QString::number(usual.port), value));
+        return usual;
+    }
+    return {.host = url.host(), .port = static_cast<quint16>(url.port())};
+}
+
+std::optional<QList<GpsdFix>> GpsdFix::fromPoll(const QByteArray &line)
+{
+    const QJsonObject answer = QJsonDocument::fromJson(line).object();
+    if (answer["class"_L1].toString() != "POLL"_L1)
+        return {};
+    QList<GpsdFix> fixes;
+    const QJsonArray receivers = answer["tpv"_L1].toArray();
+    for (const QJsonValue &receiver : receivers) {
+        if (fixes.size() == mostReceivers)
+            break;
+        if (const std::optional<GpsdFix> fix = fixFrom(receiver.toObject()))
+            fixes << *fix;
+    }
+    return fixes;
+}
+
+std::chrono::seconds GpsdClient::pauseAfter(std::chrono::seconds pause)
+{
+    return std::min(2 * pause, longestRetryPause);
+}
+
+GpsdClient::GpsdClient(const GpsdAddress &gpsd, QObject *parent)
+    : QObject(parent)
+    , address(gpsd)
+    , retryPause(firstRetryPause)
+{
+    for (QTimer *timer : {&retry, &nextPoll, &silence})
+        timer->setSingleShot(true);
+    connect(&retry, &QTimer::timeout, this, &GpsdClient::connectToGpsd);
+    connect(&nextPoll, &QTimer::timeout, this, &GpsdClient::poll);
+    connect(&silence, &QTimer::timeout, this, &GpsdClient::giveUp);
+    connect(&socket, &QTcpSocket::readyRead, this, &GpsdClient::receive);
+    // Queued, so that the socket is never aborted within a slot of its own.
+    connect(&socket, &QTcpSocket::disconnected, this, &GpsdClient::socketClosed,
+            Qt::QueuedConnection);
+    connect(&socket, &QTcpSocket::errorOccurred, this, &GpsdClient::socketClosed,
+            Qt::QueuedConnection);
+}
+
+void GpsdClient::setWanted(bool wanted)
+{
+    if (wanted == isWanted)
+        return;
+    isWanted = wanted;
+    if (wanted) {
+        retryPause = firstRetryPause;
+        connectToGpsd();
+        return;
+    }
+    for (QTimer *timer : {&retry, &nextPoll, &silence})
+        timer->stop();
+    socket.abort();
+}
+
+void GpsdClient::connectToGpsd()
+{
+    incomplete.clear();
+    skipsLine = false;
+    hasGreeted = false;
+    lastStamps.reset();
+    silence.start(longestWaitForGreeting);
+    socket.connectToHost(address.host, address.port);
+}
+
+void GpsdClient::socketClosed()
+{
+    // An error and the end of a connection are both told, and late: another attempt may be waiting
+    // or under way already.
+    if (isWanted && !retry.isActive() && socket.state() == QAbstractSocket::UnconnectedState)
+        giveUp();
+}
+
+/// Ends the connection, or the attempt, and tries again after a pause.
+void GpsdClient::giveUp()
+{
+    nextPoll.stop();
+    silence.stop();
+    socket.abort();
+    retry.start(retryPause);
+    retryPause = pauseAfter(retryPause);
+    emit connectionLost();
+}
+
+void GpsdClient::receive()
+{
+    incomplete += socket.readAll();
+    qsizetype begin = 0;
+    for (qsizetype end = incomplete.indexOf('\n'); end >= 0;
+         end = incomplete.indexOf('\n', begin)) {
+        if (!skipsLine && end - begin <= longestLine)
+            takeLine(incomplete.mid(begin, end - begin));
+        // Whoever was told a position may want no more.
+        if (!isWanted || retry.isActive())
+            return;
+        skipsLine = false;
+        begin = end + 1;
+    }
+    incomplete.remove(0, begin);
+    if (incomplete.size() > longestLine) {
+        incomplete.clear();
+        skipsLine = true;
+    }
+}
+
+void GpsdClient::takeLine(const QByteArray &line)
+{
+    if (!hasGreeted) {
+        if (!line.startsWith(greeting))
+            return;
+        hasGreeted = true;
+        socket.write(watch);
+        socket.write(pollRequest);
+        nextPoll.start(firstPollPause);
+        silence.start(longestSilence);
+    } else if (const std::optional<QList<GpsdFix>> fixes = GpsdFix::fromPoll(line)) {
+        // Only an answer is a sign of life: a server that talks of other things would else never
+        // be left.
+        silence.start(longestSilence);
+        retryPause = firstRetryPause;
+        takeFixes(*fixes);
+    }
+}
+
+void GpsdClient::takeFixes(const QList<GpsdFix> &fixes)
+{
+    QHash<QString, QString> stamps;
+    const GpsdFix *best = nullptr;
+    for (const GpsdFix &fix : fixes) {
+        stamps[fix.device] = fix.stamp;
+        const bool isNew = lastStamps && lastStamps->value(fix.device) != fix.stamp;
+        if (isNew && (!best || accuracyOf(fix) < accuracyOf(*best)))
+            best = &fix;
+    }
+    lastStamps = stamps;
+    if (best)
+        emit positioned(best->position);
+}
+
+void GpsdClient::poll()
+{
+    socket.write(pollRequest);
+    nextPoll.start(pollPause);
+}

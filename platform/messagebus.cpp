@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: MIT
+#include "platform/messagebus.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QUrl>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A bus answers the handshake within milliseconds.
+constexpr auto longestSilence = 5s;
+constexpr std::chrono::seconds firstPause = 5s;
+constexpr std::chrono::seconds longestPause = 60s;
+
+const QString wrongSignature = u"org.freedesktop.DBus.Error.InvalidSignature"_s;
+
+struct SocketName
+{
+    QString name;
+    bool isAbstract = false;
+};
+
+/// The first UNIX socket of a D-Bus address such as "unix:path=/run/bus,guid=1;tcp:host=a"; an
+/// empty name when it has none.
+SocketName unixSocket(const QString &address)
+{
+    for (const QString &each : address.split(u';')) {
+        if (!each.startsWith("unix:"_L1))
+            continue;
+        for (const QString &pair : each.sliced(5).split(u',')) {
+            const QString value =
+                QUrl::fromPercentEncoding(pair.section(u'=', 1).toLatin1()); // as D-Bus escapes
+            if (pair.startsWith("path="_L1))
+                return {.name = value};
+            if (pair.startsWith("abstract="_L1))
+                return {.name = value, .isAbstract = true};
+        }
+    }
+    return {};
+}
+
+/// The call that a bus answers first of all, as the D-Bus specification marshals it.
+QByteArray helloMessage()
+{
+    QByteArray message;
+    QDataStream stream(&message, QIODevice::WriteOnly);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    const auto put = [&stream](std::initializer_list<quint8> bytes) {
+        for (const quint8 byte : bytes)
+            stream << byte;
+    };
+    const auto align = [&message, &put] {
+        while (message.size() % 8 != 0)
+            put({0});
+    };
+    const auto putField = [&](quint8 code, quint8 type, QByteArrayView text) {
+        align();
+        put({code, 1, type, 0});
+        stream << static_cast<quint32>(text.size());
+        stream.writeRawData(text.data(), static_cast<int>(text.size()));
+        put({0});
+    };
+    constexpr quint32 bodySize = 0;
+    constexpr quint32 serial = 1;
+    constexpr int fieldsAt = 16;
+    put({'l', 1, 0, 1}); // little endian, a method call, no flags, version 1
+    stream << bodySize << serial << quint32{0};
+    putField(1, 'o', "/org/freedesktop/DBus");
+    putField(2, 's', "org.freedesktop.DBus");
+    putField(3, 's', "Hello");
+    putField(6, 's', "org.freedesktop.DBus");
+    const auto fieldsSize = static_cast<quint32>(message.size() - fieldsAt);
+    align();
+    stream.device()->seek(fieldsAt - static_cast<int>(sizeof fieldsSize));
+    stream << fieldsSize;
+    return message;
+}
+
+QDBusMessage messageOf(const MessageBus::Call &call)
+{
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(call.service, call.path, call.interface, call.method);
+    message.setArguments(call.arguments);
+    message.setAutoStartService(call.startsService);
+    return message;
+}
+
+MessageBus &shared(QPointer<MessageBus> &bus, const char *variable, const QString &usual)
+{
+    if (!bus)
+        bus = new MessageBus(qEnvironmentVariable(variable, usual), QCoreApplication::instance());
+    return *bus;
+}
+
+} // namespace
+
+MessageBus::MessageBus(const QString &busAddress, QObject *parent)
+    : QObject(parent)
+    , address(busAddress)
+    , connection(QString())
+    , pause(firstPause)
+{
+    silence.setSingleShot(true);
+    silence.setInterval(longestSilence);
+    retry.setSingleShot(true);
+    connect(&retry, &QTimer::timeout, this, [this] {
+        if (isSignalConnected(QMetaMethod::fromSignal(&MessageBus::ready)))
+            probe();
+    });
+    connect(&silence, &QTimer::timeout, this, &MessageBus::probeFailed);
+    connect(&socket, &QLocalSocket::connected, this, [this] {
+        const QByteArray user = QByteArray::number(getuid()).toHex();
+        // The zero byte carries the credentials of the process.
+        socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
+    });
+    connect(&socket, &QLocalSocket::readyRead, this, &MessageBus::readHandshake);
+    // Queued, so that the socket is never aborted within a signal of its own.
+    connect(&socket, &QLocalSocket::errorOccurred, this, &MessageBus::probeFailed,
+            Qt::QueuedConnection);
+}
+
+MessageBus::~MessageBus()
+{
+    if (!connectionName.isEmpty())
+        QDBusConnection::disconnectFromBus(connectionName);
+}
+
+MessageBus &MessageBus::system()
+{
+    static QPointer<MessageBus> bus;
+    return shared(bus, "DBUS_SYSTEM_BUS_ADDRESS", u"unix:path=/run/dbus/system_bus_socket"_s);
+}
+
+MessageBus &MessageBus::session()
+{
+    static QPointer<MessageBus> bus;
+    const QString usual =
+        u"unix:path="_s + qEnvironmentVariable("XDG_RUNTIME_DIR", u"/nonexistent"_s) + u"/bus"_s;
+    return shared(bus, "DBUS_SESSION_BUS_ADDRESS", usual);
+}
+
+void MessageBus::whenReady(QObject *context, const std::function<void()> &function)
+{
+    if (connection.isConnected()) {
+        function();
+        return;
+    }
+    connect(this, &MessageBus::ready, context, function,
+            static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
+    if (!silence.isActive() && !retry.isActive())
+        probe();
+}
+
+void MessageBus::call(QObject *context, const Call &call, const QString &expected,
+                      const Done &done, const Failed &failed)
+{
+    whenReady(context, [this, context, call, expected, done, failed] {
+        auto *watcher =
+            new QDBusPendingCallWatcher(connection.asyncCall(messageOf(call), static_cast<int>(call.timeout.count())), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
+        connect(watcher, &QDBusPendingCallWatcher::finished, context,
+                [expected, done, failed](QDBusPendingCallWatcher *finished) {
+                    const QDBusMessage reply = finished->reply();
+                    const bool isReply = reply.type() == QDBusMessage::ReplyMessage;
+                    if (isReply && reply.signature() == expected) {
+                        if (done)
+                            done(reply.arguments());
+                    } else if (failed) {
+                        failed(isReply ? wrongSignature : reply.errorName());
+                    }
+                });
+    });
+}
+
+void MessageBus::send(const Call &call)
+{
+    if (connection.isConnected())
+        connection.send(messageOf(call));
+}
+
+void MessageBus::connectSignal(const QString &service, const QString &path,
+                               const QString &interface, const QString &name,
+                               const QString &signature, QObject *receiver, const char *slot)
+{
+    connection.connect(service, path, interface, name, signature, receiver, slot);
+}
+
+void MessageBus::disconnectSignal(const QString &service, const QString &path,
+                                  const QString &interface, const QString &name,
+                                  const QString &signature, QObject *receiver, const char *slot)
+{
+    connection.disconnect(service, path, interface, name, signature, receiver, slot);
+}
+
+void MessageBus::probe()
+{
+    const SocketName name = unixSocket(address);
+    if (name.name.isEmpty())
+        return; // no address that could be tried without waiting
+    socket.setSocketOptions(name.isAbstract ? QLocalSocket::AbstractNamespaceOption
+                                            : QLocalSocket::NoOptions);
+    isAccepted = false;
+    silence.start();
+    socket.connectToServer(name.name);
+}
+
+/// The bus says "OK", and then answers the hello.
+void MessageBus::readHandshake()
+{
+    if (!silence.isActive())
+        return; // it has failed already
+    if (!isAccepted) {
+        constexpr qint64 longestAnswer = 1024; // bytes
+        if (!socket.canReadLine() && socket.bytesAvailable() < longestAnswer)
+            return;
+        isAccepted = socket.readLine(longestAnswer).startsWith("OK ");
+        if (!isAccepted) {
+            probeFailed();
+            return;
+        }
+        socket.write("BEGIN\r\n" + helloMessage());
+    }
+    constexpr char methodReturn = 2;
+    const QByteArray reply = socket.peek(2);
+    if (reply.size() == 2) {
+        if (reply.at(1) == methodReturn)
+            connectToBus();
+        else
+            probeFailed();
+    }
+}
+
+void MessageBus::probeFailed()
+{
+    if (!silence.isActive() && socket.state() == QLocalSocket::UnconnectedState)
+        return; // it was told already, or has answered
+    silence.stop();
+    socket.abort();
+    tryLater();
+}
+
+void MessageBus::tryLater()
+{
+    retry.start(pause);
+    pause = std::min(2 * pause, longestPause);
+}
+
+void MessageBus::connectToBus()
+{
+    silence.stop();
+    socket.abort();
+    static int count = 0;
+    connectionName = u"trolleo-bus-%1"_s.arg(++count);
+    connection = QDBusConnection::connectToBus(address, connectionName);
+    if (!connection.isConnected()) {
+        tryLater();
+        return;
+    }
+    pause = firstPause;
+    connection.connect(QString(), u"/org/freedesktop/DBus/Local"_s,
+                       u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
+                       SLOT(connectionEnded()));
+    emit ready();
+}
+
+void MessageBus::connectionEnded()
+{
+    QDBusConnection::disconnectFromBus(connectionName);
+    connection = QDBusConnection(QString());
+    emit lost();
+}
