@@ -1,0 +1,378 @@
+# SPDX-License-Identifier: MIT
+"""A real GeoClue on a system bus of its own, which hears a receiver that the test plays. It needs the
+namespace that enter_namespace() makes: GeoClue reads its configuration from one place only, and the
+machine's own must not be touched."""
+import contextlib
+import os
+import pathlib
+import shutil
+import signal
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+
+from gi.repository import Gio, GLib
+
+from desktop import DEADLINE, PACKAGES, stop, tool, wait_for
+from namespace import is_inside
+import nmea
+
+DAEMON = pathlib.Path("/usr/libexec/geoclue")  # on the path of nobody
+NAME = "org.freedesktop.GeoClue2"
+CONFIGURATION_FOLDER = "/etc/geoclue"
+PACKAGES["geoclue"] = "geoclue-2.0"
+
+BUS = """
+<busconfig>
+  <type>system</type>
+  <listen>unix:path={folder}/bus</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>{folder}/services</servicedir>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="method_call"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow receive_sender="*" eavesdrop="true"/>
+  </policy>
+</busconfig>
+"""
+SERVICE = """
+[D-BUS Service]
+Name=org.freedesktop.GeoClue2
+Exec={daemon} --timeout={timeout}
+"""
+# Nothing but the receiver says where this is. The GeoClue of Debian 12 does not know the last section,
+# takes it for a program's, and complains of it in its log.
+CONFIGURATION = """
+[agent]
+whitelist=trolleo-test-agent
+
+[network-nmea]
+enable=true
+nmea-socket={folder}/receiver
+
+[3g]
+enable=false
+
+[cdma]
+enable=false
+
+[modem-gps]
+enable=false
+
+[wifi]
+enable=false
+submit-data=false
+
+[compass]
+enable=false
+
+[static-source]
+enable=false
+"""
+APPLICATION = """
+[trolleo]
+allowed={allowed}
+system=false
+users=
+"""
+AGENT = """
+<node>
+  <interface name="org.freedesktop.GeoClue2.Agent">
+    <method name="AuthorizeApp">
+      <arg name="desktop_id" type="s" direction="in"/>
+      <arg name="req_accuracy_level" type="u" direction="in"/>
+      <arg name="authorized" type="b" direction="out"/>
+      <arg name="allowed_accuracy_level" type="u" direction="out"/>
+    </method>
+    <property name="MaxAccuracyLevel" type="u" access="read"/>
+  </interface>
+</node>
+"""
+EXACT, NOWHERE = 8, 0  # levels of accuracy
+
+
+def second_of_day():
+    return int(time.time()) % 86400
+
+
+class Receiver:
+    """A receiver behind a UNIX socket. Whoever connects hears what it says from then on."""
+
+    def __init__(self, path):
+        self.listeners = []
+        self.is_speaking = threading.Event()
+        self.is_speaking.set()
+        self.is_over = threading.Event()
+        self.said = []  # (time, latitude, longitude) that somebody heard
+        self.server = socket.socket(socket.AF_UNIX)
+        self.server.bind(str(path))
+        self.server.listen()
+        os.chmod(path, 0o666)
+        self.threads = [threading.Thread(target=self.serve, daemon=True)]
+        self.threads[0].start()
+
+    def serve(self):
+        with contextlib.suppress(OSError):  # the test is over
+            while True:
+                connection, _ = self.server.accept()
+                self.listeners.append(connection)
+
+    def feed(self, text):
+        """Says something at once; returns whether somebody heard it."""
+        is_heard = False
+        for listener in list(self.listeners):
+            try:
+                listener.sendall(text.encode())
+                is_heard = True
+            except OSError:  # it has gone
+                self.listeners.remove(listener)
+                listener.close()
+        return is_heard
+
+    def play(self, walk, seconds_per_fix=1):
+        """Begins a walk as soon as somebody listens. From then on it takes its time, heard or not.
+
+        Every fix is said with the time that it is then: GeoClue tells its clients when a fix was, and
+        drops one that is older than what it knows.
+        """
+        places = [place for line in walk.splitlines() if (place := nmea.place_of(line)) is not None]
+        self.threads.append(threading.Thread(
+            target=self.say_all, args=(places, seconds_per_fix), daemon=True))
+        self.threads[-1].start()
+
+    def say_all(self, places, seconds_per_fix):
+        is_begun = False
+        for place in places:
+            while not self.is_over.is_set():
+                self.is_speaking.wait()
+                if self.feed(nmea.fix(second_of_day(), *place)):
+                    is_begun = True
+                    self.said.append((time.monotonic(), *place))
+                self.is_over.wait(seconds_per_fix if is_begun else 0.1)
+                if is_begun:
+                    break
+
+    def hang_up(self):
+        """Ends the connections; who wants to hear more has to connect again."""
+        for listener in list(self.listeners):
+            listener.shutdown(socket.SHUT_RDWR)
+
+    def stop(self):
+        self.is_over.set()
+        self.is_speaking.set()
+        self.server.shutdown(socket.SHUT_RDWR)
+        for thread in self.threads:
+            thread.join()
+        self.server.close()
+        for listener in self.listeners:
+            listener.close()
+
+
+class Agent:
+    """The part of a desktop that tells GeoClue how exactly a person wants to be found."""
+
+    PATH = "/org/freedesktop/GeoClue2/Agent"
+
+    def __init__(self, address, level):
+        self.address = address
+        self.level = level
+        self.is_known = threading.Event()  # to the GeoClue that runs now
+        # In a thread of its own, since it answers while a test may wait for GeoClue.
+        self.context = GLib.MainContext()
+        self.loop = GLib.MainLoop.new(self.context, False)
+        self.thread = threading.Thread(target=self.serve, daemon=True)
+        self.thread.start()
+        if not self.is_known.wait(DEADLINE):
+            self.stop()
+            raise RuntimeError("GeoClue does not take the agent")
+
+    def serve(self):
+        self.context.push_thread_default()
+        self.connection = connect(self.address)
+        interface = Gio.DBusNodeInfo.new_for_xml(AGENT).lookup_interface(NAME + ".Agent")
+        self.connection.register_object(self.PATH, interface, self.authorize,
+                                        lambda *_: GLib.Variant("u", self.level), None)
+        # Like that of a real desktop it comes before any program asks, and knows a GeoClue that
+        # comes back.
+        Gio.bus_watch_name_on_connection(
+            self.connection, NAME, Gio.BusNameWatcherFlags.AUTO_START,
+            lambda *_: self.introduce(), lambda *_: self.is_known.clear())
+        self.loop.run()
+        self.connection.close_sync(None)
+        self.context.pop_thread_default()
+
+    def introduce(self):
+        def done(connection, result):
+            with contextlib.suppress(GLib.Error):  # it has gone again
+                connection.call_finish(result)
+                self.is_known.set()
+
+        self.connection.call(NAME, "/org/freedesktop/GeoClue2/Manager", NAME + ".Manager", "AddAgent",
+                             GLib.Variant("(s)", ("trolleo-test-agent",)), None,
+                             Gio.DBusCallFlags.NO_AUTO_START, -1, None, done)
+
+    def authorize(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
+        _, level = arguments.unpack()
+        invocation.return_value(GLib.Variant("(bu)", (self.level > NOWHERE, level)))
+
+    def set_level(self, level):
+        self.level = level
+        self.connection.emit_signal(
+            None, self.PATH, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+            GLib.Variant("(sa{sv}as)", (
+                NAME + ".Agent", {"MaxAccuracyLevel": GLib.Variant("u", level)}, [])))
+
+    def stop(self):
+        source = GLib.idle_source_new()
+        source.set_callback(lambda *_: self.loop.quit())
+        source.attach(self.context)
+        self.thread.join()
+
+
+def connect(address):
+    return Gio.DBusConnection.new_for_address_sync(
+        address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+        | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+
+
+class GeoClue:
+    def __init__(self, allowed=True, is_on=True, has_agent=True, activatable=False, timeout=0):
+        """`allowed` is what the configuration says of the program, or None if it says nothing. `is_on`
+        is whether the person wants to be found by any program. `activatable` has the bus start
+        GeoClue whenever somebody calls it. `timeout` is after how many seconds without a client
+        GeoClue ends by itself; 0 is never."""
+        if not is_inside():
+            raise RuntimeError("a GeoClue for tests runs only in a namespace of its own")
+        if not DAEMON.exists():
+            raise FileNotFoundError(f"{DAEMON} is missing; install the package {PACKAGES['geoclue']}")
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-geoclue-"))
+        self.address = f"unix:path={self.folder}/bus"
+        self.environment = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address, LC_ALL="C.UTF-8",
+                                G_MESSAGES_DEBUG="Geoclue")
+        self.log = self.folder / "log"
+        self.timeout = timeout
+        self.is_mounted = False
+        self.bus = self.process = self.receiver = self.agent = self.connection = None
+        try:
+            subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", CONFIGURATION_FOLDER],
+                           check=True)
+            self.is_mounted = True
+            self.configure(allowed)
+            (self.folder / "services").mkdir()
+            if activatable:
+                (self.folder / "services" / f"{NAME}.service").write_text(
+                    SERVICE.format(daemon=DAEMON, timeout=timeout))
+            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
+            self.receiver = Receiver(self.folder / "receiver")
+            with open(self.log, "a") as log:
+                self.bus = subprocess.Popen(
+                    [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
+                    env=self.environment, stdout=log, stderr=log)
+            wait_for("the system bus", (self.folder / "bus").exists)
+            self.connection = connect(self.address)
+            if not activatable:
+                self.start()
+            if has_agent:
+                self.add_agent(is_on)
+        except BaseException:
+            self.stop()
+            raise
+
+    def configure(self, allowed):
+        text = CONFIGURATION.format(folder=self.folder)
+        if allowed is not None:
+            text += APPLICATION.format(allowed=str(allowed).lower())
+        pathlib.Path(CONFIGURATION_FOLDER, "geoclue.conf").write_text(text)
+
+    def ask_bus(self, method, arguments=None):
+        return self.connection.call_sync(
+            "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, arguments,
+            None, Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+
+    def is_there(self):
+        if self.process is not None and self.process.poll() is not None:
+            raise RuntimeError(f"GeoClue ended with {self.process.returncode}:\n"
+                               + self.log.read_text()[-2000:])
+        return self.ask_bus("NameHasOwner", GLib.Variant("(s)", (NAME,)))
+
+    def start(self):
+        with open(self.log, "a") as log:
+            self.process = subprocess.Popen([DAEMON, f"--timeout={self.timeout}"],
+                                            env=self.environment, stdout=log, stderr=log)
+        wait_for("GeoClue", self.is_there)
+
+    def add_agent(self, is_on=True):
+        self.agent = Agent(self.address, EXACT if is_on else NOWHERE)
+
+    def is_in_use(self):
+        """Whether it looks for the place for anyone. Does not bring it back."""
+        if not self.is_there():
+            return False
+        return self.connection.call_sync(
+            NAME, "/org/freedesktop/GeoClue2/Manager", "org.freedesktop.DBus.Properties", "Get",
+            GLib.Variant("(ss)", (NAME + ".Manager", "InUse")), None,
+            Gio.DBusCallFlags.NO_AUTO_START, -1, None).unpack()[0]
+
+    def feed(self, text):
+        return self.receiver.feed(text)
+
+    def play(self, walk, seconds_per_fix=1):
+        self.receiver.play(walk, seconds_per_fix)
+
+    def pause(self):
+        """The walker stands still, and the receiver is silent."""
+        self.receiver.is_speaking.clear()
+
+    def resume(self):
+        self.receiver.is_speaking.set()
+
+    def kill(self):
+        """Ends GeoClue at once and without a farewell, whoever started it."""
+        os.kill(self.ask_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (NAME,))),
+                signal.SIGKILL)
+        if self.process is not None:
+            self.process.wait()
+            self.process = None
+        wait_for("GeoClue to be gone", lambda: not self.is_there())
+
+    def restart(self):
+        """Has it leave the bus, unless it has left, and come back with the configuration of now."""
+        if self.process is not None:
+            stop(self.process)
+            self.process = None
+        self.start()
+        if self.agent is not None:
+            wait_for("GeoClue to know the agent", self.agent.is_known.is_set)
+
+    def deny(self):
+        """The configuration forbids the program to know the place. GeoClue reads it when it starts
+        only, so it leaves the bus and comes back."""
+        self.configure(False)
+        self.restart()
+
+    def allow(self):
+        self.configure(True)
+        self.restart()
+
+    def switch(self, is_on):
+        """The person turns location on or off for all programs, while GeoClue runs."""
+        self.agent.set_level(EXACT if is_on else NOWHERE)
+
+    def stop(self):
+        if self.agent is not None:
+            self.agent.stop()
+        if self.connection is not None:
+            self.connection.close_sync(None)
+        # What the bus started ends with the bus.
+        for process in (self.process, self.bus):
+            if process is not None:
+                stop(process)
+        if self.receiver is not None:
+            self.receiver.stop()
+        if self.is_mounted:
+            subprocess.run(["umount", "--lazy", CONFIGURATION_FOLDER], check=True)
+        shutil.rmtree(self.folder, ignore_errors=True)
