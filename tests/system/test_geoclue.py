@@ -1,0 +1,158 @@
+# SPDX-License-Identifier: MIT
+"""Without a gpsd the installed program is told by a real GeoClue where it is."""
+import pathlib
+import sys
+
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(SOURCES / "tests" / "support"))
+from namespace import enter_namespace  # noqa: E402
+
+enter_namespace()
+
+import time  # noqa: E402
+import unittest  # noqa: E402
+
+from desktop import Desktop, Home, Program, wait_for  # noqa: E402
+from geoclue import GeoClue  # noqa: E402
+from neighbours import free_port  # noqa: E402
+import nmea  # noqa: E402
+
+BAKERY = 10.01  # degrees north
+LONGITUDE = 20.0
+STORES = f"""
+    insert into magazin values (1, 'Bakery', null, null);
+    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0);
+    insert into shoplist values (1, 'Bread', 1, 1);
+"""
+REMINDER_METERS = 250
+METERS_PER_SECOND = 10
+RETURN_SECONDS = 40  # from when the service is back, at the latest
+
+
+class TestGeoClue(unittest.TestCase):
+    def setUp(self):
+        self.home = Home()
+        self.addCleanup(self.home.remove)
+        self.desktop = Desktop()
+        self.addCleanup(self.desktop.stop)
+
+    def walk(self, meters, **options):
+        """A GeoClue that hears a walk, which begins so far before Bakery and leads past it."""
+        self.service = GeoClue(**options)
+        self.addCleanup(self.service.stop)
+        start = BAKERY - meters / nmea.METERS_PER_DEGREE
+        self.service.play(nmea.walk_north(start, meters + 200, METERS_PER_SECOND, LONGITUDE))
+
+    def start_tracking(self):
+        self.home.write_settings(GpsEnabled="true")
+        self.program = Program(self.desktop, self.home, TROLLEO_GPSD=f"127.0.0.1:{free_port()}",
+                               DBUS_SYSTEM_BUS_ADDRESS=self.service.address,
+                               PULSE_SERVER="unix:/nonexistent")
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()
+        self.home.run(STORES)
+        # Before anyone asks for a position the service is left alone.
+        self.assertFalse(self.service.is_in_use())
+        self.program.press("Reminder")
+        self.program.press("Start")
+
+    def is_reminded(self):
+        return next((label.name for label in self.program.find_all("label")
+                     if label.name.startswith("Bakery (at ")), None)
+
+    def reminded(self, seconds):
+        """Waits for the reminder and returns when it was there."""
+        name = wait_for("the reminder of Bakery", self.is_reminded, seconds)
+        now = time.monotonic()
+        self.assertLess(float(name.removeprefix("Bakery (at ").removesuffix(" meters)")),
+                        REMINDER_METERS)
+        return now
+
+    def wait_for_walk(self, seconds):
+        """Waits until the program has been told where it is for some time."""
+        wait_for("the walk", lambda: len(self.service.receiver.said) > seconds)
+
+    def assert_no_reminder(self, seconds):
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            self.assertIsNone(self.is_reminded())
+            time.sleep(0.1)
+        self.assertIsNone(self.program.process.poll())
+
+    def test_reminder(self):
+        self.walk(405)
+        self.start_tracking()
+        self.reminded(40)
+        self.program.press("Stop tracking")
+        wait_for("the service to be left alone", lambda: not self.service.is_in_use())
+
+    def assert_returns(self):
+        """The service dies when the program knows where it is, and the walk goes on without it."""
+        self.start_tracking()
+        self.wait_for_walk(3)
+        self.service.kill()
+        self.service.pause()
+        self.assert_no_reminder(8)
+
+    def assert_reminded_after_return(self):
+        returned = time.monotonic()
+        self.service.resume()
+        self.assertLess(self.reminded(RETURN_SECONDS + 5) - returned, RETURN_SECONDS)
+
+    def test_service_dies_and_comes_back(self):
+        self.walk(355)
+        self.assert_returns()
+        self.service.restart()
+        self.assert_reminded_after_return()
+
+    def test_service_dies_and_is_called_back(self):
+        # Here the bus starts it again as soon as the program calls it.
+        self.walk(355, activatable=True)
+        self.assert_returns()
+        self.assert_reminded_after_return()
+
+    def test_service_comes_late(self):
+        self.walk(355)
+        self.service.kill()
+        self.start_tracking()
+        self.assert_no_reminder(3)
+        self.service.restart()
+        self.assert_reminded_after_return()
+
+    def test_location_is_off_at_first(self):
+        self.walk(355, is_on=False)
+        self.start_tracking()
+        self.assert_no_reminder(5)
+        self.assertEqual(self.service.receiver.said, [])
+        self.service.switch(True)
+        self.assert_reminded_after_return()
+
+    def test_program_is_denied_at_first(self):
+        self.walk(355, allowed=False)
+        self.start_tracking()
+        self.assert_no_reminder(5)
+        self.assertEqual(self.service.receiver.said, [])
+        self.service.allow()
+        self.assert_reminded_after_return()
+
+    def test_location_is_switched_off_on_the_way(self):
+        self.walk(355)
+        self.start_tracking()
+        self.wait_for_walk(2)
+        self.service.switch(False)
+        self.service.pause()
+        self.assert_no_reminder(5)
+        self.service.switch(True)
+        self.assert_reminded_after_return()
+
+    def test_nobody_asks_the_person(self):
+        # Without an agent GeoClue answers nobody at all until there is one.
+        self.walk(355, has_agent=False)
+        self.start_tracking()
+        self.assert_no_reminder(5)
+        self.service.add_agent()
+        self.assert_reminded_after_return()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
