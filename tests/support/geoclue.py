@@ -331,13 +331,16 @@ class GeoClue:
         self.receiver.is_speaking.set()
 
     def kill(self):
-        """Ends GeoClue at once and without a farewell, whoever started it."""
-        os.kill(self.ask_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (NAME,))),
+        """Ends GeoClue at once and without a farewell, whoever started it. The bus may have started
+        it again when this returns."""
+        owner = self.ask_bus("GetNameOwner", GLib.Variant("(s)", (NAME,)))
+        os.kill(self.ask_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (owner,))),
                 signal.SIGKILL)
         if self.process is not None:
             self.process.wait()
             self.process = None
-        wait_for("GeoClue to be gone", lambda: not self.is_there())
+        wait_for("GeoClue to be gone",
+                 lambda: not self.ask_bus("NameHasOwner", GLib.Variant("(s)", (owner,))))
 
     def restart(self):
         """Has it leave the bus, unless it has left, and come back with the configuration of now."""

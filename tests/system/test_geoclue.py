@@ -72,6 +72,12 @@ class TestGeoClue(unittest.TestCase):
         """Waits until the program has been told where it is for some time."""
         wait_for("the walk", lambda: len(self.service.receiver.said) > seconds)
 
+    def wait_until_asked(self):
+        """Waits until the program has asked for what it does not get yet."""
+        wait_for("the program to ask", lambda: any(
+            words in self.service.log.read_text()
+            for words in ("Number of connected clients: 1", "waiting for agent")))
+
     def assert_no_reminder(self, seconds):
         end = time.monotonic() + seconds
         while time.monotonic() < end:
@@ -122,6 +128,7 @@ class TestGeoClue(unittest.TestCase):
     def test_location_is_off_at_first(self):
         self.walk(355, is_on=False)
         self.start_tracking()
+        self.wait_until_asked()
         self.assert_no_reminder(5)
         self.assertEqual(self.service.receiver.said, [])
         self.service.switch(True)
@@ -130,6 +137,7 @@ class TestGeoClue(unittest.TestCase):
     def test_program_is_denied_at_first(self):
         self.walk(355, allowed=False)
         self.start_tracking()
+        self.wait_until_asked()
         self.assert_no_reminder(5)
         self.assertEqual(self.service.receiver.said, [])
         self.service.allow()
@@ -149,6 +157,7 @@ class TestGeoClue(unittest.TestCase):
         # Without an agent GeoClue answers nobody at all until there is one.
         self.walk(355, has_agent=False)
         self.start_tracking()
+        self.wait_until_asked()
         self.assert_no_reminder(5)
         self.service.add_agent()
         self.assert_reminded_after_return()
