@@ -1,0 +1,290 @@
+# SPDX-License-Identifier: MIT
+"""What a phone has beside the screen: a real feedbackd, a real systemd-logind on a system bus of its
+own, and somebody who hears what is said on a bus."""
+import json
+import os
+import pathlib
+import re
+import select
+import shutil
+import subprocess
+import tempfile
+import threading
+
+from gi.repository import Gio, GLib
+
+from desktop import PACKAGES, stop, tool, wait_for
+from namespace import is_inside
+
+PACKAGES.update({
+    "busctl": "systemd",
+    "feedbackd": "feedbackd",
+    "systemd-logind": "systemd",
+})
+FEEDBACKD = "/usr/libexec/feedbackd"
+LOGIND = "/lib/systemd/systemd-logind"
+TRIGGERED = re.compile(r"Event '(.*)' for '(.*)' from")
+RUNNING = re.compile(r"Running (\d+) feedbacks for event (\d+)")
+ENDED = re.compile(r"All feedbacks for event (\d+) finished")
+
+# A feedback that needs no device, and lasts longer than a test.
+THEME = {"name": "test", "profiles": [
+    {"name": "full", "feedbacks": []},
+    {"name": "quiet", "feedbacks": []},
+    {"name": "silent", "feedbacks": [
+        {"event-name": "alarm-clock-elapsed", "type": "Dummy", "duration": 600000}]},
+]}
+
+
+def service(path):
+    if not os.path.exists(path):
+        name = os.path.basename(path)
+        raise FileNotFoundError(f"{name} is missing; install the package {PACKAGES[name]}")
+    return path
+
+
+class Overheard:
+    """What is said on a bus from now on, in the order in which it is said."""
+
+    def __init__(self, *matches, address=None):
+        self.messages = []
+        self.process = subprocess.Popen(
+            [tool("busctl"), f"--address={address or os.environ['DBUS_SESSION_BUS_ADDRESS']}",
+             *(f"--match={match}" for match in matches), "--json=short", "monitor"],
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        # Only then does it hear everything.
+        self.process.stderr.readline()
+        self.thread = threading.Thread(target=self.listen, daemon=True)
+        self.thread.start()
+
+    def listen(self):
+        for line in self.process.stdout:
+            self.messages.append(json.loads(line))
+
+    def said(self, member):
+        """The values of every call or signal of a name, each a list."""
+        return [message["payload"]["data"] for message in self.messages
+                if message.get("member") == member and message["type"] in ("method_call", "signal")]
+
+    def stop(self):
+        stop(self.process)
+        self.thread.join()
+        self.process.stdout.close()
+        self.process.stderr.close()
+
+
+class FeedbackDaemon:
+    """A feedbackd on the session bus that knows one event, alarm-clock-elapsed."""
+
+    def __init__(self):
+        service(FEEDBACKD)
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-feedback-"))
+        (self.folder / "theme.json").write_text(json.dumps(THEME))
+        self.log = self.folder / "log"
+        with open(self.log, "w") as log:
+            self.process = subprocess.Popen(
+                [FEEDBACKD], stdout=log, stderr=log,
+                env=dict(os.environ, HOME=str(self.folder), GSETTINGS_BACKEND="memory",
+                         FEEDBACK_THEME=str(self.folder / "theme.json"), G_MESSAGES_DEBUG="all",
+                         PULSE_SERVER="unix:/nonexistent", LC_ALL="C.UTF-8"))
+        try:
+            wait_for("feedbackd", self.is_ready)
+        except BaseException:
+            self.stop()
+            raise
+
+    def is_ready(self):
+        if self.process.poll() is not None:
+            raise RuntimeError(f"feedbackd ended:\n{self.log.read_text()[-2000:]}")
+        return "'org.sigxcpu.Feedback' was acquired" in self.log.read_text()
+
+    def triggered(self):
+        """The events that were asked for, each with the program that did."""
+        return TRIGGERED.findall(self.log.read_text())
+
+    def running(self):
+        """The numbers of the events whose feedback was begun and has not ended."""
+        log = self.log.read_text()
+        begun = {event for count, event in RUNNING.findall(log) if count != "0"}
+        return begun - set(ENDED.findall(log))
+
+    def stop(self):
+        stop(self.process)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+BUS = """
+<busconfig>
+  <type>system</type>
+  <listen>unix:path={folder}/bus</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="method_call"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow receive_sender="*" eavesdrop="true"/>
+  </policy>
+</busconfig>
+"""
+# It leaves the consoles and the keys of the machine alone.
+LOGIND_CONFIGURATION = """
+[Login]
+NAutoVTs=0
+ReserveVT=0
+IdleAction=ignore
+""" + "".join(f"Handle{key}=ignore\n" for key in (
+    "PowerKey", "PowerKeyLongPress", "RebootKey", "RebootKeyLongPress", "SuspendKey",
+    "SuspendKeyLongPress", "HibernateKey", "HibernateKeyLongPress", "LidSwitch",
+    "LidSwitchExternalPower", "LidSwitchDocked"))
+# Where it keeps things, and where it looks for its configuration.
+MOUNTS = ("/run", "/etc/systemd")
+
+
+class LoginManager:
+    """A systemd-logind on a system bus of its own. It can put nothing to sleep, since no systemd is
+    on that bus. It needs the namespace that enter_namespace() makes."""
+
+    def __init__(self):
+        if not is_inside():
+            raise RuntimeError("a systemd-logind for tests runs only in a namespace of its own")
+        service(LOGIND)
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-login-"))
+        self.address = f"unix:path={self.folder}/bus"
+        self.log = self.folder / "log"
+        self.mounts = []
+        self.bus = self.process = self.connection = None
+        try:
+            for place in MOUNTS:
+                subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", place], check=True)
+                self.mounts.append(place)
+            pathlib.Path("/run/systemd").mkdir()  # it makes folders in it, but not this one
+            pathlib.Path("/etc/systemd/logind.conf").write_text(LOGIND_CONFIGURATION)
+            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
+            self.bus = subprocess.Popen(
+                [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
+                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            wait_for("the system bus", (self.folder / "bus").exists)
+            with open(self.log, "w") as log:
+                self.process = subprocess.Popen(
+                    [LOGIND], stdout=log, stderr=log,
+                    env=dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address,
+                             SYSTEMD_LOG_TARGET="console"))
+            self.connection = Gio.DBusConnection.new_for_address_sync(
+                self.address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+            wait_for("systemd-logind", self.is_ready)
+        except BaseException:
+            self.stop()
+            raise
+
+    def is_ready(self):
+        if self.process.poll() is not None:
+            raise RuntimeError(f"systemd-logind ended:\n{self.log.read_text()[-2000:]}")
+        try:
+            return self.inhibitors() == []
+        except GLib.Error:
+            return False  # nobody there yet
+
+    def inhibitors(self):
+        """What holds sleep and the like off: (what, who, why, mode, pid) each."""
+        answer = self.connection.call_sync(
+            "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
+            "ListInhibitors", None, None, Gio.DBusCallFlags.NONE, 1000, None).unpack()[0]
+        return [(what, who, why, mode, pid) for what, who, why, mode, _user, pid in answer]
+
+    def stop(self):
+        if self.connection is not None:
+            self.connection.close_sync(None)
+        for process in (self.process, self.bus):
+            if process is not None:
+                stop(process)
+        for place in reversed(self.mounts):
+            subprocess.run(["umount", "--lazy", place], check=False)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+MANAGER = """
+<node>
+  <interface name="org.freedesktop.login1.Manager">
+    <method name="Inhibit">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+      <arg type="s" direction="in"/><arg type="h" direction="out"/>
+    </method>
+    <signal name="PrepareForSleep"><arg type="b"/></signal>
+  </interface>
+</node>
+"""
+
+
+class SleepRecorder:
+    """Stands in for systemd-logind on a system bus of its own. A mock: the real one refuses root
+    nothing, asks a polkit about everybody else, and lets no test machine go to sleep."""
+
+    def __init__(self, refuses=()):
+        """`refuses` are the modes, "block" or "delay", that nobody is granted."""
+        self.refuses = refuses
+        self.calls = []  # (what, who, why, mode)
+        self.pipes = []  # (mode, the end that tells when all others have let go)
+        self.bus = subprocess.Popen(
+            [tool("dbus-daemon"), "--session", "--nofork", "--print-address=1"],
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.address = self.bus.stdout.readline().strip()
+        self.context = GLib.MainContext()
+        self.loop = GLib.MainLoop.new(self.context, False)
+        self.ready = threading.Event()
+        self.thread = threading.Thread(target=self.serve)
+        self.thread.start()
+        self.ready.wait()
+
+    def serve(self):
+        self.context.push_thread_default()
+        self.connection = Gio.DBusConnection.new_for_address_sync(
+            self.address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        interface = Gio.DBusNodeInfo.new_for_xml(MANAGER).interfaces[0]
+        self.connection.register_object("/org/freedesktop/login1", interface, self.inhibit, None, None)
+        Gio.bus_own_name_on_connection(self.connection, "org.freedesktop.login1",
+                                       Gio.BusNameOwnerFlags.NONE, lambda *_: self.ready.set(), None)
+        self.loop.run()
+        self.connection.close_sync(None)
+        self.context.pop_thread_default()
+
+    def inhibit(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
+        call = arguments.unpack()
+        self.calls.append(call)
+        mode = call[3]
+        if mode in self.refuses:
+            invocation.return_dbus_error("org.freedesktop.DBus.Error.AccessDenied",
+                                         "Permission denied")
+            return
+        ours, theirs = os.pipe()
+        self.pipes.append((mode, ours))
+        handles = Gio.UnixFDList.new()
+        handles.append(theirs)  # a copy, that goes with the list when the answer is out
+        os.close(theirs)
+        invocation.return_value_with_unix_fd_list(GLib.Variant("(h)", (0,)), handles)
+
+    def held(self):
+        """The modes of what was granted and has not been let go."""
+        return [mode for mode, ours in self.pipes if not self.is_let_go(ours)]
+
+    @staticmethod
+    def is_let_go(pipe):
+        waiter = select.poll()
+        waiter.register(pipe, 0)  # a hang-up is told unasked
+        return bool(waiter.poll(0))
+
+    def prepare_for_sleep(self, begins):
+        """Says that the machine is about to sleep, or has woken up."""
+        self.connection.emit_signal(
+            None, "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+            GLib.Variant("(b)", (begins,)))
+
+    def stop(self):
+        self.context.invoke_full(GLib.PRIORITY_DEFAULT, lambda *_: self.loop.quit() or False)
+        self.thread.join()
+        for _mode, ours in self.pipes:
+            os.close(ours)
+        stop(self.bus)
+        self.bus.stdout.close()
