@@ -204,12 +204,12 @@ class Program:
         for name in [name for name in environment if name.startswith("XDG_") and name
                      != "XDG_RUNTIME_DIR"]:
             del environment[name]
-        environment.update(
-            HOME=str(home.path), QT_QPA_PLATFORM="xcb", QT_STYLE_OVERRIDE="Fusion",
-            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LANG="C.UTF-8",
+        environment.update({
+            "HOME": str(home.path), "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANG": "C.UTF-8",
             # No test asks a server of the world for tiles.
-            **{"TROLLEO_TILE_SERVER": "http://127.0.0.1:9", **extra},
-        )
+            "TROLLEO_TILE_SERVER": "http://127.0.0.1:9", **extra,
+        })
         self.desktop = desktop
         self.process = subprocess.Popen(
             [PROGRAM], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
