@@ -16,12 +16,13 @@ import nmea  # noqa: E402
 from phone import FeedbackDaemon, LoginManager, Overheard, SleepRecorder  # noqa: E402
 from wayland import CRITICAL, LOW, WaylandDesktop  # noqa: E402
 
-BAKERY = 10.01  # degrees north
+BAKERY = 10.01  # degrees north; Dairy is a kilometre farther
+DAIRY = 10.02
 LONGITUDE = 20.0
 STORES = f"""
-    insert into magazin values (1, 'Bakery', null, null);
-    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0);
-    insert into shoplist values (1, 'Bread', 1, 1);
+    insert into magazin values (1, 'Bakery', null, null), (2, 'Dairy', null, null);
+    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0), (2, {DAIRY}, {LONGITUDE}, 0);
+    insert into shoplist values (1, 'Bread', 1, 1), (2, 'Milk', 2, 1);
     insert into purchase values (1, 'Rye', 1, 2, 0);
 """
 NEAR = 320  # meters; the reminder comes a moment after the start
