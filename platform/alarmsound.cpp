@@ -193,7 +193,12 @@ private:
 AlarmSound::AlarmSound(const QString &file, QObject *parent)
     : QObject(parent)
     , soundFile(file)
-{}
+{
+    // libpulse gives what it plays for this process the properties that this names: a desktop may
+    // treat an alarm otherwise than music. Qt 6 has no call for it.
+    if (!qEnvironmentVariableIsSet("PULSE_PROP"))
+        qputenv("PULSE_PROP", "media.role=alarm");
+}
 
 AlarmSound::~AlarmSound()
 {

@@ -65,12 +65,14 @@ void DeviceAlert::stop()
 void DeviceAlert::startFeedback()
 {
     const int current = wanted;
-    bus.whenReady(this, [this, current] {
+    // To be felt and seen: the alarm is heard already.
+    const QVariantMap hints{{u"profile"_s, u"quiet"_s}};
+    bus.whenReady(this, [this, hints, current] {
         if (current != wanted)
             return;
         bus.call(this,
                  {feedbackService, feedbackPath, feedbackService, u"TriggerFeedback"_s,
-                  {u"trolleo"_s, alarmEvent, QVariantMap(), longestFeedback}, true},
+                  {u"trolleo"_s, alarmEvent, hints, longestFeedback}, true},
                  u"u"_s, [this, current](const QVariantList &results) {
                      const uint feedback = results.constFirst().toUInt();
                      if (current == wanted)

@@ -1087,5 +1087,9 @@
         <source>Open Trolleo</source>
         <translation>Open Trolleo</translation>
     </message>
+    <message>
+        <source>While the Map shows, distances stay as they were.</source>
+        <translation>While the Map shows, distances stay as they were.</translation>
+    </message>
 </context>
 </TS>

@@ -1087,5 +1087,9 @@
         <source>Open Trolleo</source>
         <translation>Открыть Trolleo</translation>
     </message>
+    <message>
+        <source>While the Map shows, distances stay as they were.</source>
+        <translation>Пока показана карта, расстояния не обновляются.</translation>
+    </message>
 </context>
 </TS>

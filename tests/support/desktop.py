@@ -199,7 +199,7 @@ class Desktop:
 class Program:
     """The installed program, running on a desktop in a home."""
 
-    def __init__(self, desktop, home, **extra):
+    def __init__(self, desktop, home, stderr=subprocess.DEVNULL, **extra):
         environment = desktop.environment()
         for name in [name for name in environment if name.startswith("XDG_") and name
                      != "XDG_RUNTIME_DIR"]:
@@ -212,7 +212,7 @@ class Program:
         })
         self.desktop = desktop
         self.process = subprocess.Popen(
-            [PROGRAM], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+            [PROGRAM], env=environment, stdout=subprocess.DEVNULL, stderr=stderr
         )
 
     def application(self):

@@ -2,6 +2,7 @@
 """Real programs that Trolleo talks to: a gpsd fed with a recorded walk, and a sound server whose
 output is recorded."""
 import array
+import contextlib
 import os
 import pathlib
 import shutil
@@ -17,6 +18,7 @@ from desktop import PACKAGES, stop, tool, wait_for
 PACKAGES.update({
     "gpsd": "gpsd",
     "gpsfake": "gpsd-clients",
+    "pactl": "pulseaudio-utils",
     "parec": "pulseaudio-utils",
     "pulseaudio": "pulseaudio",
 })
@@ -28,18 +30,50 @@ def free_port():
         return probe.getsockname()[1]
 
 
-class Receiver:
-    """A gpsd that plays a walk, a sentence every so many seconds, and notes when it says what."""
+class NmeaHost:
+    """A receiver on the network: whoever connects is told a walk, from the beginning."""
 
-    def __init__(self, walk, port, seconds_per_sentence, again_and_again=False):
+    def __init__(self, walk, seconds_per_sentence):
+        self.lines = walk.splitlines(keepends=True)
+        self.seconds_per_sentence = seconds_per_sentence
+        self.server = socket.create_server(("127.0.0.1", 0))
+        self.port = self.server.getsockname()[1]
+        threading.Thread(target=self.serve, daemon=True).start()
+
+    def serve(self):
+        while True:
+            try:
+                connection, _ = self.server.accept()
+            except OSError:
+                return  # it was stopped
+            threading.Thread(target=self.play, args=[connection], daemon=True).start()
+
+    def play(self, connection):
+        with connection, contextlib.suppress(OSError):
+            for line in self.lines:
+                connection.sendall(line.encode())
+                time.sleep(self.seconds_per_sentence)
+
+    def stop(self):
+        self.server.close()
+
+
+class Receiver:
+    """A gpsd that plays a walk, a sentence every so many seconds, and notes when it says what. With
+    several walks it has as many receivers."""
+
+    def __init__(self, walks, port, seconds_per_sentence, again_and_again=False):
+        walks = [walks] if isinstance(walks, str) else walks
         tool("gpsd")
         self.port = port
         self.said = []  # (time, line)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-walk-"))
-        (self.folder / "walk.nmea").write_text(walk)
+        files = [self.folder / f"walk-{index}.nmea" for index in range(len(walks))]
+        for file, walk in zip(files, walks):
+            file.write_text(walk)
         self.process = subprocess.Popen(
             [tool("gpsfake"), *([] if again_and_again else ["-1"]), "-q", "-P", str(port),
-             "-c", str(seconds_per_sentence), str(self.folder / "walk.nmea")],
+             "-c", str(seconds_per_sentence), *map(str, files)],
             env=dict(os.environ, TMPDIR=str(self.folder)),  # killed, it leaves a socket behind
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
         )
@@ -114,6 +148,12 @@ class SoundServer:
         last = len(samples) if end is None else int(end * self.RATE)
         return [max(map(abs, samples[index:index + step])) / 32768
                 for index in range(int(begin * self.RATE), last - step, step)]
+
+    def roles(self):
+        """What the streams that play at the moment say that they are."""
+        lines = subprocess.run([tool("pactl"), "list", "sink-inputs"], env=self.environment,
+                               capture_output=True, text=True, check=True).stdout.splitlines()
+        return [line.split('"')[1] for line in lines if "media.role" in line]
 
     def freeze(self):
         """From now on it answers nobody."""

@@ -127,6 +127,7 @@ class TestReminder(unittest.TestCase):
         """Presses a button while the alarm rings."""
         button = wait_for(f"the button {name}", lambda: self.program.find("push button", name))
         wait_for("the alarm", lambda: max(sound.loudness(sound.recorded() - 1), default=0) > 0.3)
+        self.assertEqual(sound.roles(), ["alarm"])
         pressed = sound.recorded()
         self.program.push(button)
         wait_for("the recording", lambda: sound.recorded() > pressed + 3)
@@ -258,7 +259,10 @@ class TestReminder(unittest.TestCase):
 
         self.assertLessEqual(woken_within_three_seconds(), 1)
         self.start_tracking()
-        self.assertGreater(woken_within_three_seconds(), 3)
+        # A poll, its answer, and what a receiver that is read costs no more.
+        woken = [woken_within_three_seconds() for _ in range(3)]
+        self.assertGreater(sum(woken), 2)
+        self.assertLessEqual(sum(woken), 9)
         self.program.press("Stop")
         wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
         self.assertLessEqual(woken_within_three_seconds(), 1)

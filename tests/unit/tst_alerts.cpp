@@ -265,6 +265,8 @@ void TestAlerts::alertIsShownAndFelt()
     QCOMPARE(trigger.signature(), "ssa{sv}i");
     QCOMPARE(trigger.arguments().at(0), "trolleo");
     QCOMPARE(trigger.arguments().at(1), "alarm-clock-elapsed");
+    QCOMPARE(qdbus_cast<QVariantMap>(trigger.arguments().at(2)),
+             (QVariantMap{{"profile", "quiet"}})); // the alarm is heard already
     QTest::qWait(100);
     service.tell("ActionInvoked", {1U, "stop"});
     QTRY_COMPARE_WITH_TIMEOUT(actions.count(), 1, soon);

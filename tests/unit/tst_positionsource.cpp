@@ -295,13 +295,9 @@ void TestPositionSource::otherTypesThanPromised_data()
 {
     QTest::addColumn<QString>("method");
     QTest::addColumn<QVariant>("answer");
-    const QVariant number(7U);
     const QVariant texts(QStringList(1000, "text"));
-    for (const char *method : {"GetClient", "Set", "Start", "GetAll"}) {
-        for (const QVariant &answer : {number, texts})
-            QTest::newRow(qPrintable(QString(method) + " answers with " + answer.typeName()))
-                << method << answer;
-    }
+    for (const char *method : {"GetClient", "Set", "Start", "GetAll"})
+        QTest::newRow(method) << method << texts;
     QTest::newRow("a location of texts")
         << "GetAll" << QVariant(QVariantMap{{"Latitude", "50"}, {"Longitude", "14"}});
     QTest::newRow("a time that is a number")
@@ -474,7 +470,7 @@ void TestPositionSource::comingAndGoing()
     // All at once, since each takes its time.
     for (std::size_t phase = 0; phase < states.size(); ++phase) {
         if (phase > 0) {
-            QTest::qWait(15000); // long enough that what is gone is missed
+            QTest::qWait(12000); // long enough that what is gone is missed
             for (const auto &order : orders)
                 order->enter(phase);
         }

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// The least that following a gpsd takes: a program without a window that asks it every 3 s and reads
+// what it answers. Its argument is gpsd's port on this machine.
+#include <cstdlib>
+
+#include <QCoreApplication>
+#include <QTcpSocket>
+#include <QTimer>
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QTcpSocket socket;
+    QObject::connect(&socket, &QTcpSocket::readyRead, &socket, [&socket] { socket.readAll(); });
+    QObject::connect(&socket, &QTcpSocket::connected, &socket,
+                     [&socket] { socket.write("?WATCH={\"enable\":true};\n"); });
+    QTimer pace;
+    QObject::connect(&pace, &QTimer::timeout, &socket, [&socket] { socket.write("?POLL;\n"); });
+    pace.start(std::chrono::seconds(3));
+    socket.connectToHost(QStringLiteral("127.0.0.1"),
+                         static_cast<quint16>(argc > 1 ? std::atoi(argv[1]) : 2947));
+    return QCoreApplication::exec();
+}
