@@ -152,7 +152,8 @@ void ShopWindow::trackingListHelp()
         helpLine(
             tr("Here You can vew tracked Stores, sorted by distance from current location. ")) +
             helpLine(tr("List updates every 3 seconds")) +
-            helpLine(tr("While the Map shows, distances stay as they were.")) + helpHeading(tr("Toolbar buttons:")) +
+            helpLine(tr("While the Map shows, distances stay as they were.")) +
+            helpHeading(tr("Toolbar buttons:")) +
             helpButton("eye.svg"_L1, tr("List of the Stores, distances are in meters;")) +
             helpButton("map_icon.svg"_L1,
                        tr("Map; this view is available only when GPS is active. Hold a finger on "

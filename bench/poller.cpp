@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The least that following a gpsd takes: a program without a window that asks it every 3 s and reads
-// what it answers. Its argument is gpsd's port on this machine.
+// The least that following a gpsd takes: a program without a window that asks it every 3 s and
+// reads what it answers. Its argument is gpsd's port on this machine.
 #include <cstdlib>
 
 #include <QCoreApplication>

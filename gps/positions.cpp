@@ -69,7 +69,8 @@ void ShopWindow::requestPosition()
 /// A position that arrives later finds nobody waiting.
 void ShopWindow::endWaiting()
 {
-    if (waitingForFix)
+    // The stores page may wait for the same position.
+    if (waitingForFix && !distancePending)
         gps->cancelRequest();
     waitingForFix = false;
     retryTimer->stop();
@@ -115,6 +116,7 @@ void ShopWindow::fixCurrentGps()
     }
     waitingForFix = true;
     roughPositionTold = false;
+    noPositionTold = false;
     requestPosition();
 }
 

@@ -2,14 +2,14 @@
 #include "platform/bearer.h"
 
 #include <algorithm>
+#include <functional>
 
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QSet>
+
+#include "platform/messagebus.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,39 +34,40 @@ constexpr uint activated = 2;
 const QSet<QString> kindsOfNetworks{u"802-3-ethernet"_s, u"802-11-wireless"_s, u"bluetooth"_s,
                                     u"cdma"_s, u"gsm"_s};
 
-bool isError(const QDBusMessage &reply)
-{
-    return reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty();
-}
+using Done = std::function<void(const QVariant &)>;
+using Failed = std::function<void()>;
 
 /// Calls a method of the NetworkManager that has the name `owner` on the bus, and lets `done` take
-/// the reply as long as `context` lives. One that does not run is not started.
-template <typename Done>
+/// the one result, of the signature `expected`, as long as `context` lives. One that does not run
+/// is not started.
 void call(QObject *context, const QString &owner, const QDBusObjectPath &object,
-          const QString &interface, const QString &method, const QVariantList &arguments, Done done)
+          const QString &interface, const QString &method, const QVariantList &arguments,
+          const QString &expected, const Done &done, const Failed &failed = {})
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(owner, object.path(), interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    auto *watcher =
-        new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(message), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                     [done](QDBusPendingCallWatcher *finished) {
-                         finished->deleteLater();
-                         done(finished->reply());
-                     });
+    MessageBus::system().call(
+        context, {owner, object.path(), interface, method, arguments}, expected,
+        [done](const QVariantList &results) { done(results.constFirst()); },
+        [failed](const QString & /*error*/) {
+            if (failed)
+                failed();
+        });
 }
 
 /// Reads a property of an object; `done` takes its value, and is not called when there is none.
-template <typename Done>
 void readProperty(QObject *context, const QString &owner, const QDBusObjectPath &object,
-                  const QString &interface, const QString &name, Done done)
+                  const QString &interface, const QString &name, const Done &done)
 {
     call(context, owner, object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name},
-         [done](const QDBusMessage &reply) {
-             if (!isError(reply))
-                 done(qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant());
-         });
+         u"v"_s, [done](const QVariant &value) { done(value.value<QDBusVariant>().variant()); });
+}
+
+/// The objects in a property; none when it holds anything else, which must not be demarshalled.
+QList<QDBusObjectPath> pathsIn(const QVariant &value)
+{
+    if (value.userType() == qMetaTypeId<QDBusArgument>() &&
+        value.value<QDBusArgument>().currentSignature() != "ao"_L1)
+        return {};
+    return qdbus_cast<QList<QDBusObjectPath>>(value);
 }
 
 bool isSet(const QDBusObjectPath &path)
@@ -133,9 +134,23 @@ NetworkSnapshotRequest::NetworkSnapshotRequest(QObject *parent)
 {
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<Objects>();
-    call(this, service, QDBusObjectPath(u"/org/freedesktop"_s),
-         u"org.freedesktop.DBus.ObjectManager"_s, u"GetManagedObjects"_s, {},
-         [this](const QDBusMessage &reply) { readObjects(reply); });
+    // Its own name: one that is started later has another.
+    call(
+        this, u"org.freedesktop.DBus"_s, QDBusObjectPath(u"/org/freedesktop/DBus"_s),
+        u"org.freedesktop.DBus"_s, u"GetNameOwner"_s, {service}, u"s"_s,
+        [this](const QVariant &owner) {
+            snapshot.owner = owner.toString();
+            askForObjects();
+        },
+        [this] { fail(); });
+}
+
+void NetworkSnapshotRequest::askForObjects()
+{
+    call(
+        this, snapshot.owner, QDBusObjectPath(u"/org/freedesktop"_s),
+        u"org.freedesktop.DBus.ObjectManager"_s, u"GetManagedObjects"_s, {}, u"a{oa{sa{sv}}}"_s,
+        [this](const QVariant &objects) { readObjects(objects); }, [this] { fail(); });
 }
 
 void NetworkSnapshotRequest::fail()
@@ -144,14 +159,9 @@ void NetworkSnapshotRequest::fail()
     deleteLater();
 }
 
-void NetworkSnapshotRequest::readObjects(const QDBusMessage &reply)
+void NetworkSnapshotRequest::readObjects(const QVariant &result)
 {
-    if (isError(reply)) {
-        fail();
-        return;
-    }
-    snapshot.owner = reply.service();
-    const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());
+    const auto objects = qdbus_cast<Objects>(result);
     for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
         if (object->contains(profileInterface))
             snapshot.profiles.append({.path = object.key(), .uuid = {}, .devices = {}});
@@ -165,12 +175,11 @@ void NetworkSnapshotRequest::readObjects(const QDBusMessage &reply)
                  .isUp = state == activated,
                  .isDefault =
                      active.value(u"Default"_s).toBool() || active.value(u"Default6"_s).toBool(),
-                 .devices = qdbus_cast<QList<QDBusObjectPath>>(active.value(u"Devices"_s))});
+                 .devices = pathsIn(active.value(u"Devices"_s))});
     }
     for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
         const QVariantMap device = object->value(deviceInterface);
-        const auto available =
-            qdbus_cast<QList<QDBusObjectPath>>(device.value(u"AvailableConnections"_s));
+        const QList<QDBusObjectPath> available = pathsIn(device.value(u"AvailableConnections"_s));
         for (NetworkSnapshot::Profile &profile : snapshot.profiles) {
             if (available.contains(profile.path))
                 profile.devices << object.key();
@@ -179,30 +188,36 @@ void NetworkSnapshotRequest::readObjects(const QDBusMessage &reply)
     // What a profile is called is no property of it.
     settingsAwaited = snapshot.profiles.size();
     for (qsizetype index = 0; index < snapshot.profiles.size(); ++index) {
-        call(this, snapshot.owner, snapshot.profiles.at(index).path, profileInterface,
-             u"GetSettings"_s, {},
-             [this, index](const QDBusMessage &settings) { readSettings(index, settings); });
+        call(
+            this, snapshot.owner, snapshot.profiles.at(index).path, profileInterface,
+            u"GetSettings"_s, {}, u"a{sa{sv}}"_s,
+            [this, index](const QVariant &settings) {
+                readSettings(index, settings);
+                settingsHaveCome();
+            },
+            [this] { settingsHaveCome(); });
     }
     if (settingsAwaited == 0)
         finish();
 }
 
-void NetworkSnapshotRequest::readSettings(qsizetype index, const QDBusMessage &reply)
+void NetworkSnapshotRequest::readSettings(qsizetype index, const QVariant &result)
 {
-    if (!isError(reply)) {
-        const auto settings = qdbus_cast<Interfaces>(reply.arguments().constFirst());
-        const auto setting = [&settings](const QString &group, const QString &key) {
-            return settings.value(group).value(key);
-        };
-        const QString mode = setting(u"802-11-wireless"_s, u"mode"_s).toString();
-        NetworkSnapshot::Profile &profile = snapshot.profiles[index];
-        profile.uuid = setting(u"connection"_s, u"uuid"_s).toString();
-        profile.lastUsed = setting(u"connection"_s, u"timestamp"_s).toULongLong();
-        profile.isNetwork =
-            kindsOfNetworks.contains(setting(u"connection"_s, u"type"_s).toString()) &&
-            (mode.isEmpty() || mode == u"infrastructure"_s) &&
-            setting(u"ipv4"_s, u"method"_s).toString() != u"shared"_s;
-    }
+    const auto settings = qdbus_cast<Interfaces>(result);
+    const auto setting = [&settings](const QString &group, const QString &key) {
+        return settings.value(group).value(key);
+    };
+    const QString mode = setting(u"802-11-wireless"_s, u"mode"_s).toString();
+    NetworkSnapshot::Profile &profile = snapshot.profiles[index];
+    profile.uuid = setting(u"connection"_s, u"uuid"_s).toString();
+    profile.lastUsed = setting(u"connection"_s, u"timestamp"_s).toULongLong();
+    profile.isNetwork = kindsOfNetworks.contains(setting(u"connection"_s, u"type"_s).toString()) &&
+                        (mode.isEmpty() || mode == u"infrastructure"_s) &&
+                        setting(u"ipv4"_s, u"method"_s).toString() != u"shared"_s;
+}
+
+void NetworkSnapshotRequest::settingsHaveCome()
+{
     if (--settingsAwaited == 0)
         finish();
 }
@@ -340,10 +355,8 @@ void QNetworkSession::bringUp(const QDBusObjectPath &profile, const QDBusObjectP
             call(this, owner, QDBusObjectPath(servicePath), service, u"ActivateConnection"_s,
                  {QVariant::fromValue(profile), QVariant::fromValue(device),
                   QVariant::fromValue(QDBusObjectPath(noObject))},
-                 [this](const QDBusMessage &reply) {
-                     if (!isError(reply))
-                         follow(qvariant_cast<QDBusObjectPath>(reply.arguments().constFirst()));
-                 });
+                 u"o"_s,
+                 [this](const QVariant &path) { follow(qvariant_cast<QDBusObjectPath>(path)); });
         });
 }
 
@@ -351,9 +364,9 @@ void QNetworkSession::bringUp(const QDBusObjectPath &profile, const QDBusObjectP
 void QNetworkSession::follow(const QDBusObjectPath &connection)
 {
     followed = connection;
-    QDBusConnection::systemBus().connect(owner, connection.path(), activeInterface,
-                                         u"StateChanged"_s, this,
-                                         SLOT(connectionStateChanged(uint)));
+    MessageBus::system().connectSignal(
+        {owner, connection.path(), activeInterface, u"StateChanged"_s, u"uu"_s}, this,
+        SLOT(connectionStateChanged(uint)));
     // It may be up already.
     readProperty(this, owner, connection, activeInterface, u"State"_s,
                  [this](const QVariant &state) { connectionStateChanged(state.toUInt()); });

@@ -8,8 +8,6 @@
 #include <QString>
 #include <QVariant>
 
-class QDBusMessage;
-
 /// Bearer management as phones have it: which networks there are, and a session that brings one up.
 /// It speaks to NetworkManager on the system bus and waits for nothing: every answer comes through
 /// the event loop, or never. Without a NetworkManager no session is required.
@@ -72,8 +70,10 @@ signals:
     void failed();
 
 private:
-    void readObjects(const QDBusMessage &reply);
-    void readSettings(qsizetype index, const QDBusMessage &reply);
+    void askForObjects();
+    void readObjects(const QVariant &result);
+    void readSettings(qsizetype index, const QVariant &result);
+    void settingsHaveCome();
     void finish();
     void fail();
 

@@ -56,6 +56,7 @@ void DeviceAlert::start()
 void DeviceAlert::stop()
 {
     ++wanted;
+    waiting.reset();
     notifier.close();
     if (feedbackId != 0)
         endFeedback(feedbackId);
@@ -67,12 +68,15 @@ void DeviceAlert::startFeedback()
     const int current = wanted;
     // To be felt and seen: the alarm is heard already.
     const QVariantMap hints{{u"profile"_s, u"quiet"_s}};
-    bus.whenReady(this, [this, hints, current] {
-        if (current != wanted)
-            return;
+    waiting = std::make_unique<QObject>();
+    bus.whenReady(waiting.get(), [this, hints, current] {
         bus.call(this,
-                 {feedbackService, feedbackPath, feedbackService, u"TriggerFeedback"_s,
-                  {u"trolleo"_s, alarmEvent, hints, longestFeedback}, true},
+                 {feedbackService,
+                  feedbackPath,
+                  feedbackService,
+                  u"TriggerFeedback"_s,
+                  {u"trolleo"_s, alarmEvent, hints, longestFeedback},
+                  true},
                  u"u"_s, [this, current](const QVariantList &results) {
                      const uint feedback = results.constFirst().toUInt();
                      if (current == wanted)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QObject>
 
 #include "platform/notifier.h"
@@ -39,6 +41,8 @@ private:
     Notification notification;
     /// What the service calls the feedback that runs; 0 for none.
     uint feedbackId = 0;
+    /// A start waits for the bus as long as this is there.
+    std::unique_ptr<QObject> waiting;
     /// Counts starts and stops; a reply to an earlier start ends what that has started.
     int wanted = 0;
 };

@@ -6,10 +6,11 @@
 #include <cmath>
 #include <limits>
 
+#include <QDateTime>
 #include <QDBusArgument>
 #include <QDBusVariant>
-#include <QDateTime>
 #include <QGeoCoordinate>
+#include <QPointer>
 
 #include "platform/messagebus.h"
 
@@ -26,6 +27,8 @@ const QString locationInterface = u"org.freedesktop.GeoClue2.Location"_s;
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 const QString busService = u"org.freedesktop.DBus"_s;
 const QString busPath = u"/org/freedesktop/DBus"_s;
+const MessageBus::Signal ownerSignal{busService, busPath, busService, u"NameOwnerChanged"_s,
+                                     u"sss"_s,   service};
 const QString noReply = u"org.freedesktop.DBus.Error.NoReply"_s;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_s;
 
@@ -127,36 +130,67 @@ void GeoClue::begin()
     end();
     attempt = std::make_unique<QObject>();
     bus.whenReady(attempt.get(), [this] {
-        bus.connectSignal(busService, busPath, busService, u"NameOwnerChanged"_s, u"sss"_s, this,
-                          SLOT(ownerChanged(QString, QString, QString)));
-        const auto failed = [this](const QString &error) { startFailed(error); };
-        // Unlike CreateClient it makes no second client when an unanswered call is answered late:
-        // without an agent no call is.
-        bus.call(
-            attempt.get(),
-            {service, managerPath, managerInterface, u"GetClient"_s, {}, true, longestWait}, u"o"_s,
-            [this, failed](const QVariantList &results) {
-                client = qvariant_cast<QDBusObjectPath>(results.constFirst()).path();
-                bus.call(
-                    attempt.get(), {busService, busPath, busService, u"GetNameOwner"_s, {service}, false, longestWait},
-                    u"s"_s,
-                    [this](const QVariantList &names) {
-                        owner = names.constFirst().toString();
-                        startClient();
-                    },
-                    failed);
-            },
-            failed);
+        bus.connectSignal(ownerSignal, this, SLOT(ownerChanged(QString, QString, QString)));
+        askForClient();
     });
+}
+
+void GeoClue::askForClient()
+{
+    const QPointer<QObject> current(attempt.get());
+    // Unlike CreateClient it makes no second client when an unanswered call is answered late:
+    // without an agent no call is.
+    bus.call(
+        this, {service, managerPath, managerInterface, u"GetClient"_s, {}, true, longestWait},
+        u"o"_s,
+        [this, current](const QVariantList &results) {
+            const QString path = qvariant_cast<QDBusObjectPath>(results.constFirst()).path();
+            if (current) {
+                client = path;
+                askForOwner();
+            } else if (!attempt) {
+                deleteClient(service, path); // nobody wants it any more
+            }
+        },
+        [this, current](const QString &error) {
+            if (current)
+                startFailed(error);
+        });
+}
+
+void GeoClue::askForOwner()
+{
+    bus.call(
+        attempt.get(),
+        {busService, busPath, busService, u"GetNameOwner"_s, {service}, false, longestWait}, u"s"_s,
+        [this](const QVariantList &results) {
+            owner = results.constFirst().toString();
+            startClient();
+        },
+        [this](const QString &error) { startFailed(error); });
+}
+
+void GeoClue::deleteClient(const QString &to, const QString &path)
+{
+    bus.send({to,
+              managerPath,
+              managerInterface,
+              u"DeleteClient"_s,
+              {QVariant::fromValue(QDBusObjectPath(path))}});
 }
 
 void GeoClue::startClient()
 {
     connectSignals(true);
-    const auto failed = [this](const QString &error) { startFailed(error); };
+    const auto failed = [this](const QString &error) {
+        startFailed(error);
+    };
     const auto set = [this, &failed](const QString &property, const QVariant &value) {
         bus.call(attempt.get(),
-                 {owner, client, propertiesInterface, u"Set"_s,
+                 {owner,
+                  client,
+                  propertiesInterface,
+                  u"Set"_s,
                   {clientInterface, property, QVariant::fromValue(QDBusVariant(value))},
                   false,
                   longestWait},
@@ -177,14 +211,12 @@ void GeoClue::end()
         return;
     // Its replies must reach nobody from here on.
     attempt.reset();
-    bus.disconnectSignal(busService, busPath, busService, u"NameOwnerChanged"_s, u"sss"_s, this,
-                         SLOT(ownerChanged(QString, QString, QString)));
+    bus.disconnectSignal(ownerSignal, this, SLOT(ownerChanged(QString, QString, QString)));
     if (!owner.isEmpty()) {
         connectSignals(false);
         // Stopped but kept, it would keep the service from ending itself, and one whose agent has
         // gone meanwhile is never started again.
-        bus.send({owner, managerPath, managerInterface, u"DeleteClient"_s,
-                  {QVariant::fromValue(QDBusObjectPath(client))}});
+        deleteClient(owner, client);
     }
     owner.clear();
     client.clear();
@@ -193,9 +225,9 @@ void GeoClue::end()
 void GeoClue::connectSignals(bool on)
 {
     const auto change = on ? &MessageBus::connectSignal : &MessageBus::disconnectSignal;
-    (bus.*change)(owner, client, clientInterface, u"LocationUpdated"_s, u"oo"_s, this,
+    (bus.*change)({owner, client, clientInterface, u"LocationUpdated"_s, u"oo"_s}, this,
                   SLOT(locationUpdated(QDBusObjectPath, QDBusObjectPath)));
-    (bus.*change)(owner, client, propertiesInterface, u"PropertiesChanged"_s, u"sa{sv}as"_s, this,
+    (bus.*change)({owner, client, propertiesInterface, u"PropertiesChanged"_s, u"sa{sv}as"_s}, this,
                   SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
 }
 
@@ -225,7 +257,7 @@ void GeoClue::ownerChanged(const QString &name, const QString &before, const QSt
     if (name != service)
         return;
     // One that we have had started ourselves is being asked already.
-    if (!now.isEmpty() && retry.isActive())
+    if (!now.isEmpty() && (retry.isActive() || (!owner.isEmpty() && now != owner)))
         begin();
     else if (!before.isEmpty() && now.isEmpty() && isWanted)
         tryLater();
@@ -239,9 +271,12 @@ void GeoClue::locationUpdated(const QDBusObjectPath & /*before*/, const QDBusObj
 void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &changed,
                                 const QStringList & /*invalidated*/)
 {
-    // Location was switched off. The service goes on by itself when it is switched on again.
-    if (attempt && interface == clientInterface && changed.value(u"Active"_s) == QVariant(false))
-        emit refused();
+    // Location was switched off. The service goes on by itself when it is switched on again, but
+    // not by the leave of another agent.
+    if (!attempt || interface != clientInterface || changed.value(u"Active"_s) != QVariant(false))
+        return;
+    tryLater();
+    emit refused();
 }
 
 void GeoClue::readLocation(const QDBusObjectPath &location)

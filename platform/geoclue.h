@@ -47,7 +47,11 @@ private slots:
 
 private:
     void begin();
+    void askForClient();
+    void askForOwner();
     void startClient();
+    /// `to` is the service's name, of whichever kind.
+    void deleteClient(const QString &to, const QString &path);
     void end();
     void tryLater();
     void startFailed(const QString &error);

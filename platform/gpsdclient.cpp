@@ -90,8 +90,9 @@ GpsdAddress GpsdAddress::fromEnvironment()
     QUrl url;
     url.setAuthority(value, QUrl::StrictMode);
     if (!url.isValid() || url.host().isEmpty() || url.port() < 1 || !url.userInfo().isEmpty()) {
-        StandardError::write(u"trolleo: TROLLEO_GPSD is not host:port, %1:%2 is used instead: %3"_s
-                                 .arg(usual.host, QString::number(usual.port), value));
+        StandardError::write(
+            u"trolleo: TROLLEO_GPSD is not host:port, %1:%2 is used instead: %3"_s.arg(
+                usual.host, QString::number(usual.port), value));
         return usual;
     }
     return {.host = url.host(), .port = static_cast<quint16>(url.port())};
@@ -104,7 +105,7 @@ std::optional<QList<GpsdFix>> GpsdFix::fromPoll(const QByteArray &line)
         return {};
     QList<GpsdFix> fixes;
     const QJsonArray receivers = answer["tpv"_L1].toArray();
-    for (const QJsonValue &receiver : receivers) {
+    for (const QJsonValue receiver : receivers) {
         if (fixes.size() == mostReceivers)
             break;
         if (const std::optional<GpsdFix> fix = fixFrom(receiver.toObject()))
@@ -222,7 +223,10 @@ void GpsdClient::takeLine(const QByteArray &line)
 
 void GpsdClient::takeFixes(const QList<GpsdFix> &fixes)
 {
-    QHash<QString, QString> stamps;
+    // A receiver that had no fix meanwhile may come back with the one of before.
+    QHash<QString, QString> stamps = lastStamps.value_or(QHash<QString, QString>());
+    if (stamps.size() > mostReceivers)
+        stamps.clear();
     const GpsdFix *best = nullptr;
     for (const GpsdFix &fix : fixes) {
         stamps[fix.device] = fix.stamp;

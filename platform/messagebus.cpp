@@ -97,6 +97,11 @@ QDBusMessage messageOf(const MessageBus::Call &call)
     return message;
 }
 
+QStringList argumentsOf(const MessageBus::Signal &signal)
+{
+    return signal.firstArgument.isEmpty() ? QStringList() : QStringList(signal.firstArgument);
+}
+
 MessageBus &shared(QPointer<MessageBus> &bus, const char *variable, const QString &usual)
 {
     if (!bus)
@@ -163,12 +168,12 @@ void MessageBus::whenReady(QObject *context, const std::function<void()> &functi
         probe();
 }
 
-void MessageBus::call(QObject *context, const Call &call, const QString &expected,
-                      const Done &done, const Failed &failed)
+void MessageBus::call(QObject *context, const Call &call, const QString &expected, const Done &done,
+                      const Failed &failed)
 {
     whenReady(context, [this, context, call, expected, done, failed] {
-        auto *watcher =
-            new QDBusPendingCallWatcher(connection.asyncCall(messageOf(call), static_cast<int>(call.timeout.count())), this);
+        auto *watcher = new QDBusPendingCallWatcher(
+            connection.asyncCall(messageOf(call), static_cast<int>(call.timeout.count())), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, watcher, &QObject::deleteLater);
         connect(watcher, &QDBusPendingCallWatcher::finished, context,
                 [expected, done, failed](QDBusPendingCallWatcher *finished) {
@@ -190,18 +195,16 @@ void MessageBus::send(const Call &call)
         connection.send(messageOf(call));
 }
 
-void MessageBus::connectSignal(const QString &service, const QString &path,
-                               const QString &interface, const QString &name,
-                               const QString &signature, QObject *receiver, const char *slot)
+void MessageBus::connectSignal(const Signal &signal, QObject *receiver, const char *slot)
 {
-    connection.connect(service, path, interface, name, signature, receiver, slot);
+    connection.connect(signal.service, signal.path, signal.interface, signal.name,
+                       argumentsOf(signal), signal.signature, receiver, slot);
 }
 
-void MessageBus::disconnectSignal(const QString &service, const QString &path,
-                                  const QString &interface, const QString &name,
-                                  const QString &signature, QObject *receiver, const char *slot)
+void MessageBus::disconnectSignal(const Signal &signal, QObject *receiver, const char *slot)
 {
-    connection.disconnect(service, path, interface, name, signature, receiver, slot);
+    connection.disconnect(signal.service, signal.path, signal.interface, signal.name,
+                          argumentsOf(signal), signal.signature, receiver, slot);
 }
 
 void MessageBus::probe()
@@ -269,9 +272,8 @@ void MessageBus::connectToBus()
         return;
     }
     pause = firstPause;
-    connection.connect(QString(), u"/org/freedesktop/DBus/Local"_s,
-                       u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, this,
-                       SLOT(connectionEnded()));
+    connection.connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                       u"Disconnected"_s, this, SLOT(connectionEnded()));
     emit ready();
 }
 

@@ -31,6 +31,19 @@ public:
         /// Without a reply for so long, the call has failed.
         std::chrono::milliseconds timeout = std::chrono::seconds(25);
     };
+    /// A signal with exactly the given signature.
+    struct Signal
+    {
+        /// Empty for any sender, or a unique name: QDBusConnection would wait for the owner of
+        /// another, but for that of the bus itself.
+        QString service;
+        QString path;
+        QString interface;
+        QString name;
+        QString signature;
+        /// What its first argument has to be, a string; empty for anything.
+        QString firstArgument = {};
+    };
     using Done = std::function<void(const QVariantList &results)>;
     /// `error` is a D-Bus error name.
     using Failed = std::function<void(const QString &error)>;
@@ -57,15 +70,9 @@ public:
     /// Calls a method of which no reply is wanted; nothing happens when the bus is not connected.
     void send(const Call &call);
 
-    /// Lets `slot` of `receiver` take a signal with exactly the given signature. `service` is
-    /// empty for any sender, or a unique name: QDBusConnection would wait for the owner of another.
-    /// The bus has to be ready.
-    void connectSignal(const QString &service, const QString &path, const QString &interface,
-                       const QString &name, const QString &signature, QObject *receiver,
-                       const char *slot);
-    void disconnectSignal(const QString &service, const QString &path, const QString &interface,
-                          const QString &name, const QString &signature, QObject *receiver,
-                          const char *slot);
+    /// Lets `slot` of `receiver` take a signal. The bus has to be ready.
+    void connectSignal(const Signal &signal, QObject *receiver, const char *slot);
+    void disconnectSignal(const Signal &signal, QObject *receiver, const char *slot);
 
 signals:
     void ready();

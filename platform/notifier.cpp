@@ -49,12 +49,14 @@ void Notifier::show(const Notification &notification)
     };
     // The service's own time would take it away before the person has seen it.
     constexpr int never = 0;
-    bus.whenReady(this, [this, notification, actions, hints, current] {
-        if (current != wanted)
-            return;
+    waiting = std::make_unique<QObject>();
+    bus.whenReady(waiting.get(), [this, notification, actions, hints, current] {
         connectSignals();
         bus.call(this,
-                 {service, path, service, u"Notify"_s,
+                 {service,
+                  path,
+                  service,
+                  u"Notify"_s,
                   {u"Trolleo"_s, id, u"trolleo"_s, notification.summary,
                    notification.body.toHtmlEscaped(), actions, hints, never},
                   true},
@@ -67,6 +69,7 @@ void Notifier::show(const Notification &notification)
 void Notifier::close()
 {
     ++wanted;
+    waiting.reset();
     if (id != 0)
         bus.send(closing(id));
     id = 0;
@@ -85,11 +88,11 @@ void Notifier::connectSignals()
     if (signalsAreConnected)
         return;
     signalsAreConnected = true;
-    bus.connectSignal({}, path, service, u"ActionInvoked"_s, u"us"_s, this,
+    bus.connectSignal({{}, path, service, u"ActionInvoked"_s, u"us"_s}, this,
                       SLOT(takeAction(uint, QString)));
-    bus.connectSignal({}, path, service, u"ActivationToken"_s, u"us"_s, this,
+    bus.connectSignal({{}, path, service, u"ActivationToken"_s, u"us"_s}, this,
                       SLOT(takeToken(uint, QString)));
-    bus.connectSignal({}, path, service, u"NotificationClosed"_s, u"uu"_s, this,
+    bus.connectSignal({{}, path, service, u"NotificationClosed"_s, u"uu"_s}, this,
                       SLOT(takeClosing(uint, uint)));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <utility>
 
 #include <QList>
@@ -58,6 +59,8 @@ private:
     bool signalsAreConnected = false;
     /// What the service calls the notification that shows; 0 for none.
     uint id = 0;
+    /// What is to be shown waits for the bus as long as this is there.
+    std::unique_ptr<QObject> waiting;
     /// Counts what was wanted; a reply to an earlier wish is for nothing.
     int wanted = 0;
 };

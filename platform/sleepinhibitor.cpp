@@ -10,6 +10,7 @@ namespace {
 const QString service = u"org.freedesktop.login1"_s;
 const QString path = u"/org/freedesktop/login1"_s;
 const QString interface = u"org.freedesktop.login1.Manager"_s;
+const MessageBus::Signal sleepSignal{{}, path, interface, u"PrepareForSleep"_s, u"b"_s};
 const QString block = u"block"_s;
 const QString delay = u"delay"_s;
 
@@ -31,8 +32,7 @@ void SleepInhibitor::hold(const QString &why)
     reason = why;
     holding = std::make_unique<QObject>();
     bus.whenReady(holding.get(), [this] {
-        bus.connectSignal({}, path, interface, u"PrepareForSleep"_s, u"b"_s, this,
-                          SLOT(prepareForSleep(bool)));
+        bus.connectSignal(sleepSignal, this, SLOT(prepareForSleep(bool)));
         inhibitBy(block);
     });
 }
@@ -43,8 +43,7 @@ void SleepInhibitor::release()
     if (!holding)
         return;
     holding.reset();
-    bus.disconnectSignal({}, path, interface, u"PrepareForSleep"_s, u"b"_s, this,
-                         SLOT(prepareForSleep(bool)));
+    bus.disconnectSignal(sleepSignal, this, SLOT(prepareForSleep(bool)));
 }
 
 void SleepInhibitor::inhibitBy(const QString &mode)

@@ -19,8 +19,8 @@ public:
     /// `systemBus` outlives it.
     explicit SleepInhibitor(MessageBus &systemBus, QObject *parent = nullptr);
 
-    /// Keeps it awake from now on; `reason` is for the person, and translated.
-    void hold(const QString &reason);
+    /// Keeps it awake from now on; `why` is for the person, and translated.
+    void hold(const QString &why);
     /// Lets it fall asleep again.
     void release();
 

@@ -97,11 +97,12 @@ void ShopWindow::showReminder()
     page->setAccessibleName(reminderPage.heading->text() + u' ' + reminderPage.store->text());
     prepareAlert();
     alertHelper->alert(true);
-    inputPause->begin();
     closeWhatCoversPages();
     pageStack->setCurrentIndex(PageReminder);
     // None of its buttons: a key that is on its way must not press one. It is read out, too.
     page->setFocus();
+    // Only now: a field that loses the focus takes the word that is being composed.
+    inputPause->begin(page);
     bringToFront();
 }
 
@@ -114,6 +115,7 @@ void ShopWindow::prepareAlert() const
         {.summary = reminderPage.store->text(),
          .body = heading,
          .urgency = Notification::Critical,
+         .isResident = true, // where the window could not come to the front, it is all there is
          .actions = {{openAction, tr("Open Trolleo")},
                      {nextAction, reminderPage.next->text()},
                      {stopAction, reminderPage.stop->text()},

@@ -216,6 +216,7 @@ void ShopWindow::startTracking()
     // What was known before may be far from here by now.
     haveGpsFix = false;
     roughPositionTold = false;
+    noPositionTold = false;
     setTrackingActive(true);
     gps->startUpdates();
 }

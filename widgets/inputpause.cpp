@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/inputpause.h"
 
+#include <algorithm>
 #include <chrono>
 
-#include <QEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QWidget>
 
 using namespace std::chrono_literals;
@@ -13,6 +15,8 @@ namespace {
 
 constexpr std::chrono::milliseconds shortestPause = 1s;
 constexpr std::chrono::milliseconds quietTime = 300ms;
+/// What is held for so long, without another event, was let go where nobody told of it.
+constexpr std::chrono::milliseconds longestHold = 10s;
 
 bool isInput(const QEvent *event)
 {
@@ -50,22 +54,46 @@ InputPause::InputPause(QWidget *pausedWindow)
     connect(&timer, &QTimer::timeout, this, &InputPause::endIfQuiet);
 }
 
-void InputPause::begin()
+void InputPause::begin(QWidget *page)
 {
+    shownPage = page;
+    // Installed once, also when it is installed already.
     QCoreApplication::instance()->installEventFilter(this);
+    isTouched = false;
+    heldKeys = 0;
+    restart();
+}
+
+void InputPause::restart()
+{
+    isPausing = true;
+    sinceInput.start();
     timer.start(shortestPause);
 }
 
 bool InputPause::eventFilter(QObject *object, QEvent *event)
 {
+    // Answered, by a screen reader or the notification.
+    if (!shownPage || !shownPage->isVisible()) {
+        end();
+        return false;
+    }
+    if (event->type() == QEvent::WindowActivate && object == window)
+        restart();
     // Not those of the window's surface: it keeps account of what is pressed.
-    if (!isInput(event) || !object->isWidgetType() ||
+    if (!isPausing || !isInput(event) || !object->isWidgetType() ||
         static_cast<QWidget *>(object)->window() != window)
         return false;
+    sinceInput.start();
     if (event->type() == QEvent::TouchBegin || event->type() == QEvent::TouchUpdate)
         isTouched = true;
     else if (event->type() == QEvent::TouchEnd || event->type() == QEvent::TouchCancel)
         isTouched = false;
+    else if (event->type() == QEvent::KeyPress && !static_cast<QKeyEvent *>(event)->isAutoRepeat())
+        ++heldKeys;
+    else if (event->type() == QEvent::KeyRelease &&
+             !static_cast<QKeyEvent *>(event)->isAutoRepeat())
+        heldKeys = std::max(heldKeys - 1, 0);
     if (timer.remainingTimeAsDuration() < quietTime)
         timer.start(quietTime);
     return true;
@@ -73,8 +101,18 @@ bool InputPause::eventFilter(QObject *object, QEvent *event)
 
 void InputPause::endIfQuiet()
 {
-    if (isTouched || QGuiApplication::mouseButtons() != Qt::NoButton)
+    const bool isHeld =
+        isTouched || heldKeys > 0 || QGuiApplication::mouseButtons() != Qt::NoButton;
+    if (isHeld && !sinceInput.hasExpired(longestHold.count())) {
         timer.start(quietTime);
-    else
-        QCoreApplication::instance()->removeEventFilter(this);
+        return;
+    }
+    isPausing = false;
+}
+
+void InputPause::end()
+{
+    isPausing = false;
+    timer.stop();
+    QCoreApplication::instance()->removeEventFilter(this);
 }

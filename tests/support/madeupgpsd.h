@@ -78,16 +78,15 @@ public:
     }
     static QByteArray time(int second)
     {
-        return QByteArray::fromStdString(
-            QDateTime::fromSecsSinceEpoch(1795341600 + second, Qt::UTC)
-                .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzzZ"))
-                .toStdString());
+        return QByteArray::fromStdString(QDateTime::fromSecsSinceEpoch(1795341600 + second, Qt::UTC)
+                                             .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzzZ"))
+                                             .toStdString());
     }
     /// From now on this is what it answers: one receiver there, at that second of its clock.
     void tell(int second, double latitude, double longitude = 20, const QByteArray &more = {})
     {
-        answer = poll(
-            {receiver("/dev/ttyS0", time(second), QGeoCoordinate(latitude, longitude, 12.5), more)});
+        answer = poll({receiver("/dev/ttyS0", time(second),
+                                QGeoCoordinate(latitude, longitude, 12.5), more)});
     }
 
     QPointer<QTcpSocket> client;

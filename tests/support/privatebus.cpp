@@ -132,7 +132,9 @@ MadeUpGeoClue::MadeUpGeoClue(const QString &busAddress)
 {
     qDBusRegisterMetaType<GeoClueTime>();
     for (const char *method : {"GetClient", "Set", "Start", "DeleteClient", "GetAll"})
-        answers[method] = [this](const QDBusMessage &message) { return answerTo(message); };
+        answers[method] = [this](const QDBusMessage &message) {
+            return answerTo(message);
+        };
 }
 
 QDBusMessage MadeUpGeoClue::answerTo(const QDBusMessage &message)

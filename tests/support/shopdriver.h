@@ -54,7 +54,8 @@ public:
         return page()->findChild<Widget *>(name);
     }
 
-    /// Presses a button of the page that shows, with the mouse; one of the reminder when it listens.
+    /// Presses a button of the page that shows, with the mouse; one of the reminder when it
+    /// listens.
     void press(const char *button) const;
     /// Presses a button as a screen reader does, which the reminder hears at once.
     void pressByScreenReader(const char *button) const;

@@ -91,7 +91,7 @@ class Listener(Tour):
             self.test.assertNotRegex(node.description, PICTURE)
         if name != "00-main":  # where the focus is only once a key was pressed
             wait_for("the focus on the page", lambda: any(
-                node.getState().contains(pyatspi.STATE_FOCUSED) for node in self.nodes(page)))
+                node.getState().contains(pyatspi.STATE_FOCUSED) for node in [page, *self.nodes(page)]))
         if name == "18-reminder":
             self.test.assertRegex(page.name, r"Sunrise Bakery \(at \d+\.\d\d meters\)")
         if name == "12-message":

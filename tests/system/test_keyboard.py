@@ -127,6 +127,7 @@ class TestKeyboard(ProgramTest):
             self.wait_for_title("Reminders (GPS tracking)")
             self.press("Start")
             wait_for("the reminder", lambda: self.program.find("push button", "Start Shopping"), 60)
+            time.sleep(1.2)  # it is deaf at first to what was on its way
             self.press("Start Shopping")
             self.wait_for_title("Do Shopping")
             wait_for("the goods", lambda: len(self.program.rows()) == 3)

@@ -290,8 +290,7 @@ void TestAlerts::sleepIsInhibitedWhileHeld()
     inhibitor.hold("Reminds of shopping lists");
     QTRY_COMPARE_WITH_TIMEOUT(login.inhibitors(), 1, soon);
     const QVariantList arguments = login.calls("Inhibit").constFirst().arguments();
-    QCOMPARE(arguments,
-             (QVariantList{"sleep", "Trolleo", "Reminds of shopping lists", "block"}));
+    QCOMPARE(arguments, (QVariantList{"sleep", "Trolleo", "Reminds of shopping lists", "block"}));
     QTest::qWait(200);
     QCOMPARE(login.inhibitors(), 1);
     inhibitor.release();

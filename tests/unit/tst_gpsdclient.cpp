@@ -100,8 +100,7 @@ void TestGpsdClient::answers_data()
     QTest::newRow("one receiver") << MadeUpGpsd::poll({good}) << 1;
     QTest::newRow("two receivers") << MadeUpGpsd::poll({good, good}) << 2;
     QTest::newRow("no receiver") << MadeUpGpsd::poll({}) << 0;
-    QTest::newRow("more than anyone has")
-        << MadeUpGpsd::poll(QByteArrayList(1000, good)) << 64;
+    QTest::newRow("more than anyone has") << MadeUpGpsd::poll(QByteArrayList(1000, good)) << 64;
     QTest::newRow("no fix") << with("\"mode\":3", "\"mode\":1") << 0;
     QTest::newRow("an unknown mode") << with("\"mode\":3", "\"mode\":4") << 0;
     QTest::newRow("a mode that is a text") << with("\"mode\":3", "\"mode\":\"3\"") << 0;
@@ -141,8 +140,8 @@ void TestGpsdClient::whatIsTold()
         return GpsdFix::fromPoll(MadeUpGpsd::poll({receiver})).value().constFirst();
     };
     const QGeoCoordinate place(-33.5, 151.25, 12.5);
-    const GpsdFix whole = only(
-        MadeUpGpsd::receiver("/dev/a", "2026-11-21T10:00:05.250Z", place, "\"eph\":17.1"));
+    const GpsdFix whole =
+        only(MadeUpGpsd::receiver("/dev/a", "2026-11-21T10:00:05.250Z", place, "\"eph\":17.1"));
     QCOMPARE(whole.device, "/dev/a");
     QCOMPARE(whole.stamp, "2026-11-21T10:00:05.250Z");
     QCOMPARE(whole.position.coordinate(), place);
@@ -153,10 +152,9 @@ void TestGpsdClient::whatIsTold()
     QVERIFY(flat.position.timestamp().isValid());
     QVERIFY(!flat.position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy));
     // As releases before 3.20 tell it.
-    QCOMPARE(only(R"({"device":"a","mode":3,"lat":1,"lon":2,"alt":3})")
-                 .position.coordinate()
-                 .altitude(),
-             3);
+    QCOMPARE(
+        only(R"({"device":"a","mode":3,"lat":1,"lon":2,"alt":3})").position.coordinate().altitude(),
+        3);
 }
 
 /// Counts positions, and knows the latitude of the last.

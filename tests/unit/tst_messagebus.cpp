@@ -37,7 +37,9 @@ struct Service : MadeUpService
     explicit Service(const QString &busAddress)
         : MadeUpService(busAddress, "org.trolleo.Test", "/org/trolleo/Test")
     {
-        answers["Ask"] = [](const QDBusMessage &message) { return message.createReply(7U); };
+        answers["Ask"] = [](const QDBusMessage &message) {
+            return message.createReply(7U);
+        };
         answers["Refuse"] = [](const QDBusMessage &message) {
             return message.createErrorReply(QDBusError::AccessDenied, "no");
         };
@@ -60,8 +62,12 @@ void TestMessageBus::errorsAndOtherSignaturesFail()
     const Service service(daemon.address());
     MessageBus bus(daemon.address());
     QStringList errors;
-    const auto done = [&](const QVariantList &) { errors << "none"; };
-    const auto failed = [&](const QString &error) { errors << error; };
+    const auto done = [&](const QVariantList &) {
+        errors << "none";
+    };
+    const auto failed = [&](const QString &error) {
+        errors << error;
+    };
     bus.call(this, ask, "s", done, failed);
     QTRY_COMPARE_WITH_TIMEOUT(errors, QStringList{"org.freedesktop.DBus.Error.InvalidSignature"},
                               soon);
@@ -106,7 +112,9 @@ void TestMessageBus::nobodyWaitsWhoIsGone()
     const Service service(daemon.address());
     MessageBus bus(daemon.address());
     int answers = 0;
-    const auto count = [&](const QVariantList &) { ++answers; };
+    const auto count = [&](const QVariantList &) {
+        ++answers;
+    };
     auto context = std::make_unique<QObject>();
     bus.call(context.get(), ask, "u", count); // before the bus is connected
     context.reset();
@@ -144,7 +152,7 @@ void TestMessageBus::signalsOfTheExpectedSignature()
     bus.whenReady(this, [&] { isReady = true; });
     QTRY_VERIFY_WITH_TIMEOUT(isReady, soon);
     Counter counter;
-    bus.connectSignal({}, ask.path, ask.interface, "Changed", "u", &counter, SLOT(take(uint)));
+    bus.connectSignal({{}, ask.path, ask.interface, "Changed", "u"}, &counter, SLOT(take(uint)));
     const auto tell = [&](const QVariant &value) {
         service.emitSignal(ask.path, ask.interface, "Changed", {value});
     };
@@ -160,10 +168,9 @@ void TestMessageBus::signalsOfTheExpectedSignature()
 void TestMessageBus::addressesWithoutASocket_data()
 {
     QTest::addColumn<QString>("address");
-    for (const char *address :
-         {"", "nonsense", "unix:", "unix:path=", "unix:path=/nonexistent", "tcp:host=127.0.0.1",
-          "unixexec:path=/bin/false", "unix:guid=1;tcp:", "unix:path=%zz", "unix:abstract=none",
-          ";;;"})
+    for (const char *address : {"", "nonsense", "unix:", "unix:path=", "unix:path=/nonexistent",
+                                "tcp:host=127.0.0.1", "unixexec:path=/bin/false",
+                                "unix:guid=1;tcp:", "unix:path=%zz", "unix:abstract=none", ";;;"})
         QTest::newRow(address) << address;
 }
 

@@ -206,10 +206,10 @@ void TestPositionSource::switchedOffWhileItRuns()
     world.source.startUpdates();
     QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
     const auto change = [&](bool active) {
-        world.geoClue.emitSignal("/org/freedesktop/GeoClue2/Client/1",
-                                 "org.freedesktop.DBus.Properties", "PropertiesChanged",
-                                 {"org.freedesktop.GeoClue2.Client",
-                                  QVariantMap{{"Active", active}}, QStringList()});
+        world.geoClue.emitSignal(
+            "/org/freedesktop/GeoClue2/Client/1", "org.freedesktop.DBus.Properties",
+            "PropertiesChanged",
+            {"org.freedesktop.GeoClue2.Client", QVariantMap{{"Active", active}}, QStringList()});
     };
     change(true);
     change(false);
@@ -324,8 +324,8 @@ void TestPositionSource::otherTypesThanPromised()
     // As it should be, it is used again.
     world.geoClue.answers[method] = right;
     int second = 1;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (world.geoClue.locate(50, 14, ++second), !world.positions.isEmpty()), 8000);
+    QTRY_VERIFY_WITH_TIMEOUT((world.geoClue.locate(50, 14, ++second), !world.positions.isEmpty()),
+                             8000);
 }
 
 void TestPositionSource::silentBusBlocksNothing()

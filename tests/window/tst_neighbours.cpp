@@ -149,8 +149,8 @@ void TestNeighbours::sleepIsInhibitedWhileTracking()
     track(shop);
     QTRY_COMPARE_WITH_TIMEOUT(login.calls("Inhibit").size(), 1, soon);
     QCOMPARE(login.calls("Inhibit").first().arguments().first(), "sleep");
-    login.emitSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager",
-                     "PrepareForSleep", {true});
+    login.emitSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+                     {true});
     QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Tracking pauses while the device sleeps.", soon);
 }
 

@@ -71,6 +71,7 @@ private slots:
     void whatIsOnItsWayAnswersNothing();
     void pressThatIsUnderWay();
     void touchThatIsUnderWay();
+    void windowThatComesToTheFrontLate();
     void menusClose();
     void keysAnswerLater();
     void startForgetsThePosition();
@@ -635,6 +636,26 @@ void TestReminder::touchThatIsUnderWay()
     QTRY_COMPARE(shop.pageIndex(), int(PageTracking));
 }
 
+void TestReminder::windowThatComesToTheFrontLate()
+{
+    ShopDriver shop(threeStores, gpsOn);
+    remind(shop);
+    shop.waitForReminder();
+    QWidget other; // what the person is using meanwhile
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(QApplication::activeWindow() == &other);
+    shop.window->activateWindow();
+    QTRY_VERIFY(QApplication::activeWindow() == shop.window.get());
+    auto *next = shop.find<QWidget>("nextButton");
+    const QPoint place = next->mapTo(shop.window.get(), next->rect().center());
+    QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {}, place);
+    QTest::qWait(100);
+    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    shop.press("nextButton");
+    QCOMPARE(shop.pageIndex(), int(PageTracking));
+}
+
 void TestReminder::menusClose()
 {
     ShopDriver shop(threeStores, gpsOn);
@@ -644,7 +665,8 @@ void TestReminder::menusClose()
     shop.press("listsButton");
     shop.press("createButton");
     auto *field = shop.find<QLineEdit>("nameField");
-    QContextMenuEvent wish(QContextMenuEvent::Keyboard, QPoint(5, 5), field->mapToGlobal(QPoint(5, 5)));
+    QContextMenuEvent wish(QContextMenuEvent::Keyboard, QPoint(5, 5),
+                           field->mapToGlobal(QPoint(5, 5)));
     QCoreApplication::sendEvent(field, &wish);
     QTRY_VERIFY(QApplication::activePopupWidget());
     source()->deliver(10.0085, 20);

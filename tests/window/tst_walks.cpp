@@ -189,8 +189,8 @@ void TestWalks::walk()
                 return;
             source()->deliver(position);
         } else if (position.isValid() && gpsd.isConnected()) {
-            gpsd.answer = MadeUpGpsd::poll({MadeUpGpsd::receiver(
-                "/dev/a", MadeUpGpsd::time(line), position.coordinate())});
+            gpsd.answer = MadeUpGpsd::poll(
+                {MadeUpGpsd::receiver("/dev/a", MadeUpGpsd::time(line), position.coordinate())});
             const int earlier = told;
             gpsd.say(gpsd.answer);
             QVERIFY(QTest::qWaitFor([earlier] { return told > earlier; }));
@@ -257,7 +257,8 @@ void TestWalks::walk()
 void TestWalks::cleanupTestCase()
 {
     QTextStream out(stdout);
-    out << "walk                                 sentences positions expected rang missed false late\n";
+    out << "walk                                 sentences positions expected rang missed false "
+           "late\n";
     for (const QString &result : std::as_const(results))
         out << result << '\n';
 }
