@@ -52,7 +52,7 @@ def measure(fixes_per_second, poller):
                  "insert into shoplist values (1, 'Bread', 1, 1);")
         program.press("Reminder")
         program.press("Start")
-        wait_for("tracking", lambda: program.find("push button", "Stop"))
+        wait_for("tracking", lambda: program.find("button", "Stop"))
         return rate(program.process.pid), rate(floor.pid)
     finally:
         program.stop()

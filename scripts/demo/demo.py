@@ -60,7 +60,7 @@ class Story:
 
     def main_page(self):
         self.program.wait_for_window()
-        wait_for("the main page", lambda: self.program.find("push button", "Reminder"))
+        wait_for("the main page", lambda: self.program.find("button", "Reminder"))
         return "the program has started, and the walk is on"
 
     def tracked_stores(self):
@@ -81,7 +81,7 @@ class Story:
     def tracking(self):
         self.program.press("OK")
         self.program.press("Start")
-        wait_for("tracking", lambda: self.program.find("push button", "Stop").getState().contains(
+        wait_for("tracking", lambda: self.program.find("button", "Stop").getState().contains(
             pyatspi.STATE_ENABLED))
         return "tracking follows the walk"
 

@@ -104,7 +104,7 @@ class Tour:
         self.press("OK", "Start")
         self.picture("02-tracking")
         wait_for("the reminder", lambda: self.program.find(
-            "push button", self.tr["Start Shopping"]), 60)
+            "button", self.tr["Start Shopping"]), 60)
         self.picture("18-reminder")
         self.press("Stop tracking", "Back")
 

@@ -102,6 +102,16 @@ def pump_events():
         context.iteration(False)
 
 
+# What older releases of the accessibility bus call what the later ones call otherwise.
+LATER_ROLE_NAMES = {"push button": "button"}
+
+
+def role_of(node):
+    """The name of a node's role, the same whichever release of the accessibility bus gives it."""
+    name = node.getRoleName()
+    return LATER_ROLE_NAMES.get(name, name)
+
+
 class Home:
     """An empty home folder."""
 
@@ -230,7 +240,7 @@ class Program:
 
     def focused(self):
         """What has the keyboard focus, or None."""
-        nodes = [node for role in ("push button", "text", "spin button", "list", "list item")
+        nodes = [node for role in ("button", "text", "spin button", "list", "list item")
                  for node in self.find_all(role)]
         return next((node for node in nodes
                      if node.getState().contains(pyatspi.STATE_FOCUSED)), None)
@@ -245,7 +255,7 @@ class Program:
             states = node.getState()
             if depth > 1 and not states.contains(pyatspi.STATE_SHOWING):
                 return
-            if node.getRoleName() == role and name in (None, node.name):
+            if role_of(node) == role and name in (None, node.name):
                 found.append(node)
             for child in node:
                 visit(child, depth + 1)
@@ -264,7 +274,7 @@ class Program:
 
     def press(self, name):
         # One that can be checked goes as a check box.
-        self.push(wait_for(f"the button {name}", lambda: self.find("push button", name)
+        self.push(wait_for(f"the button {name}", lambda: self.find("button", name)
                            or self.find("check box", name)))
 
     def push(self, button):
@@ -286,7 +296,7 @@ class Program:
 
         def list_has_focus():
             before = self.focused()
-            if before is not None and before.getRoleName() in ("list", "list item"):
+            if before is not None and role_of(before) in ("list", "list item"):
                 return True
             self.desktop.run([tool("xdotool"), "key", "Tab"])
             wait_for("the focus to move", lambda: self.focused() != before)

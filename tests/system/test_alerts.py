@@ -62,7 +62,7 @@ class AlertTest(unittest.TestCase):
 
     def start_tracking(self):
         self.program.press("Start")
-        wait_for("tracking to run", lambda: self.program.find("push button", "Stop"))
+        wait_for("tracking to run", lambda: self.program.find("button", "Stop"))
 
     def urgent(self):
         """The Notify calls of the highest urgency: one for each reminder."""
@@ -129,12 +129,12 @@ class TestReminderAlert(AlertTest):
 
     def test_next_store_by_notification(self):
         self.answer("next")
-        wait_for("tracking to go on", lambda: self.program.find("push button", "Stop"))
+        wait_for("tracking to go on", lambda: self.program.find("button", "Stop"))
         self.assertEqual(len(self.manager.inhibitors()), 1)
 
     def test_stop_tracking_by_notification(self):
         self.answer("stop")
-        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+        wait_for("tracking to end", lambda: self.program.find("button", "Start"))
         wait_for("the inhibitor to go", lambda: not self.manager.inhibitors(), 3)
 
     def test_start_shopping_by_notification(self):
@@ -156,7 +156,7 @@ class TestReminderAlert(AlertTest):
         wait_for("the notification to go", lambda: not self.desktop.shows(CRITICAL))
         wait_for("the daemon to tell", lambda: [shown["id"], 2]
                  in self.overheard.said("NotificationClosed"))
-        self.assertIsNotNone(self.program.find("push button", "Next Store"))
+        self.assertIsNotNone(self.program.find("button", "Next Store"))
         # And the answer in the window still counts.
         sound_at = self.sound.recorded()
         self.program.press("Next Store")

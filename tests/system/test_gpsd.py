@@ -157,7 +157,7 @@ class TestGpsd(unittest.TestCase):
             self.start(self.receiver(stand(nmea.fix)).address, stderr=full)
         self.assert_reminded()
         self.program.press("Stop tracking")
-        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+        wait_for("tracking to end", lambda: self.program.find("button", "Start"))
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 import contextlib
 import pathlib
 import sys
+import time
 import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
@@ -10,7 +11,7 @@ sys.path.insert(0, str(SOURCES / "tests" / "support"))
 sys.path.insert(0, str(SOURCES / "scripts" / "demo"))
 from screenshots import FIXES_BEFORE_THE_BAKERY  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
-from desktop import ProgramTest, pyatspi, tool, wait_for  # noqa: E402
+from desktop import ProgramTest, pyatspi, role_of, tool, wait_for  # noqa: E402
 
 MOST_STOPS = 20  # of the Tab key on a page
 
@@ -31,11 +32,11 @@ class TestKeyboard(ProgramTest):
 
     def role_of_focused(self):
         node = self.program.focused()
-        return node and node.getRoleName()
+        return node and role_of(node)
 
     def go_to(self, names):
         """Presses Tab until one of them has the focus."""
-        wait_for(f"{names}", lambda: any(self.program.find("push button", name)
+        wait_for(f"{names}", lambda: any(self.program.find("button", name)
                                          or self.program.find("list", name) for name in names))
         for _ in range(MOST_STOPS):
             before = self.program.focused()
@@ -126,7 +127,7 @@ class TestKeyboard(ProgramTest):
             self.press("Reminder")
             self.wait_for_title("Reminders (GPS tracking)")
             self.press("Start")
-            wait_for("the reminder", lambda: self.program.find("push button", "Start Shopping"), 60)
+            wait_for("the reminder", lambda: self.program.find("button", "Start Shopping"), 60)
             time.sleep(1.2)  # it is deaf at first to what was on its way
             self.press("Start Shopping")
             self.wait_for_title("Do Shopping")

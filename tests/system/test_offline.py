@@ -58,7 +58,7 @@ class TestOffline(unittest.TestCase):
             self.program.press(button)
             wait_for(f"the page of {button}",
                      lambda name=shown: any(name in found.name
-                                            for found in self.program.find_all("push button")))
+                                            for found in self.program.find_all("button")))
             self.program.press("Back")
 
     def test_map_keeps_the_window_awake(self):

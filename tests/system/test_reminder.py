@@ -55,7 +55,7 @@ class TestReminder(unittest.TestCase):
         self.home.run(STORES)
         self.program.press("Reminder")
         self.program.press("Start")
-        self.assertIsNotNone(self.program.find("push button", "Stop"))
+        self.assertIsNotNone(self.program.find("button", "Stop"))
 
     def reminded_of(self, store, seconds):
         """Waits for the reminder and returns when it was there."""
@@ -125,7 +125,7 @@ class TestReminder(unittest.TestCase):
 
     def assert_silenced_by(self, sound, name):
         """Presses a button while the alarm rings."""
-        button = wait_for(f"the button {name}", lambda: self.program.find("push button", name))
+        button = wait_for(f"the button {name}", lambda: self.program.find("button", name))
         wait_for("the alarm", lambda: max(sound.loudness(sound.recorded() - 1), default=0) > 0.3)
         self.assertEqual(sound.roles(), ["alarm"])
         pressed = sound.recorded()
@@ -163,7 +163,7 @@ class TestReminder(unittest.TestCase):
 
         self.assert_in_time(receiver, TOOLS, self.reminded_of("Tools", 60))
         self.assert_silenced_by(sound, "Stop tracking")
-        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+        wait_for("tracking to end", lambda: self.program.find("button", "Start"))
 
     def listen_to_three_loops(self, sound):
         """Counts what rings from now on."""
@@ -215,7 +215,7 @@ class TestReminder(unittest.TestCase):
         sound.freeze()
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
         self.program.press("Stop tracking")
-        wait_for("tracking to end", lambda: self.program.find("push button", "Start"), 2)
+        wait_for("tracking to end", lambda: self.program.find("button", "Start"), 2)
         self.program.press("Back")
         self.program.press("Exit")
         self.assertEqual(self.program.process.wait(5), 0)
@@ -244,7 +244,7 @@ class TestReminder(unittest.TestCase):
         wait_for("the recording", lambda: sound.recorded() > begin + 3)
         self.assertEqual(max(sound.loudness(begin)), 0)
         self.program.press("Next Store")
-        wait_for("tracking to go on", lambda: self.program.find("push button", "Stop"))
+        wait_for("tracking to go on", lambda: self.program.find("button", "Stop"))
 
     def test_nothing_runs_when_nothing_is_wanted(self):
         start = BAKERY - 3000 / nmea.METERS_PER_DEGREE
@@ -264,7 +264,7 @@ class TestReminder(unittest.TestCase):
         self.assertGreater(sum(woken), 2)
         self.assertLessEqual(sum(woken), 9)
         self.program.press("Stop")
-        wait_for("tracking to end", lambda: self.program.find("push button", "Start"))
+        wait_for("tracking to end", lambda: self.program.find("button", "Start"))
         self.assertLessEqual(woken_within_three_seconds(), 1)
 
     def test_gpsd_is_killed_and_comes_back(self):

@@ -46,8 +46,8 @@ class TestFirstStart(SystemTest):
     def test_empty_home_to_orderly_end(self):
         program = self.program(self.desktop())
         program.wait_for_window()
-        wait_for("seven buttons", lambda: len(program.find_all("push button")) == 7)
-        names = sorted(button.name for button in program.find_all("push button"))
+        wait_for("seven buttons", lambda: len(program.find_all("button")) == 7)
+        names = sorted(button.name for button in program.find_all("button"))
         self.assertEqual(names, BUTTONS)
 
         tables = self.home.query("select name from sqlite_master where type = 'table'")
