@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimeZone>
 
 #include "platform/gpsdclient.h"
 
@@ -78,9 +79,10 @@ public:
     }
     static QByteArray time(int second)
     {
-        return QByteArray::fromStdString(QDateTime::fromSecsSinceEpoch(1795341600 + second, Qt::UTC)
-                                             .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzzZ"))
-                                             .toStdString());
+        return QByteArray::fromStdString(
+            QDateTime::fromSecsSinceEpoch(1795341600 + second, QTimeZone::utc())
+                .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzzZ"))
+                .toStdString());
     }
     /// From now on this is what it answers: one receiver there, at that second of its clock.
     void tell(int second, double latitude, double longitude = 20, const QByteArray &more = {})
