@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "map/mapswidget.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QMenu>
@@ -51,7 +52,9 @@ QString translated(const char *text)
     return QCoreApplication::translate("ShopWindow", text);
 }
 
-/// A menu that opens under a finger which is still down: lifting it chooses nothing.
+/// A menu that opens under a finger which is still down: lifting it chooses nothing. A whole click on
+/// an entry always chooses it: QMenu only closes when the pointer seems not to have moved since the menu
+/// opened, as one that was never seen before does in Qt 6.8.
 class HeldMenu : public QMenu
 {
 public:
@@ -65,8 +68,16 @@ protected:
     }
     void mouseReleaseEvent(QMouseEvent *event) override
     {
-        if (wasPressed)
+        if (!wasPressed)
+            return;
+        QAction *entry = actionAt(event->position().toPoint());
+        if (event->button() != Qt::LeftButton || !entry || entry != activeAction() ||
+            !entry->isEnabled()) {
             QMenu::mouseReleaseEvent(event);
+            return;
+        }
+        close();
+        entry->trigger();
     }
 
 private:

@@ -52,6 +52,7 @@ private slots:
     void init();
     void cleanup();
 
+    void clickBeforeThePointerEverMoved();
     void pressHeldOpensTheMenu();
     void shortTapOpensTheMenu();
     void pressThatHardlyMovesOpensTheMenu();
@@ -61,6 +62,7 @@ private slots:
     void otherButtonsDoNothing();
     void fingerDoesWhatTheMouseDoes();
     void releaseOfTheOpeningPressChoosesNothing();
+    void clickWhereTheFingerWasChooses();
     void menuOfTheEntryOfCoordinates();
     void menuOfTracking();
     void menuByKeyboard();
@@ -149,6 +151,20 @@ void TestMapsWidget::move(const QPoint &position, Qt::MouseButton button) const
     QMouseEvent event(QEvent::MouseMove, position, map->mapToGlobal(position), Qt::NoButton, button,
                       Qt::NoModifier);
     QCoreApplication::sendEvent(map.get(), &event);
+}
+
+/// The first of all, as no other has moved the pointer yet.
+void TestMapsWidget::clickBeforeThePointerEverMoved()
+{
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, map->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(map.get(), &event);
+    QVERIFY(menu());
+    QVERIFY(QTest::qWaitForWindowExposed(menu()));
+    QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {},
+                      menu()->actionGeometry(menu()->actions().constFirst()).center());
+    QTRY_VERIFY(!menu());
+    QCOMPARE(marked.count(), 1);
 }
 
 void TestMapsWidget::pressHeldOpensTheMenu()
@@ -262,6 +278,17 @@ void TestMapsWidget::releaseOfTheOpeningPressChoosesNothing()
     QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {}, entry);
     QTRY_COMPARE(marked.count(), 1);
     QTRY_VERIFY(!menu());
+}
+
+void TestMapsWidget::clickWhereTheFingerWasChooses()
+{
+    QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
+    QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
+    QTRY_VERIFY(menu());
+    const QPoint entry = menu()->actionGeometry(menu()->actions().constFirst()).topLeft();
+    QTest::mouseClick(menu()->windowHandle(), Qt::LeftButton, {}, entry + QPoint(1, 1));
+    QTRY_VERIFY(!menu());
+    QCOMPARE(marked.count(), 1);
 }
 
 void TestMapsWidget::menuOfTheEntryOfCoordinates()
