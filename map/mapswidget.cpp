@@ -52,9 +52,9 @@ QString translated(const char *text)
     return QCoreApplication::translate("ShopWindow", text);
 }
 
-/// A menu that opens under a finger which is still down: lifting it chooses nothing. A whole click on
-/// an entry always chooses it: QMenu only closes when the pointer seems not to have moved since the menu
-/// opened, as one that was never seen before does in Qt 6.8.
+/// A menu that opens under a finger which is still down: lifting it chooses nothing. A whole click
+/// on an entry always chooses it: QMenu only closes when the pointer seems not to have moved since
+/// the menu opened, as one that was never seen before does in Qt 6.8.
 class HeldMenu : public QMenu
 {
 public:

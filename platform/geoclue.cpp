@@ -11,6 +11,7 @@
 #include <QDBusVariant>
 #include <QGeoCoordinate>
 #include <QPointer>
+#include <QTimeZone>
 
 #include "platform/messagebus.h"
 
@@ -61,7 +62,7 @@ std::optional<QDateTime> timestampFrom(const QVariant &value)
     if (seconds > yearNineThousand)
         return {};
     return QDateTime::fromMSecsSinceEpoch(
-        static_cast<qint64>(seconds * 1000 + microseconds / 1000 % 1000), Qt::UTC);
+        static_cast<qint64>(seconds * 1000 + microseconds / 1000 % 1000), QTimeZone::utc());
 }
 
 std::optional<double> numberFrom(const QVariant &value)

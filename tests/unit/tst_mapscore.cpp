@@ -411,8 +411,7 @@ void TestMapsCore::oldTilesAreShownWithoutANetwork_data()
     QTest::addColumn<QByteArray>("headers");
     QTest::newRow("expired") << QByteArray("Date: Sat, 01 Jan 2022 00:00:00 GMT\r\n"
                                            "Expires: Sat, 01 Jan 2022 01:00:00 GMT\r\n");
-    QTest::newRow("must be asked for")
-        << QByteArray("Cache-Control: max-age=3600, no-cache\r\n");
+    QTest::newRow("must be asked for") << QByteArray("Cache-Control: max-age=3600, no-cache\r\n");
 }
 
 void TestMapsCore::oldTilesAreShownWithoutANetwork()
