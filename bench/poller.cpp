@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The least that following a gpsd takes: a program without a window that asks it every 3 s and
 // reads what it answers. Its argument is gpsd's port on this machine.
-#include <cstdlib>
-
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QTcpSocket>
 #include <QTimer>
@@ -18,6 +17,6 @@ int main(int argc, char **argv)
     QObject::connect(&pace, &QTimer::timeout, &socket, [&socket] { socket.write("?POLL;\n"); });
     pace.start(std::chrono::seconds(3));
     socket.connectToHost(QStringLiteral("127.0.0.1"),
-                         static_cast<quint16>(argc > 1 ? std::atoi(argv[1]) : 2947));
+                         QByteArray(argc > 1 ? argv[1] : "2947").toUShort());
     return QCoreApplication::exec();
 }

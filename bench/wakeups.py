@@ -10,30 +10,18 @@ import time
 SOURCES = pathlib.Path(__file__).resolve().parents[1]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
 from desktop import Desktop, Home, Program, stop, wait_for  # noqa: E402
-from neighbours import Receiver, free_port  # noqa: E402
+from neighbours import Receiver, free_port, wake_ups, woken  # noqa: E402
 import nmea  # noqa: E402
 
 SECONDS = 30
 GOAL = 1.0  # a second
 
 
-def wake_ups(pid):
-    """Of all threads, since the start."""
-    count = 0
-    for status in pathlib.Path(f"/proc/{pid}/task").glob("*/status"):
-        try:
-            count += sum(int(line.split()[1]) for line in status.read_text().splitlines()
-                         if line.startswith("voluntary_ctxt_switches"))
-        except FileNotFoundError:
-            pass  # it has just ended
-    return count
-
-
 def rate(pid):
     time.sleep(5)  # what was begun comes to its end
     before = wake_ups(pid)
     time.sleep(SECONDS)
-    return (wake_ups(pid) - before) / SECONDS
+    return woken(before, wake_ups(pid)) / SECONDS
 
 
 def measure(fixes_per_second, poller):

@@ -24,6 +24,22 @@ PACKAGES.update({
 })
 
 
+def wake_ups(pid):
+    """How often each thread of a process has gone to sleep so far."""
+    counts = {}
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        with contextlib.suppress(FileNotFoundError):  # it has just ended
+            counts[task.name] = sum(int(line.split()[1])
+                                    for line in (task / "status").read_text().splitlines()
+                                    if line.startswith("voluntary_ctxt_switches"))
+    return counts
+
+
+def woken(before, after):
+    """The wake-ups between two such counts. What ended between them is left out."""
+    return sum(count - before.get(task, 0) for task, count in after.items())
+
+
 def free_port():
     with socket.socket() as probe:
         probe.bind(("127.0.0.1", 0))

@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: MIT
 """The installed program on a walk: a real gpsd tells it where it is, and what it plays is recorded."""
-import contextlib
 import pathlib
 import subprocess
 import sys
@@ -10,7 +9,7 @@ import unittest
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
 from desktop import Desktop, Home, Program, pyatspi, stop, tool, wait_for  # noqa: E402
-from neighbours import Receiver, SoundServer, free_port  # noqa: E402
+from neighbours import Receiver, SoundServer, free_port, wake_ups, woken  # noqa: E402
 import nmea  # noqa: E402
 
 BAKERY = 10.01  # degrees north; Dairy is a kilometre farther, and Tools another
@@ -220,16 +219,6 @@ class TestReminder(unittest.TestCase):
         self.program.press("Exit")
         self.assertEqual(self.program.process.wait(5), 0)
 
-    def wake_ups(self):
-        """How often any thread of the program has gone to sleep so far."""
-        total = 0
-        for task in pathlib.Path(f"/proc/{self.program.process.pid}/task").iterdir():
-            with contextlib.suppress(FileNotFoundError):  # it has just ended
-                total += sum(int(line.split()[1])
-                             for line in (task / "status").read_text().splitlines()
-                             if line.startswith("voluntary_ctxt_switches"))
-        return total
-
     def test_sound_file_that_is_none(self):
         sound = SoundServer()
         self.addCleanup(sound.stop)
@@ -253,9 +242,9 @@ class TestReminder(unittest.TestCase):
 
         def woken_within_three_seconds():
             time.sleep(1)  # what was begun comes to its end
-            before = self.wake_ups()
+            before = wake_ups(self.program.process.pid)
             time.sleep(3)
-            return self.wake_ups() - before
+            return woken(before, wake_ups(self.program.process.pid))
 
         self.assertLessEqual(woken_within_three_seconds(), 1)
         self.start_tracking()
