@@ -53,8 +53,8 @@ QString translated(const char *text)
 }
 
 /// A menu that opens under a finger which is still down: lifting it chooses nothing. A whole click
-/// on an entry always chooses it: QMenu only closes when the pointer seems not to have moved since
-/// the menu opened, as one that was never seen before does in Qt 6.8.
+/// on an entry chooses it: QMenu only closes when the pointer seems not to have moved since the
+/// menu opened, as one that was never seen before does in Qt 6.8.
 class HeldMenu : public QMenu
 {
 public:
@@ -64,23 +64,28 @@ protected:
     void mousePressEvent(QMouseEvent *event) override
     {
         wasPressed = true;
-        QMenu::mousePressEvent(event);
+        if (QAction *entry = entryAt(event))
+            setActiveAction(entry);
+        else
+            QMenu::mousePressEvent(event);
     }
     void mouseReleaseEvent(QMouseEvent *event) override
     {
         if (!wasPressed)
             return;
-        QAction *entry = actionAt(event->position().toPoint());
-        if (event->button() != Qt::LeftButton || !entry || entry != activeAction() ||
-            !entry->isEnabled()) {
-            QMenu::mouseReleaseEvent(event);
-            return;
-        }
+        QAction *entry = entryAt(event);
         close();
-        entry->trigger();
+        if (entry)
+            entry->trigger();
     }
 
 private:
+    QAction *entryAt(const QMouseEvent *event) const
+    {
+        QAction *action = actionAt(event->position().toPoint());
+        return action && !action->isSeparator() ? action : nullptr;
+    }
+
     bool wasPressed = false;
 };
 
