@@ -31,9 +31,27 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, GeoClueTim
     return argument;
 }
 
+static const char busConfiguration[] = R"(
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
 PrivateBus::PrivateBus()
 {
-    daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
+    // One of a desktop would start that desktop's services, and keep calls for them.
+    if (!configuration.open() || configuration.write(busConfiguration) < 0 ||
+        !configuration.flush())
+        qFatal("cannot write the configuration of a bus");
+    daemon.start("dbus-daemon",
+                 {"--config-file=" + configuration.fileName(), "--nofork", "--print-address=1"});
     if (!daemon.waitForStarted() || !daemon.waitForReadyRead(10000))
         qFatal("dbus-daemon cannot be run; its package is dbus");
     addressText = QString::fromUtf8(daemon.readLine().trimmed());

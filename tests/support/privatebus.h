@@ -10,6 +10,7 @@
 #include <QList>
 #include <QProcess>
 #include <QString>
+#include <QTemporaryFile>
 
 /// A message bus of a test's own.
 class PrivateBus
@@ -24,6 +25,7 @@ public:
     void thaw() const;
 
 private:
+    QTemporaryFile configuration;
     QProcess daemon;
     QString addressText;
 };
