@@ -13,7 +13,7 @@ namespace {
 
 const QString feedbackService = u"org.sigxcpu.Feedback"_s;
 const QString feedbackPath = u"/org/sigxcpu/Feedback"_s;
-/// Of the Event Naming Specification; it is felt in the quiet profile as well.
+/// As freedesktop.org names events; it is felt in the quiet profile as well.
 const QString alarmEvent = u"alarm-clock-elapsed"_s;
 constexpr int longestFeedback = 30; // seconds
 

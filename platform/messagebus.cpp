@@ -51,7 +51,7 @@ SocketName unixSocket(const QString &address)
     return {};
 }
 
-/// The call that a bus answers first of all, as the D-Bus specification marshals it.
+/// The call that a bus answers first of all, as D-Bus marshals it.
 QByteArray helloMessage()
 {
     QByteArray message;

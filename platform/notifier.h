@@ -10,7 +10,7 @@
 
 class MessageBus;
 
-/// What the desktop's notification service shows (Desktop Notifications Specification 1.2).
+/// What the desktop's notification service (org.freedesktop.Notifications 1.2) shows.
 struct Notification
 {
     enum Urgency : uchar { Low, Normal, Critical };
