@@ -249,9 +249,9 @@ class TestReminder(unittest.TestCase):
         self.assertLessEqual(woken_within_three_seconds(), 1)
         self.start_tracking()
         # A poll, its answer, and what a receiver that is read costs no more.
-        woken = [woken_within_three_seconds() for _ in range(3)]
-        self.assertGreater(sum(woken), 2)
-        self.assertLessEqual(sum(woken), 9)
+        counts = [woken_within_three_seconds() for _ in range(3)]
+        self.assertGreater(sum(counts), 2)
+        self.assertLessEqual(sum(counts), 9)
         self.program.press("Stop")
         wait_for("tracking to end", lambda: self.program.find("button", "Start"))
         self.assertLessEqual(woken_within_three_seconds(), 1)
