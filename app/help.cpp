@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTextDocumentFragment>
 
+#include "app/messagepages.h"
 #include "app/pages.h"
 #include "app/shopwindow.h"
 #include "map/tileserver.h"
@@ -57,7 +58,7 @@ QString ShopWindow::helpButton(QLatin1StringView picture, const QString &text) c
 void ShopWindow::showHelp(const QString &title, const QString &text, int returnPage)
 {
     showMessage(title, text, pictureOfHelp, returnPage);
-    messagePage.text->setAccessibleName(spokenHelp(text, pageStack->widget(returnPage)));
+    messagePage->text->setAccessibleName(spokenHelp(text, pageStack->widget(returnPage)));
 }
 
 void ShopWindow::mainPageHelp()

@@ -33,7 +33,7 @@ QPushButton *largeButton(const QString &objectName, const QString &picture, cons
 void ShopWindow::buildMainPage()
 {
     TurningPage *page = addPage(PageMain, u"mainPage"_s, tr("Main Page"));
-    MainPage &p = mainPage;
+    MainPage &p = *mainPage;
 
     p.shopping = largeButton(u"shoppingButton"_s, u":/img/shopping-cart.svg"_s, tr("Shopping"));
     p.reminder = largeButton(u"reminderButton"_s, u":/img/reminder.svg"_s, tr("Reminder"));

@@ -59,7 +59,7 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
 void ShopWindow::buildMessagePage()
 {
     TurningPage *page = addPage(PageMessage, u"messagePage"_s, QString(), QAccessible::Dialog);
-    MessagePage &p = messagePage;
+    MessagePage &p = *messagePage;
 
     p.icon = Controls::pictureLabel(u"messageIcon"_s);
     p.title = titleLabel(u"messageTitle"_s);
@@ -109,7 +109,7 @@ void ShopWindow::buildWaitingPage()
 {
     const QString heading = tr("Update in Progress");
     TurningPage *page = addPage(PageWaiting, u"waitingPage"_s, heading, QAccessible::Dialog);
-    WaitingPage &p = waitingPage;
+    WaitingPage &p = *waitingPage;
 
     QLabel *title = titleLabel(u"waitingTitle"_s);
     title->setText(heading);
@@ -137,7 +137,7 @@ void ShopWindow::buildConfirmationPage()
 {
     TurningPage *page =
         addPage(PageConfirmation, u"confirmationPage"_s, QString(), QAccessible::Dialog);
-    ConfirmationPage &p = confirmationPage;
+    ConfirmationPage &p = *confirmationPage;
 
     p.title = titleLabel(u"confirmationTitle"_s);
     PictureLabel *icon = Controls::pictureLabel(u"confirmationIcon"_s);
@@ -169,14 +169,14 @@ void ShopWindow::buildConfirmationPage()
 void ShopWindow::fillMessage(const QString &title, const QString &text, const QString &picture,
                              int returnPage)
 {
-    messagePage.title->setText(title);
+    messagePage->title->setText(title);
     pageStack->widget(PageMessage)->setAccessibleName(title);
-    messagePage.text->setText(text);
-    messagePage.text->setAccessibleName(QString());
-    messagePage.text->adjustSize();
-    messagePage.scrollBar->setSliderPosition(0);
+    messagePage->text->setText(text);
+    messagePage->text->setAccessibleName(QString());
+    messagePage->text->adjustSize();
+    messagePage->scrollBar->setSliderPosition(0);
     if (!picture.isEmpty())
-        messagePage.icon->setPicture(picture, Controls::pictureExtent);
+        messagePage->icon->setPicture(picture, Controls::pictureExtent);
     messageReturnPage = returnPage;
 }
 
@@ -190,10 +190,10 @@ void ShopWindow::showMessage(const QString &title, const QString &text, const QS
 void ShopWindow::askQuestion(const QString &title, const QString &text,
                              void (ShopWindow::*confirmed)(), int returnPage)
 {
-    confirmationPage.title->setText(title);
+    confirmationPage->title->setText(title);
     pageStack->widget(PageConfirmation)->setAccessibleName(title);
-    confirmationPage.text->setText(text);
-    connectAnew(confirmationPage.yes, confirmed);
+    confirmationPage->text->setText(text);
+    connectAnew(confirmationPage->yes, confirmed);
     messageReturnPage = returnPage;
     pageStack->setCurrentIndex(PageConfirmation);
 }
@@ -208,7 +208,7 @@ void ShopWindow::showWaiting()
 
 void ShopWindow::messageBoxOkClicked()
 {
-    messagePage.text->clear();
+    messagePage->text->clear();
     pageStack->setCurrentIndex(messageReturnPage);
 }
 

@@ -59,7 +59,7 @@ QLabel *groupTitle(const QString &text)
 void ShopWindow::buildOptionsPage()
 {
     TurningPage *page = addPage(PageOptions, u"optionsPage"_s, tr("Options"));
-    OptionsPage &p = optionsPage;
+    OptionsPage &p = *optionsPage;
     p = {Frames::makeToolbarFrame(page)};
     p.picture->setPicture(u":/img/tools.svg"_s, Controls::pictureExtent);
 
@@ -120,7 +120,7 @@ void ShopWindow::buildOptionsPage()
 
 void ShopWindow::optionsClicked()
 {
-    const OptionsPage &p = optionsPage;
+    const OptionsPage &p = *optionsPage;
     // Each of the three makes sense only with the one before it.
     if (!gpsAvailable)
         gpsEnabled = false;
@@ -144,16 +144,16 @@ void ShopWindow::optionsClicked()
 
 void ShopWindow::enableGpsChanged(bool aState)
 {
-    optionsPage.gpsAlwaysActive->setEnabled(aState);
+    optionsPage->gpsAlwaysActive->setEnabled(aState);
     if (!aState)
-        optionsPage.gpsAlwaysActive->setChecked(false);
+        optionsPage->gpsAlwaysActive->setChecked(false);
 }
 
 void ShopWindow::enableAutoStartChanged(bool aState)
 {
-    optionsPage.autoStartTracking->setEnabled(aState);
+    optionsPage->autoStartTracking->setEnabled(aState);
     if (!aState)
-        optionsPage.autoStartTracking->setChecked(false);
+        optionsPage->autoStartTracking->setChecked(false);
 }
 
 void ShopWindow::chooseSoundFile()
@@ -163,13 +163,13 @@ void ShopWindow::chooseSoundFile()
     if (file.isEmpty())
         return;
     pendingSoundFileName = file;
-    optionsPage.sound->setName(
+    optionsPage->sound->setName(
         Frames::withoutHalfEmoji(QFileInfo(file).fileName().left(Frames::longestName)));
 }
 
 void ShopWindow::saveSettings()
 {
-    const OptionsPage &p = optionsPage;
+    const OptionsPage &p = *optionsPage;
     gpsEnabled = p.enableGps->isChecked();
     gpsAutoStart = p.gpsAlwaysActive->isChecked();
     trackAutoStart = p.autoStartTracking->isChecked();

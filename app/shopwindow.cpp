@@ -16,11 +16,26 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include "app/alerthelper.h"
 #include "app/installation.h"
+#include "app/mainpage.h"
+#include "app/messagepages.h"
+#include "app/optionspage.h"
 #include "app/trsettings.h"
 #include "data/database.h"
+#include "gps/coordinatespage.h"
 #include "gps/trshopgps.h"
+#include "lists/doshoppingpage.h"
+#include "lists/itempages.h"
+#include "lists/shoppinglistpages.h"
+#include "lists/shoppingpage.h"
 #include "platform/informationbox.h"
+#include "stores/categorypages.h"
+#include "stores/storeeditpage.h"
+#include "stores/storepages.h"
+#include "tracking/reminderpage.h"
+#include "tracking/trackedlistpage.h"
+#include "tracking/trackingpage.h"
 #include "widgets/contrast.h"
 #include "widgets/pageswitchguard.h"
 #include "widgets/turningpage.h"
@@ -93,6 +108,26 @@ static void initPictures()
 
 ShopWindow::ShopWindow(QWidget *parent)
     : QMainWindow(parent, Qt::WindowFlags())
+    , mainPage(std::make_unique<MainPage>())
+    , messagePage(std::make_unique<MessagePage>())
+    , confirmationPage(std::make_unique<ConfirmationPage>())
+    , waitingPage(std::make_unique<WaitingPage>())
+    , optionsPage(std::make_unique<OptionsPage>())
+    , shoppingPage(std::make_unique<ShoppingPage>())
+    , shoppingListsPage(std::make_unique<ShoppingListsPage>())
+    , listEditPage(std::make_unique<ListEditPage>())
+    , itemsListPage(std::make_unique<ItemsListPage>())
+    , itemEditPage(std::make_unique<ItemEditPage>())
+    , doShoppingPage(std::make_unique<DoShoppingPage>())
+    , storesPage(std::make_unique<StoresPage>())
+    , storeListPage(std::make_unique<StoreListPage>())
+    , storeEditPage(std::make_unique<StoreEditPage>())
+    , categoryListPage(std::make_unique<CategoryListPage>())
+    , categoryEditPage(std::make_unique<CategoryEditPage>())
+    , coordinatesPage(std::make_unique<CoordinatesPage>())
+    , trackingPage(std::make_unique<TrackingPage>())
+    , trackedListPage(std::make_unique<TrackedListPage>())
+    , reminderPage(std::make_unique<ReminderPage>())
 {
     initPictures();
     reserveTimer = new QTimer(this);

@@ -9,30 +9,17 @@
 #include <QSqlDatabase>
 #include <QString>
 
-#include "app/alerthelper.h"
-#include "app/mainpage.h"
-#include "app/messagepages.h"
-#include "app/optionspage.h"
 #include "app/pages.h"
-#include "gps/coordinatespage.h"
-#include "lists/doshoppingpage.h"
-#include "lists/itempages.h"
-#include "lists/shoppinglistpages.h"
-#include "lists/shoppingpage.h"
-#include "stores/categorypages.h"
-#include "stores/storeeditpage.h"
-#include "stores/storepages.h"
-#include "tracking/reminderpage.h"
-#include "tracking/trackedlistpage.h"
 #include "tracking/trackedstores.h"
-#include "tracking/trackingpage.h"
 
 class AlarmSound;
+class AlertHelper;
 class InputPause;
 class Notifier;
 class QListWidgetItem;
 class QNetworkConfigurationManager;
 class QNetworkSession;
+class QPushButton;
 class QSqlQuery;
 class QStackedWidget;
 class QTimer;
@@ -40,7 +27,27 @@ class QTranslator;
 class SleepInhibitor;
 class TrShopGps;
 class TurningPage;
+struct CategoryEditPage;
+struct CategoryListPage;
+struct ConfirmationPage;
+struct CoordinatesPage;
+struct DoShoppingPage;
+struct ItemEditPage;
+struct ItemsListPage;
+struct ListEditPage;
+struct MainPage;
+struct MessagePage;
+struct OptionsPage;
+struct ReminderPage;
+struct ShoppingListsPage;
+struct ShoppingPage;
+struct StoreEditPage;
+struct StoreListPage;
+struct StoresPage;
+struct TrackedListPage;
+struct TrackingPage;
 struct TurningBoxes;
+struct WaitingPage;
 
 /// The main window: it holds every page of the program in one page stack and nearly every slot,
 /// since its pages switch each other. Pages never close; they are switched by their index alone.
@@ -315,10 +322,10 @@ private:
     QTimer *reserveTimer = nullptr; // never started; kept for a use to come
     std::unique_ptr<AlertHelper> alertHelper;
     QStackedWidget *pageStack = nullptr;
-    MainPage mainPage;
-    MessagePage messagePage;
-    ConfirmationPage confirmationPage;
-    WaitingPage waitingPage;
+    std::unique_ptr<MainPage> mainPage;
+    std::unique_ptr<MessagePage> messagePage;
+    std::unique_ptr<ConfirmationPage> confirmationPage;
+    std::unique_ptr<WaitingPage> waitingPage;
     int messageReturnPage = PageMain;
     int waitingReturnPage = PageMain;
     Qt::Orientation pagesOrientation = Qt::Horizontal;
@@ -349,7 +356,7 @@ private:
     void loadStoredLanguage();
     void changeLanguage(int language);
 
-    OptionsPage optionsPage;
+    std::unique_ptr<OptionsPage> optionsPage;
     /// Chosen on the options page, and not taken over yet.
     QString pendingSoundFileName;
     std::unique_ptr<QTranslator> libraryTranslator;
@@ -377,12 +384,12 @@ private:
     /// Recomputes the state of the active list from its goods, stores it and shows it.
     void updateListState() const;
 
-    ShoppingPage shoppingPage;
-    ShoppingListsPage shoppingListsPage;
-    ListEditPage listEditPage;
-    ItemsListPage itemsListPage;
-    ItemEditPage itemEditPage;
-    DoShoppingPage doShoppingPage;
+    std::unique_ptr<ShoppingPage> shoppingPage;
+    std::unique_ptr<ShoppingListsPage> shoppingListsPage;
+    std::unique_ptr<ListEditPage> listEditPage;
+    std::unique_ptr<ItemsListPage> itemsListPage;
+    std::unique_ptr<ItemEditPage> itemEditPage;
+    std::unique_ptr<DoShoppingPage> doShoppingPage;
     /// Return pages, each the index of the page that opened the one named.
     int itemsReturnPage = PageMain;
     int listEditReturnPage = PageMain;
@@ -412,11 +419,11 @@ private:
     bool coordinatesWereTaken() const;
     void insertTakenCoordinates(int storeId);
 
-    StoresPage storesPage;
-    StoreListPage storeListPage;
-    StoreEditPage storeEditPage;
-    CategoryListPage categoryListPage;
-    CategoryEditPage categoryEditPage;
+    std::unique_ptr<StoresPage> storesPage;
+    std::unique_ptr<StoreListPage> storeListPage;
+    std::unique_ptr<StoreEditPage> storeEditPage;
+    std::unique_ptr<CategoryListPage> categoryListPage;
+    std::unique_ptr<CategoryEditPage> categoryEditPage;
     /// The current store: shown on the stores page, and what the store list picks.
     int currentStoreId = 0;
     int storeBeforePicking = 0;
@@ -462,7 +469,7 @@ private:
     void showTakenCoordinates() const;
     void takeTypedCoordinates(float latitude, float longitude);
 
-    CoordinatesPage coordinatesPage;
+    std::unique_ptr<CoordinatesPage> coordinatesPage;
     /// The coordinates page shows coordinates that exist.
     bool coordsShown = false;
     /// The last position, in degrees and metres.
@@ -508,9 +515,9 @@ private:
     void showPositionAndNearest();
     void markNearestStore() const;
 
-    TrackingPage trackingPage;
-    TrackedListPage trackedListPage;
-    ReminderPage reminderPage;
+    std::unique_ptr<TrackingPage> trackingPage;
+    std::unique_ptr<TrackedListPage> trackedListPage;
+    std::unique_ptr<ReminderPage> reminderPage;
     /// A child of the window.
     AlarmSound *alarmSound = nullptr;
     bool trackingActive = false;

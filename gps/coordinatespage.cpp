@@ -13,6 +13,7 @@
 #include "data/database.h"
 #include "data/statements.h"
 #include "map/mapswidget.h"
+#include "stores/storeeditpage.h"
 #include "widgets/controls.h"
 #include "widgets/maskedfield.h"
 #include "widgets/namebutton.h"
@@ -136,7 +137,7 @@ void CoordinatesPage::showCoordinates(const QString &latitudeText,
 void ShopWindow::buildCoordinatesPage()
 {
     TurningPage *page = addPage(PageCoordinates, u"coordinatesPage"_s, tr("Coords input"));
-    CoordinatesPage &p = coordinatesPage;
+    CoordinatesPage &p = *coordinatesPage;
     p = {Frames::makeToolbarFrame(page)};
     p.picture->hide(); // the buttons of the views are its pictures
     p.gpsButton = Controls::viewButton(u"gpsViewButton"_s, u":/img/gps.svg"_s,
@@ -179,7 +180,7 @@ void ShopWindow::buildCoordinatesPage()
 
 void ShopWindow::buildCoordinatesGpsView()
 {
-    CoordinatesPage &p = coordinatesPage;
+    CoordinatesPage &p = *coordinatesPage;
     QLabel *heading = Controls::valueLabel(u"gpsHeading"_s);
     heading->setText(tr("Getting coords from GPS"));
     heading->setAlignment(Qt::AlignCenter);
@@ -210,7 +211,7 @@ void ShopWindow::buildCoordinatesGpsView()
 
 void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
 {
-    CoordinatesPage &p = coordinatesPage;
+    CoordinatesPage &p = *coordinatesPage;
     const QString latitude = tr("Latitude");
     const QString longitude = tr("Longitude");
     const auto decimalRow = [](AxisFields &axis, const QString &objectName, const QString &name) {
@@ -256,7 +257,7 @@ void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
 
 void ShopWindow::manualEnterGps()
 {
-    const CoordinatesPage &p = coordinatesPage;
+    const CoordinatesPage &p = *coordinatesPage;
     p.gpsButton->setEnabled(gpsEnabled);
     p.getFromGps->setEnabled(gpsEnabled);
     const bool gpsViewWasLast = p.views->currentIndex() == CoordinatesPage::GpsView;
@@ -291,7 +292,7 @@ void ShopWindow::backToShopEdit()
 
 void ShopWindow::saveEnteredGps()
 {
-    const CoordinatesPage &p = coordinatesPage;
+    const CoordinatesPage &p = *coordinatesPage;
     const int view = p.views->currentIndex();
     // What came from the GPS has been taken already.
     if (view != CoordinatesPage::GpsView) {
@@ -317,7 +318,7 @@ void ShopWindow::saveEnteredGps()
                     u":/img/warning_r.svg"_s, PageCoordinates);
         return;
     }
-    storeEditPage.coordinates->setName(tr("coords is set (edit...)"));
+    storeEditPage->coordinates->setName(tr("coords is set (edit...)"));
     pageStack->setCurrentIndex(PageStoreEdit);
 }
 
@@ -335,17 +336,17 @@ void ShopWindow::takeTypedCoordinates(float latitude, float longitude)
 
 void ShopWindow::lonBtnSwitch()
 {
-    coordinatesPage.longitude.switchHemisphere();
+    coordinatesPage->longitude.switchHemisphere();
 }
 
 void ShopWindow::latBtnSwitch()
 {
-    coordinatesPage.latitude.switchHemisphere();
+    coordinatesPage->latitude.switchHemisphere();
 }
 
 void ShopWindow::gpsEditPageChanged(int aIndex)
 {
-    for (const AxisFields *axis : {&coordinatesPage.latitude, &coordinatesPage.longitude}) {
+    for (const AxisFields *axis : {&coordinatesPage->latitude, &coordinatesPage->longitude}) {
         if (aIndex == CoordinatesPage::SexagesimalTab)
             axis->decimalToSexagesimal();
         else
@@ -355,19 +356,19 @@ void ShopWindow::gpsEditPageChanged(int aIndex)
 
 void ShopWindow::showGpsGetPage()
 {
-    coordinatesPage.showView(CoordinatesPage::GpsView);
-    coordinatesPage.status->setText(tr("Current store Coordinates"));
+    coordinatesPage->showView(CoordinatesPage::GpsView);
+    coordinatesPage->status->setText(tr("Current store Coordinates"));
 }
 
 void ShopWindow::showGpsEditPage()
 {
-    coordinatesPage.showView(CoordinatesPage::EditView);
+    coordinatesPage->showView(CoordinatesPage::EditView);
     endWaiting();
 }
 
 void ShopWindow::showGpsMapPage()
 {
-    const CoordinatesPage &p = coordinatesPage;
+    const CoordinatesPage &p = *coordinatesPage;
     endWaiting();
     if (p.views->currentIndex() == CoordinatesPage::EditView &&
         p.tabs->currentIndex() == CoordinatesPage::SexagesimalTab) {
@@ -401,15 +402,15 @@ void ShopWindow::btnGetGpsClicked()
     if (!waitForPosition(&ShopWindow::updateGpsGetPage))
         showTakenCoordinates();
     else
-        coordinatesPage.status->setText(tr("Requesting NEW store Coordinates from GPS..."));
+        coordinatesPage->status->setText(tr("Requesting NEW store Coordinates from GPS..."));
 }
 
 /// Lets the page tell the coordinates that have been taken for the store.
 void ShopWindow::showTakenCoordinates() const
 {
-    coordinatesPage.status->setText(tr("Current store Coordinates UPDATED"));
-    coordinatesPage.showCoordinates(Coordinates::text(editedLatitude),
-                                    Coordinates::text(editedLongitude));
+    coordinatesPage->status->setText(tr("Current store Coordinates UPDATED"));
+    coordinatesPage->showCoordinates(Coordinates::text(editedLatitude),
+                                     Coordinates::text(editedLongitude));
 }
 
 void ShopWindow::mapMarkUpdated(qreal latitude, qreal longitude)
@@ -422,8 +423,8 @@ void ShopWindow::mapMarkUpdated(qreal latitude, qreal longitude)
 
 void ShopWindow::mapCenterByEdited()
 {
-    coordinatesPage.map->setCenter(static_cast<float>(coordinatesPage.latitude.value()),
-                                   static_cast<float>(coordinatesPage.longitude.value()));
+    coordinatesPage->map->setCenter(static_cast<float>(coordinatesPage->latitude.value()),
+                                    static_cast<float>(coordinatesPage->longitude.value()));
 }
 
 void ShopWindow::mapCenterByGps()
@@ -437,5 +438,5 @@ void ShopWindow::mapCenterByGps()
 void ShopWindow::updateMapCenter()
 {
     takeAwaitedPosition();
-    coordinatesPage.map->setCenter(editedLatitude, editedLongitude);
+    coordinatesPage->map->setCenter(editedLatitude, editedLongitude);
 }

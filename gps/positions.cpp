@@ -10,9 +10,13 @@
 
 #include "app/shopwindow.h"
 #include "app/trsettings.h"
+#include "gps/coordinatespage.h"
 #include "gps/trshopgps.h"
 #include "map/mapswidget.h"
 #include "platform/informationbox.h"
+#include "stores/storeeditpage.h"
+#include "stores/storepages.h"
+#include "tracking/trackedlistpage.h"
 #include "widgets/namebutton.h"
 
 using namespace Qt::StringLiterals;
@@ -44,7 +48,7 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
     if (trackingActive) {
         track(somebodyWaits);
     } else if (distancePending) {
-        storesPage.distance->setText(distanceToShownStore());
+        storesPage->distance->setText(distanceToShownStore());
         distancePending = false;
     }
 }
@@ -81,9 +85,11 @@ void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accura
 {
     noPositionTold = false;
     if (waitingForFix && pageStack->currentIndex() == PageCoordinates)
-        coordinatesPage.map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
+        coordinatesPage->map->setCenter(static_cast<float>(latitude),
+                                        static_cast<float>(longitude));
     else if (trackingActive && pageStack->currentIndex() == PageTrackedList)
-        trackedListPage.map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
+        trackedListPage->map->setCenter(static_cast<float>(latitude),
+                                        static_cast<float>(longitude));
     if (roughPositionTold || pageStack->currentIndex() == PageReminder)
         return;
     roughPositionTold = true;
@@ -145,7 +151,7 @@ void ShopWindow::takePosition()
     editedLatitude = currentLatitude;
     editedAltitude = currentAltitude;
     storeCoordsSet = true;
-    storeEditPage.coordinates->setName(tr("coords is set (update...)"));
+    storeEditPage->coordinates->setName(tr("coords is set (update...)"));
     waitingForFix = false;
     TrSettings &settings = TrSettings::instance();
     settings.setLastLatitude(currentLatitude);

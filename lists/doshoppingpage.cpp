@@ -11,6 +11,7 @@
 #include "data/statements.h"
 #include "lists/listrow.h"
 #include "lists/liststate.h"
+#include "lists/shoppingpage.h"
 #include "widgets/controls.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 void ShopWindow::buildDoShoppingPage()
 {
     TurningPage *page = addPage(PageDoShopping, u"doShoppingPage"_s, tr("Do Shopping"));
-    DoShoppingPage &p = doShoppingPage;
+    DoShoppingPage &p = *doShoppingPage;
     p = {Frames::makeListFrame(page, u":/img/check-list.svg"_s, QString())};
 
     p.check = Controls::pictureButton(u"checkButton"_s, u":/img/check_sign_fill.svg"_s,
@@ -53,7 +54,7 @@ void ShopWindow::startShopping()
         return;
     }
     lastTappedGoodId = 0;
-    doShoppingPage.title->setText(shoppingPage.listName->text());
+    doShoppingPage->title->setText(shoppingPage->listName->text());
     QList<QListWidgetItem *> unchecked;
     QList<QListWidgetItem *> checked;
     if (shoppingFromReminder) {
@@ -64,7 +65,7 @@ void ShopWindow::startShopping()
         checked = checkableRows(Statements::checkedGoodsOfList, currentListId, Qt::Checked);
     }
     checkedCount = static_cast<int>(checked.size());
-    doShoppingPage.list->showRows(unchecked + checked);
+    doShoppingPage->list->showRows(unchecked + checked);
     pageStack->setCurrentIndex(PageDoShopping);
     startShoppingPending = false;
     shoppingFromReminder = false;
@@ -85,28 +86,28 @@ QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, 
 
 void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
 {
-    if (!doShoppingPage.list->wasTapped())
+    if (!doShoppingPage->list->wasTapped())
         return;
     if (rowId(*item) != lastTappedGoodId) {
         lastTappedGoodId = rowId(*item);
         return;
     }
     // The row below moves up under the finger: a quick second tap was not meant for it.
-    doShoppingPage.list->ignoreDoubleClick();
-    toggleGood(doShoppingPage.list->row(item));
+    doShoppingPage->list->ignoreDoubleClick();
+    toggleGood(doShoppingPage->list->row(item));
 }
 
 void ShopWindow::doShoppingItemActivated(QListWidgetItem *item)
 {
     lastTappedGoodId = rowId(*item);
-    toggleGood(doShoppingPage.list->row(item));
+    toggleGood(doShoppingPage->list->row(item));
 }
 
 /// Checks or unchecks the good in `row`, and moves it to where its block of the list begins or
 /// ends.
 void ShopWindow::toggleGood(int row)
 {
-    TouchList *list = doShoppingPage.list;
+    TouchList *list = doShoppingPage->list;
     QListWidgetItem *good = list->item(row);
     const int id = rowId(*good);
     lastTappedGoodId = id;
@@ -132,16 +133,16 @@ void ShopWindow::toggleGood(int row)
 
 void ShopWindow::setAllMarks()
 {
-    const QListWidgetItem *good = doShoppingPage.list->currentItem();
+    const QListWidgetItem *good = doShoppingPage->list->currentItem();
     if (good && good->checkState() == Qt::Unchecked)
-        toggleGood(doShoppingPage.list->currentRow());
+        toggleGood(doShoppingPage->list->currentRow());
 }
 
 void ShopWindow::clearMarks()
 {
-    const QListWidgetItem *good = doShoppingPage.list->currentItem();
+    const QListWidgetItem *good = doShoppingPage->list->currentItem();
     if (good && good->checkState() == Qt::Checked)
-        toggleGood(doShoppingPage.list->currentRow());
+        toggleGood(doShoppingPage->list->currentRow());
 }
 
 void ShopWindow::doShoppingOkClicked()
@@ -159,5 +160,5 @@ void ShopWindow::updateListState() const
     query.finish();
     const int state = stateOfList(checkMarks);
     Database::run(Statements::updateListState, state, currentListId);
-    shoppingPage.state->setText(listStateText(state));
+    shoppingPage->state->setText(listStateText(state));
 }

@@ -46,7 +46,7 @@ QPushButton *stepButton(const QString &objectName, const QString &sign, const QS
 void ShopWindow::buildItemsListPage()
 {
     TurningPage *page = addPage(PageItemsList, u"itemsListPage"_s, tr("Items List"));
-    ItemsListPage &p = itemsListPage;
+    ItemsListPage &p = *itemsListPage;
     p = {Frames::makeListFrame(page, u":/img/shopping-cart.svg"_s, QString())};
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
@@ -80,10 +80,10 @@ QList<QListWidgetItem *> ShopWindow::goodsRows(QSqlQuery &query)
 
 void ShopWindow::listEditClicked()
 {
-    itemsListPage.title->setText(
+    itemsListPage->title->setText(
         Database::name(Statements::listName, currentListId).value_or(QString()));
     QSqlQuery query = Database::run(Statements::goodsOfList, currentListId);
-    itemsListPage.list->showRows(goodsRows(query));
+    itemsListPage->list->showRows(goodsRows(query));
     goodsWereRead = !query.lastError().isValid();
     itemsReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageItemsList);
@@ -91,7 +91,7 @@ void ShopWindow::listEditClicked()
 
 void ShopWindow::shoppingItemClicked(QListWidgetItem *item)
 {
-    if (!itemsListPage.list->wasTapped())
+    if (!itemsListPage->list->wasTapped())
         return;
     if (rowId(*item) == lastTappedItemId)
         shoppingItemActivated(item);
@@ -107,7 +107,7 @@ void ShopWindow::shoppingItemActivated(QListWidgetItem *item)
 
 void ShopWindow::saveShoppingItemsClicked()
 {
-    const QListWidget *list = itemsListPage.list;
+    const QListWidget *list = itemsListPage->list;
     QSet<int> kept;
     for (int index = 0; index < list->count(); ++index)
         kept << rowId(*list->item(index));
@@ -147,7 +147,7 @@ void ShopWindow::cancelShoppingItemsClicked()
 void ShopWindow::buildItemEditPage()
 {
     TurningPage *page = addPage(PageItemEdit, u"itemEditPage"_s, tr("Item Add/Edit"));
-    ItemEditPage &p = itemEditPage;
+    ItemEditPage &p = *itemEditPage;
     p = {Frames::makeEditFrame(page)};
 
     p.name = Frames::nameField(u"nameField"_s, p.save);
@@ -178,7 +178,7 @@ void ShopWindow::buildItemEditPage()
 
 void ShopWindow::addListItemClicked()
 {
-    ItemEditPage &p = itemEditPage;
+    ItemEditPage &p = *itemEditPage;
     p.picture->setPicture(u":/img/itemAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.amount->setValue(1);
@@ -189,9 +189,9 @@ void ShopWindow::addListItemClicked()
 
 void ShopWindow::fillItemEditPage()
 {
-    ItemEditPage &p = itemEditPage;
+    ItemEditPage &p = *itemEditPage;
     p.picture->setPicture(u":/img/itemEdit.png"_s, Controls::pictureExtent);
-    if (const QListWidgetItem *row = itemsListPage.list->currentItem()) {
+    if (const QListWidgetItem *row = itemsListPage->list->currentItem()) {
         p.name->setText(row->text());
         p.amount->setValue(row->data(SecondColumnRole).toInt());
     }
@@ -202,25 +202,25 @@ void ShopWindow::fillItemEditPage()
 
 void ShopWindow::addShoppingItemConfirmClicked()
 {
-    if (itemEditPage.name->text().isEmpty()) {
+    if (itemEditPage->name->text().isEmpty()) {
         warnEmptyName();
         return;
     }
-    auto *row = new ListRow(itemEditPage.name->text(), 0, itemEditPage.amount->value());
-    itemsListPage.list->addItem(row);
+    auto *row = new ListRow(itemEditPage->name->text(), 0, itemEditPage->amount->value());
+    itemsListPage->list->addItem(row);
     pageStack->setCurrentIndex(PageItemsList);
-    itemsListPage.list->setCurrentItem(row);
+    itemsListPage->list->setCurrentItem(row);
 }
 
 void ShopWindow::editShoppingItemConfirmClicked()
 {
-    if (itemEditPage.name->text().isEmpty()) {
+    if (itemEditPage->name->text().isEmpty()) {
         warnEmptyName();
         return;
     }
-    if (QListWidgetItem *row = itemsListPage.list->currentItem()) {
-        row->setText(itemEditPage.name->text());
-        row->setData(SecondColumnRole, itemEditPage.amount->value());
+    if (QListWidgetItem *row = itemsListPage->list->currentItem()) {
+        row->setText(itemEditPage->name->text());
+        row->setData(SecondColumnRole, itemEditPage->amount->value());
     }
     pageStack->setCurrentIndex(PageItemsList);
 }
@@ -233,12 +233,12 @@ void ShopWindow::addShoppingItemCancelClicked()
 void ShopWindow::deleteShoppingItemClicked()
 {
     askQuestion(tr("Deleting List Item"),
-                tr("Are You really want to delete item '%1' ?").arg(itemEditPage.name->text()),
+                tr("Are You really want to delete item '%1' ?").arg(itemEditPage->name->text()),
                 &ShopWindow::deleteShoppingItemConfirm, PageItemEdit);
 }
 
 void ShopWindow::deleteShoppingItemConfirm()
 {
-    delete itemsListPage.list->currentItem();
+    delete itemsListPage->list->currentItem();
     pageStack->setCurrentIndex(PageItemsList);
 }

@@ -11,8 +11,10 @@
 #include "app/shopwindow.h"
 #include "data/database.h"
 #include "data/statements.h"
+#include "lists/itempages.h"
 #include "lists/listrow.h"
 #include "lists/liststate.h"
+#include "lists/shoppingpage.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
@@ -26,7 +28,7 @@ using namespace Qt::StringLiterals;
 void ShopWindow::buildShoppingListsPage()
 {
     TurningPage *page = addPage(PageShoppingLists, u"shoppingListsPage"_s, tr("Shopping Lists"));
-    ShoppingListsPage &p = shoppingListsPage;
+    ShoppingListsPage &p = *shoppingListsPage;
     p = {Frames::makeListFrame(page, u":/img/listList.png"_s, tr("Shopping Lists"))};
 
     p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
@@ -60,7 +62,7 @@ void ShopWindow::showShoppingLists()
         }
         rows << row;
     }
-    shoppingListsPage.list->showRows(rows);
+    shoppingListsPage->list->showRows(rows);
     pageStack->setCurrentIndex(PageShoppingLists);
     editedListId = 0;
     listEditReturnPage = PageShoppingLists;
@@ -73,7 +75,7 @@ void ShopWindow::cancelShoppingLists()
 
 void ShopWindow::shopListItemClicked(QListWidgetItem *item)
 {
-    if (!shoppingListsPage.list->wasTapped())
+    if (!shoppingListsPage->list->wasTapped())
         return;
     if (rowId(*item) == editedListId)
         selectShoppingLists();
@@ -88,7 +90,7 @@ void ShopWindow::shopListItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::selectShoppingLists()
 {
-    const QListWidgetItem *row = shoppingListsPage.list->currentItem();
+    const QListWidgetItem *row = shoppingListsPage->list->currentItem();
     if (!row) {
         warnNotSelected();
         return;
@@ -104,7 +106,7 @@ void ShopWindow::selectShoppingLists()
 void ShopWindow::buildListEditPage()
 {
     TurningPage *page = addPage(PageListEdit, u"listEditPage"_s, tr("Shopping List Edit"));
-    ListEditPage &p = listEditPage;
+    ListEditPage &p = *listEditPage;
     p = {Frames::makeEditFrame(page)};
 
     p.name = Frames::nameField(u"nameField"_s, p.save);
@@ -131,7 +133,7 @@ void ShopWindow::buildListEditPage()
 
 void ShopWindow::listCreateClicked()
 {
-    ListEditPage &p = listEditPage;
+    ListEditPage &p = *listEditPage;
     listEditReturnPage = pageStack->currentIndex();
     p.picture->setPicture(u":/img/plus.svg"_s, Controls::pictureExtent);
     newListState = ListEmpty;
@@ -148,7 +150,7 @@ void ShopWindow::listCreateClicked()
 
 void ShopWindow::listPropertiesEditClicked()
 {
-    ListEditPage &p = listEditPage;
+    ListEditPage &p = *listEditPage;
     editedListId = currentListId;
     listEditReturnPage = pageStack->currentIndex();
     p.picture->setPicture(u":/img/edit.svg"_s, Controls::pictureExtent);
@@ -156,7 +158,7 @@ void ShopWindow::listPropertiesEditClicked()
     if (query.first()) {
         currentStoreId = query.value(u"magazinid"_s).toInt();
         p.name->setText(query.value(u"name"_s).toString());
-        p.store->setName(shoppingPage.store->text());
+        p.store->setName(shoppingPage->store->text());
         storeIsUnknown = !Database::name(Statements::storeName, currentStoreId);
         const int state = query.value(u"state"_s).toInt();
         p.state->setText(listStateText(state));
@@ -176,12 +178,12 @@ void ShopWindow::cancelListCreateClicked()
 /// to be named.
 QString ShopWindow::storeNameForRow() const
 {
-    return currentStoreId == 0 || storeIsUnknown ? QString() : listEditPage.store->text();
+    return currentStoreId == 0 || storeIsUnknown ? QString() : listEditPage->store->text();
 }
 
 void ShopWindow::createShopList()
 {
-    const QString name = listEditPage.name->text();
+    const QString name = listEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
@@ -193,13 +195,13 @@ void ShopWindow::createShopList()
     auto *row = new ListRow(name, id);
     if (currentStoreId != 0)
         row->setData(SecondColumnRole, storeNameForRow());
-    shoppingListsPage.list->addItem(row);
-    shoppingListsPage.list->setCurrentItem(row);
+    shoppingListsPage->list->addItem(row);
+    shoppingListsPage->list->setCurrentItem(row);
     pageStack->setCurrentIndex(PageShoppingLists);
 
-    itemsListPage.list->clear();
+    itemsListPage->list->clear();
     goodsWereRead = true;
-    itemsListPage.title->setText(name);
+    itemsListPage->title->setText(name);
     itemsReturnPage = PageShoppingLists;
     showMessage(tr("List Created"),
                 tr("Shopping List created. But it is empty for now. "
@@ -209,14 +211,14 @@ void ShopWindow::createShopList()
 
 void ShopWindow::updateShopList()
 {
-    const QString name = listEditPage.name->text();
+    const QString name = listEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
     }
     Database::run(Statements::updateList, name, currentStoreId, editedListId);
     if (listEditReturnPage == PageShoppingLists) {
-        if (QListWidgetItem *row = shoppingListsPage.list->currentItem()) {
+        if (QListWidgetItem *row = shoppingListsPage->list->currentItem()) {
             row->setText(name);
             row->setData(SecondColumnRole, storeNameForRow());
         }
@@ -241,15 +243,15 @@ void ShopWindow::shopListResetState()
 {
     Database::run(Statements::uncheckGoodsOfList, editedListId);
     Database::run(Statements::resetListState, editedListId);
-    listEditPage.state->setText(listStateText(ListUnchecked));
-    listEditPage.reset->setEnabled(false);
+    listEditPage->state->setText(listStateText(ListUnchecked));
+    listEditPage->reset->setEnabled(false);
 }
 
 void ShopWindow::deleteShopList()
 {
     askQuestion(
         tr("Deleting Shopping List"),
-        tr("Are You really want to delete list named '%1' ?").arg(listEditPage.name->text()),
+        tr("Are You really want to delete list named '%1' ?").arg(listEditPage->name->text()),
         &ShopWindow::deleteShopListConfirm, PageListEdit);
 }
 
@@ -258,7 +260,7 @@ void ShopWindow::deleteShopListConfirm()
     Database::run(Statements::deleteGoodsOfList, currentListId);
     Database::run(Statements::deleteList, currentListId);
     if (listEditReturnPage == PageShoppingLists) {
-        delete shoppingListsPage.list->currentItem();
+        delete shoppingListsPage->list->currentItem();
         pageStack->setCurrentIndex(PageShoppingLists);
     } else {
         currentListId = 0;

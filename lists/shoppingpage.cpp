@@ -23,7 +23,7 @@ void ShopWindow::buildShoppingPage()
 {
     constexpr int editExtent = 52;
     TurningPage *page = addPage(PageShopping, u"shoppingPage"_s, tr("Shoppings"));
-    ShoppingPage &p = shoppingPage;
+    ShoppingPage &p = *shoppingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     frame.picture->setPicture(u":/img/shopping-cart.svg"_s, Controls::pictureExtent);
 
@@ -68,18 +68,18 @@ void ShopWindow::fillShoppingPage()
     if (currentListId != 0) {
         QSqlQuery list = Database::run(Statements::list, currentListId);
         if (list.first()) {
-            shoppingPage.listName->setText(list.value(u"name"_s).toString());
+            shoppingPage->listName->setText(list.value(u"name"_s).toString());
             const int storeId = list.value(u"magazinid"_s).toInt();
-            shoppingPage.store->setText(
+            shoppingPage->store->setText(
                 Database::name(Statements::storeName, storeId).value_or(tr("(unknown)")));
-            shoppingPage.state->setText(listStateText(list.value(u"state"_s).toInt()));
-            shoppingPage.edit->setEnabled(true);
-            shoppingPage.goods->setEnabled(true);
+            shoppingPage->state->setText(listStateText(list.value(u"state"_s).toInt()));
+            shoppingPage->edit->setEnabled(true);
+            shoppingPage->goods->setEnabled(true);
         }
     } else {
-        shoppingPage.listName->clear();
-        shoppingPage.edit->setEnabled(false);
-        shoppingPage.goods->setEnabled(false);
+        shoppingPage->listName->clear();
+        shoppingPage->edit->setEnabled(false);
+        shoppingPage->goods->setEnabled(false);
     }
 }
 

@@ -11,6 +11,7 @@
 #include "data/database.h"
 #include "data/statements.h"
 #include "lists/listrow.h"
+#include "stores/storeeditpage.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
@@ -24,7 +25,7 @@ using namespace Qt::StringLiterals;
 void ShopWindow::buildCategoryListPage()
 {
     TurningPage *page = addPage(PageCategoryList, u"categoryListPage"_s, tr("Category List"));
-    CategoryListPage &p = categoryListPage;
+    CategoryListPage &p = *categoryListPage;
     p = {Frames::makeListFrame(page, u":/img/bee.png"_s, tr("Category List"))};
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
@@ -61,20 +62,20 @@ void ShopWindow::showCategoriesClicked()
         if (id == selectedCategoryId)
             selected = rows.size() - 1;
     }
-    categoryListPage.list->showRows(rows);
-    categoryListPage.list->setCurrentRow(static_cast<int>(selected));
+    categoryListPage->list->showRows(rows);
+    categoryListPage->list->setCurrentRow(static_cast<int>(selected));
 }
 
 void ShopWindow::selectCategoryClicked()
 {
-    const QListWidgetItem *row = categoryListPage.list->currentItem();
+    const QListWidgetItem *row = categoryListPage->list->currentItem();
     if (!row) {
         warnNotSelected();
         return;
     }
     selectedCategoryId = rowId(*row);
     if (categoryReturnPage == PageStoreEdit)
-        storeEditPage.category->setName(row->text());
+        storeEditPage->category->setName(row->text());
     pageStack->setCurrentIndex(categoryReturnPage);
 }
 
@@ -85,7 +86,7 @@ void ShopWindow::backFromCategoryClicked()
 
 void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 {
-    if (!categoryListPage.list->wasTapped())
+    if (!categoryListPage->list->wasTapped())
         return;
     if (rowId(*item) == lastTappedCategoryId)
         categoryItemActivated(item);
@@ -98,7 +99,7 @@ void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 void ShopWindow::buildCategoryEditPage()
 {
     TurningPage *page = addPage(PageCategoryEdit, u"categoryEditPage"_s, tr("Add/Edit Category"));
-    CategoryEditPage &p = categoryEditPage;
+    CategoryEditPage &p = *categoryEditPage;
     p = {Frames::makeEditFrame(page)};
 
     p.name = Frames::nameField(u"nameField"_s, p.save);
@@ -113,7 +114,7 @@ void ShopWindow::buildCategoryEditPage()
 
 void ShopWindow::addCategoryClicked()
 {
-    CategoryEditPage &p = categoryEditPage;
+    CategoryEditPage &p = *categoryEditPage;
     p.picture->setPicture(u":/img/categAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.remove->setEnabled(false);
@@ -123,10 +124,10 @@ void ShopWindow::addCategoryClicked()
 
 void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
 {
-    const QListWidgetItem *row = categoryListPage.list->currentItem();
+    const QListWidgetItem *row = categoryListPage->list->currentItem();
     if (!row)
         return;
-    CategoryEditPage &p = categoryEditPage;
+    CategoryEditPage &p = *categoryEditPage;
     p.picture->setPicture(u":/img/categEdit.png"_s, Controls::pictureExtent);
     p.name->setText(row->text());
     p.remove->setEnabled(true);
@@ -136,7 +137,7 @@ void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::addCategoryConfirmClicked()
 {
-    const QString name = categoryEditPage.name->text();
+    const QString name = categoryEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
@@ -144,19 +145,19 @@ void ShopWindow::addCategoryConfirmClicked()
     const int id = Database::newId(Statements::newCategoryId);
     Database::run(Statements::insertCategory, id, name);
     auto *row = new ListRow(name, id);
-    categoryListPage.list->addItem(row);
+    categoryListPage->list->addItem(row);
     pageStack->setCurrentIndex(PageCategoryList);
-    categoryListPage.list->setCurrentItem(row);
+    categoryListPage->list->setCurrentItem(row);
 }
 
 void ShopWindow::editCategoryConfirmClicked()
 {
-    const QString name = categoryEditPage.name->text();
+    const QString name = categoryEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
     }
-    if (QListWidgetItem *row = categoryListPage.list->currentItem()) {
+    if (QListWidgetItem *row = categoryListPage->list->currentItem()) {
         Database::run(Statements::updateCategory, name, rowId(*row));
         row->setText(name);
     }
@@ -172,14 +173,14 @@ void ShopWindow::deleteCategoryClicked()
 {
     askQuestion(
         tr("Deleting Category"),
-        tr("Are You really want to delete category '%1' ?").arg(categoryEditPage.name->text()),
+        tr("Are You really want to delete category '%1' ?").arg(categoryEditPage->name->text()),
         &ShopWindow::deleteCategoryConfirm, PageCategoryEdit);
 }
 
 void ShopWindow::deleteCategoryConfirm()
 {
     if (const std::unique_ptr<QListWidgetItem> row{
-            categoryListPage.list->takeItem(categoryListPage.list->currentRow())}) {
+            categoryListPage->list->takeItem(categoryListPage->list->currentRow())}) {
         // The id is the category's, and is compared with the stores' own ids: that is how the
         // statement has always been.
         Database::run(Statements::clearStoreCategory, rowId(*row));

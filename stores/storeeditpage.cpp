@@ -10,6 +10,7 @@
 #include "data/database.h"
 #include "data/statements.h"
 #include "lists/listrow.h"
+#include "stores/storepages.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
@@ -28,7 +29,7 @@ const QString missingReference = u"null"_s;
 void ShopWindow::buildStoreEditPage()
 {
     TurningPage *page = addPage(PageStoreEdit, u"storeEditPage"_s, tr("Store Add/Edit"));
-    StoreEditPage &p = storeEditPage;
+    StoreEditPage &p = *storeEditPage;
     p = {Frames::makeEditFrame(page)};
 
     p.name = Frames::nameField(u"nameField"_s, p.save);
@@ -62,7 +63,7 @@ void ShopWindow::forgetTakenCoordinates()
 
 void ShopWindow::addShopClicked()
 {
-    StoreEditPage &p = storeEditPage;
+    StoreEditPage &p = *storeEditPage;
     storeIsNew = true;
     storeEditReturnPage = pageStack->currentIndex();
     p.picture->setPicture(u":/img/storeAdd.png"_s, Controls::pictureExtent);
@@ -81,7 +82,7 @@ void ShopWindow::addShopClicked()
 
 void ShopWindow::editShopClicked()
 {
-    StoreEditPage &p = storeEditPage;
+    StoreEditPage &p = *storeEditPage;
     editedStoreId = currentStoreId;
     storeIsNew = false;
     storeEditReturnPage = pageStack->currentIndex();
@@ -105,7 +106,7 @@ void ShopWindow::editShopClicked()
 /// Lets the coordinates button tell what is known of the store that is being opened for editing.
 void ShopWindow::showCoordinatesOf(int storeId)
 {
-    NameButton *button = storeEditPage.coordinates;
+    NameButton *button = storeEditPage->coordinates;
     button->setEnabled(gpsAvailable);
     if (!gpsAvailable) {
         button->setName(tr("(GPS is not Available)"));
@@ -124,7 +125,7 @@ void ShopWindow::showCoordinatesOf(int storeId)
 QString ShopWindow::categoryIdText() const
 {
     QSqlQuery category =
-        Database::run(Statements::categoryIdByName, storeEditPage.category->text());
+        Database::run(Statements::categoryIdByName, storeEditPage->category->text());
     return category.first() ? category.value(u"id"_s).toString() : missingReference;
 }
 
@@ -142,12 +143,12 @@ void ShopWindow::insertTakenCoordinates(int storeId)
 
 bool ShopWindow::coordinatesWereTaken() const
 {
-    return storeEditPage.coordinates->isEnabled() && storeCoordsSet;
+    return storeEditPage->coordinates->isEnabled() && storeCoordsSet;
 }
 
 void ShopWindow::addShopConfirmClicked()
 {
-    const QString name = storeEditPage.name->text();
+    const QString name = storeEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
@@ -162,8 +163,8 @@ void ShopWindow::addShopConfirmClicked()
     if (storeEditReturnPage == PageStoreList) {
         auto *row = new ListRow(name, id);
         if (categoryId != missingReference)
-            row->setData(SecondColumnRole, storeEditPage.category->text());
-        storeListPage.list->addItem(row);
+            row->setData(SecondColumnRole, storeEditPage->category->text());
+        storeListPage->list->addItem(row);
         pageStack->setCurrentIndex(PageStoreList);
     } else {
         shopsClicked();
@@ -172,7 +173,7 @@ void ShopWindow::addShopConfirmClicked()
 
 void ShopWindow::editShopConfirmClicked()
 {
-    const QString name = storeEditPage.name->text();
+    const QString name = storeEditPage->name->text();
     if (name.isEmpty()) {
         warnEmptyName();
         return;
@@ -188,10 +189,10 @@ void ShopWindow::editShopConfirmClicked()
         shopsClicked();
         return;
     }
-    if (QListWidgetItem *row = storeListPage.list->currentItem()) {
+    if (QListWidgetItem *row = storeListPage->list->currentItem()) {
         row->setText(name);
         if (categoryId != missingReference)
-            row->setData(SecondColumnRole, storeEditPage.category->text());
+            row->setData(SecondColumnRole, storeEditPage->category->text());
     }
     pageStack->setCurrentIndex(PageStoreList);
 }
@@ -205,7 +206,7 @@ void ShopWindow::deleteShopClicked()
 {
     askQuestion(
         tr("Deleting Store"),
-        tr("Are You really want to delete store named '%1' ?").arg(storeEditPage.name->text()),
+        tr("Are You really want to delete store named '%1' ?").arg(storeEditPage->name->text()),
         &ShopWindow::deleteShopConfirm, PageStoreEdit);
 }
 
@@ -215,7 +216,7 @@ void ShopWindow::deleteShopConfirm()
     Database::run(Statements::deleteCoordinates, editedStoreId);
     Database::run(Statements::deleteStore, editedStoreId);
     if (storeEditReturnPage == PageStoreList) {
-        delete storeListPage.list->currentItem();
+        delete storeListPage->list->currentItem();
         pageStack->setCurrentIndex(PageStoreList);
     } else {
         currentStoreId = 0;

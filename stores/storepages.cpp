@@ -12,6 +12,7 @@
 #include "data/statements.h"
 #include "gps/trshopgps.h"
 #include "lists/listrow.h"
+#include "lists/shoppinglistpages.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
@@ -25,7 +26,7 @@ using namespace Qt::StringLiterals;
 void ShopWindow::buildStoresPage()
 {
     TurningPage *page = addPage(PageStores, u"storesPage"_s, tr("Stores"));
-    StoresPage &p = storesPage;
+    StoresPage &p = *storesPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     frame.picture->setPicture(u":/img/market.png"_s, Controls::pictureExtent);
 
@@ -63,17 +64,17 @@ void ShopWindow::shopsClicked()
 {
     distancePending = false;
     if (currentStoreId == 0) {
-        for (QLabel *value : {storesPage.name, storesPage.category, storesPage.distance})
+        for (QLabel *value : {storesPage->name, storesPage->category, storesPage->distance})
             value->setText(categoryNotSelectedText);
-        storesPage.edit->setEnabled(false);
+        storesPage->edit->setEnabled(false);
     } else {
         QSqlQuery store = Database::run(Statements::store, currentStoreId);
         if (store.first()) {
-            storesPage.name->setText(store.value(u"name"_s).toString());
+            storesPage->name->setText(store.value(u"name"_s).toString());
             const QString category = categoryName(store.value(u"categoryid"_s).toInt());
-            storesPage.category->setText(category.isEmpty() ? categoryNotSelectedText : category);
-            storesPage.distance->setText(distanceToCurrentStore());
-            storesPage.edit->setEnabled(true);
+            storesPage->category->setText(category.isEmpty() ? categoryNotSelectedText : category);
+            storesPage->distance->setText(distanceToCurrentStore());
+            storesPage->edit->setEnabled(true);
         }
     }
     pageStack->setCurrentIndex(PageStores);
@@ -115,7 +116,7 @@ QString ShopWindow::distanceToShownStore() const
 void ShopWindow::buildStoreListPage()
 {
     TurningPage *page = addPage(PageStoreList, u"storeListPage"_s, tr("Stores List"));
-    StoreListPage &p = storeListPage;
+    StoreListPage &p = *storeListPage;
     p = {Frames::makeListFrame(page, u":/img/market.png"_s, tr("Stores List"))};
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
@@ -154,13 +155,13 @@ void ShopWindow::viewShopsClicked()
         if (rowId(*row) == currentStoreId)
             selected = row;
     }
-    storeListPage.list->showRows(rows);
-    storeListPage.list->setCurrentItem(selected);
+    storeListPage->list->showRows(rows);
+    storeListPage->list->setCurrentItem(selected);
 }
 
 void ShopWindow::selectShopClicked()
 {
-    const QListWidgetItem *row = storeListPage.list->currentItem();
+    const QListWidgetItem *row = storeListPage->list->currentItem();
     if (!row) {
         warnNotSelected();
         return;
@@ -171,7 +172,7 @@ void ShopWindow::selectShopClicked()
         return;
     }
     if (storeListReturnPage == PageListEdit) {
-        listEditPage.store->setName(row->text());
+        listEditPage->store->setName(row->text());
         storeIsUnknown = false;
     }
     pageStack->setCurrentIndex(storeListReturnPage);
@@ -184,7 +185,7 @@ void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::shopItemClicked(QListWidgetItem *item)
 {
-    if (!storeListPage.list->wasTapped())
+    if (!storeListPage->list->wasTapped())
         return;
     if (rowId(*item) == editedStoreId)
         selectShopClicked();

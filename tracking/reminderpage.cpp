@@ -7,10 +7,13 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
+#include "app/alerthelper.h"
 #include "app/shopwindow.h"
 #include "gps/trshopgps.h"
+#include "lists/shoppingpage.h"
 #include "platform/alarmsound.h"
 #include "platform/devicealert.h"
+#include "tracking/trackedlistpage.h"
 #include "widgets/controls.h"
 #include "widgets/inputpause.h"
 #include "widgets/pictures.h"
@@ -33,7 +36,7 @@ void ShopWindow::buildReminderPage()
 {
     TurningPage *page =
         addPage(PageReminder, u"reminderPage"_s, QString(), QAccessible::AlertMessage);
-    ReminderPage &p = reminderPage;
+    ReminderPage &p = *reminderPage;
 
     p.heading = Controls::valueLabel(u"reminderHeading"_s);
     p.heading->setText(tr("You have a Shopping List for this Store:"));
@@ -69,7 +72,7 @@ void ShopWindow::track(bool somebodyWaited)
     const int page = pageStack->currentIndex();
     if (page != PageTrackedList || somebodyWaited)
         refreshTrackedDistances();
-    else if (trackedListPage.showsMap())
+    else if (trackedListPage->showsMap())
         mapTrackCenterByGps(); // and the distances stay as they were
     else
         viewFilteredTracking();
@@ -91,10 +94,10 @@ void ShopWindow::showReminder()
     gps->stopUpdates();
     const TrackedStore &nearest = trackedStores.first();
     // Not translated: it says the same in every language of the program.
-    reminderPage.store->setText(u"%1 (at %2 meters)"_s.arg(
+    reminderPage->store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
     QWidget *page = pageStack->widget(PageReminder);
-    page->setAccessibleName(reminderPage.heading->text() + u' ' + reminderPage.store->text());
+    page->setAccessibleName(reminderPage->heading->text() + u' ' + reminderPage->store->text());
     prepareAlert();
     alertHelper->alert(true);
     closeWhatCoversPages();
@@ -108,18 +111,18 @@ void ShopWindow::showReminder()
 
 void ShopWindow::prepareAlert() const
 {
-    QString heading = reminderPage.heading->text();
+    QString heading = reminderPage->heading->text();
     if (heading.endsWith(u':'))
         heading.chop(1); // the store stands above it
     DeviceAlert::instance().setNotification(
-        {.summary = reminderPage.store->text(),
+        {.summary = reminderPage->store->text(),
          .body = heading,
          .urgency = Notification::Critical,
          .isResident = true, // where the window could not come to the front, it is all there is
          .actions = {{openAction, tr("Open Trolleo")},
-                     {nextAction, reminderPage.next->text()},
-                     {stopAction, reminderPage.stop->text()},
-                     {startAction, reminderPage.startShopping->text()}}});
+                     {nextAction, reminderPage->next->text()},
+                     {stopAction, reminderPage->stop->text()},
+                     {startAction, reminderPage->startShopping->text()}}});
 }
 
 void ShopWindow::answerReminder(const QString &key)
@@ -183,7 +186,7 @@ void ShopWindow::skipStore()
     }
     gps->startUpdates();
     pageStack->setCurrentIndex(PageTracking);
-    if (trackedListPage.showsMap()) {
+    if (trackedListPage->showsMap()) {
         mapTrackCenterByStore();
         markNearestStore();
     }
@@ -198,7 +201,7 @@ void ShopWindow::startShoppingGps()
     const TrackedStore &nearest = trackedStores.first();
     currentListId = nearest.listId;
     currentStoreId = nearest.storeId;
-    shoppingPage.listName->setText(nearest.listName);
+    shoppingPage->listName->setText(nearest.listName);
     // What else the page tells of the list, for when shopping ends.
     fillShoppingPage();
     stopTracking();

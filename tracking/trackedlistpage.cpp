@@ -33,7 +33,7 @@ void TrackedListPage::showView(View view) const
 void ShopWindow::setupTrackedListPage()
 {
     TurningPage *page = addPage(PageTrackedList, u"trackedListPage"_s, tr("Tracking"));
-    TrackedListPage &p = trackedListPage;
+    TrackedListPage &p = *trackedListPage;
     p = {Frames::makeListFrame(page, u":/img/eye.svg"_s, QString())};
     // The same in both orientations.
     page->turningBoxes.turn(Qt::Vertical);
@@ -88,21 +88,21 @@ void ShopWindow::viewFilteredTracking()
             return;
     }
     if (!gpsEnabled) {
-        trackedListPage.mapButton->setEnabled(false);
-        trackedListPage.showView(TrackedListPage::ListView);
+        trackedListPage->mapButton->setEnabled(false);
+        trackedListPage->showView(TrackedListPage::ListView);
         fillTrackedList(false);
         pageStack->setCurrentIndex(PageTrackedList);
         return;
     }
     if (!haveGpsFix && waitForPosition(&ShopWindow::showTrackingAfterGps)) {
-        trackedListPage.list->clear();
+        trackedListPage->list->clear();
         showWaiting();
         return;
     }
     refreshTrackedDistances();
     fillTrackedList(true);
-    trackedListPage.mapButton->setEnabled(true);
-    if (trackedListPage.showsMap())
+    trackedListPage->mapButton->setEnabled(true);
+    if (trackedListPage->showsMap())
         showPositionAndNearest();
     pageStack->setCurrentIndex(PageTrackedList);
 }
@@ -112,7 +112,7 @@ void ShopWindow::viewFilteredTracking()
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
-    TrackedListPage &p = trackedListPage;
+    TrackedListPage &p = *trackedListPage;
     const int chosen = p.list->currentRow();
     const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
     if (p.list->count() != trackedStores.size()) {
@@ -151,7 +151,7 @@ void ShopWindow::trackingMapShow()
     // Before the map shows, so that it fetches no tiles of another place.
     if (positionKnown)
         showPositionAndNearest();
-    trackedListPage.showView(TrackedListPage::MapView);
+    trackedListPage->showView(TrackedListPage::MapView);
     openNetworkSession();
 }
 
@@ -167,18 +167,18 @@ void ShopWindow::markNearestStore() const
     if (trackedStores.isEmpty())
         return;
     const TrackedStore &nearest = trackedStores.first();
-    trackedListPage.map->setStorePin(nearest.latitude, nearest.longitude);
+    trackedListPage->map->setStorePin(nearest.latitude, nearest.longitude);
 }
 
 void ShopWindow::trackingListShow()
 {
-    trackedListPage.showView(TrackedListPage::ListView);
+    trackedListPage->showView(TrackedListPage::ListView);
 }
 
 void ShopWindow::mapTrackCenterByGps()
 {
-    trackedListPage.map->setCenter(currentLatitude, currentLongitude);
-    trackedListPage.map->setPositionMark(currentLatitude, currentLongitude);
+    trackedListPage->map->setCenter(currentLatitude, currentLongitude);
+    trackedListPage->map->setPositionMark(currentLatitude, currentLongitude);
 }
 
 void ShopWindow::mapTrackCenterByStore()
@@ -186,5 +186,5 @@ void ShopWindow::mapTrackCenterByStore()
     if (trackedStores.isEmpty())
         return;
     const TrackedStore &nearest = trackedStores.first();
-    trackedListPage.map->setCenter(nearest.latitude, nearest.longitude);
+    trackedListPage->map->setCenter(nearest.latitude, nearest.longitude);
 }

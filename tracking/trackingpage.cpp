@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
+#include "app/alerthelper.h"
 #include "app/frames.h"
 #include "app/installation.h"
 #include "app/shopwindow.h"
@@ -20,6 +21,7 @@
 #include "platform/messagebus.h"
 #include "platform/notifier.h"
 #include "platform/sleepinhibitor.h"
+#include "tracking/trackedlistpage.h"
 #include "tracking/trackedstores.h"
 #include "widgets/controls.h"
 #include "widgets/inputpause.h"
@@ -42,7 +44,7 @@ const QString defaultAction = u"default"_s;
 void ShopWindow::buildTrackingPage()
 {
     TurningPage *page = addPage(PageTracking, u"trackingPage"_s, tr("Reminders (GPS tracking)"));
-    TrackingPage &p = trackingPage;
+    TrackingPage &p = *trackingPage;
     const ToolbarFrame frame = Frames::makeToolbarFrame(page);
     frame.picture->setPicture(u":/img/reminder.svg"_s, Controls::pictureExtent);
 
@@ -129,9 +131,9 @@ void ShopWindow::setTrackingActive(bool active)
 /// Lets the buttons, the criteria and the desktop tell whether tracking runs.
 void ShopWindow::showTrackingState() const
 {
-    trackingPage.start->setEnabled(!trackingActive);
-    trackingPage.stop->setEnabled(trackingActive);
-    trackingPage.criteria->setEnabled(!trackingActive);
+    trackingPage->start->setEnabled(!trackingActive);
+    trackingPage->stop->setEnabled(trackingActive);
+    trackingPage->criteria->setEnabled(!trackingActive);
     if (trackingActive)
         trackingNotice->show({.summary = tr("Tracking is running"),
                               .body = tr("Trolleo rings when a Store with an open List is near."),
@@ -154,8 +156,8 @@ void ShopWindow::nameTrackingChoices() const
     QString category;
     if (categoryId != 0)
         category = categoryName(categoryId);
-    trackingPage.store->setName(store.isEmpty() ? categoryButtonDefaultText : store);
-    trackingPage.category->setName(category.isEmpty() ? categoryButtonDefaultText : category);
+    trackingPage->store->setName(store.isEmpty() ? categoryButtonDefaultText : store);
+    trackingPage->category->setName(category.isEmpty() ? categoryButtonDefaultText : category);
 }
 
 void ShopWindow::trackingClicked()
@@ -176,13 +178,13 @@ void ShopWindow::selectCategoryForTracking()
 void ShopWindow::rbByCategoryToggle(bool checked)
 {
     trackByCategory = checked;
-    trackingPage.category->setEnabled(checked);
+    trackingPage->category->setEnabled(checked);
 }
 
 void ShopWindow::rbByStoreToggle(bool checked)
 {
     trackByStore = checked;
-    trackingPage.store->setEnabled(checked);
+    trackingPage->store->setEnabled(checked);
 }
 
 void ShopWindow::startTracking()
@@ -193,7 +195,7 @@ void ShopWindow::startTracking()
         fillMessage(tr("No GPS available"),
                     tr("GPS tracking can not be started, cause no GPS available on this device."),
                     warning, pageStack->currentIndex());
-        trackingPage.stop->setEnabled(false);
+        trackingPage->stop->setEnabled(false);
         trackingClicked();
         return;
     }
@@ -240,10 +242,10 @@ void ShopWindow::stopTracking()
 /// Lets the tracked list tell by what its stores were chosen; it keeps silent about all stores.
 void ShopWindow::nameCriterion() const
 {
-    if (trackingPage.byStore->isChecked())
-        trackedListPage.title->setText(tr("Store: %1").arg(trackingPage.store->text()));
-    else if (trackingPage.byCategory->isChecked())
-        trackedListPage.title->setText(tr("By category: %1").arg(trackingPage.category->text()));
+    if (trackingPage->byStore->isChecked())
+        trackedListPage->title->setText(tr("Store: %1").arg(trackingPage->store->text()));
+    else if (trackingPage->byCategory->isChecked())
+        trackedListPage->title->setText(tr("By category: %1").arg(trackingPage->category->text()));
 }
 
 void ShopWindow::takeTrackingChoices()
@@ -256,17 +258,17 @@ void ShopWindow::takeTrackingChoices()
 bool ShopWindow::queryTrackedStores()
 {
     trackedStores.clear();
-    if (trackingPage.byStore->isChecked()) {
+    if (trackingPage->byStore->isChecked()) {
         QSqlQuery query = Database::run(Statements::trackedStore, trackStoreId);
         if (query.first()) {
             trackedStores << TrackedStores::entry(query, trackStoreId);
             nameCriterion();
         }
-    } else if (trackingPage.byCategory->isChecked()) {
+    } else if (trackingPage->byCategory->isChecked()) {
         nameCriterion();
         QSqlQuery query = Database::run(Statements::trackedStoresOfCategory, trackCategoryId);
         trackedStores = TrackedStores::entries(query);
-    } else if (trackingPage.all->isChecked()) {
+    } else if (trackingPage->all->isChecked()) {
         QSqlQuery query = Database::run(Statements::trackedStores);
         trackedStores = TrackedStores::entries(query);
     }
@@ -297,7 +299,7 @@ void ShopWindow::applyGpsSettings()
     else if (haveGpsFix || gps->isUpdating())
         gps->stopUpdates();
     if (trackAutoStart && !trackingActive) {
-        trackingPage.all->setChecked(true);
+        trackingPage->all->setChecked(true);
         startTracking();
     }
 }
