@@ -7,8 +7,8 @@
 #include <QTextDocumentFragment>
 
 #include "app/messagepages.h"
-#include "app/pages.h"
 #include "app/shopwindow.h"
+#include "base/pages.h"
 #include "map/tileserver.h"
 #include "widgets/controls.h"
 

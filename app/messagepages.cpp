@@ -11,8 +11,8 @@
 #include <QUrl>
 #include <QVariant>
 
-#include "app/frames.h"
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "widgets/controls.h"
 #include "widgets/pictures.h"
 #include "widgets/TrKineticScroller.h"

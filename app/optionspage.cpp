@@ -18,9 +18,9 @@
 #include <QTranslator>
 
 #include "app/filechooser.h"
-#include "app/installation.h"
 #include "app/shopwindow.h"
-#include "app/trsettings.h"
+#include "base/installation.h"
+#include "base/trsettings.h"
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/frames.h"
+#include "base/frames.h"
 
 class NameButton;
 class QCheckBox;

@@ -16,12 +16,11 @@
 #include <QTimer>
 #include <QTranslator>
 
-#include "app/alerthelper.h"
-#include "app/installation.h"
 #include "app/mainpage.h"
 #include "app/messagepages.h"
 #include "app/optionspage.h"
-#include "app/trsettings.h"
+#include "base/installation.h"
+#include "base/trsettings.h"
 #include "data/database.h"
 #include "gps/coordinatespage.h"
 #include "gps/trshopgps.h"
@@ -29,6 +28,7 @@
 #include "lists/itempages.h"
 #include "lists/shoppinglistpages.h"
 #include "lists/shoppingpage.h"
+#include "platform/alerthelper.h"
 #include "platform/informationbox.h"
 #include "stores/categorypages.h"
 #include "stores/storeeditpage.h"

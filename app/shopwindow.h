@@ -9,7 +9,7 @@
 #include <QSqlDatabase>
 #include <QString>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tracking/trackedstores.h"
 
 class AlarmSound;

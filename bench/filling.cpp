@@ -12,7 +12,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "bench/report.h"
 #include "data/database.h"
 #include "data/statements.h"

@@ -9,7 +9,7 @@
 #include <QLoggingCategory>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "bench/report.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"

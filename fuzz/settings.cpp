@@ -12,7 +12,7 @@
 #include <QtPlugin>
 
 #include "app/shopwindow.h"
-#include "app/trsettings.h"
+#include "base/trsettings.h"
 #include "fuzz/support.h"
 #include "tests/support/testhome.h"
 #include "tests/support/testpositionplugin.h"

@@ -7,8 +7,8 @@
 #include <QStackedWidget>
 #include <QTextStream>
 
-#include "app/pages.h"
 #include "app/shopwindow.h"
+#include "base/pages.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <QTabWidget>
 
 #include "app/shopwindow.h"
-#include "app/trsettings.h"
+#include "base/trsettings.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "map/mapswidget.h"

@@ -9,7 +9,7 @@
 #include <QTimer>
 
 #include "app/shopwindow.h"
-#include "app/trsettings.h"
+#include "base/trsettings.h"
 #include "gps/coordinatespage.h"
 #include "gps/trshopgps.h"
 #include "map/mapswidget.h"

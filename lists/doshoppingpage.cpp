@@ -9,10 +9,10 @@
 #include "app/shopwindow.h"
 #include "data/database.h"
 #include "data/statements.h"
-#include "lists/listrow.h"
 #include "lists/liststate.h"
 #include "lists/shoppingpage.h"
 #include "widgets/controls.h"
+#include "widgets/listrow.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 

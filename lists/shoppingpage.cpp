@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
-#include "app/frames.h"
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "lists/liststate.h"

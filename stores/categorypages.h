@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/frames.h"
+#include "base/frames.h"
 
 /// The categories to choose from; also the picker of other pages.
 struct CategoryListPage : ListFrame

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/frames.h"
+#include "base/frames.h"
 
 /// The current store: its name, its category, and how far it is.
 struct StoresPage

@@ -7,11 +7,11 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
-#include "app/alerthelper.h"
 #include "app/shopwindow.h"
 #include "gps/trshopgps.h"
 #include "lists/shoppingpage.h"
 #include "platform/alarmsound.h"
+#include "platform/alerthelper.h"
 #include "platform/devicealert.h"
 #include "tracking/trackedlistpage.h"
 #include "widgets/controls.h"

@@ -9,9 +9,9 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
-#include "lists/listrow.h"
 #include "map/mapswidget.h"
 #include "widgets/controls.h"
+#include "widgets/listrow.h"
 #include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"

@@ -3,7 +3,7 @@
 
 #include <QList>
 
-#include "app/frames.h"
+#include "base/frames.h"
 
 class MapsWidget;
 class QStackedWidget;

@@ -8,14 +8,14 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
-#include "app/alerthelper.h"
-#include "app/frames.h"
-#include "app/installation.h"
 #include "app/shopwindow.h"
+#include "base/frames.h"
+#include "base/installation.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
+#include "platform/alerthelper.h"
 #include "platform/devicealert.h"
 #include "platform/informationbox.h"
 #include "platform/messagebus.h"

@@ -15,7 +15,7 @@
 #include <QTabWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 
 ShopDriver::ShopDriver()

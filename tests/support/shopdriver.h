@@ -8,8 +8,8 @@
 #include <QString>
 #include <QVariantMap>
 
-#include "app/pages.h"
 #include "app/shopwindow.h"
+#include "base/pages.h"
 #include "tests/support/testhome.h"
 
 class MapsWidget;

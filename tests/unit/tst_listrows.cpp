@@ -3,9 +3,9 @@
 #include <QPainter>
 #include <QtTest>
 
-#include "lists/listrow.h"
 #include "lists/liststate.h"
-#include "lists/trlistdelegate.h"
+#include "widgets/listrow.h"
+#include "widgets/trlistdelegate.h"
 
 /// How the rows of lists are drawn, and the rule for a list's state. Drawings are compared by their
 /// pixels, at device pixel ratios 1 and 2.

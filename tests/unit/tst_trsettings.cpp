@@ -3,8 +3,8 @@
 #include <QSettings>
 #include <QtTest>
 
-#include "app/installation.h"
-#include "app/trsettings.h"
+#include "base/installation.h"
+#include "base/trsettings.h"
 #include "tests/support/testhome.h"
 
 class TestTrSettings : public QObject

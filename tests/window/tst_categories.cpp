@@ -2,7 +2,7 @@
 #include <QLineEdit>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 /// Categories, reached as the person reaches them: by a new store's category button.

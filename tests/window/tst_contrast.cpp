@@ -10,7 +10,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 #include "platform/informationbox.h"
 #include "tests/support/shopdriver.h"

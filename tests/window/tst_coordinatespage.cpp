@@ -9,7 +9,7 @@
 #include <QTabWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 #include "map/webmercator.h"
 #include "tests/support/shopdriver.h"

@@ -2,7 +2,7 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 class TestDoShopping : public QObject

@@ -13,7 +13,7 @@
 #include <QTabBar>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/namebutton.h"

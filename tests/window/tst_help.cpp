@@ -10,7 +10,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 class TestHelp : public QObject

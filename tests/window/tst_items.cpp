@@ -5,7 +5,7 @@
 #include <QSpinBox>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 class TestItems : public QObject

@@ -21,11 +21,11 @@
 #include <QtPlugin>
 #include <QtTest>
 
-#include "app/pages.h"
-#include "lists/listrow.h"
+#include "base/pages.h"
 #include "lists/liststate.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
+#include "widgets/listrow.h"
 
 // Stores get coordinates only where there is a position source.
 Q_IMPORT_PLUGIN(TestPositionPlugin)

@@ -8,7 +8,7 @@
 #include <QTabWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 // Translations are installed resources; scripts/test installs before it tests.

@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/TrKineticScroller.h"
 

@@ -7,8 +7,8 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
 #include "app/shopwindow.h"
+#include "base/pages.h"
 #include "tests/support/testhome.h"
 #include "widgets/TrKineticScroller.h"
 

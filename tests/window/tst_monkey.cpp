@@ -12,11 +12,11 @@
 #include <QtPlugin>
 #include <QtTest>
 
-#include "app/pages.h"
-#include "lists/listrow.h"
+#include "base/pages.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
+#include "widgets/listrow.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 

@@ -2,7 +2,7 @@
 #include <QLabel>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "platform/informationbox.h"
 #include "platform/positionsource.h"
 #include "tests/support/madeupgpsd.h"

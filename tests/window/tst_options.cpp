@@ -15,7 +15,7 @@
 #include <QTranslator>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "platform/alarmsound.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"

@@ -8,7 +8,7 @@
 #include <QTimer>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "gps/trshopgps.h"
 #include "platform/positionsource.h"
 #include "tests/support/shopdriver.h"

@@ -8,7 +8,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "gps/trshopgps.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"

@@ -12,9 +12,9 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
-#include "lists/trlistdelegate.h"
 #include "tests/support/testhome.h"
 #include "widgets/TrKineticScroller.h"
+#include "widgets/trlistdelegate.h"
 
 namespace {
 

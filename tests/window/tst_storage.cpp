@@ -15,10 +15,10 @@
 #include <QtPlugin>
 #include <QtTest>
 
-#include "app/pages.h"
-#include "lists/listrow.h"
+#include "base/pages.h"
 #include "tests/support/databaselock.h"
 #include "tests/support/shopdriver.h"
+#include "widgets/listrow.h"
 
 // Without a position source stores have no coordinates.
 Q_IMPORT_PLUGIN(TestPositionPlugin)

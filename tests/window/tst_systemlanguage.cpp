@@ -2,7 +2,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
 /// On a system that speaks Russian. Translations are installed resources, as for the other

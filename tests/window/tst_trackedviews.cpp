@@ -6,7 +6,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 #include "map/webmercator.h"
 #include "tests/support/shopdriver.h"

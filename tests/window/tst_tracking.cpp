@@ -4,7 +4,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 

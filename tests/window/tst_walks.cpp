@@ -6,7 +6,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "tests/support/madeupgpsd.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"

@@ -10,7 +10,7 @@
 #include <QtPlugin>
 #include <QtTest>
 
-#include "app/pages.h"
+#include "base/pages.h"
 #include "map/mapswidget.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"

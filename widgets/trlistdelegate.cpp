@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "lists/trlistdelegate.h"
+#include "widgets/trlistdelegate.h"
 
 #include <QPainter>
 #include <QTextOption>
 
-#include "lists/listrow.h"
 #include "widgets/contrast.h"
+#include "widgets/listrow.h"
 
 using namespace Qt::StringLiterals;
 

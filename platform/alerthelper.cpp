@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/alerthelper.h"
+#include "platform/alerthelper.h"
 
 #include "platform/devicealert.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/installation.h"
+#include "base/installation.h"
 
 using namespace Qt::StringLiterals;
 

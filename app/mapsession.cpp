@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/shopwindow.h"
-#include "app/trsettings.h"
+#include "base/trsettings.h"
 #include "platform/bearer.h"
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "lists/listrow.h"
+#include "widgets/listrow.h"
 
 #include <QCoreApplication>
 #include <QListWidget>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/trsettings.h"
+#include "base/trsettings.h"
 
 #include <cmath>
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/frames.h"
+#include "base/frames.h"
 
 #include <QBoxLayout>
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QFormLayout>
 #include <QLabel>
@@ -9,11 +10,10 @@
 #include <QPushButton>
 #include <QShortcut>
 
-#include "app/shopwindow.h"
-#include "lists/trlistdelegate.h"
 #include "widgets/controls.h"
 #include "widgets/pictures.h"
 #include "widgets/touchlist.h"
+#include "widgets/trlistdelegate.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 
@@ -27,13 +27,14 @@ constexpr int leastFieldCharacters = 9;
 QPushButton *helpButton(int extent)
 {
     return Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, extent,
-                                   ShopWindow::tr("Help"));
+                                   QCoreApplication::translate("ShopWindow", "Help"));
 }
 
 QPushButton *backButton(QWidget *page, int extent)
 {
-    QPushButton *button = Controls::pictureButton(u"backButton"_s, u":/img/back.svg"_s, extent,
-                                                  ShopWindow::tr("Back"));
+    QPushButton *button =
+        Controls::pictureButton(u"backButton"_s, u":/img/back.svg"_s, extent,
+                                QCoreApplication::translate("ShopWindow", "Back"));
     Frames::pressOnEscape(page, button);
     return button;
 }
@@ -116,10 +117,12 @@ EditFrame Frames::makeEditFrame(TurningPage *page)
     makeToolbar(frame, page);
 
     frame.fields = addFields(frame.contents);
-    frame.save = Controls::textButton(u"saveButton"_s, u":/img/commit.png"_s,
-                                      Controls::pictureExtent, ShopWindow::tr("Save"));
-    frame.remove = Controls::textButton(u"deleteButton"_s, u":/img/trash.svg"_s,
-                                        Controls::pictureExtent, ShopWindow::tr("Delete"));
+    frame.save =
+        Controls::textButton(u"saveButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
+                             QCoreApplication::translate("ShopWindow", "Save"));
+    frame.remove =
+        Controls::textButton(u"deleteButton"_s, u":/img/trash.svg"_s, Controls::pictureExtent,
+                             QCoreApplication::translate("ShopWindow", "Delete"));
     frame.remove->setEnabled(false);
     auto *buttons = new QVBoxLayout;
     buttons->addWidget(frame.save);
