@@ -69,7 +69,7 @@ private:
     }
 };
 
-/// What the toolkit keeps for the file dialogs of all programs; how this one looks is nothing the
+/// What Qt keeps for the file dialogs of all programs; how this one looks is nothing the
 /// others want to know.
 class SharedAppearance
 {

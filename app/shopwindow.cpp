@@ -49,7 +49,7 @@ constexpr auto bannerTime = 3000ms;
 constexpr auto retryPause = 1000ms;
 constexpr QSize preferredSize(800, 480);
 constexpr int pagePointSize = 22;
-/// The attribute by which a window asks to be turned with the device. Toolkits of today have given
+/// The attribute by which a window asks to be turned with the device. Qt 6 has given
 /// its number to something that is on by default.
 constexpr auto autoOrientation = static_cast<Qt::WidgetAttribute>(130);
 

@@ -51,7 +51,7 @@ bool readFlag(const QString &key)
     return isNumber && std::isfinite(number) && number != 0.0;
 }
 
-/// "nan" and "inf" are numbers to the toolkit, but no degrees.
+/// "nan" and "inf" are numbers to Qt, but no degrees.
 float readDegrees(const QString &key)
 {
     const float degrees = read(key, QVariant(0)).toFloat();

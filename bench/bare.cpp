@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The least that a program of the toolkit's widgets is: a window with a label.
+// The least that a program of Qt Widgets is: a window with a label.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>

@@ -89,7 +89,7 @@ void requirePlace(double latitude, double longitude)
 {
     require(Coordinates::isPlace(latitude, longitude) ==
                 QGeoCoordinate(latitude, longitude).isValid(),
-            "a place is one to the toolkit as well");
+            "a place is one to Qt as well");
     const auto first = static_cast<float>(std::clamp(latitude, -largestDegrees, largestDegrees));
     const auto second = static_cast<float>(std::clamp(longitude, -largestDegrees, largestDegrees));
     require(Coordinates::areEqual(first, second) == Coordinates::areEqual(second, first),

@@ -73,7 +73,7 @@ int LLVMFuzzerInitialize(int * /*count*/, char *** /*arguments*/)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    // A folder of its own for each input: the toolkit takes a file of the same size, written in the
+    // A folder of its own for each input: Qt takes a file of the same size, written in the
     // same moment, for the one that it has read.
     const TestHome home;
     QByteArray content = FuzzSupport::bytesOf(data, size);

@@ -22,7 +22,7 @@ using WebMercator::tileExtent;
 
 namespace {
 
-/// In all, however the bytes come: the toolkit's own limit starts anew with each of them.
+/// In all, however the bytes come: Qt's own limit starts anew with each of them.
 constexpr auto transferLimit = 30s;
 constexpr int mostRedirects = 5;
 /// How far beyond the view tiles are kept.
@@ -211,7 +211,7 @@ void MapsCore::fetch(const QPoint &tile)
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", TileServer::userAgent());
-    // Unpacked by the toolkit, a small answer could become a huge one.
+    // Unpacked by Qt, a small answer could become a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::User, tile);
     request.setAttribute(zoomAttribute, zoom);
@@ -220,7 +220,7 @@ void MapsCore::fetch(const QPoint &tile)
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setMaximumRedirectsAllowed(mostRedirects);
     QNetworkReply *reply = network()->get(request);
-    // The toolkit stops reading somewhat below this, and does not say so.
+    // Qt stops reading somewhat below this, and does not say so.
     reply->setReadBufferSize(2 * TileImage::largestBody);
     connect(reply, &QNetworkReply::readyRead, this, [reply] {
         if (reply->bytesAvailable() > TileImage::largestBody)

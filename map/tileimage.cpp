@@ -14,7 +14,7 @@ const QByteArray jpegStartOfScan = QByteArrayLiteral("\xff\xda");
 const QByteArray jpegEnd = QByteArrayLiteral("\xff\xd9");
 
 /// What it takes to show the PNG picture `body`; empty when it is not complete. Texts and profiles
-/// are left out: the toolkit would unpack each of them, to megabytes.
+/// are left out: Qt would unpack each of them, to megabytes.
 QByteArray essentialPng(const QByteArray &body)
 {
     // Length, name and checksum of a chunk.
@@ -36,7 +36,7 @@ QByteArray essentialPng(const QByteArray &body)
     return {};
 }
 
-/// The JPEG picture `body`; empty when it is not complete, which the toolkit would not mind, or has
+/// The JPEG picture `body`; empty when it is not complete, which Qt would not mind, or has
 /// more scans than anyone draws it with: each of them costs as much as a whole picture.
 QByteArray harmlessJpeg(const QByteArray &body)
 {

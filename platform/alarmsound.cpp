@@ -115,7 +115,7 @@ private:
 } // namespace
 
 /// What touches the sound system, which is held only while it plays. The file is decoded and fed to
-/// the device here: the toolkit's media player repeats a file by seeking in it, after which its
+/// the device here: Qt's media player repeats a file by seeking in it, after which its
 /// sound is often lost.
 class AlarmSound::Player : public QObject
 {

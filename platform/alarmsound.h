@@ -32,7 +32,7 @@ public:
     void stop();
 
     /// A sound that was destroyed has left its thread behind, waiting for a sound system that does
-    /// not answer. The toolkit would wait for it at the end of the process.
+    /// not answer. Qt would wait for it at the end of the process.
     static bool isAnyStuck();
 
 private:

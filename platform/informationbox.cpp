@@ -95,7 +95,7 @@ void InformationBox::showEvent(QShowEvent *event)
     place();
     if (!timer.isActive())
         timer.start();
-    // The toolkit tells the accessibility bus that the banner shows, if it is on that bus by now. A
+    // Qt tells the accessibility bus that the banner shows, if it is on that bus by now. A
     // program that has just been started is not yet, and the banner would go unheard.
     if (!QAccessible::isActive())
         QTimer::singleShot(timeToJoinTheBus, this, &InformationBox::announce);

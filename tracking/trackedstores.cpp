@@ -39,7 +39,7 @@ void TrackedStores::refreshDistances(QList<TrackedStore> &stores, float latitude
     const QGeoCoordinate here(latitude, longitude);
     for (TrackedStore &store : stores) {
         const QGeoCoordinate place(store.latitude, store.longitude);
-        // To a place that is none the toolkit says 0, which would ring.
+        // To a place that is none Qt says 0, which would ring.
         store.distance = place.isValid() ? static_cast<float>(here.distanceTo(place))
                                          : std::numeric_limits<float>::infinity();
     }

@@ -116,7 +116,7 @@ QSize MaskedField::minimumSizeHint() const
             size.height()};
 }
 
-/// Typing after Tab replaces what is there; the toolkit would mix both digit by digit.
+/// Typing after Tab replaces what is there; Qt would mix both digit by digit.
 void MaskedField::focusInEvent(QFocusEvent *event)
 {
     QLineEdit::focusInEvent(event);

@@ -40,7 +40,7 @@ QSize NameButton::sizeFor(int textWidth) const
 
 QSize NameButton::sizeHint() const
 {
-    // The toolkit's own hint takes an ampersand for a mark that has no width.
+    // Qt's own hint takes an ampersand for a mark that has no width.
     return sizeFor(fontMetrics().horizontalAdvance(text()));
 }
 
