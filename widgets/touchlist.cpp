@@ -34,13 +34,14 @@ bool TouchList::wasTapped() const
 void TouchList::showRows(const QList<QListWidgetItem *> &rows)
 {
     clear();
+    QAbstractItemModel *items = model();
     {
         // Told of each row, the view spends more time on that than on anything else.
-        const QSignalBlocker blocker(model());
+        const QSignalBlocker blocker(items);
         for (QListWidgetItem *row : rows)
             addItem(row);
     }
-    emit model()->layoutChanged();
+    emit items->layoutChanged();
 }
 
 void TouchList::moveRow(int from, int to)
