@@ -87,7 +87,8 @@ public:
         for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
             settings.setValue(entry.key(), entry.value());
     }
-    Q_DISABLE_COPY_MOVE(SharedAppearance)
+    SharedAppearance(const SharedAppearance &) = delete;
+    SharedAppearance &operator=(const SharedAppearance &) = delete;
 
 private:
     QSettings settings{QSettings::UserScope, u"QtProject"_s};

@@ -31,7 +31,7 @@ QUrl TileServer::tileUrl(const QUrl &base, int zoom, const QPoint &tile)
 
 QByteArray TileServer::userAgent()
 {
-    return QByteArrayLiteral("Trolleo/" TROLLEO_VERSION " (" TROLLEO_CONTACT ")");
+    return QByteArray("Trolleo/") + TROLLEO_VERSION + " (" + TROLLEO_CONTACT + ")";
 }
 
 QString TileServer::attribution()

@@ -67,7 +67,8 @@ public:
         if (selectionStart >= 0)
             field->setSelection(selectionStart, selectionLength);
     }
-    Q_DISABLE_COPY_MOVE(FocusKeeper)
+    FocusKeeper(const FocusKeeper &) = delete;
+    FocusKeeper &operator=(const FocusKeeper &) = delete;
 
 private:
     QWidget *focused = nullptr;
