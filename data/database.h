@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 
 #include <QLatin1StringView>
@@ -61,7 +62,8 @@ template <typename... Values>
 QSqlQuery run(QLatin1StringView statement, const Values &...values)
 {
     QString text(statement);
-    ((text = text.arg(asText(values))), ...);
+    for (const QString &value : std::initializer_list<QString>{asText(values)...})
+        text = text.arg(value);
     return execute(text);
 }
 
