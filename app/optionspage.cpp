@@ -181,9 +181,11 @@ void ShopWindow::saveSettings()
     settings.setSoundFileName(soundFileName);
     pageStack->setCurrentIndex(PageMain);
     applyGpsSettings();
-    const int language = p.english->isChecked()   ? English
-                         : p.russian->isChecked() ? Russian
-                                                  : SystemLanguage;
+    int language = SystemLanguage;
+    if (p.english->isChecked())
+        language = English;
+    else if (p.russian->isChecked())
+        language = Russian;
     if (language != languageId)
         changeLanguage(language);
 }

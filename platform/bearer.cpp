@@ -283,9 +283,11 @@ QNetworkConfigurationManager::configurationFromIdentifier(const QString &identif
     if (!profile || !profile->isNetwork)
         return {};
     const NetworkSnapshot::Connection *connection = snapshot.connection(identifier);
-    const auto state = connection && connection->isUp ? QNetworkConfiguration::Active
-                       : profile->devices.isEmpty()   ? QNetworkConfiguration::Defined
-                                                      : QNetworkConfiguration::Discovered;
+    QNetworkConfiguration::StateFlag state = QNetworkConfiguration::Discovered;
+    if (connection && connection->isUp)
+        state = QNetworkConfiguration::Active;
+    else if (profile->devices.isEmpty())
+        state = QNetworkConfiguration::Defined;
     return {QNetworkConfiguration::InternetAccessPoint, identifier, state};
 }
 
