@@ -15,7 +15,7 @@ int main(int argc, char **argv)
 {
     // Whoever started the program may not read what it says.
     StandardError::takeMessages();
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     // What the location service asks permission for, whatever the file is called that was started.
     QApplication::setApplicationName(u"trolleo"_s);
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));

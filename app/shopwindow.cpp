@@ -100,8 +100,8 @@ void layOutStacksIn(const QWidget *page)
 } // namespace
 
 // Compiled-in resources of a static library are dropped unless something names them, and that has
-// to be done outside any class.
-static void initPictures()
+// to be done outside any class and namespace.
+static void initPictures() // NOLINT(misc-use-anonymous-namespace): see above
 {
     Q_INIT_RESOURCE(pictures);
 }

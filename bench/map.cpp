@@ -188,7 +188,7 @@ void measureTiles(TileHost &host)
 /// Usage: bench_map
 int main(int argc, char **argv)
 {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     const TestHome home;
     TileHost host;
     qputenv("TROLLEO_TILE_SERVER", host.address());
