@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QFontMetrics>
 #include <QLayout>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
@@ -19,6 +20,7 @@
 #include "app/mainpage.h"
 #include "app/messagepages.h"
 #include "app/optionspage.h"
+#include "base/frames.h"
 #include "base/installation.h"
 #include "base/trsettings.h"
 #include "data/database.h"
@@ -37,7 +39,9 @@
 #include "tracking/trackedlistpage.h"
 #include "tracking/trackingpage.h"
 #include "widgets/contrast.h"
+#include "widgets/controls.h"
 #include "widgets/pageswitchguard.h"
+#include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
@@ -331,10 +335,14 @@ void ShopWindow::connectView(QPushButton *button, const QStackedWidget *views, i
     });
 }
 
-void ShopWindow::showEditPage(Page page, QWidget *field)
+void ShopWindow::showEditPage(Page page, const EditFrame &frame, QLineEdit *name,
+                              const QString &picture, bool exists, void (ShopWindow::*save)())
 {
+    frame.picture->setPicture(picture, Controls::pictureExtent);
+    frame.remove->setEnabled(exists);
+    connectAnew(frame.save, save);
     pageStack->setCurrentIndex(page);
-    field->setFocus();
+    name->setFocus();
 }
 
 void ShopWindow::timerFired() {}

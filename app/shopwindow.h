@@ -16,6 +16,7 @@ class AlarmSound;
 class AlertHelper;
 class InputPause;
 class Notifier;
+class QLineEdit;
 class QListWidgetItem;
 class QNetworkConfigurationManager;
 class QNetworkSession;
@@ -32,6 +33,7 @@ struct CategoryListPage;
 struct ConfirmationPage;
 struct CoordinatesPage;
 struct DoShoppingPage;
+struct EditFrame;
 struct ItemEditPage;
 struct ItemsListPage;
 struct ListEditPage;
@@ -263,6 +265,8 @@ protected:
     void warnNotSelected();
     /// Says that a name has to be typed first; "OK" leads back to the page that shows now.
     void warnEmptyName();
+    /// What was typed into `field`; warns when that is nothing.
+    QString typedName(const QLineEdit *field);
 
     /// Shows the waiting page; cancelling it leads back to the page that shows now.
     void showWaiting();
@@ -294,8 +298,10 @@ private:
     /// drives buttons for a screen reader toggles them, and clicks none.
     void connectView(QPushButton *button, const QStackedWidget *views, int view,
                      void (ShopWindow::*slot)());
-    /// Shows an edit page, ready to type in `field`.
-    void showEditPage(Page page, QWidget *field);
+    /// Shows an edit page with `picture`, a resource path, ready to type in `name`. "Save" runs
+    /// `save`; "Delete" can be pressed for what exists already.
+    void showEditPage(Page page, const EditFrame &frame, QLineEdit *name, const QString &picture,
+                      bool exists, void (ShopWindow::*save)());
 
     // ---- One builder a page, each beside the page's slots -------------------------------------
     void buildMainPage();

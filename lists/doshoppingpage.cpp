@@ -86,12 +86,8 @@ QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, 
 
 void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
 {
-    if (!doShoppingPage->list->wasTapped())
+    if (!doShoppingPage->list->wasTappedAgain(*item, lastTappedGoodId))
         return;
-    if (rowId(*item) != lastTappedGoodId) {
-        lastTappedGoodId = rowId(*item);
-        return;
-    }
     // The row below moves up under the finger: a quick second tap was not meant for it.
     doShoppingPage->list->ignoreDoubleClick();
     toggleGood(doShoppingPage->list->row(item));

@@ -12,6 +12,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "widgets/controls.h"
@@ -67,15 +68,9 @@ void ShopWindow::buildItemsListPage()
 /// A row with its amount for each of the goods that `query` gives.
 QList<QListWidgetItem *> ShopWindow::goodsRows(QSqlQuery &query)
 {
-    const int nameColumn = Database::column(query, "name"_L1);
-    const int idColumn = Database::column(query, "id"_L1);
     const int amountColumn = Database::column(query, "amount"_L1);
-    QList<QListWidgetItem *> rows;
-    while (query.next()) {
-        rows << new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
-                            query.value(amountColumn).toInt());
-    }
-    return rows;
+    return recordRows(
+        query, [amountColumn](const QSqlQuery &good) { return good.value(amountColumn).toInt(); });
 }
 
 void ShopWindow::listEditClicked()
@@ -91,12 +86,8 @@ void ShopWindow::listEditClicked()
 
 void ShopWindow::shoppingItemClicked(QListWidgetItem *item)
 {
-    if (!itemsListPage->list->wasTapped())
-        return;
-    if (rowId(*item) == lastTappedItemId)
+    if (itemsListPage->list->wasTappedAgain(*item, lastTappedItemId))
         shoppingItemActivated(item);
-    else
-        lastTappedItemId = rowId(*item);
 }
 
 void ShopWindow::shoppingItemActivated(QListWidgetItem *item)
@@ -179,34 +170,29 @@ void ShopWindow::buildItemEditPage()
 void ShopWindow::addListItemClicked()
 {
     ItemEditPage &p = *itemEditPage;
-    p.picture->setPicture(u":/img/itemAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.amount->setValue(1);
-    p.remove->setEnabled(false);
-    connectAnew(p.save, &ShopWindow::addShoppingItemConfirmClicked);
-    showEditPage(PageItemEdit, p.name);
+    showEditPage(PageItemEdit, p, p.name, u":/img/itemAdd.png"_s, false,
+                 &ShopWindow::addShoppingItemConfirmClicked);
 }
 
 void ShopWindow::fillItemEditPage()
 {
     ItemEditPage &p = *itemEditPage;
-    p.picture->setPicture(u":/img/itemEdit.png"_s, Controls::pictureExtent);
     if (const QListWidgetItem *row = itemsListPage->list->currentItem()) {
         p.name->setText(row->text());
         p.amount->setValue(row->data(SecondColumnRole).toInt());
     }
-    p.remove->setEnabled(true);
-    connectAnew(p.save, &ShopWindow::editShoppingItemConfirmClicked);
-    showEditPage(PageItemEdit, p.name);
+    showEditPage(PageItemEdit, p, p.name, u":/img/itemEdit.png"_s, true,
+                 &ShopWindow::editShoppingItemConfirmClicked);
 }
 
 void ShopWindow::addShoppingItemConfirmClicked()
 {
-    if (itemEditPage->name->text().isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(itemEditPage->name);
+    if (name.isEmpty())
         return;
-    }
-    auto *row = new ListRow(itemEditPage->name->text(), 0, itemEditPage->amount->value());
+    auto *row = new ListRow(name, 0, itemEditPage->amount->value());
     itemsListPage->list->addItem(row);
     pageStack->setCurrentIndex(PageItemsList);
     itemsListPage->list->setCurrentItem(row);
@@ -214,12 +200,11 @@ void ShopWindow::addShoppingItemConfirmClicked()
 
 void ShopWindow::editShoppingItemConfirmClicked()
 {
-    if (itemEditPage->name->text().isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(itemEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     if (QListWidgetItem *row = itemsListPage->list->currentItem()) {
-        row->setText(itemEditPage->name->text());
+        row->setText(name);
         row->setData(SecondColumnRole, itemEditPage->amount->value());
     }
     pageStack->setCurrentIndex(PageItemsList);

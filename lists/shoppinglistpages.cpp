@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "lists/itempages.h"
@@ -49,20 +50,13 @@ void ShopWindow::buildShoppingListsPage()
 void ShopWindow::showShoppingLists()
 {
     QSqlQuery query = Database::run(Statements::allLists);
-    const int nameColumn = Database::column(query, "name"_L1);
-    const int idColumn = Database::column(query, "id"_L1);
     const int storeColumn = Database::column(query, "magazinid"_L1);
-    QList<QListWidgetItem *> rows;
-    while (query.next()) {
-        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt());
-        const int storeId = query.value(storeColumn).toInt();
-        if (storeId != 0) {
-            if (const auto store = Database::name(Statements::storeName, storeId))
-                row->setData(SecondColumnRole, *store);
-        }
-        rows << row;
-    }
-    shoppingListsPage->list->showRows(rows);
+    shoppingListsPage->list->showRows(recordRows(query, [storeColumn](const QSqlQuery &list) {
+        const int storeId = list.value(storeColumn).toInt();
+        const auto store =
+            storeId == 0 ? std::nullopt : Database::name(Statements::storeName, storeId);
+        return store ? QVariant(*store) : QVariant();
+    }));
     pageStack->setCurrentIndex(PageShoppingLists);
     editedListId = 0;
     listEditReturnPage = PageShoppingLists;
@@ -75,12 +69,8 @@ void ShopWindow::cancelShoppingLists()
 
 void ShopWindow::shopListItemClicked(QListWidgetItem *item)
 {
-    if (!shoppingListsPage->list->wasTapped())
-        return;
-    if (rowId(*item) == editedListId)
+    if (shoppingListsPage->list->wasTappedAgain(*item, editedListId))
         selectShoppingLists();
-    else
-        editedListId = rowId(*item);
 }
 
 void ShopWindow::shopListItemActivated(QListWidgetItem * /*item*/)
@@ -135,17 +125,14 @@ void ShopWindow::listCreateClicked()
 {
     ListEditPage &p = *listEditPage;
     listEditReturnPage = pageStack->currentIndex();
-    p.picture->setPicture(u":/img/plus.svg"_s, Controls::pictureExtent);
     newListState = ListEmpty;
     currentStoreId = 0;
     storeIsUnknown = false;
     p.name->clear();
     p.store->setName(QString());
-    p.remove->setEnabled(false);
     p.reset->setEnabled(false);
     p.state->setText(listStateText(ListEmpty));
-    connectAnew(p.save, &ShopWindow::createShopList);
-    showEditPage(PageListEdit, p.name);
+    showEditPage(PageListEdit, p, p.name, u":/img/plus.svg"_s, false, &ShopWindow::createShopList);
 }
 
 void ShopWindow::listPropertiesEditClicked()
@@ -153,7 +140,6 @@ void ShopWindow::listPropertiesEditClicked()
     ListEditPage &p = *listEditPage;
     editedListId = currentListId;
     listEditReturnPage = pageStack->currentIndex();
-    p.picture->setPicture(u":/img/edit.svg"_s, Controls::pictureExtent);
     QSqlQuery query = Database::run(Statements::list, editedListId);
     if (query.first()) {
         currentStoreId = query.value(u"magazinid"_s).toInt();
@@ -164,9 +150,7 @@ void ShopWindow::listPropertiesEditClicked()
         p.state->setText(listStateText(state));
         p.reset->setEnabled(state == ListPartlyChecked || state == ListFinished);
     }
-    p.remove->setEnabled(true);
-    connectAnew(p.save, &ShopWindow::updateShopList);
-    showEditPage(PageListEdit, p.name);
+    showEditPage(PageListEdit, p, p.name, u":/img/edit.svg"_s, true, &ShopWindow::updateShopList);
 }
 
 void ShopWindow::cancelListCreateClicked()
@@ -183,11 +167,9 @@ QString ShopWindow::storeNameForRow() const
 
 void ShopWindow::createShopList()
 {
-    const QString name = listEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(listEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     const int id = Database::newId(Statements::newListId);
     Database::run(Statements::insertList, id, name, currentStoreId, newListState);
     currentListId = id;
@@ -211,11 +193,9 @@ void ShopWindow::createShopList()
 
 void ShopWindow::updateShopList()
 {
-    const QString name = listEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(listEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     Database::run(Statements::updateList, name, currentStoreId, editedListId);
     if (listEditReturnPage == PageShoppingLists) {
         if (QListWidgetItem *row = shoppingListsPage->list->currentItem()) {

@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 
@@ -109,4 +110,11 @@ void ShopWindow::warnEmptyName()
 {
     showMessage(tr("Name field is Empty"), tr("Please fill the Name field"),
                 u":/img/warning_r.svg"_s, pageStack->currentIndex());
+}
+
+QString ShopWindow::typedName(const QLineEdit *field)
+{
+    if (field->text().isEmpty())
+        warnEmptyName();
+    return field->text();
 }

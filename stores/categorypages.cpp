@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "stores/storeeditpage.h"
@@ -51,19 +52,15 @@ void ShopWindow::showCategoriesClicked()
 {
     categoryReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageCategoryList);
-    qsizetype selected = 0;
     QSqlQuery query = Database::run(Statements::allCategories);
-    const int nameColumn = Database::column(query, "name"_L1);
-    const int idColumn = Database::column(query, "id"_L1);
-    QList<QListWidgetItem *> rows;
-    while (query.next()) {
-        const int id = query.value(idColumn).toInt();
-        rows << new ListRow(query.value(nameColumn).toString(), id);
-        if (id == selectedCategoryId)
-            selected = rows.size() - 1;
-    }
+    const QList<QListWidgetItem *> rows = recordRows(query);
     categoryListPage->list->showRows(rows);
-    categoryListPage->list->setCurrentRow(static_cast<int>(selected));
+    QListWidgetItem *selected = rows.value(0);
+    for (QListWidgetItem *row : rows) {
+        if (rowId(*row) == selectedCategoryId)
+            selected = row;
+    }
+    categoryListPage->list->setCurrentItem(selected);
 }
 
 void ShopWindow::selectCategoryClicked()
@@ -86,12 +83,8 @@ void ShopWindow::backFromCategoryClicked()
 
 void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 {
-    if (!categoryListPage->list->wasTapped())
-        return;
-    if (rowId(*item) == lastTappedCategoryId)
+    if (categoryListPage->list->wasTappedAgain(*item, lastTappedCategoryId))
         categoryItemActivated(item);
-    else
-        lastTappedCategoryId = rowId(*item);
 }
 
 // ---- The category edit page -------------------------------------------------------------------
@@ -115,11 +108,9 @@ void ShopWindow::buildCategoryEditPage()
 void ShopWindow::addCategoryClicked()
 {
     CategoryEditPage &p = *categoryEditPage;
-    p.picture->setPicture(u":/img/categAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
-    p.remove->setEnabled(false);
-    connectAnew(p.save, &ShopWindow::addCategoryConfirmClicked);
-    showEditPage(PageCategoryEdit, p.name);
+    showEditPage(PageCategoryEdit, p, p.name, u":/img/categAdd.png"_s, false,
+                 &ShopWindow::addCategoryConfirmClicked);
 }
 
 void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
@@ -128,20 +119,16 @@ void ShopWindow::categoryItemActivated(QListWidgetItem * /*item*/)
     if (!row)
         return;
     CategoryEditPage &p = *categoryEditPage;
-    p.picture->setPicture(u":/img/categEdit.png"_s, Controls::pictureExtent);
     p.name->setText(row->text());
-    p.remove->setEnabled(true);
-    connectAnew(p.save, &ShopWindow::editCategoryConfirmClicked);
-    showEditPage(PageCategoryEdit, p.name);
+    showEditPage(PageCategoryEdit, p, p.name, u":/img/categEdit.png"_s, true,
+                 &ShopWindow::editCategoryConfirmClicked);
 }
 
 void ShopWindow::addCategoryConfirmClicked()
 {
-    const QString name = categoryEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(categoryEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     const int id = Database::newId(Statements::newCategoryId);
     Database::run(Statements::insertCategory, id, name);
     auto *row = new ListRow(name, id);
@@ -152,11 +139,9 @@ void ShopWindow::addCategoryConfirmClicked()
 
 void ShopWindow::editCategoryConfirmClicked()
 {
-    const QString name = categoryEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(categoryEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     if (QListWidgetItem *row = categoryListPage->list->currentItem()) {
         Database::run(Statements::updateCategory, name, rowId(*row));
         row->setText(name);

@@ -9,6 +9,7 @@
 #include "app/shopwindow.h"
 #include "data/database.h"
 #include "data/statements.h"
+#include "gps/coordinates.h"
 #include "stores/storepages.h"
 #include "widgets/controls.h"
 #include "widgets/listrow.h"
@@ -66,7 +67,6 @@ void ShopWindow::addShopClicked()
     StoreEditPage &p = *storeEditPage;
     storeIsNew = true;
     storeEditReturnPage = pageStack->currentIndex();
-    p.picture->setPicture(u":/img/storeAdd.png"_s, Controls::pictureExtent);
     p.name->clear();
     p.category->setName(categoryButtonDefaultText);
     forgetTakenCoordinates();
@@ -75,9 +75,8 @@ void ShopWindow::addShopClicked()
     p.coordinates->setName(gpsAvailable ? tr("(set Coordinates)") : tr("(GPS is not Available)"));
     p.coordinates->setEnabled(gpsAvailable);
     coordinatesTextStoreId = 0;
-    p.remove->setEnabled(false);
-    connectAnew(p.save, &ShopWindow::addShopConfirmClicked);
-    showEditPage(PageStoreEdit, p.name);
+    showEditPage(PageStoreEdit, p, p.name, u":/img/storeAdd.png"_s, false,
+                 &ShopWindow::addShopConfirmClicked);
 }
 
 void ShopWindow::editShopClicked()
@@ -86,9 +85,6 @@ void ShopWindow::editShopClicked()
     editedStoreId = currentStoreId;
     storeIsNew = false;
     storeEditReturnPage = pageStack->currentIndex();
-    p.picture->setPicture(u":/img/storeEdit.png"_s, Controls::pictureExtent);
-    p.remove->setEnabled(true);
-    connectAnew(p.save, &ShopWindow::editShopConfirmClicked);
 
     QSqlQuery store = Database::run(Statements::store, editedStoreId);
     if (store.first()) {
@@ -100,7 +96,8 @@ void ShopWindow::editShopClicked()
     }
     forgetTakenCoordinates();
     showCoordinatesOf(editedStoreId);
-    showEditPage(PageStoreEdit, p.name);
+    showEditPage(PageStoreEdit, p, p.name, u":/img/storeEdit.png"_s, true,
+                 &ShopWindow::editShopConfirmClicked);
 }
 
 /// Lets the coordinates button tell what is known of the store that is being opened for editing.
@@ -131,13 +128,9 @@ QString ShopWindow::categoryIdText() const
 
 void ShopWindow::insertTakenCoordinates(int storeId)
 {
-    constexpr int significantDigits = 8;
     constexpr int altitudeDecimals = 2;
-    const auto degrees = [](float value) {
-        return u"%1"_s.arg(static_cast<double>(value), 0, 'g', significantDigits);
-    };
-    Database::run(Statements::insertCoordinates, storeId, degrees(editedLatitude),
-                  degrees(editedLongitude),
+    Database::run(Statements::insertCoordinates, storeId, Coordinates::text(editedLatitude),
+                  Coordinates::text(editedLongitude),
                   u"%1"_s.arg(static_cast<double>(editedAltitude), 0, 'f', altitudeDecimals));
 }
 
@@ -148,11 +141,9 @@ bool ShopWindow::coordinatesWereTaken() const
 
 void ShopWindow::addShopConfirmClicked()
 {
-    const QString name = storeEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(storeEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     const QString categoryId = categoryIdText();
     const int id = Database::newId(Statements::newStoreId);
     Database::run(Statements::insertStore, id, name, categoryId, missingReference);
@@ -173,11 +164,9 @@ void ShopWindow::addShopConfirmClicked()
 
 void ShopWindow::editShopConfirmClicked()
 {
-    const QString name = storeEditPage->name->text();
-    if (name.isEmpty()) {
-        warnEmptyName();
+    const QString name = typedName(storeEditPage->name);
+    if (name.isEmpty())
         return;
-    }
     const QString categoryId = categoryIdText();
     Database::run(Statements::updateStore, name, categoryId, missingReference, editedStoreId);
     if (coordinatesWereTaken()) {

@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "gps/trshopgps.h"
@@ -140,22 +141,19 @@ void ShopWindow::viewShopsClicked()
     storeEditReturnPage = PageStoreList;
     storeBeforePicking = currentStoreId;
 
-    QListWidgetItem *selected = nullptr;
     QSqlQuery query = Database::run(Statements::allStores);
-    const int nameColumn = Database::column(query, "name"_L1);
-    const int idColumn = Database::column(query, "id"_L1);
     const int categoryColumn = Database::column(query, "categoryid"_L1);
-    QList<QListWidgetItem *> rows;
-    while (query.next()) {
-        auto *row = new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt());
-        const QString category = categoryName(query.value(categoryColumn).toInt());
-        if (!category.isEmpty())
-            row->setData(SecondColumnRole, category);
-        rows << row;
+    const QList<QListWidgetItem *> rows =
+        recordRows(query, [categoryColumn](const QSqlQuery &store) {
+            const QString category = categoryName(store.value(categoryColumn).toInt());
+            return category.isEmpty() ? QVariant() : QVariant(category);
+        });
+    storeListPage->list->showRows(rows);
+    QListWidgetItem *selected = nullptr;
+    for (QListWidgetItem *row : rows) {
         if (rowId(*row) == currentStoreId)
             selected = row;
     }
-    storeListPage->list->showRows(rows);
     storeListPage->list->setCurrentItem(selected);
 }
 
@@ -185,12 +183,8 @@ void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::shopItemClicked(QListWidgetItem *item)
 {
-    if (!storeListPage->list->wasTapped())
-        return;
-    if (rowId(*item) == editedStoreId)
+    if (storeListPage->list->wasTappedAgain(*item, editedStoreId))
         selectShopClicked();
-    else
-        editedStoreId = rowId(*item);
 }
 
 void ShopWindow::cancelViewShopsClicked()

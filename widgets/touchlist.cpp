@@ -8,6 +8,7 @@
 #include <QShowEvent>
 #include <QSignalBlocker>
 
+#include "widgets/listrow.h"
 #include "widgets/TrKineticScroller.h"
 
 using namespace Qt::StringLiterals;
@@ -29,6 +30,16 @@ TouchList::TouchList(QWidget *parent)
 bool TouchList::wasTapped() const
 {
     return scroller->isTap();
+}
+
+bool TouchList::wasTappedAgain(const QListWidgetItem &row, int &lastTapped) const
+{
+    if (!wasTapped())
+        return false;
+    const int id = rowId(row);
+    const bool again = id == lastTapped;
+    lastTapped = id;
+    return again;
 }
 
 void TouchList::showRows(const QList<QListWidgetItem *> &rows)

@@ -18,6 +18,10 @@ public:
     /// stopped them gliding.
     bool wasTapped() const;
 
+    /// Whether an itemClicked() that comes now, of `row`, is the second tap on the same record. The
+    /// first one puts the record's id into `lastTapped`.
+    bool wasTappedAgain(const QListWidgetItem &row, int &lastTapped) const;
+
     /// Shows `rows` instead of those that are there; owns them from now on. With many rows this
     /// takes much less time than adding each.
     void showRows(const QList<QListWidgetItem *> &rows);
