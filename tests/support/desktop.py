@@ -8,6 +8,7 @@ import atexit
 import contextlib
 import os
 import pathlib
+import re
 import shutil
 import signal
 import sqlite3
@@ -313,6 +314,25 @@ class Program:
             [tool("xdotool"), "search", "--onlyvisible", "--pid", str(self.process.pid),
              "--name", "^Trolleo$"]
         ).split()
+
+    def menu_windows(self):
+        """The X windows of menus, also of those that are not shown yet."""
+        # The other windows of this name have no class.
+        return re.findall(r'(0x\w+) "trolleo": \("trolleo" "trolleo"\)',
+                          self.desktop.run([tool("xwininfo"), "-root", "-tree"]))
+
+    def menu(self):
+        """Where the menu is on the screen and how large, or None while nobody sees one.
+
+        The toolkit makes the window of a menu before it knows its place and size, and shows it
+        after that: a click at the place it had before would go beside the menu and close it.
+        """
+        for window in self.menu_windows():
+            text = self.desktop.run([tool("xwininfo"), "-id", window])
+            if "Map State: IsViewable" in text:
+                return tuple(int(re.search(rf"{key}:\s+(-?\d+)", text)[1]) for key in (
+                    "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return None
 
     def wait_for_exit(self):
         return self.process.wait(DEADLINE)
