@@ -197,6 +197,14 @@ class Desktop:
             command, env=self.environment(), capture_output=True, text=True, check=False
         ).stdout
 
+    def place_of(self, window):
+        """Where a window is on the screen and how large, or None while it is not shown."""
+        text = self.run([tool("xwininfo"), "-id", window])
+        if "Map State: IsViewable" not in text:
+            return None
+        return tuple(int(re.search(rf"{key}:\s+(-?\d+)", text)[1]) for key in (
+            "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
     def picture(self, file):
         """Writes what the screen shows."""
         subprocess.run([tool("import"), "-window", "root", str(file)], env=self.environment(),
@@ -327,12 +335,26 @@ class Program:
         The toolkit makes the window of a menu before it knows its place and size, and shows it
         after that: a click at the place it had before would go beside the menu and close it.
         """
-        for window in self.menu_windows():
-            text = self.desktop.run([tool("xwininfo"), "-id", window])
-            if "Map State: IsViewable" in text:
-                return tuple(int(re.search(rf"{key}:\s+(-?\d+)", text)[1]) for key in (
-                    "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
-        return None
+        places = map(self.desktop.place_of, self.menu_windows())
+        return next((place for place in places if place), None)
+
+    def place_of(self, node):
+        """Where something in the window is on the screen and how large.
+
+        The window manager places the window and then shows it, and the program hears of that at
+        last: what it said before would lead a click beside the window.
+        """
+        def extents(of):
+            place = of.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            return place.x, place.y, place.width, place.height
+
+        def is_placed():
+            frame = self.find("frame", "Trolleo")
+            return frame and any(self.desktop.place_of(window) == extents(frame)
+                                 for window in self.window_ids())
+
+        wait_for("the window to be shown at its place", is_placed)
+        return extents(node)
 
     def wait_for_exit(self):
         return self.process.wait(DEADLINE)

@@ -8,7 +8,7 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, Home, Program, pyatspi, stop, tool, wait_for  # noqa: E402
+from desktop import Desktop, Home, Program, stop, tool, wait_for  # noqa: E402
 from neighbours import Receiver, SoundServer, free_port, wake_ups, woken  # noqa: E402
 import nmea  # noqa: E402
 
@@ -196,8 +196,8 @@ class TestReminder(unittest.TestCase):
         self.assert_silenced_by(sound, "Start Shopping")
         goods = wait_for("the goods", lambda: self.program.find_all("list item"))
         self.assertEqual([good.name.split(",")[0] for good in goods], ["Rye"])
-        place = goods[0].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        center = [str(place.x + place.width // 2), str(place.y + place.height // 2)]
+        x, y, width, height = self.program.place_of(goods[0])
+        center = [str(x + width // 2), str(y + height // 2)]
         self.desktop.run(["xdotool", "mousemove", *center, "click", "1", "sleep", "1", "click", "1"])
         wait_for("the check mark",
                  lambda: self.home.query("select checkstate from purchase where id = 1") == [(1,)])
