@@ -56,9 +56,12 @@ class TestMap(unittest.TestCase):
     def mouse(self, *commands):
         self.desktop.run([tool("xdotool"), *map(str, commands)])
 
+    def move_to(self, x, y):
+        """What puts the pointer at a distance from the middle of the map."""
+        return "mousemove", self.middle[0] + x, self.middle[1] + y
+
     def move(self, x, y):
-        """Puts the pointer at a distance from the middle of the map."""
-        self.mouse("mousemove", self.middle[0] + x, self.middle[1] + y)
+        self.mouse(*self.move_to(x, y))
 
     def assert_no_menu(self):
         end = time.monotonic() + 1.2
@@ -145,8 +148,8 @@ class TestMap(unittest.TestCase):
     def test_press_that_moves_ten_pixels(self):
         self.open_map()
         self.move(0, 0)
-        self.mouse("mousedown", 1)
-        self.move(10, 0)
+        # At once: a finger that rests on its way would hold.
+        self.mouse("mousedown", 1, *self.move_to(10, 0))
         self.assert_no_menu()
         self.mouse("mouseup", 1)
         self.assert_no_menu()
@@ -155,10 +158,10 @@ class TestMap(unittest.TestCase):
         self.open_map()
         before = self.wait_for_tiles()
         self.move(150, 0)
-        self.mouse("mousedown", 1)
-        for x in range(150, -151, -10):
-            self.move(x, 0)
-        self.mouse("mouseup", 1)
+        # At once: a finger that rests on its way would hold.
+        way = [step for x in range(140, -151, -10)
+               for step in (*self.move_to(x, 0), "sleep", 0.005)]
+        self.mouse("mousedown", 1, *way, "mouseup", 1)
         wait_for("further tiles", lambda: len(self.tiles.paths) > before)
         self.move(0, 0)
         self.mouse("click", 1)
