@@ -17,7 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int tapAndHoldTime = 701; // milliseconds
+// Milliseconds.
+constexpr int tapAndHoldTime = 701;
+constexpr int catchUpTime = 50;
 // Pixels.
 constexpr int stillWithin = 10;
 constexpr int keyStep = 20;
@@ -283,6 +285,7 @@ void MapsWidget::mousePressEvent(QMouseEvent *event)
     dragPos = pressPos;
     // A coarse timer may come a twentieth early.
     tapTimer.start(tapAndHoldTime, Qt::PreciseTimer, this);
+    tapDeadline.setRemainingTime(tapAndHoldTime + catchUpTime, Qt::PreciseTimer);
 }
 
 void MapsWidget::mouseMoveEvent(QMouseEvent *event)
@@ -324,6 +327,12 @@ void MapsWidget::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() != tapTimer.timerId()) {
         QWidget::timerEvent(event);
+        return;
+    }
+    // What the finger did while the program was busy may still be on its way, and make this a drag.
+    if (tapDeadline.hasExpired()) {
+        tapDeadline = QDeadlineTimer::Forever;
+        tapTimer.start(catchUpTime, Qt::PreciseTimer, this);
         return;
     }
     if (!zoomed)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QDeadlineTimer>
 #include <QFont>
 #include <QPixmap>
 #include <QPoint>
@@ -84,6 +85,8 @@ private:
     QPoint pressPos;
     QPoint dragPos;
     QBasicTimer tapTimer;
+    /// Once it has expired, the program was kept from looking at what the finger did.
+    QDeadlineTimer tapDeadline;
     bool nightMode = false;
     bool trackingMode = false;
     QPointer<QMenu> menu;

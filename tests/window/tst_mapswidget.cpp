@@ -58,6 +58,8 @@ private slots:
     void pressThatHardlyMovesOpensTheMenu();
     void pressThatMovesDrags_data();
     void pressThatMovesDrags();
+    void moveThatWaitsWhileTheProgramIsBusyDrags();
+    void holdWhileTheProgramIsBusyOpensTheMenu();
     void newPressStartsAnew();
     void otherButtonsDoNothing();
     void fingerDoesWhatTheMouseDoes();
@@ -229,6 +231,25 @@ void TestMapsWidget::pressThatMovesDrags()
     QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, middle);
     QTest::qWait(800);
     QVERIFY(!menu());
+}
+
+void TestMapsWidget::moveThatWaitsWhileTheProgramIsBusyDrags()
+{
+    press(middle);
+    // What the finger did while nobody looked is handled after the timers that are due by then.
+    QTimer::singleShot(750, Qt::PreciseTimer, map.get(), [this] { move(middle + QPoint(50, 0)); });
+    QTest::qSleep(900);
+    QTRY_COMPARE(moved(), QPoint(-50, 0));
+    QTest::qWait(800);
+    QVERIFY(!menu());
+}
+
+void TestMapsWidget::holdWhileTheProgramIsBusyOpensTheMenu()
+{
+    press(middle);
+    QTest::qSleep(900);
+    QTRY_VERIFY_WITH_TIMEOUT(menu(), 500);
+    QCOMPARE(menu()->pos(), map->mapToGlobal(middle));
 }
 
 void TestMapsWidget::newPressStartsAnew()
