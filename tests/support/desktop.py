@@ -185,8 +185,10 @@ class Desktop:
     def is_managed(self):
         if self.manager.poll() is not None:
             raise RuntimeError(f"openbox ended with {self.manager.returncode}")
-        return "_NET_SUPPORTING_WM_CHECK(WINDOW)" in self.run(
-            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
+        # While it starts it says already that it is there, and loses the windows that come then.
+        self.run([tool("xdotool"), "set_num_desktops", "1"])
+        return "_NET_NUMBER_OF_DESKTOPS(CARDINAL) = 1\n" in self.run(
+            ["xprop", "-root", "_NET_NUMBER_OF_DESKTOPS"])
 
     def environment(self):
         return dict(os.environ, DISPLAY=self.display)

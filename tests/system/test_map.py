@@ -114,7 +114,10 @@ class TestMap(unittest.TestCase):
 
     def test_window_that_is_placed_late(self):
         self.program.stop()
+        # Stopped as soon as it is said to be there, and still shows every window that comes then.
+        self.desktop = Desktop(1920, 1200)
         self.desktop.manager.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.desktop.stop)
         resume = threading.Timer(3, self.desktop.manager.send_signal, [signal.SIGCONT])
         resume.start()
         self.addCleanup(resume.join)
