@@ -16,6 +16,7 @@
 #include "bench/report.h"
 #include "data/database.h"
 #include "data/statements.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -27,17 +28,19 @@ constexpr double fillingGoal = 1.5;
 constexpr double toggleGoal = 2;
 
 /// A database with `count` of everything: categories, stores, lists, and goods of list 1.
-QStringList manyOfAll(int count)
+Records manyOfAll(int count)
 {
-    QStringList statements{"pragma synchronous = off", "begin"};
+    Records records;
     for (int id = 1; id <= count; ++id) {
-        statements << QString("insert into category values (%1, 'Category %1')").arg(id)
-                   << QString("insert into magazin values (%1, 'Store %1', %1, null)").arg(id)
-                   << QString("insert into shoplist values (%1, 'List %1', %1, 1)").arg(id)
-                   << QString("insert into purchase values (%1, 'Good %1', 1, 1, 0)").arg(id);
+        const QString number = QString::number(id);
+        records.category("Category " + number)
+            .store("Store " + number)
+            .inCategory(id)
+            .openList("List " + number)
+            .good("Good " + number)
+            .onList(1);
     }
-    statements << "commit";
-    return statements;
+    return records;
 }
 
 /// Runs a statement and reads these columns of each row, and for each row does what `more` does

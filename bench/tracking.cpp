@@ -11,6 +11,7 @@
 
 #include "base/pages.h"
 #include "bench/report.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -47,20 +48,16 @@ double latitudeAt(int step)
     return 10 + step % 1000 * 1e-5;
 }
 
-QStringList statementsFor(int count)
+Records recordsOf(int count)
 {
-    QStringList statements{"pragma synchronous = off", "begin"};
+    Records records;
     int id = 0;
-    for (const Place &store : places(count)) {
-        ++id;
-        statements << QString("insert into magazin values (%1, 'Store %1', null, null)").arg(id)
-                   << QString("insert into gpscoord values (%1, %2, %3, 0)")
-                          .arg(id)
-                          .arg(double(store.latitude), 0, 'g', 9)
-                          .arg(double(store.longitude), 0, 'g', 9)
-                   << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
+    for (const Place &place : places(count)) {
+        records.store(QString("Store %1").arg(++id))
+            .at(double(place.latitude), double(place.longitude))
+            .openList("List");
     }
-    return statements << "commit";
+    return records;
 }
 
 void measure(int count)
@@ -81,7 +78,7 @@ void measure(int count)
         }
     };
 
-    const ShopDriver shop(statementsFor(count), {{"GpsEnabled", true}});
+    const ShopDriver shop(recordsOf(count), {{"GpsEnabled", true}});
     shop.press("reminderButton");
     shop.press("startButton");
     TestPositionSource::instance()->deliver(latitudeAt(0), 20.5);

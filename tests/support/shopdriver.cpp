@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/shopdriver.h"
+#include "tests/support/records.h"
 
 #include <tuple>
 #include <utility>
@@ -19,10 +20,10 @@
 #include "map/mapswidget.h"
 
 ShopDriver::ShopDriver()
-    : ShopDriver(QStringList())
+    : ShopDriver(Records())
 {}
 
-ShopDriver::ShopDriver(const QStringList &statements, const QVariantMap &settings)
+ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings)
     : home(std::make_unique<TestHome>())
 {
     // Silent, and without the cost of loading the sound system, unless a test wants it to ring.
@@ -30,13 +31,9 @@ ShopDriver::ShopDriver(const QStringList &statements, const QVariantMap &setting
         QSettings("Vantor", "Trolleo").setValue("SoundFileName", home->path() + "/no sound.wav");
     for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
         QSettings("Vantor", "Trolleo").setValue(setting.key(), setting.value());
-    if (!statements.isEmpty()) {
+    if (!records.isEmpty()) {
         const Window first; // makes the tables
-        SecondConnection connection(home->databaseFile());
-        for (const QString &statement : statements) {
-            if (!connection.run(statement))
-                qFatal("cannot run %s", qPrintable(statement));
-        }
+        SecondConnection(home->databaseFile()).add(records);
     }
     start();
 }

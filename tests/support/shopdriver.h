@@ -9,7 +9,7 @@
 #include <QVariantMap>
 
 #include "app/shopwindow.h"
-#include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/testhome.h"
 
 class MapsWidget;
@@ -38,8 +38,8 @@ public:
     };
 
     ShopDriver();
-    /// Starts the program on the database that `statements` make, with these settings stored.
-    explicit ShopDriver(const QStringList &statements, const QVariantMap &settings = {});
+    /// Starts the program on a database with these records, with these settings stored.
+    explicit ShopDriver(const Records &records, const QVariantMap &settings = {});
     /// Starts the program in a home that is as it is.
     explicit ShopDriver(std::unique_ptr<TestHome> made);
 

@@ -8,6 +8,8 @@
 #include <QSqlRecord>
 #include <QUuid>
 
+#include "tests/support/records.h"
+
 TestHome::TestHome(const QString &name)
     : folder(std::make_unique<QTemporaryDir>())
     , home(folder->filePath(name))
@@ -86,6 +88,17 @@ SecondConnection::~SecondConnection()
     database.close();
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase(name);
+}
+
+void SecondConnection::add(const Records &records)
+{
+    // One commit, since each waits for the disk.
+    database.transaction();
+    for (const QString &statement : records.statements()) {
+        if (!run(statement))
+            qFatal("cannot run %s", qPrintable(statement));
+    }
+    database.commit();
 }
 
 bool SecondConnection::run(const QString &statement)

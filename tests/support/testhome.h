@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QVariantList>
 
+class Records;
+
 /// A home of its own, empty, for as long as it lives: the data folder and the settings go there.
 class TestHome
 {
@@ -51,6 +53,8 @@ public:
     SecondConnection(const SecondConnection &) = delete;
     SecondConnection &operator=(const SecondConnection &) = delete;
 
+    /// Adds these, all or none.
+    void add(const Records &records);
     /// Runs `statement`; false when it fails.
     bool run(const QString &statement);
     /// The rows `statement` yields.

@@ -15,6 +15,7 @@
 #include "app/shopwindow.h"
 #include "platform/informationbox.h"
 #include "tests/support/databaselock.h"
+#include "tests/support/records.h"
 #include "tests/support/testhome.h"
 
 using namespace std::chrono_literals;
@@ -123,8 +124,7 @@ QByteArray TestBadWorlds::goodDatabase()
         const ShopWindow window;
     }
     {
-        SecondConnection second(home.databaseFile());
-        second.run("insert into category values (1, 'Food')");
+        SecondConnection(home.databaseFile()).add(category("Food"));
     }
     return home.readDatabaseFile();
 }

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
 /// Categories, reached as the person reaches them: by a new store's category button.
@@ -62,15 +63,14 @@ void TestCategories::idsOfNewCategories()
     openCategories(shop);
     addCategory(shop, "Food");
     QCOMPARE(shop.db->rows("select * from category"), (QList<QVariantList>{{1, "Food"}}));
-    QVERIFY(shop.db->run("insert into category values (7, 'Tools')"));
+    shop.db->add(category(7, "Tools"));
     addCategory(shop, "Toys");
     QCOMPARE(shop.db->column("select id from category where name = 'Toys'"), QVariantList{8});
 }
 
 void TestCategories::newCategoryIsLastUntilTheListIsFilledAgain()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'b')", "insert into category values (2, 'B')"});
+    ShopDriver shop({category("b"), category("B")});
     openCategories(shop);
     QCOMPARE(shop.rows(), (QStringList{"B", "b"})); // upper case first
     addCategory(shop, "a");
@@ -84,8 +84,7 @@ void TestCategories::newCategoryIsLastUntilTheListIsFilledAgain()
 
 void TestCategories::tappingTwiceInSuccessionEdits()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.tap(0);
     shop.tap(1);
@@ -99,8 +98,7 @@ void TestCategories::tappingTwiceInSuccessionEdits()
 
 void TestCategories::quickDoubleTapEdits()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.doubleTap(1);
     QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
@@ -112,8 +110,7 @@ void TestCategories::quickDoubleTapEdits()
 
 void TestCategories::lastTapIsRememberedBetweenVisits()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.tap(1);
     shop.press("backButton");
@@ -124,8 +121,7 @@ void TestCategories::lastTapIsRememberedBetweenVisits()
 
 void TestCategories::renaming()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.doubleTap(0);
     shop.type("z");
@@ -136,9 +132,8 @@ void TestCategories::renaming()
 
 void TestCategories::deletingClearsTheStoreWithTheSameId()
 {
-    ShopDriver shop({"insert into category values (3, 'a')", "insert into category values (4, 'b')",
-                     "insert into magazin values (3, 'store three', 4, null)",
-                     "insert into magazin values (5, 'store five', 3, null)"});
+    ShopDriver shop({category(3, "a"), category(4, "b"), store(3, "store three").inCategory(4),
+                     store(5, "store five").inCategory(3)});
     openCategories(shop);
     shop.doubleTap(0);
     shop.press("deleteButton");
@@ -153,7 +148,7 @@ void TestCategories::deletingClearsTheStoreWithTheSameId()
 
 void TestCategories::deletingCanBeDeclined()
 {
-    ShopDriver shop({"insert into category values (1, 'a')"});
+    ShopDriver shop(category("a"));
     openCategories(shop);
     shop.doubleTap(0);
     shop.press("deleteButton");
@@ -172,7 +167,7 @@ void TestCategories::namesAreUpTo25Characters()
 
 void TestCategories::emptyNameIsRefused()
 {
-    ShopDriver shop({"insert into category values (1, 'a')"});
+    ShopDriver shop(category("a"));
     openCategories(shop);
     for (const bool editing : {false, true}) {
         if (editing)
@@ -202,8 +197,7 @@ void TestCategories::quoteIsNotStored()
 
 void TestCategories::choiceGoesToTheStore()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b & c')"});
+    ShopDriver shop({category("a"), category("b & c")});
     openCategories(shop);
     QCOMPARE(shop.list()->currentRow(), 0);
     shop.tap(1);
@@ -214,8 +208,7 @@ void TestCategories::choiceGoesToTheStore()
 
 void TestCategories::lastChoiceIsPreselected()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'a')", "insert into category values (2, 'b')"});
+    ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.tap(1);
     shop.press("selectButton");
@@ -229,7 +222,7 @@ void TestCategories::lastChoiceIsPreselected()
 
 void TestCategories::backChoosesNothing()
 {
-    ShopDriver shop({"insert into category values (1, 'a')"});
+    ShopDriver shop(category("a"));
     openCategories(shop);
     shop.press("backButton");
     QCOMPARE(shop.pageIndex(), int(PageStoreEdit));

@@ -13,6 +13,7 @@
 #include "base/pages.h"
 #include "map/mapswidget.h"
 #include "platform/informationbox.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
 
@@ -126,10 +127,8 @@ void TestContrast::everyTextCanBeRead()
 {
     QFETCH(QPalette, palette);
     QApplication::setPalette(palette);
-    ShopDriver shop({"insert into magazin values (1, 'Bakery', 0, null)",
-                     "insert into magazin values (2, 'Butcher', 0, null)",
-                     "insert into shoplist values (1, 'Bread', 1, 1)",
-                     "insert into shoplist values (2, 'Meat', 2, 1)"},
+    ShopDriver shop({store("Bakery").inCategory(0).openList("Bread"),
+                     store("Butcher").inCategory(0).openList("Meat")},
                     {{"GpsEnabled", true}});
     int texts = 0;
     const auto check = [&texts](const QWidget *page) {

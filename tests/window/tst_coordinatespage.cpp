@@ -12,16 +12,16 @@
 #include "base/pages.h"
 #include "map/mapswidget.h"
 #include "map/webmercator.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 #include "tests/support/tilehost.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-static const QStringList stores{
-    "insert into magazin values (1, 'Bakery', null, null)",
-    "insert into magazin values (2, 'Dairy', null, null)",
-    "insert into gpscoord values (1, 55.755833, -33.5, 7)",
+static const Records stores{
+    store("Bakery").at(55.755833, -33.5, 7),
+    store("Dairy"),
 };
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 
@@ -405,9 +405,7 @@ void TestCoordinatesPage::backSavesNothing()
 
 void TestCoordinatesPage::valueBeyondTheMaskIsKept()
 {
-    ShopDriver shop({"insert into magazin values (1, 'Pier', null, null)",
-                     "insert into gpscoord values (1, 37.5, -122.41942, 0)"},
-                    gpsOn);
+    ShopDriver shop(store("Pier").at(37.5, -122.41942), gpsOn);
     open(shop, 0);
     QCOMPARE(decimals(shop), (QStringList{"37.5", "."}));
     QCOMPARE(shop.labelText("gpsLongitude"), "-122.41942");
@@ -435,9 +433,7 @@ void TestCoordinatesPage::valueBeyondTheMaskIsKept()
 
 void TestCoordinatesPage::hiddenValueIsNotRounded()
 {
-    ShopDriver shop({"insert into magazin values (1, 'Island', null, null)",
-                     "insert into gpscoord values (1, 1.2e-05, 20, 0)"},
-                    gpsOn);
+    ShopDriver shop(store("Island").at(1.2e-05, 20), gpsOn);
     open(shop, 0);
     chooseTab(shop, 1);
     QCOMPARE(sexagesimal(shop, "latitude"), (QStringList{"0", "0", "0.04", "N"}));

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
 class TestDoShopping : public QObject
@@ -44,24 +45,22 @@ private:
     }
 };
 
-static QStringList listOf(int goods, int checked = 0)
+/// Of A, B, C and so on, 1, 2, 3 of each; the last of them are checked. There is another list.
+static Records listOf(int goods, int checked = 0)
 {
-    QStringList statements{"insert into shoplist values (1, 'Weekend', 0, 1)",
-                           "insert into shoplist values (2, 'zzz', 0, 1)",
-                           "insert into purchase values (1000, 'elsewhere', 2, 1, 0)"};
-    for (int id = 1; id <= goods; ++id)
-        statements << QString("insert into purchase values (%1, '%2', 1, %1, %3)")
-                          .arg(id)
-                          .arg(QChar('A' + (id - 1) % 26))
-                          .arg(id > goods - checked ? 1 : 0);
-    return statements;
+    Records records{openList("Weekend"), openList("zzz").good(1000, "elsewhere")};
+    for (int id = 1; id <= goods; ++id) {
+        const QChar name('A' + (id - 1) % 26);
+        Records &withGood =
+            id > goods - checked ? records.checkedGood(id, name, id) : records.good(id, name, id);
+        withGood.onList(1);
+    }
+    return records;
 }
 
 void TestDoShopping::uncheckedGoodsComeFirst()
 {
-    QStringList statements = listOf(4);
-    statements << "update purchase set checkstate = 1 where id in (1, 3)";
-    ShopDriver shop(statements);
+    ShopDriver shop(listOf(4).sql("update purchase set checkstate = 1 where id in (1, 3)"));
     openShopping(shop);
     QCOMPARE(shop.rows(), (QStringList{"B|2", "D|4", "A|1*", "C|3*"}));
     QCOMPARE(shop.labelText("title"), "Weekend");
@@ -200,9 +199,7 @@ void TestDoShopping::leavingRecomputesTheState()
     QFETCH(int, checked);
     QFETCH(int, state);
     QFETCH(QString, text);
-    QStringList statements = listOf(goods, checked);
-    statements << "update shoplist set state = 0";
-    ShopDriver shop(statements);
+    ShopDriver shop(listOf(goods, checked).sql("update shoplist set state = 0"));
     openShopping(shop);
     QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
     shop.press("okButton");
@@ -231,14 +228,13 @@ void TestDoShopping::uncheckingAGoodReopensAFinishedList()
 
 void TestDoShopping::fromAReminderAllListsOfTheStoreAreShopped()
 {
-    ShopDriver shop({"insert into magazin values (5, 'Bakery', null, null)",
-                     "insert into shoplist values (1, 'Weekend', 5, 1)",
-                     "insert into shoplist values (2, 'Party', 5, 1)",
-                     "insert into shoplist values (3, 'Elsewhere', 6, 1)",
-                     "insert into purchase values (1, 'Bread', 1, 1, 0)",
-                     "insert into purchase values (2, 'Cake', 2, 1, 0)",
-                     "insert into purchase values (3, 'Rolls', 2, 1, 1)",
-                     "insert into purchase values (4, 'Nails', 3, 1, 0)"});
+    ShopDriver shop({store(5, "Bakery")
+                         .openList("Weekend")
+                         .good("Bread")
+                         .openList("Party")
+                         .good("Cake")
+                         .checkedGood("Rolls"),
+                     openList("Elsewhere").ofStore(6).good("Nails")});
     shop.press("shoppingButton");
     shop.press("listsButton");
     shop.tap(2); // Weekend

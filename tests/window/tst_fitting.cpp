@@ -15,6 +15,7 @@
 
 #include "base/pages.h"
 #include "map/mapswidget.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/namebutton.h"
 
@@ -114,11 +115,9 @@ void TestFitting::nothingIsCut()
 {
     QFETCH(int, language);
     QFETCH(QSize, size);
-    ShopDriver shop({"insert into category values (1, 'Food')",
-                     "insert into magazin values (1, 'Bakery', 1, null)",
-                     "insert into gpscoord values (1, 10.01, 20, 0)",
-                     "insert into shoplist values (1, 'Bread', 1, 1)"},
-                    {{"LanguageId", language}, {"GpsEnabled", true}});
+    ShopDriver shop(
+        {category(1, "Food"), store("Bakery").inCategory(1).at(10.01, 20).openList("Bread")},
+        {{"LanguageId", language}, {"GpsEnabled", true}});
     shop.window->resize(size);
     QCoreApplication::processEvents();
     forEveryView(shop.stack, [&](const QWidget *page) {

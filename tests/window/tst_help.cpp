@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
 class TestHelp : public QObject
@@ -254,7 +255,7 @@ void TestHelp::okClearsTheText()
 
 void TestHelp::helpOfTheCoordinatesLeadsBackToThem()
 {
-    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)"});
+    ShopDriver shop(store("Bakery"));
     shop.press("shopsButton");
     shop.press("storesButton");
     shop.tap(0);

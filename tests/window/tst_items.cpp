@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
 class TestItems : public QObject
@@ -62,12 +63,8 @@ private:
     }
 };
 
-static const QStringList oneList{
-    "insert into shoplist values (1, 'Weekend', 0, 2)",
-    "insert into purchase values (1, 'Milk', 1, 2, 0)",
-    "insert into purchase values (2, 'Bread', 1, 1, 1)",
-    "insert into purchase values (3, 'Other', 2, 1, 0)",
-};
+static const Records oneList =
+    list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread").good("Other").onList(2);
 
 void TestItems::goodsAreListedWithTheirAmounts()
 {
@@ -159,10 +156,8 @@ void TestItems::editingKeepsTheCheckMark()
 
 void TestItems::addingAnUncheckedGoodMakesAFinishedListPartial()
 {
-    QStringList statements = oneList;
-    statements << "update purchase set checkstate = 1"
-               << "update shoplist set state = 3";
-    ShopDriver shop(statements);
+    ShopDriver shop(
+        {oneList, sql("update purchase set checkstate = 1"), sql("update shoplist set state = 3")});
     openGoods(shop);
     add(shop, "Eggs");
     shop.press("okButton");
@@ -302,10 +297,10 @@ void TestItems::namesAndStatements()
 
 void TestItems::tenThousandGoods()
 {
-    ShopDriver shop(
-        {"insert into shoplist values (1, 'Weekend', 0, 1)",
-         "with recursive n(i) as (select 1 union all select i + 1 from n "
-         "where i < 10000) insert into purchase select i, 'good ' || i, 1, 1, 0 from n"});
+    Records records = openList("Weekend");
+    for (int id = 1; id <= 10000; ++id)
+        records.good(QString("good %1").arg(id));
+    ShopDriver shop(records);
     QElapsedTimer clock;
     clock.start();
     openGoods(shop);
@@ -325,11 +320,11 @@ void TestItems::tenThousandGoods()
 
 void TestItems::strangeAmounts()
 {
-    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 1)",
-                     "insert into purchase values (1, 'none', 1, 0, 0)",
-                     "insert into purchase values (2, 'null', 1, null, 0)",
-                     "insert into purchase values (3, 'many', 1, 100, 0)",
-                     "insert into purchase values (4, 'text', 1, 'some', null)"});
+    ShopDriver shop(openList("Weekend")
+                        .good("none", 0)
+                        .sql("insert into purchase values (2, 'null', 1, null, 0)")
+                        .good(3, "many", 100)
+                        .sql("insert into purchase values (4, 'text', 1, 'some', null)"));
     openGoods(shop);
     QCOMPARE(shop.rows(), (QStringList{"none|0", "null|0", "many|100", "text|0"}));
     open(shop, 2);
@@ -350,7 +345,7 @@ void TestItems::randomEditingMatchesAModel()
         int amount;
     };
     QRandomGenerator random(20261121);
-    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 0)"});
+    ShopDriver shop(list("Weekend", ListEmpty));
     QList<Good> stored;
     openGoods(shop);
     QList<Good> shown;

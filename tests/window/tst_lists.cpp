@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/TrKineticScroller.h"
 
@@ -67,13 +68,9 @@ private:
     }
 };
 
-static const QStringList twoLists{
-    "insert into magazin values (4, 'Bakery', null, null)",
-    "insert into shoplist values (1, 'Weekend', 4, 2)",
-    "insert into shoplist values (2, 'Party', 0, 0)",
-    "insert into purchase values (1, 'Milk', 1, 2, 0)",
-    "insert into purchase values (2, 'Bread', 1, 1, 1)",
-    "insert into purchase values (3, 'Balloons', 2, 50, 0)",
+static const Records twoLists{
+    store(4, "Bakery").list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread"),
+    list("Party", ListEmpty).good("Balloons", 50),
 };
 
 void TestLists::nothingIsActiveAtStart()
@@ -132,17 +129,15 @@ void TestLists::states()
 {
     QFETCH(QString, state);
     QFETCH(QString, text);
-    ShopDriver shop({QString("insert into shoplist values (1, 'a', 0, %1)").arg(state)});
+    ShopDriver shop(sql(QString("insert into shoplist values (1, 'a', 0, %1)").arg(state)));
     activate(shop, 0);
     QCOMPARE(shop.labelText("listState"), text);
 }
 
 void TestLists::listIsFilledInOrderWithStores()
 {
-    QStringList statements = twoLists;
-    statements << "insert into shoplist values (3, 'advent', 4, 0)"
-               << "insert into shoplist values (4, 'Zoo', 99, 0)";
-    ShopDriver shop(statements);
+    ShopDriver shop(
+        {twoLists, list("advent", ListEmpty).ofStore(4), list("Zoo", ListEmpty).ofStore(99)});
     openLists(shop);
     QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Zoo", "advent|Bakery"}));
 }
@@ -207,9 +202,7 @@ void TestLists::dragIsNoSecondTap()
 {
     QFETCH(QStringList, way);
     QFETCH(int, page);
-    QStringList statements = twoLists;
-    statements << "insert into category values (1, 'Food')";
-    ShopDriver shop(statements);
+    ShopDriver shop({twoLists, category("Food")});
     for (const QString &step : way) {
         if (step.isEmpty())
             shop.tap(0);
@@ -362,7 +355,7 @@ void TestLists::updating()
 
 void TestLists::unknownStoreReachesNoRow()
 {
-    ShopDriver shop({"insert into shoplist values (1, 'a', 77, 1)"});
+    ShopDriver shop(openList("a").ofStore(77));
     activate(shop, 0);
     shop.press("editButton");
     shop.press("saveButton");
@@ -373,11 +366,8 @@ void TestLists::unknownStoreReachesNoRow()
 
 void TestLists::resetUnchecksAllGoods()
 {
-    QStringList statements = twoLists;
-    statements << "update purchase set checkstate = 1 where shoplistid = 1"
-               << "update purchase set checkstate = 1 where shoplistid = 2"
-               << "update shoplist set state = 3 where id = 1";
-    ShopDriver shop(statements);
+    ShopDriver shop({twoLists, sql("update purchase set checkstate = 1"),
+                     sql("update shoplist set state = 3 where id = 1")});
     activate(shop, 1);
     shop.press("editButton");
     QCOMPARE(shop.labelText("listState"), "Finished (checked)");
@@ -402,7 +392,7 @@ void TestLists::resetIsForCheckedListsOnly()
 {
     QFETCH(int, state);
     QFETCH(bool, enabled);
-    ShopDriver shop({QString("insert into shoplist values (1, 'a', 0, %1)").arg(state)});
+    ShopDriver shop(list(1, "a", state));
     activate(shop, 0);
     shop.press("editButton");
     QCOMPARE(shop.isEnabled("resetButton"), enabled);
@@ -415,12 +405,10 @@ void TestLists::resetIsForCheckedListsOnly()
 
 void TestLists::deletingRemovesTheGoodsFirst()
 {
-    QStringList statements = twoLists;
     // Remembers which rows were left when a list went.
-    statements << "create table seen (goods int)"
-               << "create trigger seen before delete on shoplist begin insert into seen "
-                  "select count(*) from purchase where shoplistid = old.id; end";
-    ShopDriver shop(statements);
+    ShopDriver shop({twoLists, sql("create table seen (goods int)"),
+                     sql("create trigger seen before delete on shoplist begin insert into seen "
+                         "select count(*) from purchase where shoplistid = old.id; end")});
     activate(shop, 1);
     shop.press("editButton");
     shop.type("another name");
@@ -511,7 +499,7 @@ void TestLists::namesAndStatements()
 {
     QFETCH(QString, name);
     QFETCH(QString, stored);
-    ShopDriver shop({"insert into shoplist values (1, 'other', 0, 0)"});
+    ShopDriver shop(list("other", ListEmpty));
     openLists(shop);
     shop.press("createButton");
     // Pasted, as a person would who cannot type it.
@@ -548,11 +536,10 @@ void TestLists::newNameThatIsTwoStatementsDoesNothing()
 
 void TestLists::strangeRecords()
 {
-    ShopDriver shop({"insert into shoplist values (2147483647, 'top', 2147483647, 2)",
-                     "insert into shoplist values (-5, 'below', -1, null)",
-                     "insert into shoplist values (7, 'same', 0, 1)",
-                     "insert into shoplist values (8, 'same', 0, 1)",
-                     "insert into shoplist values (9, null, null, 'text')"});
+    ShopDriver shop({list(2147483647, "top", ListPartlyChecked).ofStore(2147483647),
+                     sql("insert into shoplist values (-5, 'below', -1, null)"),
+                     openList(7, "same"), openList(8, "same"),
+                     sql("insert into shoplist values (9, null, null, 'text')")});
     openLists(shop);
     QCOMPARE(shop.list()->count(), 5);
     for (int row = 0; row < 5; ++row) {
@@ -571,8 +558,10 @@ void TestLists::strangeRecords()
 
 void TestLists::tenThousandLists()
 {
-    ShopDriver shop({"with recursive n(i) as (select 1 union all select i + 1 from n "
-                     "where i < 10000) insert into shoplist select i, 'list ' || i, 0, 1 from n"});
+    Records records;
+    for (int id = 1; id <= 10000; ++id)
+        records.openList(QString("list %1").arg(id));
+    ShopDriver shop(records);
     QElapsedTimer clock;
     clock.start();
     openLists(shop);

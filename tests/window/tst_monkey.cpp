@@ -14,6 +14,7 @@
 
 #include "base/pages.h"
 #include "tests/support/randomrun.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 #include "widgets/listrow.h"
@@ -53,7 +54,7 @@ private:
         return int(random.bounded(limit));
     }
     QString anyText();
-    QStringList anyDatabase();
+    Records anyDatabase();
     QPoint anyPointOf(const QWidget *widget);
 
     void step(ShopDriver &shop);
@@ -75,32 +76,24 @@ QString TestMonkey::anyText()
 }
 
 /// Rows that refer to each other, or to nothing.
-QStringList TestMonkey::anyDatabase()
+Records TestMonkey::anyDatabase()
 {
-    QStringList statements;
-    const auto name = [this] {
-        return '\'' + anyText().replace('\'', "''") + '\'';
-    };
-    const auto insert = [&statements](const char *table, const QStringList &values) {
-        statements << QString("insert into %1 values (%2)").arg(table, values.join(", "));
-    };
-    const auto number = [](double value) {
-        return QString::number(value);
-    };
+    Records records;
     for (int id = 1; id <= 12; ++id) {
-        insert("category", {number(id), name()});
-        insert("magazin", {number(id), name(), number(below(14)), "null"});
-        insert("shoplist", {number(id), name(), number(below(14)), number(below(4))});
+        records.category(anyText()).store(anyText()).inCategory(below(14));
+        records.list(anyText(), below(4)).ofStore(below(14));
         if (below(4) > 0) {
             const double latitude = below(10) > 0 ? 10 + below(100) / 1e3 : 999;
-            insert("gpscoord", {number(id), number(latitude), number(20 + below(100) / 1e3), "0"});
+            records.at(latitude, 20 + below(100) / 1e3);
         }
-        for (int good = below(9); good > 0; --good) {
-            insert("purchase", {number(id * 10 + good), name(), number(id), number(below(5)),
-                                number(below(2))});
+        for (int goods = below(9); goods > 0; --goods) {
+            if (below(2) > 0)
+                records.checkedGood(anyText(), below(5));
+            else
+                records.good(anyText(), below(5));
         }
     }
-    return statements;
+    return records;
 }
 
 QPoint TestMonkey::anyPointOf(const QWidget *widget)

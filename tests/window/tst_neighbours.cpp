@@ -7,11 +7,10 @@
 #include "platform/positionsource.h"
 #include "tests/support/madeupgpsd.h"
 #include "tests/support/privatebus.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
-static const QStringList bakery{"insert into magazin values (1, 'Bakery', null, null)",
-                                "insert into gpscoord values (1, 10.01, 20, 0)",
-                                "insert into shoplist values (1, 'Bread', 1, 1)"};
+static const Records bakery = store("Bakery").at(10.01, 20).openList("Bread");
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 static constexpr int soon = 5000; // milliseconds
 
@@ -215,10 +214,7 @@ void TestNeighbours::answersByNotification()
                           "/org/freedesktop/Notifications");
     service.answers["Notify"] = numbered(1);
     gpsd.answer = MadeUpGpsd::poll({});
-    ShopDriver shop(bakery + QStringList{"insert into magazin values (2, 'Dairy', null, null)",
-                                         "insert into gpscoord values (2, 11, 20, 0)",
-                                         "insert into shoplist values (2, 'Milk', 2, 1)"},
-                    gpsOn);
+    ShopDriver shop({bakery, store("Dairy").at(11, 20).openList("Milk")}, gpsOn);
     track(shop);
     const int polls = gpsd.polls();
     QTRY_VERIFY_WITH_TIMEOUT(gpsd.polls() > polls, soon);

@@ -17,16 +17,13 @@
 
 #include "base/pages.h"
 #include "platform/alarmsound.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-static const QStringList oneStore{
-    "insert into magazin values (1, 'Bakery', null, null)",
-    "insert into gpscoord values (1, 10.01, 20, 0)",
-    "insert into shoplist values (1, 'Bread', 1, 1)",
-};
+static const Records oneStore = store("Bakery").at(10.01, 20).openList("Bread");
 
 /// Lets what is to be deleted go before a press, as it does between two taps of a person.
 class DeletingBeforePresses : public QObject
@@ -434,11 +431,8 @@ void TestOptions::sameLanguageRebuildsNothing()
 
 void TestOptions::trackingGoesOnInAnotherLanguage()
 {
-    ShopDriver shop({"insert into category values (1, 'Food')",
-                     "insert into category values (2, 'Tools')",
-                     "insert into magazin values (1, 'Bakery', 1, null)",
-                     "insert into gpscoord values (1, 10.01, 20, 0)",
-                     "insert into shoplist values (1, 'Bread', 1, 1)"},
+    ShopDriver shop({category(1, "Food"), category("Tools"),
+                     store("Bakery").inCategory(1).at(10.01, 20).openList("Bread")},
                     {{"GpsEnabled", true}, {"LanguageId", 1}});
     shop.press("reminderButton");
     shop.press("byCategoryRadio");
@@ -498,11 +492,9 @@ void TestOptions::stoppedTrackingStaysStopped()
 
 void TestOptions::whatIsCurrentStaysSo()
 {
-    ShopDriver shop({"insert into category values (3, 'Food')",
-                     "insert into magazin values (5, 'Bakery', 3, null)",
-                     "insert into shoplist values (7, 'Bread', 5, 1)",
-                     "insert into purchase values (1, 'Rye', 7, 1, 0)"},
-                    {{"LanguageId", 1}});
+    ShopDriver shop(
+        {category(3, "Food"), store(5, "Bakery").inCategory(3).openList(7, "Bread").good("Rye")},
+        {{"LanguageId", 1}});
     shop.press("shoppingButton");
     shop.press("listsButton");
     shop.tap(0);

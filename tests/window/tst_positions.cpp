@@ -11,16 +11,13 @@
 #include "base/pages.h"
 #include "gps/trshopgps.h"
 #include "platform/positionsource.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-static const QStringList oneStore{
-    "insert into magazin values (1, 'Bakery', null, null)",
-    "insert into gpscoord values (1, 10.01, 20, 0)",
-    "insert into shoplist values (1, 'Bread', 1, 1)",
-};
+static const Records oneStore = store("Bakery").at(10.01, 20).openList("Bread");
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 
 class TestPositions : public QObject

@@ -11,28 +11,24 @@
 #include "base/pages.h"
 #include "gps/trshopgps.h"
 #include "tests/support/randomrun.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 /// Three stores one kilometre apart on a meridian; Bakery has three lists, two of them open.
-static const QStringList threeStores{
-    "insert into magazin values (3, 'Bakery', null, null)",
-    "insert into magazin values (4, 'Dairy', null, null)",
-    "insert into magazin values (5, 'Tools', null, null)",
-    "insert into gpscoord values (3, 10.01, 20, 0)",
-    "insert into gpscoord values (4, 10.02, 20, 0)",
-    "insert into gpscoord values (5, 10.03, 20, 0)",
-    "insert into shoplist values (1, 'Bread', 3, 1)",
-    "insert into shoplist values (2, 'Cakes', 3, 3)",
-    "insert into shoplist values (3, 'Buns', 3, 2)",
-    "insert into shoplist values (4, 'Milk', 4, 2)",
-    "insert into shoplist values (5, 'Nails', 5, 1)",
-    "insert into purchase values (1, 'Rye', 1, 2, 0)",
-    "insert into purchase values (2, 'Tart', 2, 1, 1)",
-    "insert into purchase values (3, 'Plain', 3, 6, 0)",
-    "insert into purchase values (4, 'Butter', 4, 1, 0)",
+static const Records threeStores{
+    store(3, "Bakery")
+        .at(10.01, 20)
+        .openList("Bread")
+        .good("Rye", 2)
+        .list("Cakes", ListFinished)
+        .checkedGood("Tart")
+        .list("Buns", ListPartlyChecked)
+        .good("Plain", 6),
+    store("Dairy").at(10.02, 20).list("Milk", ListPartlyChecked).good("Butter"),
+    store("Tools").at(10.03, 20).openList("Nails"),
 };
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 static const QVariantMap gpsAlwaysOn{{"GpsEnabled", true}, {"GpsAutoStart", true}};
@@ -169,11 +165,7 @@ void TestReminder::thresholdIsExact()
     const auto text = [](float degrees) {
         return QString::number(double(degrees), 'g', 17);
     };
-    ShopDriver shop(
-        {"insert into magazin values (1, 'Bakery', null, null)",
-         QString("insert into gpscoord values (1, %1, %2, 0)").arg(text(just), text(longitude)),
-         "insert into shoplist values (1, 'Bread', 1, 1)"},
-        gpsOn);
+    ShopDriver shop(store("Bakery").at(double(just), double(longitude)).openList("Bread"), gpsOn);
     track(shop);
     source()->deliver(0, 0);
     QCOMPARE(shop.pageIndex(), int(PageTracking));
@@ -366,10 +358,9 @@ void TestReminder::startShoppingByStoreAndByCategory()
 {
     QFETCH(QByteArray, radio);
     QFETCH(QByteArray, button);
-    QStringList statements = threeStores;
-    statements << "insert into category values (7, 'Food')"
-               << "update magazin set categoryid = 7 where id in (3, 4)";
-    ShopDriver shop(statements, gpsOn);
+    ShopDriver shop({threeStores, category(7, "Food"),
+                     sql("update magazin set categoryid = 7 where id in (3, 4)")},
+                    gpsOn);
     shop.press("reminderButton");
     shop.press(radio.constData());
     shop.press(button.constData());
@@ -753,18 +744,10 @@ void TestReminder::hundredThousandPositionsTakeNoMemory()
 #ifdef __SANITIZE_ADDRESS__
     QSKIP("the sanitizer keeps what was freed");
 #endif
-    QStringList statements = threeStores;
-    for (int id = 10; id < 107; ++id) {
-        statements
-            << QString("insert into magazin values (%1, 'Store %1', null, null)").arg(id)
-            << QString("insert into gpscoord values (%1, %2, 21, 0)").arg(id).arg(11 + id * 0.001)
-            << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
-    }
-    // One commit a statement takes its time.
-    statements.prepend("pragma synchronous = off");
-    statements.insert(1, "begin");
-    statements << "commit";
-    ShopDriver shop(statements, gpsOn);
+    Records records = threeStores;
+    for (int id = 10; id < 107; ++id)
+        records.store(id, QString("Store %1").arg(id)).at(11 + id * 0.001, 21).openList(id, "List");
+    ShopDriver shop(records, gpsOn);
     track(shop);
     shop.press("viewButton");
     const auto walk = [&](int positions) {

@@ -12,6 +12,8 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
+#include "widgets/trlistdelegate.h"
+#include "tests/support/records.h"
 #include "tests/support/testhome.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/trlistdelegate.h"
@@ -84,8 +86,7 @@ void TestStart::laterStartsKeepWhatIsThere()
         const ShopWindow window;
     }
     {
-        SecondConnection second(home.databaseFile());
-        QVERIFY(second.run("insert into category values (1, 'Food')"));
+        SecondConnection(home.databaseFile()).add(category("Food"));
     }
     const QByteArray before = home.readDatabaseFile();
     {

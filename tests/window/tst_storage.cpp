@@ -17,6 +17,7 @@
 
 #include "base/pages.h"
 #include "tests/support/databaselock.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/listrow.h"
 
@@ -374,9 +375,8 @@ void TestStorage::databaseIsReplacedByAnother()
     QFETCH(bool, inPlace);
     QByteArray another;
     {
-        const ShopDriver shop({"insert into category values (1000, 'Another')",
-                               "insert into shoplist values (1000, 'Another list', 0, 1)",
-                               "insert into purchase values (1000, 'Another good', 1000, 1, 0)"});
+        const ShopDriver shop(
+            {category(1000, "Another"), openList(1000, "Another list").good(1000, "Another good")});
         another = shop.home->readDatabaseFile();
     }
     ShopDriver shop;
@@ -495,9 +495,7 @@ void TestStorage::databaseIsLockedWhileSaving()
 /// Each statement waits by itself, and those that come after the lock has gone have their effect.
 void TestStorage::databaseIsLockedWhileSavingGoods()
 {
-    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 2)",
-                     "insert into purchase values (1, 'Milk', 1, 2, 0)",
-                     "insert into purchase values (2, 'Bread', 1, 1, 1)"});
+    ShopDriver shop(list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread"));
     shop.press("shoppingButton");
     shop.press("listsButton");
     shop.tap(0);
@@ -524,9 +522,7 @@ void TestStorage::databaseIsLockedWhileSavingGoods()
 /// A page that shows no goods since they could not be read says nothing of what shall be there.
 void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
 {
-    ShopDriver shop({"insert into shoplist values (1, 'Weekend', 0, 2)",
-                     "insert into purchase values (1, 'Milk', 1, 2, 0)",
-                     "insert into purchase values (2, 'Bread', 1, 1, 1)"});
+    ShopDriver shop(list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread"));
     shop.press("shoppingButton");
     shop.press("listsButton");
     shop.tap(0);

@@ -5,6 +5,7 @@
 
 #include "base/pages.h"
 #include "gps/trshopgps.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -71,12 +72,11 @@ private:
     }
 };
 
-static const QStringList threeStores{
-    "insert into category values (1, 'Food')",
-    "insert into magazin values (1, 'Bakery', 1, null)",
-    "insert into magazin values (2, 'Dairy', null, null)",
-    "insert into magazin values (5, 'Tools', 9, null)",
-    "insert into gpscoord values (5, 59.9, 10.7, 12.5)",
+static const Records threeStores{
+    category(1, "Food"),
+    store("Bakery").inCategory(1),
+    store("Dairy"),
+    store(5, "Tools").inCategory(9).at(59.9, 10.7, 12.5),
 };
 
 void TestStores::doubleTapThatOpensAPagePressesNothingThere()
@@ -159,8 +159,7 @@ void TestStores::storeAddedInThePickerIsNotChosenByGoingBack()
 
 void TestStores::categoryIsFoundByItsName()
 {
-    ShopDriver shop(
-        {"insert into category values (1, 'Same')", "insert into category values (2, 'Same')"});
+    ShopDriver shop({category("Same"), category("Same")});
     shop.press("shopsButton");
     shop.press("newButton");
     shop.type("Corner shop");
@@ -249,9 +248,7 @@ void TestStores::newCoordinatesReplaceTheRow()
 
 void TestStores::distanceIsToTheStoreThatShows()
 {
-    QStringList statements = threeStores;
-    statements << "insert into gpscoord values (1, 0, 0, 0)";
-    ShopDriver shop(statements);
+    ShopDriver shop({threeStores, sql("insert into gpscoord values (1, 0, 0, 0)")});
     shop.window->gpsAcquired(0, 0, 0);
     choose(shop, 0);
     QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
@@ -372,9 +369,7 @@ void TestStores::editing()
 
 void TestStores::deletingLeavesTheLists()
 {
-    QStringList statements = threeStores;
-    statements << "insert into shoplist values (1, 'Weekend', 5, 1)";
-    ShopDriver shop(statements);
+    ShopDriver shop({threeStores, openList("Weekend").ofStore(5)});
     choose(shop, 2);
     shop.press("editButton");
     shop.press("deleteButton");
@@ -481,8 +476,7 @@ void TestStores::namesAndStatements()
     QFETCH(QString, name);
     QFETCH(QString, added);
     QFETCH(QString, updated);
-    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
-                     "insert into magazin values (2, 'Dairy', null, null)"});
+    ShopDriver shop({store("Bakery"), store("Dairy")});
     choose(shop, 0);
     shop.press("editButton");
     shop.find<QLineEdit>("nameField")->selectAll();
@@ -500,7 +494,7 @@ void TestStores::namesAndStatements()
 
 void TestStores::quoteInACategoryFindsNone()
 {
-    ShopDriver shop({"insert into category values (1, 'Joe''s')"});
+    ShopDriver shop(category("Joe's"));
     shop.press("shopsButton");
     shop.press("newButton");
     shop.type("Corner shop");
@@ -514,11 +508,10 @@ void TestStores::quoteInACategoryFindsNone()
 
 void TestStores::strangeRecords()
 {
-    ShopDriver shop({"insert into category values (2147483647, 'top')",
-                     "insert into magazin values (2147483647, 'same', 2147483647, null)",
-                     "insert into magazin values (3, 'same', -1, 7)",
-                     "insert into magazin values (4, null, null, null)",
-                     "insert into gpscoord values (3, 999, -999, null)"});
+    ShopDriver shop({category(2147483647, "top"), store(2147483647, "same").inCategory(2147483647),
+                     sql("insert into magazin values (3, 'same', -1, 7)"),
+                     sql("insert into magazin values (4, null, null, null)"),
+                     sql("insert into gpscoord values (3, 999, -999, null)")});
     openStoreList(shop);
     QCOMPARE(shop.list()->count(), 3);
     shop.press("backButton");

@@ -9,17 +9,17 @@
 #include "base/pages.h"
 #include "map/mapswidget.h"
 #include "map/webmercator.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 #include "tests/support/tilehost.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-static const QStringList threeStores{
-    "insert into magazin values (1, 'Bakery', null, null), (2, 'Dairy', null, null), "
-    "(3, 'Tools', null, null)",
-    "insert into gpscoord values (1, 10.01, 20, 0), (2, 10.02, 20, 0), (3, 10.03, 20, 0)",
-    "insert into shoplist values (1, 'Bread', 1, 1), (2, 'Milk', 2, 1), (3, 'Nails', 3, 1)",
+static const Records threeStores{
+    store("Bakery").at(10.01, 20).openList("Bread"),
+    store("Dairy").at(10.02, 20).openList("Milk"),
+    store("Tools").at(10.03, 20).openList("Nails"),
 };
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 
@@ -269,16 +269,12 @@ void TestTrackedViews::menuOfTheMap()
 }
 
 /// Twenty stores, one north of the other.
-static QStringList manyStores()
+static Records manyStores()
 {
-    QStringList statements;
-    for (int id = 1; id <= 20; ++id) {
-        statements
-            << QString("insert into magazin values (%1, 'Store %1', null, null)").arg(id)
-            << QString("insert into gpscoord values (%1, %2, 20, 0)").arg(id).arg(10.0 + 0.01 * id)
-            << QString("insert into shoplist values (%1, 'List', %1, 1)").arg(id);
-    }
-    return statements;
+    Records records;
+    for (int id = 1; id <= 20; ++id)
+        records.store(QString("Store %1").arg(id)).at(10.0 + 0.01 * id, 20).openList("List");
+    return records;
 }
 
 void TestTrackedViews::listStaysWhereItWasScrolled()

@@ -5,6 +5,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -12,22 +13,21 @@ Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 /// Two categories and four stores: Bakery has two open lists, Dairy one, Tools only closed ones,
 /// and Market an open list but no coordinates.
-static const QStringList fourStores{
-    "insert into category values (1, 'Food')",
-    "insert into category values (2, 'Hardware')",
-    "insert into magazin values (3, 'Bakery', 1, null)",
-    "insert into magazin values (4, 'Dairy', null, null)",
-    "insert into magazin values (5, 'Tools', 2, null)",
-    "insert into magazin values (6, 'Market', 1, null)",
-    "insert into gpscoord values (3, 10.01, 20, 0)",
-    "insert into gpscoord values (4, 10.02, 20, 0)",
-    "insert into gpscoord values (5, 10.03, 20, 0)",
-    "insert into shoplist values (1, 'Bread', 3, 1)",
-    "insert into shoplist values (2, 'Cakes', 3, 2)",
-    "insert into shoplist values (3, 'Milk', 4, 2)",
-    "insert into shoplist values (4, 'Nails', 5, 3)",
-    "insert into shoplist values (5, 'Nothing', 5, 0)",
-    "insert into shoplist values (6, 'Weekend', 6, 1)",
+static const Records fourStores{
+    category(1, "Food"),
+    category(2, "Hardware"),
+    store(3, "Bakery")
+        .inCategory(1)
+        .at(10.01, 20)
+        .openList("Bread")
+        .list("Cakes", ListPartlyChecked),
+    store("Dairy").at(10.02, 20).list("Milk", ListPartlyChecked),
+    store("Tools")
+        .inCategory(2)
+        .at(10.03, 20)
+        .list("Nails", ListFinished)
+        .list("Nothing", ListEmpty),
+    store("Market").inCategory(1).openList("Weekend"),
 };
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 static const QString noStores = "Tracking Warning: There are no stores matching selected criteria "
@@ -175,10 +175,7 @@ void TestTracking::gpsIsNotEnabled()
 
 void TestTracking::nothingMatches()
 {
-    ShopDriver shop({"insert into magazin values (1, 'Bakery', null, null)",
-                     "insert into gpscoord values (1, 10, 20, 0)",
-                     "insert into shoplist values (1, 'Bread', 1, 3)"},
-                    gpsOn);
+    ShopDriver shop(store("Bakery").at(10, 20).list("Bread", ListFinished), gpsOn);
     openTracking(shop);
     shop.press("startButton");
     QCOMPARE(shop.message(), noStores);
@@ -463,8 +460,7 @@ void TestTracking::trackingStartsByItself()
 
 void TestTracking::trackingStartsByItselfWithoutStores()
 {
-    const ShopDriver shop({"insert into category values (1, 'Food')"},
-                          {{"GpsEnabled", true}, {"TrackAutoStart", true}});
+    const ShopDriver shop(category("Food"), {{"GpsEnabled", true}, {"TrackAutoStart", true}});
     QCOMPARE(shop.message(), noStores);
     shop.press("messageOkButton");
     QCOMPARE(shop.pageIndex(), int(PageTracking));
@@ -587,7 +583,7 @@ void TestTracking::viewThatNobodyWaitsForAnyMore()
 
 void TestTracking::viewWhenNothingMatches()
 {
-    ShopDriver shop({"insert into category values (1, 'Food')"}, gpsOn);
+    ShopDriver shop(category("Food"), gpsOn);
     openTracking(shop);
     shop.press("viewButton");
     QCOMPARE(shop.pageIndex(), int(PageTracking));
@@ -596,19 +592,13 @@ void TestTracking::viewWhenNothingMatches()
 
 void TestTracking::viewOfBrokenRecords()
 {
-    ShopDriver shop(
-        {
-            "insert into magazin values (1, 'Nowhere', null, null)",
-            "insert into magazin values (2, 'Null', null, null)",
-            "insert into magazin values (3, 'Words', null, null)",
-            "insert into gpscoord values (1, 999, 20, 0)",
-            "insert into gpscoord values (2, null, null, null)",
-            "insert into gpscoord values (3, 'ten', 'twenty', 0)",
-            "insert into shoplist values (1, null, 1, 1)",
-            "insert into shoplist values (2, 'List', 2, 1)",
-            "insert into shoplist values (3, 'List', 3, 1)",
-        },
-        gpsOn);
+    ShopDriver shop({store(1, "Nowhere").at(999, 20),
+                     sql("insert into shoplist values (1, null, 1, 1)"),
+                     store(2, "Null").openList(2, "List"),
+                     sql("insert into gpscoord values (2, null, null, null)"),
+                     store(3, "Words").openList(3, "List"),
+                     sql("insert into gpscoord values (3, 'ten', 'twenty', 0)")},
+                    gpsOn);
     openTracking(shop);
     shop.press("viewButton");
     source()->deliver(0, 1);

@@ -8,6 +8,7 @@
 
 #include "base/pages.h"
 #include "tests/support/madeupgpsd.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -40,7 +41,7 @@ struct Reminder
 /// What stands beside a walk: see make-walks.py.
 struct Table
 {
-    QStringList statements;
+    Records records;
     QStringList criterion;
     QHash<int, int> rubbish; // bytes before a line
     QList<Reminder> reminders;
@@ -50,23 +51,20 @@ struct Table
         QFile table(file);
         if (!table.open(QIODevice::ReadOnly))
             qFatal("cannot read %s", qPrintable(file));
-        // One commit a statement would take longer than the walk.
-        statements << "pragma synchronous = off";
         for (const QString &line :
              QString::fromUtf8(table.readAll()).split('\n', Qt::SkipEmptyParts)) {
             const QStringList words = line.split(' ');
             if (words[0] == "category") {
-                statements
-                    << QString("insert into category values (%1, '%2')").arg(words[1], words[2]);
+                records.category(words[1].toInt(), words[2]);
             } else if (words[0] == "store") {
-                statements << QString("insert into magazin values (%1, '%2', %3, null)")
-                                  .arg(words[1], words[2], words[5] == "-" ? "null" : words[5]);
+                records.store(words[1].toInt(), words[2]);
                 if (words[3] != "-")
-                    statements << QString("insert into gpscoord values (%1, %2, %3, 0)")
-                                      .arg(words[1], words[3], words[4]);
+                    records.at(words[3].toDouble(), words[4].toDouble());
+                if (words[5] != "-")
+                    records.inCategory(words[5].toInt());
             } else if (words[0] == "list") {
-                statements << QString("insert into shoplist values (%1, '%2', %3, %4)")
-                                  .arg(words[1], words[2], words[3], words[4]);
+                records.list(words[1].toInt(), words[2], words[4].toInt())
+                    .ofStore(words[3].toInt());
             } else if (words[0] == "criterion") {
                 criterion = words.mid(1);
             } else if (words[0] == "rubbish") {
@@ -163,7 +161,7 @@ void TestWalks::walk()
     const Table table(folder + name + ".txt");
     QFile file(folder + name + ".nmea");
     QVERIFY(file.open(QIODevice::ReadOnly));
-    ShopDriver shop(table.statements, {{"GpsEnabled", true}});
+    ShopDriver shop(table.records, {{"GpsEnabled", true}});
     startTracking(shop, table.criterion);
     QVERIFY(!QTest::currentTestFailed());
     // What is known at first is not told.

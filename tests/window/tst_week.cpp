@@ -13,6 +13,7 @@
 #include "base/pages.h"
 #include "map/mapswidget.h"
 #include "tests/support/randomrun.h"
+#include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 
@@ -45,22 +46,16 @@ QList<Place> places()
     return result;
 }
 
-QStringList database()
+Records database()
 {
-    QStringList statements;
-    int id = 0;
+    Records records;
     for (const Place &place : places()) {
-        ++id;
-        statements << QString("insert into magazin values (%1, '%2', null, null)")
-                          .arg(QString::number(id), place.name)
-                   << QString("insert into gpscoord values (%1, %2, %3, 0)")
-                          .arg(id)
-                          .arg(place.coordinate.latitude())
-                          .arg(place.coordinate.longitude())
-                   << QString("insert into shoplist values (%1, 'List %1', %1, 1)").arg(id)
-                   << QString("insert into purchase values (%1, 'Good %1', %1, 1, 0)").arg(id);
+        records.store(place.name)
+            .at(place.coordinate.latitude(), place.coordinate.longitude())
+            .openList("List of " + place.name)
+            .good("Good of " + place.name);
     }
-    return statements;
+    return records;
 }
 
 } // namespace
