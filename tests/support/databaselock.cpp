@@ -3,22 +3,22 @@
 
 #include "tests/support/testhome.h"
 
-DatabaseLock::DatabaseLock(const TestHome &home)
+DatabaseLock::DatabaseLock(const TestHome &home, const Caller &by)
 {
     other.start("sqlite3", {home.databaseFile()});
     if (!other.waitForStarted())
-        qFatal("sqlite3 cannot be run; its package is sqlite3");
+        stopTest("sqlite3 cannot be run; its package is sqlite3", by);
     other.write("begin exclusive;\n.shell echo locked\n");
     if (!other.waitForReadyRead() || other.readAllStandardOutput() != "locked\n")
-        qFatal("the database cannot be locked: %s", other.readAllStandardError().constData());
+        stopTest("the database cannot be locked: " + other.readAllStandardError(), by);
 }
 
-void DatabaseLock::releaseAfter(std::chrono::milliseconds time)
+void DatabaseLock::releaseAfter(std::chrono::milliseconds time, const Caller &by)
 {
     const QByteArray seconds = QByteArray::number(double(time.count()) / 1000);
     other.write(".shell sleep " + seconds + "\nrollback;\n.quit\n");
     if (!other.waitForBytesWritten())
-        qFatal("sqlite3 does not listen");
+        stopTest("sqlite3 does not listen", by);
 }
 
 bool DatabaseLock::waitUntilReleased()

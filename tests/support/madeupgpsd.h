@@ -8,6 +8,7 @@
 #include <QTimeZone>
 
 #include "platform/gpsdclient.h"
+#include "tests/support/stoppable.h"
 
 /// Stands in for gpsd where the real one cannot be made to misbehave, or to tell a position at a
 /// given moment. What it answers to ?POLL is set by tell(); it says more by say().
@@ -18,10 +19,10 @@ public:
         R"({"class":"VERSION","release":"3.22","rev":"3.22","proto_major":3,"proto_minor":14})"
         "\r\n";
 
-    explicit MadeUpGpsd(quint16 port = 0)
+    explicit MadeUpGpsd(quint16 port = 0, const Caller &by = Caller::here())
     {
         if (!listen(QHostAddress::LocalHost, port))
-            qFatal("cannot listen");
+            stopTest("cannot listen", by);
         connect(this, &QTcpServer::newConnection, this, [this] {
             client = nextPendingConnection();
             ++connections;

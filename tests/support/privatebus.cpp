@@ -44,16 +44,16 @@ static const char busConfiguration[] = R"(
 </busconfig>
 )";
 
-PrivateBus::PrivateBus()
+PrivateBus::PrivateBus(const Caller &by)
 {
     // One of a desktop would start that desktop's services, and keep calls for them.
     if (!configuration.open() || configuration.write(busConfiguration) < 0 ||
         !configuration.flush())
-        qFatal("cannot write the configuration of a bus");
+        stopTest("cannot write the configuration of a bus", by);
     daemon.start("dbus-daemon",
                  {"--config-file=" + configuration.fileName(), "--nofork", "--print-address=1"});
     if (!daemon.waitForStarted() || !daemon.waitForReadyRead(10000))
-        qFatal("dbus-daemon cannot be run; its package is dbus");
+        stopTest("dbus-daemon cannot be run; its package is dbus", by);
     addressText = QString::fromUtf8(daemon.readLine().trimmed());
 }
 
@@ -79,12 +79,13 @@ void PrivateBus::thaw() const
     ::kill(pid_t(daemon.processId()), SIGCONT);
 }
 
-MadeUpService::MadeUpService(const QString &busAddress, const QString &name, const QString &path)
+MadeUpService::MadeUpService(const QString &busAddress, const QString &name, const QString &path,
+                             const Caller &by)
     : address(busAddress)
     , serviceName(name)
     , rootPath(path)
 {
-    comeBack();
+    comeBack(by);
 }
 
 MadeUpService::~MadeUpService()
@@ -99,14 +100,14 @@ void MadeUpService::leave()
     connectionName.clear();
 }
 
-void MadeUpService::comeBack()
+void MadeUpService::comeBack(const Caller &by)
 {
     static int count = 0;
     connectionName = QString("made-up-%1").arg(++count);
     QDBusConnection connection = QDBusConnection::connectToBus(address, connectionName);
     if (!connection.registerVirtualObject(rootPath, this, QDBusConnection::SubPath) ||
         !connection.registerService(serviceName))
-        qFatal("cannot offer %s", qPrintable(serviceName));
+        stopTest("cannot offer " + serviceName, by);
 }
 
 bool MadeUpService::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)

@@ -12,11 +12,13 @@
 #include <QString>
 #include <QTemporaryFile>
 
+#include "tests/support/stoppable.h"
+
 /// A message bus of a test's own.
 class PrivateBus
 {
 public:
-    PrivateBus();
+    explicit PrivateBus(const Caller &by = Caller::here());
     ~PrivateBus();
 
     QString address() const;
@@ -38,7 +40,8 @@ public:
     using Answer = std::function<QDBusMessage(const QDBusMessage &)>;
 
     /// Takes calls of all objects below `path` under the bus name `name`.
-    MadeUpService(const QString &busAddress, const QString &name, const QString &path);
+    MadeUpService(const QString &busAddress, const QString &name, const QString &path,
+                  const Caller &by = Caller::here());
     ~MadeUpService() override;
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
@@ -46,7 +49,7 @@ public:
 
     /// Leaves the bus, with its name; or comes back.
     void leave();
-    void comeBack();
+    void comeBack(const Caller &by = Caller::here());
     void emitSignal(const QString &path, const QString &interface, const QString &signal,
                     const QVariantList &arguments) const;
     /// The calls of a method, in order.

@@ -19,11 +19,11 @@
 #include "base/pages.h"
 #include "map/mapswidget.h"
 
-ShopDriver::ShopDriver()
-    : ShopDriver(Records())
+ShopDriver::ShopDriver(const Caller &by)
+    : ShopDriver(Records(), {}, by)
 {}
 
-ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings)
+ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings, const Caller &by)
     : home(std::make_unique<TestHome>())
 {
     // Silent, and without the cost of loading the sound system, unless a test wants it to ring.
@@ -33,31 +33,31 @@ ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings)
         QSettings("Vantor", "Trolleo").setValue(setting.key(), setting.value());
     if (!records.isEmpty()) {
         const Window first; // makes the tables
-        SecondConnection(home->databaseFile()).add(records);
+        SecondConnection(home->databaseFile()).add(records, by);
     }
-    start();
+    start(by);
 }
 
-ShopDriver::ShopDriver(std::unique_ptr<TestHome> made)
+ShopDriver::ShopDriver(std::unique_ptr<TestHome> made, const Caller &by)
     : home(std::move(made))
 {
-    start();
+    start(by);
 }
 
-void ShopDriver::restart()
+void ShopDriver::restart(const Caller &by)
 {
     window.reset();
-    start();
+    start(by);
 }
 
-void ShopDriver::start()
+void ShopDriver::start(const Caller &by)
 {
     window = std::make_unique<Window>();
     stack = window->findChild<QStackedWidget *>("pageStack");
     db = std::make_unique<SecondConnection>(home->databaseFile());
     window->show();
     if (!QTest::qWaitForWindowExposed(window.get()))
-        qFatal("the window does not show");
+        stopTest("the window does not show", by);
 }
 
 QWidget *ShopDriver::page() const
@@ -75,6 +75,19 @@ QPoint ShopDriver::inWindow(const QWidget *widget, const QPoint &position) const
     return widget->mapTo(window.get(), position);
 }
 
+bool ShopDriver::has(const char *name) const
+{
+    return page()->findChild<QWidget *>(name) != nullptr;
+}
+
+QAbstractButton *ShopDriver::visibleButton(const char *name, const Caller &by) const
+{
+    auto *button = find<QAbstractButton>(name, by);
+    if (!button->isVisible())
+        stopTest(QString(name) + " is hidden on " + page()->objectName(), by);
+    return button;
+}
+
 void ShopDriver::waitForReminder() const
 {
     constexpr int pause = 1100; // milliseconds; for so long it is deaf to what was on its way
@@ -82,11 +95,9 @@ void ShopDriver::waitForReminder() const
         QTest::qWait(pause);
 }
 
-void ShopDriver::pressByScreenReader(const char *button) const
+void ShopDriver::pressByScreenReader(const char *button, const Caller &by) const
 {
-    auto *widget = find<QAbstractButton>(button);
-    if (!widget || !widget->isVisible())
-        qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
+    auto *widget = visibleButton(button, by);
     QAccessible::queryAccessibleInterface(widget)->actionInterface()->doAction(
         QAccessibleActionInterface::pressAction());
     // It shows the button pressed for a moment, and acts when it comes up again.
@@ -94,12 +105,10 @@ void ShopDriver::pressByScreenReader(const char *button) const
     std::ignore = QTest::qWaitFor([&] { return !pressed || !pressed->isDown(); });
 }
 
-void ShopDriver::press(const char *button) const
+void ShopDriver::press(const char *button, const Caller &by) const
 {
     QCoreApplication::processEvents(); // lets a page that has just come be laid out
-    auto *widget = find<QAbstractButton>(button);
-    if (!widget || !widget->isVisible())
-        qFatal("page %s has no button %s", qPrintable(page()->objectName()), button);
+    auto *widget = visibleButton(button, by);
     if (auto *area = page()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
         area->ensureWidgetVisible(widget);
     waitForReminder();
@@ -107,13 +116,13 @@ void ShopDriver::press(const char *button) const
                       inWindow(widget, widget->rect().center()));
 }
 
-bool ShopDriver::doubleTap(const char *button, int next)
+bool ShopDriver::doubleTap(const char *button, int next, const Caller &by)
 {
     for (const int shown : {next, stack->currentIndex()}) {
         stack->setCurrentIndex(shown);
         QCoreApplication::processEvents();
     }
-    const auto *widget = find<QAbstractButton>(button);
+    const auto *widget = find<QAbstractButton>(button, by);
     const QRect area(inWindow(widget, QPoint(0, 0)), widget->size());
     for (const auto *other : stack->widget(next)->findChildren<QAbstractButton *>()) {
         const QRect common = area & QRect(inWindow(other, QPoint(0, 0)), other->size());
@@ -127,24 +136,24 @@ bool ShopDriver::doubleTap(const char *button, int next)
     return false;
 }
 
-bool ShopDriver::isEnabled(const char *button) const
+bool ShopDriver::isEnabled(const char *button, const Caller &by) const
 {
-    return find<QAbstractButton>(button)->isEnabled();
+    return find<QAbstractButton>(button, by)->isEnabled();
 }
 
-QString ShopDriver::buttonText(const char *button) const
+QString ShopDriver::buttonText(const char *button, const Caller &by) const
 {
-    return find<QAbstractButton>(button)->text();
+    return find<QAbstractButton>(button, by)->text();
 }
 
-QString ShopDriver::labelText(const char *label) const
+QString ShopDriver::labelText(const char *label, const Caller &by) const
 {
-    return find<QLabel>(label)->text();
+    return find<QLabel>(label, by)->text();
 }
 
-void ShopDriver::type(const QString &text, const char *field) const
+void ShopDriver::type(const QString &text, const char *field, const Caller &by) const
 {
-    auto *edit = find<QLineEdit>(field);
+    auto *edit = find<QLineEdit>(field, by);
     edit->setFocus();
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
@@ -152,32 +161,42 @@ void ShopDriver::type(const QString &text, const char *field) const
         QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(character), {});
 }
 
-QListWidget *ShopDriver::list() const
+QListWidget *ShopDriver::list(const Caller &by) const
 {
-    return page()->findChild<QListWidget *>();
+    auto *list = page()->findChild<QListWidget *>();
+    if (!list)
+        stopTest("no list on " + page()->objectName(), by);
+    return list;
 }
 
-void ShopDriver::tap(int row) const
+/// In the list's viewport.
+QRect ShopDriver::rowArea(int row, const Caller &by) const
+{
+    const QListWidgetItem *item = list(by)->item(row);
+    if (!item)
+        stopTest(QString("no row %1 on %2").arg(row).arg(page()->objectName()), by);
+    return list()->visualItemRect(item);
+}
+
+void ShopDriver::tap(int row, const Caller &by) const
 {
     QCoreApplication::processEvents();
-    list()->scrollToItem(list()->item(row));
-    const QPoint center = list()->visualItemRect(list()->item(row)).center();
+    list(by)->scrollToItem(list()->item(row));
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
-                      inWindow(list()->viewport(), center));
+                      inWindow(list()->viewport(), rowArea(row, by).center()));
 }
 
-void ShopDriver::doubleTap(int row) const
+void ShopDriver::doubleTap(int row, const Caller &by) const
 {
     QCoreApplication::processEvents();
-    const QPoint center = list()->visualItemRect(list()->item(row)).center();
     QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {},
-                       inWindow(list()->viewport(), center));
+                       inWindow(list(by)->viewport(), rowArea(row, by).center()));
 }
 
-QStringList ShopDriver::rows() const
+QStringList ShopDriver::rows(const Caller &by) const
 {
     QStringList result;
-    for (int row = 0; row < list()->count(); ++row) {
+    for (int row = 0; row < list(by)->count(); ++row) {
         const QListWidgetItem *item = list()->item(row);
         QString text = item->text();
         if (item->data(Qt::UserRole + 1).isValid())
@@ -189,23 +208,26 @@ QStringList ShopDriver::rows() const
     return result;
 }
 
-MapsWidget *ShopDriver::map() const
+MapsWidget *ShopDriver::map(const Caller &by) const
 {
-    return page()->findChild<MapsWidget *>();
+    auto *map = page()->findChild<MapsWidget *>();
+    if (!map)
+        stopTest("no map on " + page()->objectName(), by);
+    return map;
 }
 
-void ShopDriver::chooseInMapMenu(int entry) const
+void ShopDriver::chooseInMapMenu(int entry, const Caller &by) const
 {
     QCoreApplication::processEvents();
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
-                      inWindow(map(), map()->rect().center()));
+                      inWindow(map(by), map()->rect().center()));
     if (!QTest::qWaitFor([this] { return map()->findChild<QMenu *>(); }))
-        qFatal("the map has no menu");
+        stopTest("the map has no menu", by);
     const QPointer<QMenu> menu = map()->findChild<QMenu *>();
     QTest::mouseClick(menu->windowHandle(), Qt::LeftButton, {},
                       menu->actionGeometry(menu->actions().at(entry)).center());
     if (!QTest::qWaitFor([&menu] { return menu.isNull(); }))
-        qFatal("the menu stays");
+        stopTest("the menu stays", by);
 }
 
 QString ShopDriver::message() const

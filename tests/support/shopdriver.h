@@ -10,6 +10,7 @@
 
 #include "app/shopwindow.h"
 #include "tests/support/records.h"
+#include "tests/support/stoppable.h"
 #include "tests/support/testhome.h"
 
 class MapsWidget;
@@ -24,7 +25,7 @@ inline constexpr Page pagesWithHelp[] = {
     PageDoShopping, PageOptions,   PageTrackedList,   PageCoordinates};
 
 /// The real window in a home of its own, used as a person uses it: by what is to be seen on the
-/// page that shows.
+/// page that shows. A test that wants what is not there fails where it does, and stops.
 class ShopDriver
 {
 public:
@@ -37,51 +38,57 @@ public:
         using ShopWindow::shoppingFromReminder;
     };
 
-    ShopDriver();
+    explicit ShopDriver(const Caller &by = Caller::here());
     /// Starts the program on a database with these records, with these settings stored.
-    explicit ShopDriver(const Records &records, const QVariantMap &settings = {});
+    explicit ShopDriver(const Records &records, const QVariantMap &settings = {},
+                        const Caller &by = Caller::here());
     /// Starts the program in a home that is as it is.
-    explicit ShopDriver(std::unique_ptr<TestHome> made);
+    explicit ShopDriver(std::unique_ptr<TestHome> made, const Caller &by = Caller::here());
 
     /// Ends the program and starts it again.
-    void restart();
+    void restart(const Caller &by = Caller::here());
 
     QWidget *page() const;
     int pageIndex() const;
     template <typename Widget>
-    Widget *find(const char *name) const
+    Widget *find(const char *name, const Caller &by = Caller::here()) const
     {
-        return page()->findChild<Widget *>(name);
+        auto *widget = page()->findChild<Widget *>(name);
+        if (!widget)
+            stopTest("no " + QString(name) + " on " + page()->objectName(), by);
+        return widget;
     }
+    bool has(const char *name) const;
 
     /// Presses a button of the page that shows, with the mouse; one of the reminder when it
     /// listens.
-    void press(const char *button) const;
+    void press(const char *button, const Caller &by = Caller::here()) const;
     /// Presses a button as a screen reader does, which the reminder hears at once.
-    void pressByScreenReader(const char *button) const;
+    void pressByScreenReader(const char *button, const Caller &by = Caller::here()) const;
     /// Waits as someone who reads what the reminder says, if that shows.
     void waitForReminder() const;
     /// Double taps a button where the page `next`, as large as this one, has a button too; false
     /// when there is no such place. The window's pages may be others afterwards.
-    bool doubleTap(const char *button, int next);
-    bool isEnabled(const char *button) const;
-    QString buttonText(const char *button) const;
-    QString labelText(const char *label) const;
+    bool doubleTap(const char *button, int next, const Caller &by = Caller::here());
+    bool isEnabled(const char *button, const Caller &by = Caller::here()) const;
+    QString buttonText(const char *button, const Caller &by = Caller::here()) const;
+    QString labelText(const char *label, const Caller &by = Caller::here()) const;
 
     /// Replaces what stands in the field by keys.
-    void type(const QString &text, const char *field = "nameField") const;
+    void type(const QString &text, const char *field = "nameField",
+              const Caller &by = Caller::here()) const;
 
-    QListWidget *list() const;
+    QListWidget *list(const Caller &by = Caller::here()) const;
     /// Taps a row of the page's list.
-    void tap(int row) const;
-    void doubleTap(int row) const;
+    void tap(int row, const Caller &by = Caller::here()) const;
+    void doubleTap(int row, const Caller &by = Caller::here()) const;
     /// Rows as "name" or "name|second column", checked ones with a trailing "*".
-    QStringList rows() const;
+    QStringList rows(const Caller &by = Caller::here()) const;
 
     /// The page's map.
-    MapsWidget *map() const;
+    MapsWidget *map(const Caller &by = Caller::here()) const;
     /// Taps the middle of the page's map and chooses from its menu; a separator counts as well.
-    void chooseInMapMenu(int entry) const;
+    void chooseInMapMenu(int entry, const Caller &by = Caller::here()) const;
 
     /// The title of the message or question that shows, with its text.
     QString message() const;
@@ -92,7 +99,9 @@ public:
     QStackedWidget *stack = nullptr;
 
 private:
-    void start();
+    void start(const Caller &by);
+    QAbstractButton *visibleButton(const char *name, const Caller &by) const;
+    QRect rowArea(int row, const Caller &by) const;
     QPoint inWindow(const QWidget *widget, const QPoint &position) const;
 };
 

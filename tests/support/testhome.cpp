@@ -61,12 +61,12 @@ QString TestHome::settingsFile() const
     return home + "/.config/Vantor/Trolleo.conf";
 }
 
-void TestHome::writeDatabaseFile(const QByteArray &content) const
+void TestHome::writeDatabaseFile(const QByteArray &content, const Caller &by) const
 {
     QDir().mkpath(dataFolder());
     QFile file(databaseFile());
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(file.fileName()));
+        stopTest("cannot write " + file.fileName(), by);
 }
 
 QByteArray TestHome::readDatabaseFile() const
@@ -90,13 +90,13 @@ SecondConnection::~SecondConnection()
     QSqlDatabase::removeDatabase(name);
 }
 
-void SecondConnection::add(const Records &records)
+void SecondConnection::add(const Records &records, const Caller &by)
 {
     // One commit, since each waits for the disk.
     database.transaction();
     for (const QString &statement : records.statements()) {
         if (!run(statement))
-            qFatal("cannot run %s", qPrintable(statement));
+            stopTest("cannot run " + statement, by);
     }
     database.commit();
 }

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QVariantList>
 
+#include "tests/support/stoppable.h"
+
 class Records;
 
 /// A home of its own, empty, for as long as it lives: the data folder and the settings go there.
@@ -33,7 +35,7 @@ public:
     QString settingsFile() const;
 
     /// Makes the data folder with `content` as the database file.
-    void writeDatabaseFile(const QByteArray &content) const;
+    void writeDatabaseFile(const QByteArray &content, const Caller &by = Caller::here()) const;
     QByteArray readDatabaseFile() const;
 
 private:
@@ -54,7 +56,7 @@ public:
     SecondConnection &operator=(const SecondConnection &) = delete;
 
     /// Adds these, all or none.
-    void add(const Records &records);
+    void add(const Records &records, const Caller &by = Caller::here());
     /// Runs `statement`; false when it fails.
     bool run(const QString &statement);
     /// The rows `statement` yields.

@@ -7,10 +7,10 @@
 #include <QImage>
 #include <QTcpSocket>
 
-TileHost::TileHost()
+TileHost::TileHost(const Caller &by)
 {
     if (!listen(QHostAddress::LocalHost))
-        qFatal("cannot listen");
+        stopTest("cannot listen", by);
     answer = [this](QTcpSocket *socket, const QString &path) {
         sendTile(socket, path);
     };

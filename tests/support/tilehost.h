@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QTcpServer>
 
+#include "tests/support/stoppable.h"
+
 class QTcpSocket;
 
 /// A tile server on loopback that counts what it is asked, and answers as a test likes: with tiles
@@ -18,7 +20,7 @@ class QTcpSocket;
 class TileHost : public QTcpServer
 {
 public:
-    TileHost();
+    explicit TileHost(const Caller &by = Caller::here());
 
     /// As TROLLEO_TILE_SERVER takes it.
     QByteArray address() const;

@@ -67,7 +67,7 @@ struct Login : MadeUpService
                 return message.createErrorReply(QDBusError::AccessDenied, "no");
             int ends[2];
             if (pipe(ends) != 0)
-                qFatal("no pipe");
+                stopTest("no pipe");
             held << ends[0];
             const QDBusUnixFileDescriptor descriptor(ends[1]);
             close(ends[1]);
@@ -355,5 +355,5 @@ void TestAlerts::sleepThatComesAllTheSame()
     QCOMPARE(asleep.count(), 1);
 }
 
-QTEST_GUILESS_MAIN(TestAlerts)
+STOPPABLE_TEST_GUILESS_MAIN(TestAlerts)
 #include "tst_alerts.moc"

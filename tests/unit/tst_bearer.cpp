@@ -147,5 +147,5 @@ void TestBearer::otherTypesThanPromised()
     QTest::qWait(20);
 }
 
-QTEST_GUILESS_MAIN(TestBearer)
+STOPPABLE_TEST_GUILESS_MAIN(TestBearer)
 #include "tst_bearer.moc"

@@ -317,5 +317,5 @@ void TestDatabase::closingRemovesTheConnection()
     database = Database::open(Database::filePath());
 }
 
-QTEST_GUILESS_MAIN(TestDatabase)
+STOPPABLE_TEST_GUILESS_MAIN(TestDatabase)
 #include "tst_database.moc"

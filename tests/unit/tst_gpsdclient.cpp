@@ -441,5 +441,5 @@ void TestGpsdClient::wantedNoMoreWhileTold()
     QCOMPARE(told, 1);
 }
 
-QTEST_GUILESS_MAIN(TestGpsdClient)
+STOPPABLE_TEST_GUILESS_MAIN(TestGpsdClient)
 #include "tst_gpsdclient.moc"

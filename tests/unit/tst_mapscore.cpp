@@ -900,5 +900,5 @@ void TestMapsCore::damagedPictures()
     QCOMPARE(drawing(core, {1, 1}).pixelColor(0, 0), QColor(Qt::red));
 }
 
-QTEST_MAIN(TestMapsCore)
+STOPPABLE_TEST_MAIN(TestMapsCore)
 #include "tst_mapscore.moc"

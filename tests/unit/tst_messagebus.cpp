@@ -236,5 +236,5 @@ void TestMessageBus::connectionThatEnds()
     QVERIFY(!isReady);
 }
 
-QTEST_GUILESS_MAIN(TestMessageBus)
+STOPPABLE_TEST_GUILESS_MAIN(TestMessageBus)
 #include "tst_messagebus.moc"

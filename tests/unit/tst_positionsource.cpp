@@ -486,5 +486,5 @@ void TestPositionSource::comingAndGoing()
     }
 }
 
-QTEST_GUILESS_MAIN(TestPositionSource)
+STOPPABLE_TEST_GUILESS_MAIN(TestPositionSource)
 #include "tst_positionsource.moc"

@@ -316,5 +316,5 @@ void TestTiles::jpegOfManyScansIsRefused()
     QVERIFY(TileImage::read(jpeg).isNull());
 }
 
-QTEST_GUILESS_MAIN(TestTiles)
+STOPPABLE_TEST_GUILESS_MAIN(TestTiles)
 #include "tst_tiles.moc"

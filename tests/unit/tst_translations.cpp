@@ -7,6 +7,8 @@
 #include <QtTest>
 #include <QXmlStreamReader>
 
+#include "tests/support/stoppable.h"
+
 /// Source texts with their translations; nothing for one that is not finished.
 using Texts = QMap<QString, QString>;
 
@@ -49,7 +51,7 @@ Texts TestTranslations::read(const QString &fileName)
     Texts result;
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("cannot open %s", qPrintable(fileName));
+        stopTest("cannot open " + fileName);
     QXmlStreamReader xml(&file);
     QString source;
     while (!xml.atEnd()) {
@@ -60,7 +62,7 @@ Texts TestTranslations::read(const QString &fileName)
             xml.readNextStartElement();
             const QString context = xml.readElementText();
             if (context != QLatin1String("ShopWindow"))
-                qFatal("texts of %s", qPrintable(context));
+                stopTest("texts of " + context);
         }
         if (xml.name() == QLatin1String("source")) {
             source = xml.readElementText();
@@ -71,7 +73,7 @@ Texts TestTranslations::read(const QString &fileName)
         }
     }
     if (xml.hasError())
-        qFatal("%s: %s", qPrintable(fileName), qPrintable(xml.errorString()));
+        stopTest(fileName + ": " + xml.errorString());
     return result;
 }
 
@@ -148,5 +150,5 @@ void TestTranslations::englishIsAsItIsInTheSources()
         QCOMPARE(text.value(), text.key());
 }
 
-QTEST_GUILESS_MAIN(TestTranslations)
+STOPPABLE_TEST_GUILESS_MAIN(TestTranslations)
 #include "tst_translations.moc"

@@ -199,5 +199,5 @@ void TestTrSettings::garbageInTheFileReadsAsDefaults()
     emptyStoreGivesDefaults();
 }
 
-QTEST_GUILESS_MAIN(TestTrSettings)
+STOPPABLE_TEST_GUILESS_MAIN(TestTrSettings)
 #include "tst_trsettings.moc"

@@ -29,7 +29,7 @@ public:
     WithoutPrivileges()
     {
         if (self == 0 && seteuid(nobody) != 0)
-            qFatal("cannot give up root's privileges");
+            stopTest("cannot give up root's privileges");
     }
     ~WithoutPrivileges()
     {
@@ -355,5 +355,5 @@ void TestBadWorlds::settingsAreGarbage()
     QCOMPARE(window.windowTitle(), "Trolleo");
 }
 
-QTEST_MAIN(TestBadWorlds)
+STOPPABLE_TEST_MAIN(TestBadWorlds)
 #include "tst_badworlds.moc"

@@ -248,5 +248,5 @@ void TestCategories::enterSavesAndEscapeGoesBack()
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"Food"});
 }
 
-QTEST_MAIN(TestCategories)
+STOPPABLE_TEST_MAIN(TestCategories)
 #include "tst_categories.moc"

@@ -216,5 +216,5 @@ void TestContrast::colorsFollowTheDesktop()
     QVERIFY(Contrast::ratio(after, QColor(53, 53, 53)) >= 4.5);
 }
 
-QTEST_MAIN(TestContrast)
+STOPPABLE_TEST_MAIN(TestContrast)
 #include "tst_contrast.moc"

@@ -718,5 +718,5 @@ void TestCoordinatesPage::mapWaitsForThePosition()
     QCOMPARE(decimals(shop), (QStringList{"55.755833", "-33.5"}));
 }
 
-QTEST_MAIN(TestCoordinatesPage)
+STOPPABLE_TEST_MAIN(TestCoordinatesPage)
 #include "tst_coordinatespage.moc"

@@ -383,5 +383,5 @@ void TestDoShopping::randomTogglesMatchAModel()
     }
 }
 
-QTEST_MAIN(TestDoShopping)
+STOPPABLE_TEST_MAIN(TestDoShopping)
 #include "tst_doshopping.moc"

@@ -226,9 +226,9 @@ void TestFitting::focusStaysWhenThePageBeginsToScroll()
     shop.press("newButton");
     shop.type("Bak");
     auto *field = shop.find<QLineEdit>("nameField");
-    QVERIFY(!shop.find<QScrollArea>("pageArea"));
+    QVERIFY(!shop.has("pageArea"));
     shop.window->resize(300, 250);
-    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    QTRY_VERIFY(shop.has("pageArea"));
     QTRY_VERIFY(field->isVisible());
     QCOMPARE(QApplication::focusWidget(), field);
     for (const char key : {'e', 'r', 'y'})
@@ -249,7 +249,7 @@ void TestFitting::selectionStaysWhenThePageBeginsToScroll()
     auto *field = shop.find<QLineEdit>("nameField");
     field->setSelection(2, 4);
     shop.window->resize(800, 200);
-    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    QTRY_VERIFY(shop.has("pageArea"));
     QTRY_VERIFY(field->isVisible());
     QCOMPARE(field->selectedText(), "ownb");
 }
@@ -259,7 +259,7 @@ void TestFitting::scrolledPageBeginsAtItsTop()
     ShopDriver shop({}, {{"GpsEnabled", true}});
     shop.stack->setCurrentIndex(PageTracking);
     shop.window->resize(400, 240);
-    QTRY_VERIFY(shop.find<QScrollArea>("pageArea"));
+    QTRY_VERIFY(shop.has("pageArea"));
     auto *bar = shop.find<QScrollArea>("pageArea")->verticalScrollBar();
     QTRY_VERIFY(bar->maximum() > 0);
     bar->setValue(bar->maximum());
@@ -287,5 +287,5 @@ void TestFitting::fieldToTypeInIsSeen()
     }
 }
 
-QTEST_MAIN(TestFitting)
+STOPPABLE_TEST_MAIN(TestFitting)
 #include "tst_fitting.moc"

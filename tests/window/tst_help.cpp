@@ -273,5 +273,5 @@ void TestHelp::helpOfTheCoordinatesLeadsBackToThem()
     QCOMPARE(field->text(), "12.5");
 }
 
-QTEST_MAIN(TestHelp)
+STOPPABLE_TEST_MAIN(TestHelp)
 #include "tst_help.moc"

@@ -397,5 +397,5 @@ void TestItems::randomEditingMatchesAModel()
     }
 }
 
-QTEST_MAIN(TestItems)
+STOPPABLE_TEST_MAIN(TestItems)
 #include "tst_items.moc"

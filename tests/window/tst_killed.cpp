@@ -780,7 +780,7 @@ int main(int argc, char **argv)
         Writer(arguments.value(2), arguments.value(3).toUInt()).run();
     }
     RandomRun::takeYourTime("TROLLEO_TEST_KILLS");
-    TestKilled test;
+    Stoppable<TestKilled> test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -120,5 +120,5 @@ void TestLanguages::oldLanguageGoes()
     QCOMPARE(shop.buttonText("shoppingButton"), "Shopping");
 }
 
-QTEST_MAIN(TestLanguages)
+STOPPABLE_TEST_MAIN(TestLanguages)
 #include "tst_languages.moc"

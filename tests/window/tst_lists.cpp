@@ -570,5 +570,5 @@ void TestLists::tenThousandLists()
     QVERIFY(shop.list()->findChildren<QWidget *>().size() < 20);
 }
 
-QTEST_MAIN(TestLists)
+STOPPABLE_TEST_MAIN(TestLists)
 #include "tst_lists.moc"

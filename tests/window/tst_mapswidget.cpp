@@ -588,5 +588,5 @@ void TestMapsWidget::nightModePaintsTheSame()
     QCOMPARE(map->grab().toImage(), day);
 }
 
-QTEST_MAIN(TestMapsWidget)
+STOPPABLE_TEST_MAIN(TestMapsWidget)
 #include "tst_mapswidget.moc"

@@ -318,5 +318,5 @@ void TestMessagePages::fontsDifferByOnePoint()
     QCOMPARE(find<QLabel>("waitingText")->font().pointSize(), 23);
 }
 
-QTEST_MAIN(TestMessagePages)
+STOPPABLE_TEST_MAIN(TestMessagePages)
 #include "tst_messagepages.moc"

@@ -289,7 +289,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     RandomRun::takeYourTime("TROLLEO_TEST_STEPS");
-    TestMonkey test;
+    Stoppable<TestMonkey> test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -248,5 +248,5 @@ void TestNeighbours::requestEndsWithGps()
     QTRY_VERIFY_WITH_TIMEOUT(!gpsd.isConnected(), soon);
 }
 
-QTEST_MAIN(TestNeighbours)
+STOPPABLE_TEST_MAIN(TestNeighbours)
 #include "tst_neighbours.moc"

@@ -102,7 +102,7 @@ private:
         const QString path = shop.home->path() + '/' + name;
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly))
-            qFatal("cannot write %s", qPrintable(path));
+            stopTest("cannot write " + path);
         withDialog(shop, [&path](QFileDialog *dialog) { enter(dialog, path); });
         return path;
     }
@@ -673,5 +673,5 @@ void TestOptions::choiceOfAFileFitsThePhone()
     });
 }
 
-QTEST_MAIN(TestOptions)
+STOPPABLE_TEST_MAIN(TestOptions)
 #include "tst_options.moc"

@@ -333,5 +333,5 @@ void TestPositions::currentPositionIsTakenForAStore()
     QCOMPARE(settings.value("LastLongitude").toFloat(), 10.738741F);
 }
 
-QTEST_MAIN(TestPositions)
+STOPPABLE_TEST_MAIN(TestPositions)
 #include "tst_positions.moc"

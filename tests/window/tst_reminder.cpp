@@ -770,5 +770,5 @@ void TestReminder::hundredThousandPositionsTakeNoMemory()
     QCOMPARE(shop.pageIndex(), int(PageTracking));
 }
 
-QTEST_MAIN(TestReminder)
+STOPPABLE_TEST_MAIN(TestReminder)
 #include "tst_reminder.moc"

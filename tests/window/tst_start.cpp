@@ -408,5 +408,5 @@ void TestStart::homeWithAnUnusualPath()
     QCOMPARE(second.tables().size(), 7);
 }
 
-QTEST_MAIN(TestStart)
+STOPPABLE_TEST_MAIN(TestStart)
 #include "tst_start.moc"

@@ -69,7 +69,7 @@ public:
         QDir().mkpath(folder);
         const QByteArray size = "size=" + QByteArray::number(kibibytes) + 'k';
         if (mount("tmpfs", path.constData(), "tmpfs", 0, size.constData()) != 0)
-            qFatal("cannot mount: %s", std::strerror(errno));
+            stopTest(QString("cannot mount: ") + std::strerror(errno));
     }
     ~SmallDisk()
     {
@@ -84,7 +84,7 @@ public:
     {
         QFile filler(fillerName());
         if (!filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-            qFatal("there is no room for even a name");
+            stopTest("there is no room for even a name");
         const QByteArray page(pageSize, 'x');
         while (filler.write(page) == page.size())
             continue;
@@ -93,7 +93,7 @@ public:
     void empty()
     {
         if (!QFile::remove(fillerName()))
-            qFatal("the filler stays");
+            stopTest("the filler stays");
     }
     /// The kernel makes nothing read-only in which someone has a file open for writing, as the
     /// program has. So a read-only view of the folder is laid over it: a statement that writes has
@@ -103,7 +103,7 @@ public:
         const char *folder = path.constData();
         if (mount(folder, folder, nullptr, MS_BIND, nullptr) != 0 ||
             mount(nullptr, folder, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) != 0)
-            qFatal("cannot be made read-only: %s", std::strerror(errno));
+            stopTest(QString("cannot be made read-only: ") + std::strerror(errno));
         isReadOnly = true;
     }
     void setWritable()
@@ -558,7 +558,7 @@ int main(int argc, char **argv)
 {
     takeOwnMounts();
     QApplication application(argc, argv);
-    TestStorage test;
+    Stoppable<TestStorage> test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -556,5 +556,5 @@ void TestStores::coordinatesPageLeadsBack()
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "half typed");
 }
 
-QTEST_MAIN(TestStores)
+STOPPABLE_TEST_MAIN(TestStores)
 #include "tst_stores.moc"

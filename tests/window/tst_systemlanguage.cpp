@@ -52,5 +52,5 @@ void TestSystemLanguage::systemsLanguageIsChosen()
     QCOMPARE(shop.buttonText("shoppingButton"), "Покупки");
 }
 
-QTEST_MAIN(TestSystemLanguage)
+STOPPABLE_TEST_MAIN(TestSystemLanguage)
 #include "tst_systemlanguage.moc"

@@ -326,5 +326,5 @@ void TestTrackedViews::noTilesOfTheStartPlace()
     qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
 }
 
-QTEST_MAIN(TestTrackedViews)
+STOPPABLE_TEST_MAIN(TestTrackedViews)
 #include "tst_trackedviews.moc"

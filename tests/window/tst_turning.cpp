@@ -372,5 +372,5 @@ void TestTurning::turningFiveHundredTimesLeaksNothing()
     QCOMPARE(box()->direction(), QBoxLayout::LeftToRight);
 }
 
-QTEST_MAIN(TestTurning)
+STOPPABLE_TEST_MAIN(TestTurning)
 #include "tst_turning.moc"

@@ -50,7 +50,7 @@ struct Table
     {
         QFile table(file);
         if (!table.open(QIODevice::ReadOnly))
-            qFatal("cannot read %s", qPrintable(file));
+            stopTest("cannot read " + file);
         for (const QString &line :
              QString::fromUtf8(table.readAll()).split('\n', Qt::SkipEmptyParts)) {
             const QStringList words = line.split(' ');
@@ -261,5 +261,5 @@ void TestWalks::cleanupTestCase()
         out << result << '\n';
 }
 
-QTEST_MAIN(TestWalks)
+STOPPABLE_TEST_MAIN(TestWalks)
 #include "tst_walks.moc"

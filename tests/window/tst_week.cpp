@@ -33,7 +33,7 @@ double memory()
     malloc_trim(0);
     QFile file("/proc/self/statm");
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("the kernel tells no memory");
+        stopTest("the kernel tells no memory");
     return file.readAll().split(' ').at(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024 / 1024;
 }
 
@@ -176,7 +176,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     RandomRun::takeYourTime("TROLLEO_TEST_POSITIONS");
-    TestWeek test;
+    Stoppable<TestWeek> test;
     return QTest::qExec(&test, argc, argv);
 }
 

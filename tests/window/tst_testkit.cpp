@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <QProcess>
+#include <QtTest>
+
+#include "tests/support/records.h"
+#include "tests/support/shopdriver.h"
+#include "tests/support/stoppable.h"
+
+/// Fails on purpose, in a process of its own: each function once, in the line after `line`.
+class Failing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void pressesWhatIsNotThere()
+    {
+        const ShopDriver shop;
+        line();
+        shop.press("saveButton");
+        qInfo("went on");
+    }
+    void readsWhatIsNotThere()
+    {
+        const ShopDriver shop;
+        line();
+        std::ignore = shop.rows();
+        qInfo("went on");
+    }
+    void tapsARowBeyondTheLast()
+    {
+        const ShopDriver shop(openList("Weekend"));
+        shop.press("shoppingButton");
+        shop.press("listsButton");
+        shop.tap(0);
+        line();
+        shop.tap(1);
+        qInfo("went on");
+    }
+    void wantsARowThatCannotBe()
+    {
+        line();
+        const ShopDriver shop(sql("insert into nothing values (1)"));
+        qInfo("went on");
+    }
+    void isStoppedInASlot()
+    {
+        // As where a timer presses a button while a file is being chosen.
+        const ShopDriver shop;
+        QTimer::singleShot(0, this, [&shop] {
+            line();
+            shop.press("saveButton");
+        });
+        QTest::qWait(50);
+        qInfo("went on");
+    }
+    void failsInOneRow_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        for (const char *button : {"shoppingButton", "saveButton", "optionsButton"})
+            QTest::newRow(button) << QByteArray(button);
+    }
+    void failsInOneRow()
+    {
+        QFETCH(QByteArray, button);
+        const ShopDriver shop;
+        if (button == "saveButton")
+            line();
+        shop.press(button);
+        qInfo("pressed %s", button.constData());
+    }
+    void last()
+    {
+        const ShopDriver shop;
+        shop.press("shoppingButton");
+        qInfo("pressed");
+    }
+
+private:
+    static void line(const Caller &by = Caller::here())
+    {
+        qInfo("line %d", by.line + 1);
+    }
+};
+
+/// What our helpers do for tests: one that wants what is not there fails where it does, and does
+/// nothing more; the others go on.
+class TestTestKit : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void failureNamesTheLine_data();
+    void failureNamesTheLine();
+    void otherRowsRun();
+    void functionsAfterItRun();
+
+private:
+    QStringList linesOf(const QString &function) const;
+
+    QStringList said;
+};
+
+void TestTestKit::initTestCase()
+{
+    QProcess child;
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {"fail"});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 6); // as many as have failed
+    said = QString::fromUtf8(child.readAll()).split('\n');
+}
+
+/// What was said in a function and its rows, with the lines that say where.
+QStringList TestTestKit::linesOf(const QString &function) const
+{
+    QStringList result;
+    bool isOfIt = false;
+    for (const QString &line : said) {
+        if (!line.startsWith(' '))
+            isOfIt = line.contains("Failing::" + function + '(');
+        if (isOfIt)
+            result << line;
+    }
+    return result;
+}
+
+void TestTestKit::failureNamesTheLine_data()
+{
+    QTest::addColumn<QString>("why");
+    QTest::newRow("pressesWhatIsNotThere") << "no saveButton on mainPage";
+    QTest::newRow("readsWhatIsNotThere") << "no list on mainPage";
+    QTest::newRow("tapsARowBeyondTheLast") << "no row 1 on shoppingListsPage";
+    QTest::newRow("wantsARowThatCannotBe") << "cannot run insert into nothing values (1)";
+    QTest::newRow("isStoppedInASlot") << "no saveButton on mainPage";
+    QTest::newRow("failsInOneRow") << "no saveButton on mainPage";
+}
+
+void TestTestKit::failureNamesTheLine()
+{
+    QFETCH(QString, why);
+    const QStringList lines = linesOf(QTest::currentDataTag());
+    const QString text = lines.join('\n');
+    const QStringList where = lines.filter(") line ");
+    QCOMPARE(where.size(), 1);
+    const QString number = where.first().section(' ', -1);
+    const QStringList failures = lines.filter(QRegularExpression("^FAIL! "));
+    QVERIFY2(failures.size() == 1 && failures.first().endsWith(why), qPrintable(text));
+    const QStringList places = lines.filter("Loc: ");
+    QVERIFY2(places.size() == 1 && places.first().endsWith("tst_testkit.cpp(" + number + ")]"),
+             qPrintable(text));
+    QVERIFY2(!text.contains("went on"), qPrintable(text));
+}
+
+void TestTestKit::otherRowsRun()
+{
+    const QStringList lines = linesOf("failsInOneRow");
+    QCOMPARE(lines.filter("pressed").size(), 2);
+    QVERIFY(lines.filter("pressed saveButton").isEmpty());
+    QCOMPARE(lines.filter(QRegularExpression("^PASS ")).size(), 2);
+}
+
+void TestTestKit::functionsAfterItRun()
+{
+    const QStringList lines = linesOf("last");
+    QCOMPARE(lines.filter("pressed").size(), 1);
+    QCOMPARE(lines.filter(QRegularExpression("^PASS ")).size(), 1);
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains("fail")) {
+        Stoppable<Failing> test;
+        return QTest::qExec(&test);
+    }
+    Stoppable<TestTestKit> test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_testkit.moc"
