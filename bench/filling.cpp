@@ -71,7 +71,7 @@ void measure(int count)
     };
     const auto click = [&shop](const char *button) {
         return [&shop, button] {
-            shop.page()->findChild<QPushButton *>(button)->click();
+            shop.pageWidget()->findChild<QPushButton *>(button)->click();
             QCoreApplication::processEvents();
         };
     };

@@ -28,7 +28,7 @@ int main(int argc, char **argv)
     };
     const Bench::Work change{
         [&] {
-            shop.page()->findChild<QPushButton *>("okButton")->click();
+            shop.pageWidget()->findChild<QPushButton *>("okButton")->click();
             QCoreApplication::processEvents();
         },
         [&] {

@@ -84,7 +84,7 @@ void measure(int count)
     TestPositionSource::instance()->deliver(latitudeAt(0), 20.5);
     shop.press("viewButton");
     TestPositionSource::instance()->deliver(latitudeAt(0), 20.5);
-    if (shop.pageIndex() != PageTrackedList || shop.list()->count() != count)
+    if (shop.page() != PageTrackedList || shop.list()->count() != count)
         qFatal("the tracked stores do not show");
     const auto window = [&step, positions] {
         for (int position = 0; position < positions; ++position) {

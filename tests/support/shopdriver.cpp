@@ -60,14 +60,14 @@ void ShopDriver::start(const Caller &by)
         stopTest("the window does not show", by);
 }
 
-QWidget *ShopDriver::page() const
+Page ShopDriver::page() const
 {
-    return stack->currentWidget();
+    return Page(stack->currentIndex());
 }
 
-int ShopDriver::pageIndex() const
+QWidget *ShopDriver::pageWidget() const
 {
-    return stack->currentIndex();
+    return stack->currentWidget();
 }
 
 QPoint ShopDriver::inWindow(const QWidget *widget, const QPoint &position) const
@@ -77,21 +77,21 @@ QPoint ShopDriver::inWindow(const QWidget *widget, const QPoint &position) const
 
 bool ShopDriver::has(const char *name) const
 {
-    return page()->findChild<QWidget *>(name) != nullptr;
+    return pageWidget()->findChild<QWidget *>(name) != nullptr;
 }
 
 QAbstractButton *ShopDriver::visibleButton(const char *name, const Caller &by) const
 {
     auto *button = find<QAbstractButton>(name, by);
     if (!button->isVisible())
-        stopTest(QString(name) + " is hidden on " + page()->objectName(), by);
+        stopTest(QString(name) + " is hidden on " + pageWidget()->objectName(), by);
     return button;
 }
 
 void ShopDriver::waitForReminder() const
 {
     constexpr int pause = 1100; // milliseconds; for so long it is deaf to what was on its way
-    if (pageIndex() == PageReminder)
+    if (page() == PageReminder)
         QTest::qWait(pause);
 }
 
@@ -109,7 +109,7 @@ void ShopDriver::press(const char *button, const Caller &by) const
 {
     QCoreApplication::processEvents(); // lets a page that has just come be laid out
     auto *widget = visibleButton(button, by);
-    if (auto *area = page()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
+    if (auto *area = pageWidget()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
         area->ensureWidgetVisible(widget);
     waitForReminder();
     QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
@@ -163,9 +163,9 @@ void ShopDriver::type(const QString &text, const char *field, const Caller &by) 
 
 QListWidget *ShopDriver::list(const Caller &by) const
 {
-    auto *list = page()->findChild<QListWidget *>();
+    auto *list = pageWidget()->findChild<QListWidget *>();
     if (!list)
-        stopTest("no list on " + page()->objectName(), by);
+        stopTest("no list on " + pageWidget()->objectName(), by);
     return list;
 }
 
@@ -174,7 +174,7 @@ QRect ShopDriver::rowArea(int row, const Caller &by) const
 {
     const QListWidgetItem *item = list(by)->item(row);
     if (!item)
-        stopTest(QString("no row %1 on %2").arg(row).arg(page()->objectName()), by);
+        stopTest(QString("no row %1 on %2").arg(row).arg(pageWidget()->objectName()), by);
     return list()->visualItemRect(item);
 }
 
@@ -210,9 +210,9 @@ QStringList ShopDriver::rows(const Caller &by) const
 
 MapsWidget *ShopDriver::map(const Caller &by) const
 {
-    auto *map = page()->findChild<MapsWidget *>();
+    auto *map = pageWidget()->findChild<MapsWidget *>();
     if (!map)
-        stopTest("no map on " + page()->objectName(), by);
+        stopTest("no map on " + pageWidget()->objectName(), by);
     return map;
 }
 
@@ -232,11 +232,11 @@ void ShopDriver::chooseInMapMenu(int entry, const Caller &by) const
 
 QString ShopDriver::message() const
 {
-    if (pageIndex() == PageConfirmation)
+    if (page() == PageConfirmation)
         return labelText("confirmationTitle") + ": " + labelText("confirmationText");
-    if (pageIndex() == PageMessage)
+    if (page() == PageMessage)
         return labelText("messageTitle") + ": " + labelText("messageText");
-    return "no message on " + page()->objectName();
+    return "no message on " + pageWidget()->objectName();
 }
 
 void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget *page)> &check)

@@ -9,6 +9,7 @@
 #include <QVariantMap>
 
 #include "app/shopwindow.h"
+#include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/stoppable.h"
 #include "tests/support/testhome.h"
@@ -48,14 +49,14 @@ public:
     /// Ends the program and starts it again.
     void restart(const Caller &by = Caller::here());
 
-    QWidget *page() const;
-    int pageIndex() const;
+    Page page() const;
+    QWidget *pageWidget() const;
     template <typename Widget>
     Widget *find(const char *name, const Caller &by = Caller::here()) const
     {
-        auto *widget = page()->findChild<Widget *>(name);
+        auto *widget = pageWidget()->findChild<Widget *>(name);
         if (!widget)
-            stopTest("no " + QString(name) + " on " + page()->objectName(), by);
+            stopTest("no " + QString(name) + " on " + pageWidget()->objectName(), by);
         return widget;
     }
     bool has(const char *name) const;

@@ -15,6 +15,7 @@
 #include "app/shopwindow.h"
 #include "platform/informationbox.h"
 #include "tests/support/databaselock.h"
+#include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/testhome.h"
 
@@ -84,7 +85,7 @@ void TestBadWorlds::expectBannerAndExit()
 {
     ShopWindow window;
     QVERIFY(!QSqlDatabase::database(QSqlDatabase::defaultConnection, false).isOpen());
-    QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->count(), 20);
+    QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->count(), PageCount);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     const auto *banner = window.findChild<InformationBox *>();

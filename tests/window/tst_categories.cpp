@@ -35,7 +35,7 @@ private:
         shop.press("shopsButton");
         shop.press("newButton");
         shop.press("categoryButton");
-        QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+        QCOMPARE(shop.page(), PageCategoryList);
     }
     static void addCategory(ShopDriver &shop, const QString &name)
     {
@@ -54,7 +54,7 @@ void TestCategories::emptyTable()
     shop.press("selectButton");
     QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
 }
 
 void TestCategories::idsOfNewCategories()
@@ -74,7 +74,7 @@ void TestCategories::newCategoryIsLastUntilTheListIsFilledAgain()
     openCategories(shop);
     QCOMPARE(shop.rows(), (QStringList{"B", "b"})); // upper case first
     addCategory(shop, "a");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QCOMPARE(shop.rows(), (QStringList{"B", "b", "a"}));
     QCOMPARE(shop.list()->currentRow(), 2);
     shop.press("backButton");
@@ -89,9 +89,9 @@ void TestCategories::tappingTwiceInSuccessionEdits()
     shop.tap(0);
     shop.tap(1);
     shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "a");
     QVERIFY(shop.isEnabled("deleteButton"));
 }
@@ -101,11 +101,11 @@ void TestCategories::quickDoubleTapEdits()
     ShopDriver shop({category("a"), category("b")});
     openCategories(shop);
     shop.doubleTap(1);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
     shop.press("backButton");
     // On a row that is remembered the first tap opens the page; the second presses nothing there.
     shop.doubleTap(1);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
 }
 
 void TestCategories::lastTapIsRememberedBetweenVisits()
@@ -116,7 +116,7 @@ void TestCategories::lastTapIsRememberedBetweenVisits()
     shop.press("backButton");
     shop.press("categoryButton");
     shop.tap(1);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
 }
 
 void TestCategories::renaming()
@@ -139,7 +139,7 @@ void TestCategories::deletingClearsTheStoreWithTheSameId()
     shop.press("deleteButton");
     QCOMPARE(shop.message(), "Deleting Category: Are You really want to delete category 'a' ?");
     shop.press("confirmationYesButton");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QCOMPARE(shop.rows(), QStringList("b"));
     QCOMPARE(shop.db->column("select id from category"), QVariantList{4});
     QCOMPARE(shop.db->rows("select id, coalesce(categoryid, 'null') from magazin order by id"),
@@ -153,7 +153,7 @@ void TestCategories::deletingCanBeDeclined()
     shop.doubleTap(0);
     shop.press("deleteButton");
     shop.press("confirmationNoButton");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"a"});
 }
 
@@ -179,7 +179,7 @@ void TestCategories::emptyNameIsRefused()
         shop.press("saveButton");
         QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
         shop.press("messageOkButton");
-        QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+        QCOMPARE(shop.page(), PageCategoryEdit);
         shop.press("backButton");
     }
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"a"});
@@ -202,7 +202,7 @@ void TestCategories::choiceGoesToTheStore()
     QCOMPARE(shop.list()->currentRow(), 0);
     shop.tap(1);
     shop.press("selectButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.buttonText("categoryButton"), "b & c");
 }
 
@@ -225,7 +225,7 @@ void TestCategories::backChoosesNothing()
     ShopDriver shop(category("a"));
     openCategories(shop);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
 }
 
@@ -237,14 +237,14 @@ void TestCategories::enterSavesAndEscapeGoesBack()
     QVERIFY(shop.find<QLineEdit>("nameField")->hasFocus());
     shop.type("Food");
     QTest::keyClick(shop.window->windowHandle(), Qt::Key_Return);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"Food"});
     shop.press("addButton");
     shop.type("dropped");
     QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"Food"});
 }
 

@@ -159,14 +159,14 @@ void TestContrast::everyTextCanBeRead()
     forEveryView(shop.stack, check);
     shop.stack->setCurrentIndex(PageMain);
     shop.press("aboutButton");
-    check(shop.page());
+    check(shop.pageWidget());
     shop.press("messageOkButton");
     shop.press("shopsButton");
     shop.press("newButton");
     shop.type("Baker");
-    check(shop.page());
+    check(shop.pageWidget());
     shop.find<QLineEdit>("nameField")->selectAll();
-    check(shop.page());
+    check(shop.pageWidget());
     QVERIFY2(texts > 100, qPrintable(QString::number(texts)));
 
     // A selected row and others.
@@ -208,10 +208,10 @@ void TestContrast::colorsFollowTheDesktop()
 {
     QApplication::setPalette(lightPalette());
     ShopDriver shop;
-    const QColor before = shop.page()->palette().color(QPalette::Link);
+    const QColor before = shop.pageWidget()->palette().color(QPalette::Link);
     QApplication::setPalette(darkPalette());
-    QTRY_COMPARE(shop.page()->palette().color(QPalette::Window), QColor(53, 53, 53));
-    const QColor after = shop.page()->palette().color(QPalette::Link);
+    QTRY_COMPARE(shop.pageWidget()->palette().color(QPalette::Window), QColor(53, 53, 53));
+    const QColor after = shop.pageWidget()->palette().color(QPalette::Link);
     QVERIFY(after != before);
     QVERIFY(Contrast::ratio(after, QColor(53, 53, 53)) >= 4.5);
 }

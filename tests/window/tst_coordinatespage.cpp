@@ -72,11 +72,11 @@ private:
         shop.press("shopsButton");
         shop.press("storesButton");
         shop.tap(row);
-        if (shop.pageIndex() == PageStoreList) // a tap chooses the store that was edited last
+        if (shop.page() == PageStoreList) // a tap chooses the store that was edited last
             shop.press("selectButton");
         shop.press("editButton");
         shop.press("coordinatesButton");
-        QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+        QCOMPARE(shop.page(), PageCoordinates);
     }
     static TestPositionSource *source()
     {
@@ -284,7 +284,7 @@ void TestCoordinatesPage::typedCoordinatesAreSaved()
     typeInto(shop, "latitudeField", latitude);
     typeInto(shop, "longitudeField", longitude);
     shop.press("setButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
     QCOMPARE(setting("LastLatitude"), float(row.at(0).toDouble()));
     QCOMPARE(setting("LastLongitude"), float(row.at(1).toDouble()));
@@ -346,7 +346,7 @@ void TestCoordinatesPage::uselessCoordinatesAreRefused()
     shop.press("setButton");
     QCOMPARE(shop.message(), message);
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+    QCOMPARE(shop.page(), PageCoordinates);
     QCOMPARE(decimals(shop), typed);
     QVERIFY(!QSettings("Vantor", "Trolleo").contains("LastLatitude"));
     shop.press("backButton");
@@ -398,7 +398,7 @@ void TestCoordinatesPage::backSavesNothing()
     open(shop, 0);
     typeInto(shop, "latitudeField", "1.5");
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     shop.press("saveButton");
     QCOMPARE(stored(shop, 1), (QVariantList{55.755833, -33.5, 7.0}));
 }
@@ -474,7 +474,7 @@ void TestCoordinatesPage::positionFromTheGps()
     source()->deliver(1, 2);
     QCOMPARE(shop.labelText("gpsLatitude"), "59.913822");
     shop.press("setButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
     shop.press("saveButton");
     QCOMPARE(stored(shop, 2), (QVariantList{59.913822, 10.738741, 12.5}));
@@ -524,7 +524,7 @@ void TestCoordinatesPage::editViewEndsTheWait()
         source()->fail(QGeoPositionInfoSource::UpdateTimeoutError);
         QCOMPARE(source()->requests, 1);
         source()->deliver(3.5, 4.5);
-        if (shop.pageIndex() == PageStoreEdit)
+        if (shop.page() == PageStoreEdit)
             shop.press("coordinatesButton");
         QCOMPARE(decimals(shop), (QStringList{".", "."}));
     }
@@ -589,7 +589,7 @@ void TestCoordinatesPage::gpsOff()
     shop.press("mapViewButton");
     shop.chooseInMapMenu(2);
     shop.press("setButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
 }
 
 void TestCoordinatesPage::mapStartsAtTheLastPosition()
@@ -659,7 +659,7 @@ void TestCoordinatesPage::markOnTheMapIsSaved()
     QCOMPARE(field(shop, "latitudeField").toFloat(), latitude);
     QCOMPARE(sexagesimal(shop, "latitude").first(), "48");
     shop.press("setButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     shop.press("saveButton");
     QCOMPARE(float(stored(shop, 2).value(0).toDouble()), latitude);
     QCOMPARE(float(stored(shop, 2).value(1).toDouble()), longitude);

@@ -41,7 +41,7 @@ private:
         shop.tap(0);
         shop.press("selectButton");
         shop.press("startButton");
-        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+        QCOMPARE(shop.page(), PageDoShopping);
     }
 };
 
@@ -203,7 +203,7 @@ void TestDoShopping::leavingRecomputesTheState()
     openShopping(shop);
     QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.labelText("listState"), text);
     QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{state, 0}));
 }
@@ -261,7 +261,7 @@ void TestDoShopping::backIsOk()
     ShopDriver shop(listOf(2, 2));
     openShopping(shop);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
 }
 
@@ -272,11 +272,11 @@ void TestDoShopping::withoutAListOneIsChosenFirst()
     shop.press("startButton");
     QCOMPARE(shop.message(), "No Shop List selected: Please select Shop List or create a New One");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    QCOMPARE(shop.page(), PageShoppingLists);
     QCOMPARE(shop.rows(), (QStringList{"Weekend", "zzz"}));
     shop.tap(0);
     shop.press("selectButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2"}));
 }
 
@@ -292,7 +292,7 @@ void TestDoShopping::pendingStartIsForgottenOnTheMainPage()
     shop.press("listsButton");
     shop.tap(0);
     shop.press("selectButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
 }
 
 void TestDoShopping::selectingAfterAStartOnlySelects()
@@ -307,7 +307,7 @@ void TestDoShopping::selectingAfterAStartOnlySelects()
     shop.press("listsButton");
     shop.tap(1);
     shop.press("selectButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.labelText("listName"), "zzz");
 }
 

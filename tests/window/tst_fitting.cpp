@@ -47,7 +47,8 @@ void TestFitting::textIsScaled()
 {
     QCOMPARE(100 * fontScale(), qEnvironmentVariable("TEXT_PERCENT").toDouble());
     const ShopDriver shop;
-    QCOMPARE(shop.page()->fontInfo().pixelSize(), qRound(22 * fontScale() * 96 / 72)); // points
+    QCOMPARE(shop.pageWidget()->fontInfo().pixelSize(),
+             qRound(22 * fontScale() * 96 / 72)); // points
 }
 
 static int leastWidth(const QWidget *widget)
@@ -127,10 +128,10 @@ void TestFitting::nothingIsCut()
     const auto press = [&shop](const char *button) {
         shop.press(button);
         QCoreApplication::processEvents();
-        checkNothingIsCut(shop.page());
+        checkNothingIsCut(shop.pageWidget());
     };
     // Every help, and About.
-    for (const int page : pagesWithHelp) {
+    for (const Page page : pagesWithHelp) {
         shop.stack->setCurrentIndex(page);
         press("helpButton");
     }
@@ -144,7 +145,7 @@ void TestFitting::nothingIsCut()
     press("selectButton");
     press("editButton");
     press("deleteButton");
-    QCOMPARE(shop.pageIndex(), int(PageConfirmation));
+    QCOMPARE(shop.page(), PageConfirmation);
     press("confirmationNoButton");
     shop.stack->setCurrentIndex(PageMain);
     press("shopsButton");
@@ -278,7 +279,7 @@ void TestFitting::fieldToTypeInIsSeen()
         QTRY_VERIFY(shop.isEnabled("newButton"));
         shop.stack->currentWidget()->findChild<QPushButton *>("newButton")->setFocus();
         QTest::keyClick(shop.window->windowHandle(), Qt::Key_Space);
-        QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+        QCOMPARE(shop.page(), PageStoreEdit);
         QCoreApplication::processEvents();
         const auto *field = shop.find<QLineEdit>("nameField");
         QVERIFY(field->hasFocus());

@@ -35,7 +35,7 @@ private slots:
     void helpOfTheCoordinatesLeadsBackToThem();
 
 private:
-    static QString textOf(ShopDriver &shop, int page)
+    static QString textOf(ShopDriver &shop, Page page)
     {
         shop.stack->setCurrentIndex(page);
         shop.press("helpButton");
@@ -49,11 +49,11 @@ private:
 
 void TestHelp::everyPageHasItsHelp_data()
 {
-    QTest::addColumn<int>("page");
+    QTest::addColumn<Page>("page");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("begin");
     const auto add = [](Page page, const char *title, const char *begin) {
-        QTest::newRow(title) << int(page) << title << begin;
+        QTest::newRow(title) << page << title << begin;
     };
     add(PageMain, "Main Page", "You are on a Main Page of the App.");
     add(PageShopping, "Shoppings", "You are on a Shopping Page.");
@@ -84,30 +84,30 @@ void TestHelp::everyPageHasItsHelp_data()
 
 void TestHelp::everyPageHasItsHelp()
 {
-    QFETCH(int, page);
+    QFETCH(Page, page);
     QFETCH(QString, title);
     QFETCH(QString, begin);
     ShopDriver shop;
     const QString text = textOf(shop, page);
-    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    QCOMPARE(shop.page(), PageMessage);
     QCOMPARE(shop.labelText("messageTitle"), title);
     QVERIFY2(text.startsWith(begin + "<br>"), qPrintable(text));
     QCOMPARE(drawing(QIcon(shop.find<QLabel>("messageIcon")->pixmap(Qt::ReturnByValue))),
              drawing(QIcon(QIcon(":/img/question.png").pixmap(60))));
     QCOMPARE(text.count("<b>"), text.count("</b>"));
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), page);
+    QCOMPARE(shop.page(), page);
 }
 
 void TestHelp::helpNamesEveryButton()
 {
-    QFETCH(int, page);
+    QFETCH(Page, page);
     ShopDriver shop;
     const QString text = textOf(shop, page);
     shop.press("messageOkButton");
     QCoreApplication::processEvents(); // the page has its layout
     QList<const QPushButton *> unnamed;
-    for (const QPushButton *button : shop.page()->findChildren<QPushButton *>()) {
+    for (const QPushButton *button : shop.pageWidget()->findChildren<QPushButton *>()) {
         // The main page's help is the model for all others, and leaves its way out to itself.
         if (!button->icon().isNull() && button->objectName() != "exitButton")
             unnamed << button;
@@ -126,7 +126,7 @@ void TestHelp::helpNamesEveryButton()
             QVERIFY2(button != unnamed.cend(), qPrintable(name));
             // In the page's order, down or to the right; some buttons are in a view not shown.
             if ((*button)->isVisible()) {
-                const QPoint place = (*button)->mapTo(shop.page(), QPoint(0, 0));
+                const QPoint place = (*button)->mapTo(shop.pageWidget(), QPoint(0, 0));
                 QVERIFY2(place.x() > last.x() || place.y() > last.y(), qPrintable(name));
                 last = place;
             }
@@ -140,27 +140,29 @@ void TestHelp::helpNamesEveryButton()
 void TestHelp::helpTellsOfButtonsWithoutAPicture()
 {
     const QMap<QString, QString> words{
-        {"2/categoryButton", "Stores of one Category, press the button below"},
-        {"2/storeButton", "one Store, press the button below"},
-        {"5/storeButton", "Press the button with the Store"},
-        {"5/resetButton", "Reset makes all goods of the List unchecked"},
-        {"7/lessButton", "Minus and plus"},
-        {"7/moreButton", "Minus and plus"},
-        {"9/categoryButton", "Press the button with the Category"},
-        {"9/coordinatesButton", "the one with the GPS"},
-        {"14/soundButton", "Press the button with the file name"},
-        {"19/latitudeHemisphere", "N/S"},
-        {"19/longitudeHemisphere", "E/W"},
+        {"trackingPage/categoryButton", "Stores of one Category, press the button below"},
+        {"trackingPage/storeButton", "one Store, press the button below"},
+        {"listEditPage/storeButton", "Press the button with the Store"},
+        {"listEditPage/resetButton", "Reset makes all goods of the List unchecked"},
+        {"itemEditPage/lessButton", "Minus and plus"},
+        {"itemEditPage/moreButton", "Minus and plus"},
+        {"storeEditPage/categoryButton", "Press the button with the Category"},
+        {"storeEditPage/coordinatesButton", "the one with the GPS"},
+        {"optionsPage/soundButton", "Press the button with the file name"},
+        {"coordinatesPage/latitudeHemisphere", "N/S"},
+        {"coordinatesPage/longitudeHemisphere", "E/W"},
     };
     ShopDriver shop;
     QStringList found;
-    for (int page = 0; page < shop.stack->count(); ++page) {
-        for (const QPushButton *button : shop.stack->widget(page)->findChildren<QPushButton *>()) {
+    for (int index = 0; index < PageCount; ++index) {
+        const QWidget *page = shop.stack->widget(index);
+        for (const QPushButton *button : page->findChildren<QPushButton *>()) {
             if (!button->icon().isNull())
                 continue;
-            found << QString("%1/%2").arg(page).arg(button->objectName());
+            found << page->objectName() + '/' + button->objectName();
             QVERIFY2(words.contains(found.last()), qPrintable(found.last()));
-            QVERIFY2(textOf(shop, page).contains(words[found.last()]), qPrintable(found.last()));
+            QVERIFY2(textOf(shop, Page(index)).contains(words[found.last()]),
+                     qPrintable(found.last()));
         }
     }
     QCOMPARE(found.size(), words.size());
@@ -204,15 +206,15 @@ void TestHelp::about()
     QVERIFY(lines.at(5).contains("MIT"));
     QVERIFY(lines.at(5).contains("OpenStreetMap"));
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
 }
 
 void TestHelp::keysOfTheTranslations_data()
 {
-    QTest::addColumn<int>("page");
+    QTest::addColumn<Page>("page");
     QTest::addColumn<QString>("words");
     const auto add = [](Page page, const char *words) {
-        QTest::newRow(words) << int(page) << words;
+        QTest::newRow(words) << page << words;
     };
     // Spelling included.
     add(PageTrackedList, "vew");
@@ -234,7 +236,7 @@ void TestHelp::keysOfTheTranslations_data()
 
 void TestHelp::keysOfTheTranslations()
 {
-    QFETCH(int, page);
+    QFETCH(Page, page);
     QFETCH(QString, words);
     ShopDriver shop;
     QVERIFY(textOf(shop, page).contains(words));
@@ -244,7 +246,7 @@ void TestHelp::okClearsTheText()
 {
     ShopDriver shop;
     textOf(shop, PageOptions);
-    auto *bar = shop.page()->findChild<QScrollArea *>()->verticalScrollBar();
+    auto *bar = shop.pageWidget()->findChild<QScrollArea *>()->verticalScrollBar();
     bar->setValue(bar->maximum());
     QVERIFY(bar->value() > 0);
     shop.press("messageOkButton");
@@ -269,7 +271,7 @@ void TestHelp::helpOfTheCoordinatesLeadsBackToThem()
     shop.press("helpButton");
     QCOMPARE(shop.labelText("messageTitle"), "Coords input");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+    QCOMPARE(shop.page(), PageCoordinates);
     QCOMPARE(field->text(), "12.5");
 }
 

@@ -41,7 +41,7 @@ private:
         shop.tap(0);
         shop.press("selectButton");
         shop.press("goodsButton");
-        QCOMPARE(shop.pageIndex(), int(PageItemsList));
+        QCOMPARE(shop.page(), PageItemsList);
     }
     static void add(ShopDriver &shop, const QString &name, int amount = 1)
     {
@@ -54,7 +54,7 @@ private:
     {
         shop.list()->setCurrentRow(row);
         QTest::keyClick(shop.list(), Qt::Key_Return);
-        QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+        QCOMPARE(shop.page(), PageItemEdit);
     }
     static QList<QVariantList> goods(ShopDriver &shop)
     {
@@ -90,7 +90,7 @@ void TestItems::nothingIsStoredBeforeOk()
     QCOMPARE(shop.rows(), (QStringList{"Oat milk|2", "Eggs|12"}));
     QCOMPARE(goods(shop), before);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(goods(shop), before);
     shop.press("goodsButton");
     QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1"}));
@@ -103,7 +103,7 @@ void TestItems::newGoodsGetConsecutiveIds()
     add(shop, "Eggs", 12);
     add(shop, "Salt");
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(goods(shop), (QList<QVariantList>{{1, "Milk", 1, 2, 0},
                                                {2, "Bread", 1, 1, 1},
                                                {3, "Other", 2, 1, 0},
@@ -187,17 +187,17 @@ void TestItems::tapTwiceEdits()
     shop.tap(0);
     shop.tap(1);
     shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    QCOMPARE(shop.page(), PageItemsList);
     shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.page(), PageItemEdit);
     shop.press("backButton");
     // Goods that are not stored yet share one id: any second tap on one of them opens it.
     add(shop, "Eggs");
     add(shop, "Salt");
     shop.tap(2);
-    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    QCOMPARE(shop.page(), PageItemsList);
     shop.tap(3);
-    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.page(), PageItemEdit);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Salt");
 }
 
@@ -206,10 +206,10 @@ void TestItems::quickDoubleTapEditsOnce()
     ShopDriver shop(oneList);
     openGoods(shop);
     shop.doubleTap(1);
-    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.page(), PageItemEdit);
     shop.press("backButton");
     shop.doubleTap(1);
-    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.page(), PageItemEdit);
 }
 
 void TestItems::deleteIsForGoodsThatAreThere()
@@ -223,7 +223,7 @@ void TestItems::deleteIsForGoodsThatAreThere()
     QVERIFY(shop.isEnabled("deleteButton"));
     shop.press("deleteButton");
     shop.press("confirmationNoButton");
-    QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+    QCOMPARE(shop.page(), PageItemEdit);
 }
 
 void TestItems::emptyNameIsRefused()
@@ -239,7 +239,7 @@ void TestItems::emptyNameIsRefused()
         shop.press("saveButton");
         QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
         shop.press("messageOkButton");
-        QCOMPARE(shop.pageIndex(), int(PageItemEdit));
+        QCOMPARE(shop.page(), PageItemEdit);
         shop.press("backButton");
         QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1"}));
     }

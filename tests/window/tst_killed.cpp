@@ -117,7 +117,7 @@ public:
     [[noreturn]] void run()
     {
         for (;;) {
-            expect(shop.pageIndex() == PageMain, "the main page");
+            expect(shop.page() == PageMain, "the main page");
             switch (random.bounded(5)) {
             case 0:
                 categories();
@@ -145,7 +145,7 @@ private:
     void expect(bool condition, const char *what) const
     {
         if (!condition)
-            qFatal("%s does not show: page %d", what, shop.pageIndex());
+            qFatal("%s does not show, but %s", what, qPrintable(shop.pageWidget()->objectName()));
     }
 
     /// `act` makes the window run the statements of `steps`.
@@ -192,7 +192,7 @@ private:
     void goTo(const char *button, Page page) const
     {
         shop.press(button);
-        expect(shop.pageIndex() == page, button);
+        expect(shop.page() == page, button);
     }
     int rowOf(int id) const
     {
@@ -205,10 +205,10 @@ private:
     /// Taps a row until it opens another page, which is by the first tap or the second.
     void tapOpen(int row) const
     {
-        const int page = shop.pageIndex();
-        for (int taps = 0; taps < 2 && shop.pageIndex() == page; ++taps)
+        const Page page = shop.page();
+        for (int taps = 0; taps < 2 && shop.page() == page; ++taps)
             shop.tap(row);
-        expect(shop.pageIndex() != page, "what a row opens");
+        expect(shop.page() != page, "what a row opens");
     }
     int anyRow()
     {
@@ -233,9 +233,7 @@ private:
                 change(
                     "add category", {{{key("category", after(ids("category"))), {name}}}},
                     [this] { shop.press("saveButton"); },
-                    [&] {
-                        return shop.pageIndex() == PageCategoryList && shop.rows().last() == name;
-                    });
+                    [&] { return shop.page() == PageCategoryList && shop.rows().last() == name; });
                 continue;
             }
             const int row = anyRow();
@@ -247,9 +245,7 @@ private:
                 change(
                     "rename category", {{{key("category", id), {name}}}},
                     [this] { shop.press("saveButton"); },
-                    [&] {
-                        return shop.pageIndex() == PageCategoryList && shop.rows().at(row) == name;
-                    });
+                    [&] { return shop.page() == PageCategoryList && shop.rows().at(row) == name; });
             } else {
                 goTo("deleteButton", PageConfirmation);
                 Steps steps;
@@ -262,7 +258,7 @@ private:
                 steps << Rows{{key("category", id), {}}};
                 change(
                     "delete category", steps, [this] { shop.press("confirmationYesButton"); },
-                    [&] { return shop.pageIndex() == PageCategoryList && rowOf(id) < 0; });
+                    [&] { return shop.page() == PageCategoryList && rowOf(id) < 0; });
             }
         }
         goTo("backButton", PageStoreEdit);
@@ -326,7 +322,7 @@ private:
             steps << Rows{{key("gpscoord", id), typeCoordinates()}};
         change(
             "add store", steps, [this] { shop.press("saveButton"); },
-            [&] { return shop.pageIndex() == PageStoreList && rowOf(id) >= 0; });
+            [&] { return shop.page() == PageStoreList && rowOf(id) >= 0; });
         goTo("backButton", PageStores);
     }
 
@@ -334,7 +330,7 @@ private:
     {
         const int id = idOf(row);
         shop.tap(row);
-        if (shop.pageIndex() == PageStoreList)
+        if (shop.page() == PageStoreList)
             shop.press("selectButton");
         goTo("editButton", PageStoreEdit);
         const QString coordinates = key("gpscoord", id);
@@ -352,15 +348,13 @@ private:
             }
             change(
                 "change store", steps, [this] { shop.press("saveButton"); },
-                [&] {
-                    return shop.pageIndex() == PageStores && shop.labelText("storeName") == name;
-                });
+                [&] { return shop.page() == PageStores && shop.labelText("storeName") == name; });
         } else {
             goTo("deleteButton", PageConfirmation);
             steps << Rows{{coordinates, {}}} << Rows{{key("magazin", id), {}}};
             change(
                 "delete store", steps, [this] { shop.press("confirmationYesButton"); },
-                [&] { return shop.pageIndex() == PageStores && !shop.isEnabled("editButton"); });
+                [&] { return shop.page() == PageStores && !shop.isEnabled("editButton"); });
         }
     }
 
@@ -389,7 +383,7 @@ private:
                 deleteList(id);
             }
         }
-        expect(shop.pageIndex() == PageShopping, "the shopping page");
+        expect(shop.page() == PageShopping, "the shopping page");
         goTo("backButton", PageMain);
     }
 
@@ -405,12 +399,12 @@ private:
             const int row = anyRow();
             store = idOf(row);
             shop.tap(row);
-            if (shop.pageIndex() == PageStoreList)
+            if (shop.page() == PageStoreList)
                 shop.press("selectButton");
         } else {
             shop.press("backButton");
         }
-        expect(shop.pageIndex() == PageListEdit, "the list edit page");
+        expect(shop.page() == PageListEdit, "the list edit page");
         const int id = after(ids("shoplist"));
         change(
             "add list",
@@ -443,7 +437,7 @@ private:
         columns[0] = name;
         change(
             "rename list", {{{key("shoplist", id), columns}}}, [this] { shop.press("saveButton"); },
-            [&] { return shop.pageIndex() == PageShopping && shop.labelText("listName") == name; });
+            [&] { return shop.page() == PageShopping && shop.labelText("listName") == name; });
     }
 
     void deleteList(int id)
@@ -456,7 +450,7 @@ private:
         change(
             "delete list", {goods, {{key("shoplist", id), {}}}},
             [this] { shop.press("confirmationYesButton"); },
-            [this] { return shop.pageIndex() == PageShopping && !shop.isEnabled("goodsButton"); });
+            [this] { return shop.page() == PageShopping && !shop.isEnabled("goodsButton"); });
     }
 
     QList<int> goodsOf(int list, const Rows &all) const
@@ -562,7 +556,7 @@ private:
         step(stateStep(list, then));
         change(
             "save goods", steps, [this] { shop.press("okButton"); },
-            [this] { return shop.pageIndex() != PageItemsList; });
+            [this] { return shop.page() != PageItemsList; });
     }
 
     void checkGoods(int list)
@@ -588,7 +582,7 @@ private:
         }
         change(
             "end shopping", {stateStep(list, rows)}, [this] { shop.press("okButton"); },
-            [this] { return shop.pageIndex() == PageShopping; });
+            [this] { return shop.page() == PageShopping; });
     }
 
     ShopDriver shop;

@@ -68,7 +68,7 @@ static QStringList textsOf(const QWidget *page)
 /// Opens every help, and About, and looks whether it is in that language.
 static void checkHelps(const ShopDriver &shop, bool isRussian)
 {
-    const auto check = [&shop, isRussian](int page, const char *button) {
+    const auto check = [&shop, isRussian](Page page, const char *button) {
         shop.stack->setCurrentIndex(page);
         shop.press(button);
         QCOMPARE(shop.labelText("messageTitle").contains(cyrillic), isRussian);
@@ -79,7 +79,7 @@ static void checkHelps(const ShopDriver &shop, bool isRussian)
         static const QRegularExpression english("\\b(the|this|You|and|is|of)\\b");
         QVERIFY2(text.contains(english) != isRussian, qPrintable(text));
     };
-    for (const int page : pagesWithHelp)
+    for (const Page page : pagesWithHelp)
         check(page, "helpButton");
     check(PageMain, "aboutButton");
 }

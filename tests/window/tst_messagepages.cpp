@@ -8,7 +8,7 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
-#include "base/pages.h"
+#include "tests/support/pagenames.h"
 #include "tests/support/testhome.h"
 #include "widgets/TrKineticScroller.h"
 
@@ -81,6 +81,10 @@ private:
     {
         return window->findChild<Widget *>(name);
     }
+    Page page() const
+    {
+        return Page(stack->currentIndex());
+    }
 
     std::unique_ptr<TestHome> home;
     std::unique_ptr<SpeakingWindow> window;
@@ -110,7 +114,7 @@ void TestMessagePages::cleanup()
 void TestMessagePages::messageShowsWhatItIsGiven()
 {
     window->showMessage("Title", "Some <b>text</b>", ":/img/warning_r.svg", PageStores);
-    QCOMPARE(stack->currentIndex(), 12);
+    QCOMPARE(page(), PageMessage);
     QCOMPARE(find<QLabel>("messageTitle")->text(), "Title");
     QCOMPARE(find<QLabel>("messageText")->text(), "Some <b>text</b>");
     QCOMPARE(find<QLabel>("messageText")->textFormat(), Qt::RichText);
@@ -127,7 +131,7 @@ void TestMessagePages::okLeadsBackAndClearsTheText()
 {
     window->showMessage("Title", "Text", ":/img/info.png", PageStores);
     click("messageOkButton");
-    QCOMPARE(stack->currentIndex(), int(PageStores));
+    QCOMPARE(page(), PageStores);
     QCOMPARE(find<QLabel>("messageText")->text(), QString());
 }
 
@@ -170,7 +174,7 @@ void TestMessagePages::longTextIsFlicked()
     QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 120));
     QTRY_VERIFY(!scroller->isMoving());
     QVERIFY(area->verticalScrollBar()->value() > 120);
-    QCOMPARE(stack->currentIndex(), int(PageMessage));
+    QCOMPARE(page(), PageMessage);
 }
 
 void TestMessagePages::picturesInTheTextAreCrisp()
@@ -202,13 +206,13 @@ void TestMessagePages::yesRunsTheConfirmingSlotOnly()
 {
     stack->setCurrentIndex(PageStoreEdit);
     window->ask("Sure?", &SpeakingWindow::firstConfirmed, PageStoreEdit);
-    QCOMPARE(stack->currentIndex(), 16);
+    QCOMPARE(page(), PageConfirmation);
     QCOMPARE(find<QLabel>("confirmationTitle")->text(), "Deleting");
     QCOMPARE(find<QLabel>("confirmationText")->text(), "Sure?");
     click("confirmationYesButton");
     QCOMPARE(window->confirmed, QStringList("first"));
     // Which page follows is the slot's business.
-    QCOMPARE(stack->currentIndex(), 16);
+    QCOMPARE(page(), PageConfirmation);
 }
 
 void TestMessagePages::secondQuestionsYesRunsOnlyTheSecondSlot()
@@ -219,7 +223,7 @@ void TestMessagePages::secondQuestionsYesRunsOnlyTheSecondSlot()
     click("confirmationYesButton");
     QCOMPARE(window->confirmed, QStringList("second"));
     click("confirmationNoButton");
-    QCOMPARE(stack->currentIndex(), int(PageItemEdit));
+    QCOMPARE(page(), PageItemEdit);
 
     window->ask("Second?", &SpeakingWindow::secondConfirmed, PageItemEdit);
     click("confirmationNoButton");
@@ -230,10 +234,10 @@ void TestMessagePages::secondQuestionsYesRunsOnlyTheSecondSlot()
 
 void TestMessagePages::noLeadsBackAndRunsNothing()
 {
-    for (const int page : {PageStoreEdit, PageListEdit, PageItemEdit, PageCategoryEdit}) {
-        window->ask("Sure?", &SpeakingWindow::firstConfirmed, page);
+    for (const Page opener : {PageStoreEdit, PageListEdit, PageItemEdit, PageCategoryEdit}) {
+        window->ask("Sure?", &SpeakingWindow::firstConfirmed, opener);
         click("confirmationNoButton");
-        QCOMPARE(stack->currentIndex(), page);
+        QCOMPARE(page(), opener);
     }
     QCOMPARE(window->confirmed, QStringList());
     // "No" shares its slot with the message page's "OK", which clears the message.
@@ -254,12 +258,12 @@ void TestMessagePages::namesInAQuestionAreNoMarkup()
 
 void TestMessagePages::waitingPageReturnsToItsOpener()
 {
-    for (const int page : {PageTracking, PageCoordinates}) {
-        stack->setCurrentIndex(page);
+    for (const Page opener : {PageTracking, PageCoordinates}) {
+        stack->setCurrentIndex(opener);
         window->showWaiting();
-        QCOMPARE(stack->currentIndex(), 15);
+        QCOMPARE(page(), PageWaiting);
         click("waitingCancelButton");
-        QCOMPARE(stack->currentIndex(), page);
+        QCOMPARE(page(), opener);
     }
     QCOMPARE(find<QLabel>("waitingTitle")->text(), "Update in Progress");
     QCOMPARE(find<QLabel>("waitingText")->text(),
@@ -273,7 +277,7 @@ void TestMessagePages::secondWaitReturnsToTheSameOpener()
     window->showWaiting();
     window->showWaiting();
     click("waitingCancelButton");
-    QCOMPARE(stack->currentIndex(), int(PageTracking));
+    QCOMPARE(page(), PageTracking);
 }
 
 void TestMessagePages::cancelledWaitLeavesNobodyWaiting()
@@ -296,7 +300,7 @@ void TestMessagePages::cancellingAfterThePositionCameStillReturns()
     window->gpsAcquired(10.0, 20.0, 30.0);
     emit window->requestedGpsUpdate();
     click("waitingCancelButton");
-    QCOMPARE(stack->currentIndex(), int(PageTracking));
+    QCOMPARE(page(), PageTracking);
 }
 
 void TestMessagePages::keyboardAnswers()
@@ -307,7 +311,7 @@ void TestMessagePages::keyboardAnswers()
     QTest::keyClick(find<QPushButton>("confirmationYesButton"), Qt::Key_Space);
     QCOMPARE(window->confirmed, QStringList("first"));
     QTest::keyClick(find<QPushButton>("confirmationNoButton"), Qt::Key_Space);
-    QCOMPARE(stack->currentIndex(), int(PageStoreEdit));
+    QCOMPARE(page(), PageStoreEdit);
 }
 
 void TestMessagePages::fontsDifferByOnePoint()

@@ -115,7 +115,7 @@ void TestMonkey::tap(ShopDriver &shop)
 void TestMonkey::tapButton(ShopDriver &shop)
 {
     QList<QWidget *> targets;
-    for (auto *widget : shop.page()->findChildren<QWidget *>()) {
+    for (auto *widget : shop.pageWidget()->findChildren<QWidget *>()) {
         if (widget->isVisible() && widget->isEnabled() && widget->focusPolicy() != Qt::NoFocus)
             targets << widget;
     }
@@ -137,7 +137,7 @@ void TestMonkey::drag(ShopDriver &shop)
 
 void TestMonkey::press(ShopDriver &shop)
 {
-    QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : shop.page();
+    QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : shop.pageWidget();
     if (below(3) > 0) {
         QTest::keyClick(target, keys.at(size_t(below(int(keys.size())))));
         return;
@@ -207,9 +207,9 @@ void TestMonkey::step(ShopDriver &shop)
 void TestMonkey::check(const ShopDriver &shop)
 {
     QCOMPARE(shop.window->findChildren<QStackedWidget *>("pageStack").size(), 1);
-    QCOMPARE(shop.stack->count(), 20);
-    const int page = shop.pageIndex();
-    QVERIFY(page >= 0 && page < shop.stack->count());
+    QCOMPARE(shop.stack->count(), PageCount);
+    const Page page = shop.page();
+    QVERIFY(page >= 0 && page < PageCount);
 
     for (const char *name : {"saveButton", "confirmationYesButton"}) {
         for (QPushButton *button : shop.stack->findChildren<QPushButton *>(name)) {
@@ -257,7 +257,7 @@ void TestMonkey::nothingBreaksTheWindow()
 {
     const int steps = RandomRun::count("TROLLEO_TEST_STEPS", 2000);
     random.seed(RandomRun::seed());
-    std::array<int, 20> seen{};
+    std::array<int, PageCount> seen{};
 
     ShopDriver shop(anyDatabase(), {{"GpsEnabled", true}});
     // Whoever chooses a file does nothing else meanwhile.
@@ -271,10 +271,10 @@ void TestMonkey::nothingBreaksTheWindow()
         step(shop);
         check(shop);
         if (QTest::currentTestFailed()) {
-            qInfo("in step %d on page %d", done, shop.pageIndex());
+            qInfo("in step %d on %s", done, qPrintable(shop.pageWidget()->objectName()));
             return;
         }
-        ++seen.at(size_t(shop.pageIndex()));
+        ++seen.at(size_t(shop.page()));
         if (done % 10000 == 9999)
             qInfo("%d steps", done + 1);
     }

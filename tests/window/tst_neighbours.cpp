@@ -73,20 +73,20 @@ void TestNeighbours::roughPositionNeitherRingsNorIsAStore()
     QTRY_VERIFY_WITH_TIMEOUT(gpsd.polls() > polls, soon);
     gpsd.tell(1, 10.01, 20, "\"eph\":24300.0");
     QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 25 km only.", soon);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     // Nor does it end a wait.
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     delete shop.window->findChild<InformationBox *>();
     gpsd.tell(2, 10.01, 20, "\"eph\":251.0");
     QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 1 km only.", soon);
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     delete shop.window->findChild<InformationBox *>();
     gpsd.tell(3, 10.01, 20, "\"eph\":252.0");
     QTest::qWait(3500);
     QCOMPARE(banner(shop), QString()); // once a wait
     gpsd.tell(4, 10.01, 20, "\"eph\":249.0");
-    QTRY_COMPARE_WITH_TIMEOUT(shop.pageIndex(), int(PageReminder), soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageReminder, soon);
 }
 
 void TestNeighbours::roughPositionCentresTheMap()
@@ -97,11 +97,11 @@ void TestNeighbours::roughPositionCentresTheMap()
     const int polls = gpsd.polls();
     QTRY_VERIFY_WITH_TIMEOUT(gpsd.polls() > polls, soon);
     gpsd.tell(10, 11, 21);
-    QTRY_COMPARE_WITH_TIMEOUT(shop.pageIndex(), int(PageTrackedList), 2 * soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageTrackedList, 2 * soon);
     shop.press("mapViewButton");
     gpsd.tell(11, 48, 2, "\"eph\":5000.0");
     QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 5 km only.", soon);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
 }
 
 void TestNeighbours::refusalIsToldOnce()
@@ -122,7 +122,7 @@ void TestNeighbours::refusalIsToldOnce()
     geoClue.refuses = false;
     QTRY_VERIFY_WITH_TIMEOUT(geoClue.isStarted(), 25000);
     geoClue.locate(10.01, 20, 1);
-    QTRY_COMPARE_WITH_TIMEOUT(shop.pageIndex(), int(PageReminder), soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageReminder, soon);
     QVERIFY(gpsd.listen(QHostAddress::LocalHost, quint16(qgetenv("TROLLEO_GPSD").mid(10).toInt())));
 }
 
@@ -196,19 +196,19 @@ void TestNeighbours::notificationsComeAndGo()
 void TestNeighbours::answersByNotification_data()
 {
     QTest::addColumn<QString>("action");
-    QTest::addColumn<int>("page");
+    QTest::addColumn<Page>("page");
     QTest::addColumn<bool>("tracks");
-    QTest::newRow("next") << "next" << int(PageTracking) << true;
-    QTest::newRow("stop") << "stop" << int(PageTracking) << false;
-    QTest::newRow("start") << "start" << int(PageDoShopping) << false;
-    QTest::newRow("default") << "default" << int(PageReminder) << true;
-    QTest::newRow("unknown") << "snooze" << int(PageReminder) << true;
+    QTest::newRow("next") << "next" << PageTracking << true;
+    QTest::newRow("stop") << "stop" << PageTracking << false;
+    QTest::newRow("start") << "start" << PageDoShopping << false;
+    QTest::newRow("default") << "default" << PageReminder << true;
+    QTest::newRow("unknown") << "snooze" << PageReminder << true;
 }
 
 void TestNeighbours::answersByNotification()
 {
     QFETCH(QString, action);
-    QFETCH(int, page);
+    QFETCH(Page, page);
     QFETCH(bool, tracks);
     MadeUpService service(bus->address(), "org.freedesktop.Notifications",
                           "/org/freedesktop/Notifications");
@@ -226,10 +226,10 @@ void TestNeighbours::answersByNotification()
                            "ActionInvoked", {2U, action});
     };
     answer();
-    QTRY_COMPARE_WITH_TIMEOUT(shop.pageIndex(), page, soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.page(), page, soon);
     answer(); // the reminder is answered already, or it is no answer
     QTest::qWait(200);
-    QCOMPARE(shop.pageIndex(), page);
+    QCOMPARE(shop.page(), page);
     QCOMPARE(shop.window->findChild<QWidget *>("trackingPage")
                  ->findChild<QWidget *>("stopButton")
                  ->isEnabled(),
@@ -242,7 +242,7 @@ void TestNeighbours::requestEndsWithGps()
     ShopDriver shop(bakery, gpsOn);
     shop.press("reminderButton");
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     QTRY_VERIFY_WITH_TIMEOUT(gpsd.isConnected(), soon);
     shop.press("waitingCancelButton");
     QTRY_VERIFY_WITH_TIMEOUT(!gpsd.isConnected(), soon);

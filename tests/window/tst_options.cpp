@@ -182,11 +182,11 @@ void TestOptions::showsTheSettings()
     QFETCH(QVariantMap, settings);
     QFETCH(QString, shown);
     ShopDriver shop({}, settings);
-    if (shop.pageIndex() == PageMessage) // nothing to track
+    if (shop.page() == PageMessage) // nothing to track
         shop.press("messageOkButton");
     shop.stack->setCurrentIndex(PageMain);
     shop.press("optionsButton");
-    QCOMPARE(shop.pageIndex(), int(PageOptions));
+    QCOMPARE(shop.page(), PageOptions);
     QCOMPARE(boxes(shop), shown);
     QCOMPARE(shop.buttonText("soundButton"), "no sound.wav");
     QVERIFY(shop.find<QRadioButton>("autoDetectRadio")->isChecked());
@@ -229,7 +229,7 @@ void TestOptions::backAndCancelChangeNothing()
         shop.press("russianRadio");
         choose(shop, "bell.wav");
         shop.press(way);
-        QCOMPARE(shop.pageIndex(), int(PageMain));
+        QCOMPARE(shop.page(), PageMain);
         QVERIFY(!QSettings("Vantor", "Trolleo").contains("GpsEnabled"));
         shop.press("optionsButton");
         QCOMPARE(boxes(shop), "-..");
@@ -247,7 +247,7 @@ void TestOptions::savedAndReadBack()
     shop.press("enableGpsBox");
     shop.press("gpsAlwaysActiveBox");
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     QCOMPARE(setting("GpsEnabled").toBool(), true);
     QCOMPARE(setting("GpsAutoStart").toBool(), true);
     QCOMPARE(setting("TrackAutoStart").toBool(), false);
@@ -321,7 +321,7 @@ void TestOptions::autoStartWithNothingToTrackSaysSo()
         shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
     };
     save("autoDetectRadio");
-    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    QCOMPARE(shop.page(), PageMessage);
     QCOMPARE(shop.labelText("messageTitle"), "Tracking Warning");
     shop.press("messageOkButton");
     shop.press("backButton");
@@ -330,7 +330,7 @@ void TestOptions::autoStartWithNothingToTrackSaysSo()
     save("englishRadio");
     QTRY_VERIFY(!before);
     shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
 }
 
 void TestOptions::soundFileIsChosen_data()
@@ -409,8 +409,8 @@ void TestOptions::languageRebuildsThePages()
     QFETCH(int, saved);
     ShopDriver shop({}, {{"LanguageId", stored}});
     changeLanguage(shop, radio);
-    QCOMPARE(shop.stack->count(), 20);
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.stack->count(), PageCount);
+    QCOMPARE(shop.page(), PageMain);
     QCOMPARE(setting("LanguageId").toInt(), saved);
     QVERIFY(shop.window->isMaximized());
     // The new pages work.
@@ -460,11 +460,11 @@ void TestOptions::trackingGoesOnInAnotherLanguage()
     QCOMPARE(shop.buttonText("categoryButton"), "Food");
     source()->deliver(10.5, 20);
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QCOMPARE(shop.labelText("title"), "По категории: Food");
     QCOMPARE(shop.rows().size(), 1);
     source()->deliver(10.0095, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
 }
 
 void TestOptions::stoppedTrackingStaysStopped()
@@ -516,7 +516,7 @@ void TestOptions::whatIsCurrentStaysSo()
     shop.press("shoppingButton");
     QCOMPARE(shop.labelText("listName"), "Bread");
     shop.press("startButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     QCOMPARE(shop.rows().size(), 1);
     shop.press("backButton");
     shop.stack->setCurrentIndex(PageMain);
@@ -546,7 +546,7 @@ void TestOptions::doubleTapOnOkPressesNothingElse()
     DeletingBeforePresses filter;
     shop.window->windowHandle()->installEventFilter(&filter);
     QVERIFY(shop.doubleTap("okButton", PageMain));
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     QCOMPARE(setting("LanguageId").toInt(), 2);
 }
 
@@ -581,10 +581,10 @@ void TestOptions::reminderClosesTheChoiceOfAFile()
     shop.press("backButton");
     shop.press("optionsButton");
     withDialog(shop, [](QFileDialog *) { source()->deliver(10.0095, 20); });
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QVERIFY(!QApplication::activeModalWidget());
     shop.press("stopButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestOptions::reminderClosesWhatTheChoiceHasOpened()
@@ -605,9 +605,9 @@ void TestOptions::reminderClosesWhatTheChoiceHasOpened()
     });
     QVERIFY(boxCame);
     QVERIFY(!QApplication::activeModalWidget());
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     shop.press("stopButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestOptions::choiceLeavesOtherProgramsAlone()

@@ -61,7 +61,7 @@ private:
     {
         shop.press("reminderButton");
         shop.press("viewButton");
-        QCOMPARE(shop.pageIndex(), int(PageWaiting));
+        QCOMPARE(shop.page(), PageWaiting);
     }
 };
 
@@ -143,7 +143,7 @@ void TestPositions::invalidPositionsAreIgnored()
     waitForPosition(shop);
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Position updated: QGeoPositionInfo"));
     source()->deliver(position);
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
 }
 
 void TestPositions::onlyTheTimeoutIsATimeout()
@@ -190,11 +190,11 @@ void TestPositions::withoutASourceTheWindowSaysSo()
     ShopDriver shop(oneStore, gpsOn);
     QCOMPARE(shop.message(), "GPS: Failed to start GPS system");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     // Nothing ever comes of asking.
     waitForPosition(shop);
     shop.press("waitingCancelButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestPositions::gpsAutostart()
@@ -224,7 +224,7 @@ void TestPositions::everyPositionTellsWhoeverWaits()
     QSignalSpy toldLater(shop.window.get(), &ShopWindow::requestedGpsUpdate);
     source()->deliver(10, 20);
     QCOMPARE(toldLater.count(), 0);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestPositions::timeoutsWhileWaitingAskAgain()
@@ -237,7 +237,7 @@ void TestPositions::timeoutsWhileWaitingAskAgain()
         QCOMPARE(source()->requests, time);
     }
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
 }
 
 void TestPositions::timeoutsWhileNobodyWaitsAskNothing()
@@ -284,9 +284,9 @@ void TestPositions::otherErrorsChangeNothing()
           QGeoPositionInfoSource::UnknownSourceError})
         source()->fail(error);
     QCOMPARE(source()->requests, 1);
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
 }
 
 void TestPositions::cancelledWaitLeavesNothingBehind()
@@ -297,7 +297,7 @@ void TestPositions::cancelledWaitLeavesNothingBehind()
     source()->fail(QGeoPositionInfoSource::UpdateTimeoutError);
     QCOMPARE(source()->requests, 1);
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     for (const QTimer *timer : shop.window->findChildren<QTimer *>())
         QVERIFY(!timer->isActive());
 }

@@ -91,7 +91,7 @@ private:
     {
         track(shop);
         source()->deliver(10.0085, 20);
-        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        QCOMPARE(shop.page(), PageReminder);
         QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
         source()->calls.clear();
     }
@@ -108,12 +108,12 @@ void TestReminder::farAwayNothingHappens()
     ShopDriver shop(threeStores, gpsOn);
     track(shop);
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(source()->calls, QStringList());
     // Near, but tracking is off.
     shop.press("stopButton");
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::nearAStoreTheReminderShows()
@@ -122,7 +122,7 @@ void TestReminder::nearAStoreTheReminderShows()
     track(shop);
     source()->deliver(10, 20);
     source()->deliver(10.0085, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(shop.labelText("reminderHeading"), "You have a Shopping List for this Store:");
     QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
     // The source rests until the person has answered, and tracking goes on.
@@ -168,12 +168,12 @@ void TestReminder::thresholdIsExact()
     ShopDriver shop(store("Bakery").at(double(just), double(longitude)).openList("Bread"), gpsOn);
     track(shop);
     source()->deliver(0, 0);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     shop.press("stopButton");
     shop.db->run(QString("update gpscoord set latitude = %1").arg(text(nearer)));
     shop.press("startButton");
     source()->deliver(0, 0);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 250.00 meters)");
     // And 249.99 m, as the person reads it.
     shop.press("stopButton");
@@ -185,14 +185,14 @@ void TestReminder::thresholdIsExact()
 
 void TestReminder::reminderFromAnyPage()
 {
-    for (int page = PageMain; page <= PageCoordinates; ++page) {
+    for (int page = 0; page < PageCount; ++page) {
         ShopDriver shop(threeStores, gpsOn);
         track(shop);
         if (page == PageReminder)
             continue;
         shop.stack->setCurrentIndex(page);
         source()->deliver(10.0085, 20);
-        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        QCOMPARE(shop.page(), PageReminder);
         QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
     }
 }
@@ -215,11 +215,11 @@ void TestReminder::positionsDuringTheReminderChangeNothing()
     const QString text = shop.labelText("reminderStore");
     source()->deliver(10.02, 20);
     QCOMPARE(shop.labelText("reminderStore"), text);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(source()->calls, QStringList());
     // Order and distances are those of the reminder: the next one is told with the next position.
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     // It is the last position all the same.
     shop.press("viewButton");
     QCOMPARE(shop.rows().first(), "Dairy|0.000000");
@@ -233,7 +233,7 @@ void TestReminder::nextStore()
     ShopDriver shop(threeStores, gpsOn);
     remind(shop);
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(isTracking(shop));
     QCOMPARE(source()->calls, (QStringList{"start", "interval 3000"}));
     shop.press("viewButton");
@@ -248,13 +248,13 @@ void TestReminder::nextStoreSkipsTheOneThatIsStillNearest()
     shop.press("nextButton");
     for (const double latitude : {10.0085, 10.01, 10.011}) {
         source()->deliver(latitude, 20);
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
     source()->deliver(10.019, 20);
     QVERIFY(shop.labelText("reminderStore").startsWith("Dairy (at 11"));
     shop.press("nextButton");
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     source()->deliver(10.031, 20);
     QVERIFY(shop.labelText("reminderStore").startsWith("Tools (at 11"));
 }
@@ -265,11 +265,11 @@ void TestReminder::nextStoreOnTheLastOneEndsTracking()
     shop.db->run("update shoplist set state = 3 where magazinid > 3");
     remind(shop);
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList{"stop"});
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::skippedStoreIsBackAtTheNextStart()
@@ -288,11 +288,11 @@ void TestReminder::stopTracking()
     ShopDriver shop(threeStores, gpsOn);
     remind(shop);
     shop.press("stopButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QVERIFY(!source()->updating);
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::stopTrackingWithGpsAutostart()
@@ -320,7 +320,7 @@ void TestReminder::startShopping()
     ShopDriver shop(threeStores, gpsOn);
     remind(shop);
     shop.press("startShoppingButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     // The goods of all lists of the store, those that are checked last.
     QCOMPARE(shop.rows(), (QStringList{"Rye|2", "Plain|6", "Tart|1*"}));
     QCOMPARE(shop.labelText("title"), "Bread");
@@ -331,7 +331,7 @@ void TestReminder::startShopping()
     shop.tap(0);
     QCOMPARE(shop.db->column("select checkstate from purchase where id = 1"), QVariantList{1});
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.labelText("listName"), "Bread");
     QCOMPARE(shop.labelText("storeName"), "Bakery");
     QCOMPARE(shop.labelText("listState"), "Finished (checked)");
@@ -384,7 +384,7 @@ void TestReminder::startShoppingWithGpsAutostart()
     ShopDriver shop(threeStores, gpsAlwaysOn);
     remind(shop);
     shop.press("startShoppingButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     QVERIFY(!isTracking(shop));
     QVERIFY(source()->updating);
 }
@@ -397,11 +397,11 @@ void TestReminder::startShoppingWhenTheListIsGone()
     shop.db->run("delete from purchase where shoplistid in (1, 2, 3)");
     source()->deliver(10.01, 20);
     shop.press("startShoppingButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     QCOMPARE(shop.labelText("title"), "Bread");
     QCOMPARE(shop.rows(), QStringList());
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
 }
 
 void TestReminder::afterShoppingTheFinishedListRingsNoMore()
@@ -416,7 +416,7 @@ void TestReminder::afterShoppingTheFinishedListRingsNoMore()
     shop.press("backButton");
     track(shop);
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver()
@@ -433,7 +433,7 @@ void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver()
     shop.tap(0);
     shop.tap(0);
     source()->deliver(10.0085, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     // Else Dairy would ring at the next start, with nothing left to buy.
     QCOMPARE(shop.db->column("select state from shoplist where id = 4"), QVariantList{3});
 }
@@ -454,9 +454,9 @@ void TestReminder::storesPageIsKeptFresh()
     source()->deliver(10.005, 20);
     QVERIFY(shop.labelText("storeDistance").startsWith("2779.8"));
     QCOMPARE(shop.labelText("storeName"), "Iron");
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
 }
 
 void TestReminder::otherPagesAreLeftAlone()
@@ -468,7 +468,7 @@ void TestReminder::otherPagesAreLeftAlone()
     shop.press("newButton");
     shop.type("Fi");
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Fi");
     QVERIFY(shop.find<QLineEdit>("nameField")->hasFocus());
 }
@@ -485,7 +485,7 @@ void TestReminder::storeThatIsNoPlaceNeverRings()
         QVERIFY(shop.db->run(update.arg(place.first, place.second)));
         track(shop);
         source()->deliver(10, 20);
-        QVERIFY2(shop.pageIndex() == PageTracking, qPrintable(place.first + ' ' + place.second));
+        QVERIFY2(shop.page() == PageTracking, qPrintable(place.first + ' ' + place.second));
         source()->deliver(10.0195, 20);
         QVERIFY(shop.labelText("reminderStore").startsWith("Dairy"));
         shop.press("stopButton");
@@ -515,8 +515,8 @@ void TestReminder::noButtonHasTheFocus()
 {
     ShopDriver shop(threeStores, gpsOn);
     remind(shop);
-    QCOMPARE(shop.window->focusWidget(), shop.page());
-    QCOMPARE(shop.page()->accessibleName().section(" (", 0, 0),
+    QCOMPARE(shop.window->focusWidget(), shop.pageWidget());
+    QCOMPARE(shop.pageWidget()->accessibleName().section(" (", 0, 0),
              "You have a Shopping List for this Store: Bakery");
 }
 
@@ -562,12 +562,12 @@ void TestReminder::whatIsOnItsWayAnswersNothing()
                 QTest::qWait(1);
         }
         QTest::qWait(100);
-        answered += shop.pageIndex() != PageReminder;
+        answered += shop.page() != PageReminder;
         QVERIFY(isTracking(shop));
         QVERIFY(field->text().contains('x'));
         QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{5});
         shop.press("nextButton"); // and now somebody means it
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
     qInfo("%d reminders, %d keys and taps around each; answered by accident: %d", times, inputs,
           answered);
@@ -586,10 +586,10 @@ void TestReminder::pressThatIsUnderWay()
     QTest::mouseRelease(surface, Qt::LeftButton, {}, place);
     QTest::mouseClick(surface, Qt::LeftButton, {}, QPoint(shop.window->width() / 2, place.y()));
     QTest::qWait(100);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QVERIFY(isTracking(shop));
     shop.press("stopButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     // The button that was left pressed is none any more.
     shop.press("startButton");
@@ -613,18 +613,18 @@ void TestReminder::touchThatIsUnderWay()
     QTest::touchEvent(surface, finger.get()).move(0, next);
     QTest::qWait(1200);
     QTest::touchEvent(surface, finger.get()).release(0, next);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QVERIFY(isTracking(shop));
     // One that begins too early is none either, however late it ends.
     QTest::touchEvent(surface, finger.get()).press(0, next);
     QTest::qWait(600);
     QTest::touchEvent(surface, finger.get()).release(0, next);
     QTest::qWait(100);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QTest::qWait(400);
     QTest::touchEvent(surface, finger.get()).press(0, next);
     QTest::touchEvent(surface, finger.get()).release(0, next);
-    QTRY_COMPARE(shop.pageIndex(), int(PageTracking));
+    QTRY_COMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::windowThatComesToTheFrontLate()
@@ -643,9 +643,9 @@ void TestReminder::windowThatComesToTheFrontLate()
     const QPoint place = next->mapTo(shop.window.get(), next->rect().center());
     QTest::mouseClick(shop.window->windowHandle(), Qt::LeftButton, {}, place);
     QTest::qWait(100);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::menusClose()
@@ -664,7 +664,7 @@ void TestReminder::menusClose()
     source()->deliver(10.0085, 20);
     QVERIFY(!QApplication::activePopupWidget());
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::keysAnswerLater()
@@ -675,11 +675,11 @@ void TestReminder::keysAnswerLater()
     shop.waitForReminder();
     QTest::keyClick(surface, Qt::Key_Space); // nothing has the focus
     QTest::keyClick(surface, Qt::Key_Return);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QTest::keyClick(surface, Qt::Key_Tab);
     QCOMPARE(shop.window->focusWidget(), shop.find<QWidget>("nextButton"));
     QTest::keyClick(surface, Qt::Key_Space);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestReminder::startForgetsThePosition()
@@ -689,12 +689,12 @@ void TestReminder::startForgetsThePosition()
     source()->deliver(10.01, 20);
     track(shop);
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     source()->deliver(11, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     shop.press("mapViewButton");
     source()->deliver(11, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
 }
 
 void TestReminder::alarmRingsInAThreadOfItsOwn()
@@ -720,10 +720,10 @@ void TestReminder::alarmRingsInAThreadOfItsOwn()
         clock.start();
         source()->deliver(10.0085, 20);
         QVERIFY(clock.elapsed() < 2000); // what it must not do is hang
-        QCOMPARE(shop.pageIndex(), int(PageReminder));
+        QCOMPARE(shop.page(), PageReminder);
         QTRY_VERIFY_WITH_TIMEOUT(hasAlarmThread(), 30000);
         shop.press("stopButton");
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
 }
 
@@ -755,7 +755,7 @@ void TestReminder::hundredThousandPositionsTakeNoMemory()
             source()->deliver(10.0 + step % 1000 * 1e-6, 20.5);
     };
     walk(1);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QCOMPARE(shop.rows().size(), 100);
     walk(20); // the list that shows is filled anew each time
     shop.press("okButton");
@@ -767,7 +767,7 @@ void TestReminder::hundredThousandPositionsTakeNoMemory()
     qInfo("100,000 positions, 100 stores: %lld KiB more", static_cast<long long>(grown));
     QVERIFY(before > 0);
     QVERIFY2(grown < 512, qPrintable(QString::number(grown)));
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 STOPPABLE_TEST_MAIN(TestReminder)

@@ -13,6 +13,7 @@
 
 #include "app/shopwindow.h"
 #include "widgets/trlistdelegate.h"
+#include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/testhome.h"
 #include "widgets/TrKineticScroller.h"
@@ -108,7 +109,7 @@ void TestStart::twentyPagesStandInTheirOrder()
         "storeListPage",    "storeEditPage",   "categoryListPage",  "categoryEditPage",
         "messagePage",      "doShoppingPage",  "optionsPage",       "waitingPage",
         "confirmationPage", "trackedListPage", "reminderPage",      "coordinatesPage"};
-    QCOMPARE(stack->count(), 20);
+    QCOMPARE(stack->count(), PageCount);
     for (int index = 0; index < stack->count(); ++index) {
         const QWidget *page = stack->widget(index);
         QCOMPARE(page->objectName(), names.at(index));
@@ -123,7 +124,8 @@ void TestStart::mainPageShows()
     ShopWindow window;
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->currentIndex(), 0);
+    const auto *stack = window.findChild<QStackedWidget *>("pageStack");
+    QCOMPARE(Page(stack->currentIndex()), PageMain);
     QVERIFY(window.findChild<QWidget *>("mainPage")->isVisible());
     const auto *logo = window.findChild<QLabel *>("logo");
     QCOMPARE(logo->pixmap().deviceIndependentSize(), QSizeF(52, 52));
@@ -195,24 +197,25 @@ void TestStart::toolbarOrder()
 void TestStart::navigationSlots_data()
 {
     QTest::addColumn<QString>("slot");
-    QTest::addColumn<int>("page");
-    QTest::newRow("backClicked") << "backClicked" << 0;
-    QTest::newRow("backToShopEdit") << "backToShopEdit" << 9;
-    QTest::newRow("cancelShoppingLists") << "cancelShoppingLists" << 1;
-    QTest::newRow("addShoppingItemCancelClicked") << "addShoppingItemCancelClicked" << 4;
-    QTest::newRow("addCategoryCancelClicked") << "addCategoryCancelClicked" << 10;
+    QTest::addColumn<Page>("page");
+    QTest::newRow("backClicked") << "backClicked" << PageMain;
+    QTest::newRow("backToShopEdit") << "backToShopEdit" << PageStoreEdit;
+    QTest::newRow("cancelShoppingLists") << "cancelShoppingLists" << PageShopping;
+    QTest::newRow("addShoppingItemCancelClicked")
+        << "addShoppingItemCancelClicked" << PageItemsList;
+    QTest::newRow("addCategoryCancelClicked") << "addCategoryCancelClicked" << PageCategoryList;
 }
 
 void TestStart::navigationSlots()
 {
     QFETCH(QString, slot);
-    QFETCH(int, page);
+    QFETCH(Page, page);
     const TestHome home;
     ShopWindow window;
     auto *stack = window.findChild<QStackedWidget *>("pageStack");
-    stack->setCurrentIndex(19);
+    stack->setCurrentIndex(PageCoordinates);
     QVERIFY(QMetaObject::invokeMethod(&window, slot.toLatin1().constData()));
-    QCOMPARE(stack->currentIndex(), page);
+    QCOMPARE(Page(stack->currentIndex()), page);
 }
 
 void TestStart::everyControlHasItsName()

@@ -182,7 +182,7 @@ void TestStorage::openCategories(const ShopDriver &shop)
     shop.press("shopsButton");
     shop.press("newButton");
     shop.press("categoryButton");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
 }
 
 /// A file is replaced as a whole, as by moving one to its name, or gets other contents.
@@ -202,18 +202,18 @@ void TestStorage::useEverything(ShopDriver &shop)
 {
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     openCategories(shop);
     lastCategory = newName();
     shop.press("addButton");
     shop.type(lastCategory);
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QCOMPARE(shop.rows().last(), lastCategory);
     shop.press("backButton");
     shop.type(newName());
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     shop.press("backButton");
 
     shop.press("shoppingButton");
@@ -222,7 +222,7 @@ void TestStorage::useEverything(ShopDriver &shop)
     lastList = newName();
     shop.type(lastList);
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageMessage));
+    QCOMPARE(shop.page(), PageMessage);
     shop.press("messageOkButton");
     for (const int good : {1, 2}) {
         lastGood = newName();
@@ -232,21 +232,21 @@ void TestStorage::useEverything(ShopDriver &shop)
         QCOMPARE(shop.rows().size(), good);
     }
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShoppingLists));
+    QCOMPARE(shop.page(), PageShoppingLists);
     QCOMPARE(shop.rows().last(), lastList);
     shop.press("selectButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     shop.press("startButton");
-    QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+    QCOMPARE(shop.page(), PageDoShopping);
     // What was not stored is not there.
     for (int good = 0; good < shop.list()->count(); ++good) {
         shop.tap(0);
         shop.press("checkButton");
     }
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
 }
 
@@ -462,9 +462,9 @@ void TestStorage::databaseIsLockedWhileSaving()
     expectEverythingIsSaved(shop);
     openCategories(shop);
     shop.tap(0);
-    if (shop.pageIndex() == PageCategoryList)
+    if (shop.page() == PageCategoryList)
         shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
     shop.type("In vain");
     DatabaseLock lock(*shop.home);
     lock.releaseAfter(10s);
@@ -474,20 +474,20 @@ void TestStorage::databaseIsLockedWhileSaving()
     shop.press("saveButton"); // one statement
     QVERIFY2(clock.elapsed() > 4500 && clock.elapsed() < 7000,
              qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(shop.pageIndex(), int(PageCategoryList));
+    QCOMPARE(shop.page(), PageCategoryList);
     QVERIFY(lock.waitUntilReleased());
     QCOMPARE(shop.db->column("select name from category"), QVariantList{lastCategory});
 
     // What is saved again is saved.
     shop.tap(0);
-    if (shop.pageIndex() == PageCategoryList)
+    if (shop.page() == PageCategoryList)
         shop.tap(0);
     shop.type("Not in vain");
     shop.press("saveButton");
     QCOMPARE(shop.db->column("select name from category"), QVariantList{"Not in vain"});
-    for (const int page : {PageStoreEdit, PageStores, PageMain}) {
+    for (const Page page : {PageStoreEdit, PageStores, PageMain}) {
         shop.press("backButton");
-        QCOMPARE(shop.pageIndex(), page);
+        QCOMPARE(shop.page(), page);
     }
     expectEverythingIsSaved(shop);
 }
@@ -512,7 +512,7 @@ void TestStorage::databaseIsLockedWhileSavingGoods()
     QVERIFY2(clock.elapsed() > 2500 && clock.elapsed() < 8000,
              qPrintable(QString::number(clock.elapsed())));
     QVERIFY(lock.waitUntilReleased());
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(
         shop.db->rows("select * from purchase order by id"),
         (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));
@@ -530,14 +530,14 @@ void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
     DatabaseLock lock(*shop.home);
     lock.releaseAfter(11s); // the title is waited for as well
     shop.press("goodsButton");
-    QCOMPARE(shop.pageIndex(), int(PageItemsList));
+    QCOMPARE(shop.page(), PageItemsList);
     QCOMPARE(shop.rows(), QStringList());
     QVERIFY(lock.waitUntilReleased());
     shop.press("addButton");
     shop.type("Butter");
     shop.press("saveButton");
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageShopping));
+    QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(
         shop.db->rows("select * from purchase order by id"),
         (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));

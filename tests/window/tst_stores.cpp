@@ -53,17 +53,17 @@ private slots:
 private:
     static void openStoreList(ShopDriver &shop)
     {
-        if (shop.pageIndex() == PageMain)
+        if (shop.page() == PageMain)
             shop.press("shopsButton");
         shop.press("storesButton");
-        QCOMPARE(shop.pageIndex(), int(PageStoreList));
+        QCOMPARE(shop.page(), PageStoreList);
     }
     static void choose(ShopDriver &shop, int row)
     {
         openStoreList(shop);
         shop.tap(row);
         shop.press("selectButton");
-        QCOMPARE(shop.pageIndex(), int(PageStores));
+        QCOMPARE(shop.page(), PageStores);
     }
     static QStringList values(ShopDriver &shop)
     {
@@ -83,10 +83,10 @@ void TestStores::doubleTapThatOpensAPagePressesNothingThere()
 {
     ShopDriver shop;
     QVERIFY(shop.doubleTap("shopsButton", PageStores));
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     // The next tap is for the page that shows.
     shop.press("newButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
 }
 
 void TestStores::nothingIsSelectedAtStart()
@@ -122,7 +122,7 @@ void TestStores::newStoreFromTheStoresPageIsShown()
     shop.press("categoryButton");
     shop.press("selectButton");
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     QCOMPARE(values(shop), (QStringList{"Fish", "Food", "(no Coordinates set)"}));
     QVERIFY(shop.isEnabled("editButton"));
     QCOMPARE(shop.db->rows("select id, categoryid from magazin where name = 'Fish'"),
@@ -139,7 +139,7 @@ void TestStores::newStoreFromTheListIsAppended()
     shop.press("categoryButton");
     shop.press("selectButton");
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    QCOMPARE(shop.page(), PageStoreList);
     QCOMPARE(shop.rows(), (QStringList{"Bakery|Food", "Dairy", "Tools", "Aprons|Food"}));
 }
 
@@ -358,7 +358,7 @@ void TestStores::editing()
     shop.press("categoryButton");
     shop.press("selectButton");
     shop.press("saveButton");
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     QCOMPARE(shop.labelText("storeName"), "Better tools");
     QCOMPARE(shop.labelText("storeCategory"), "Food");
     QCOMPARE(shop.db->rows("select name, categoryid, gpsid is null from magazin where id = 5"),
@@ -390,7 +390,7 @@ void TestStores::listPreselectsTheCurrentStore()
     shop.press("selectButton");
     QCOMPARE(shop.message(), "Not selected: Please select one of the items in a list");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    QCOMPARE(shop.page(), PageStoreList);
     shop.tap(1);
     shop.press("selectButton");
     shop.press("storesButton");
@@ -403,9 +403,9 @@ void TestStores::tapTwiceChooses()
     openStoreList(shop);
     shop.tap(0);
     shop.tap(1);
-    QCOMPARE(shop.pageIndex(), int(PageStoreList));
+    QCOMPARE(shop.page(), PageStoreList);
     shop.tap(1);
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     QCOMPARE(shop.labelText("storeName"), "Dairy");
 }
 
@@ -417,7 +417,7 @@ void TestStores::tapAfterEditingChoosesAtOnce()
     shop.press("backButton");
     shop.press("storesButton");
     shop.tap(1);
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
 }
 
 void TestStores::quickDoubleTapChooses()
@@ -425,13 +425,13 @@ void TestStores::quickDoubleTapChooses()
     ShopDriver shop(threeStores);
     openStoreList(shop);
     shop.doubleTap(2);
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
     QCOMPARE(shop.labelText("storeName"), "Tools");
     // The row is remembered: its first tap chooses, and the second presses nothing on the page that
     // comes, though a button lies under it.
     shop.press("storesButton");
     shop.doubleTap(2);
-    QCOMPARE(shop.pageIndex(), int(PageStores));
+    QCOMPARE(shop.page(), PageStores);
 }
 
 void TestStores::emptyNameIsRefused()
@@ -442,7 +442,7 @@ void TestStores::emptyNameIsRefused()
     shop.press("saveButton");
     QCOMPARE(shop.message(), "Name field is Empty: Please fill the Name field");
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.db->column("select id from magazin"), QVariantList());
 }
 
@@ -550,9 +550,9 @@ void TestStores::coordinatesPageLeadsBack()
     shop.press("newButton");
     shop.type("half typed");
     shop.press("coordinatesButton");
-    QCOMPARE(shop.pageIndex(), int(PageCoordinates));
+    QCOMPARE(shop.page(), PageCoordinates);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageStoreEdit));
+    QCOMPARE(shop.page(), PageStoreEdit);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "half typed");
 }
 

@@ -48,7 +48,7 @@ void TestSystemLanguage::systemsLanguageIsChosen()
     shop.press("autoDetectRadio");
     shop.press("okButton");
     shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     QCOMPARE(shop.buttonText("shoppingButton"), "Покупки");
 }
 

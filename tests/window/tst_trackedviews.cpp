@@ -54,9 +54,9 @@ private:
     {
         shop.press("reminderButton");
         shop.press("viewButton");
-        QCOMPARE(shop.pageIndex(), int(PageWaiting));
+        QCOMPARE(shop.page(), PageWaiting);
         source()->deliver(latitude, 20);
-        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        QCOMPARE(shop.page(), PageTrackedList);
     }
     /// Tracks all stores, and looks at them.
     static void track(ShopDriver &shop, double latitude)
@@ -65,7 +65,7 @@ private:
         shop.press("startButton");
         source()->deliver(latitude, 20);
         shop.press("viewButton");
-        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        QCOMPARE(shop.page(), PageTrackedList);
     }
     static MapsWidget *map(const ShopDriver &shop)
     {
@@ -174,10 +174,10 @@ void TestTrackedViews::viewIsKept()
     view(shop, 10.005);
     shop.press("mapViewButton");
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     shop.press("viewButton");
     source()->deliver(10.006, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QVERIFY(map(shop)->isVisible());
     QVERIFY(isChecked(shop, "mapViewButton"));
     QVERIFY(!isChecked(shop, "listViewButton"));
@@ -192,7 +192,7 @@ void TestTrackedViews::withGpsOffThereIsNoMap()
     ShopDriver shop(threeStores, {{"GpsEnabled", false}});
     shop.press("reminderButton");
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QVERIFY(!shop.isEnabled("mapViewButton"));
     QVERIFY(shop.list()->isVisible());
     QCOMPARE(shop.rows(), (QStringList{"Bakery|unknown", "Dairy|unknown", "Tools|unknown"}));
@@ -218,11 +218,11 @@ void TestTrackedViews::reminderOnDistancesOfBefore()
     shop.press("mapViewButton");
     // The distances stay those of 550 m away.
     source()->deliver(10.0099, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     shop.press("listViewButton");
     QVERIFY(shop.rows().first().startsWith("Bakery|55"));
     source()->deliver(10.0099, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 11."));
 
     // And a reminder can come of distances that were computed before.
@@ -231,7 +231,7 @@ void TestTrackedViews::reminderOnDistancesOfBefore()
     other.press("mapViewButton");
     other.press("okButton");
     source()->deliver(10.0095, 20);
-    QCOMPARE(other.pageIndex(), int(PageReminder));
+    QCOMPARE(other.page(), PageReminder);
     other.press("nextButton");
     other.press("viewButton");
     QVERIFY(map(other)->isVisible());
@@ -244,9 +244,9 @@ void TestTrackedViews::nextStoreMovesTheMap()
     shop.press("mapViewButton");
     shop.press("okButton");
     source()->deliver(10.0095, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     shop.press("nextButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(map(shop)->centerLatitude(), 10.02F);
     // In list view it stays where it is.
     ShopDriver other(threeStores, gpsOn);

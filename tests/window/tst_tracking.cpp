@@ -80,7 +80,7 @@ private:
     static void openTracking(ShopDriver &shop)
     {
         shop.press("reminderButton");
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
     static void choose(ShopDriver &shop, const char *radio)
     {
@@ -92,7 +92,7 @@ private:
         shop.press(button);
         shop.tap(row);
         shop.press("selectButton");
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
     static bool isTracking(ShopDriver &shop)
     {
@@ -106,7 +106,7 @@ private:
     static QStringList view(ShopDriver &shop)
     {
         shop.press("viewButton");
-        if (shop.pageIndex() == PageTracking)
+        if (shop.page() == PageTracking)
             return {"nothing"};
         QStringList names = shop.rows();
         shop.press("okButton");
@@ -149,7 +149,7 @@ void TestTracking::noPositionSource()
     shop.window->gpsAvailable = false;
     openTracking(shop);
     shop.press("startButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList());
     // The message waits where nobody sees it.
@@ -164,7 +164,7 @@ void TestTracking::gpsIsNotEnabled()
     ShopDriver shop(fourStores, {{"GpsEnabled", false}});
     openTracking(shop);
     shop.press("startButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(TestPositionSource::made(), before);
     QCOMPARE(hidden<QLabel>(shop, "messageTitle")->text(), "GPS is not Enabled");
@@ -180,7 +180,7 @@ void TestTracking::nothingMatches()
     shop.press("startButton");
     QCOMPARE(shop.message(), noStores);
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList());
 }
@@ -190,12 +190,12 @@ void TestTracking::startAndStop()
     ShopDriver shop(fourStores, gpsOn);
     openTracking(shop);
     shop.press("startButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(isTracking(shop));
     QCOMPARE(source()->calls, (QStringList{"start", "interval 3000"}));
     source()->calls.clear();
     shop.press("stopButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList{"stop"});
     // And again.
@@ -227,7 +227,7 @@ void TestTracking::switchingGpsOffStops()
     shop.press("enableGpsBox");
     shop.press("okButton");
     // Nobody is to trust in tracking that gets no positions.
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QVERIFY(!source()->updating);
 }
@@ -244,7 +244,7 @@ void TestTracking::criteriaWhileTracking()
          {"allStoresRadio", "byCategoryRadio", "byStoreRadio", "categoryButton", "storeButton"}) {
         QVERIFY2(!shop.isEnabled(control), control);
         shop.press(control);
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
     shop.press("stopButton");
     QVERIFY(shop.find<QRadioButton>("byStoreRadio")->isChecked());
@@ -274,7 +274,7 @@ void TestTracking::criterionByStore()
     QCOMPARE(shop.rows(), QStringList{"Bakery|unknown"});
     QCOMPARE(shop.labelText("title"), "Store: Bakery");
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     pick(shop, "storeButton", 3);
     QCOMPARE(view(shop), QStringList{"nothing"});
 }
@@ -386,11 +386,11 @@ void TestTracking::choicesAreNamedAsTheyAreNow()
     // Renamed in the picker, where the row is still remembered, and which is left without choosing.
     shop.press("categoryButton");
     shop.tap(0);
-    QCOMPARE(shop.pageIndex(), int(PageCategoryEdit));
+    QCOMPARE(shop.page(), PageCategoryEdit);
     shop.type("Groceries");
     shop.press("saveButton");
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(shop.buttonText("categoryButton"), "Groceries");
     // Deleted in the picker.
     shop.press("categoryButton");
@@ -426,7 +426,7 @@ void TestTracking::backLeadsToTheMainPage()
     ShopDriver shop(fourStores, gpsOn);
     openTracking(shop);
     shop.press("backButton");
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
 }
 
 void TestTracking::trackedAreNotLookedForAnew()
@@ -448,14 +448,14 @@ void TestTracking::trackingStartsByItself()
 {
     ShopDriver shop(fourStores,
                     {{"GpsEnabled", true}, {"GpsAutoStart", true}, {"TrackAutoStart", true}});
-    QCOMPARE(shop.pageIndex(), int(PageMain));
+    QCOMPARE(shop.page(), PageMain);
     QVERIFY(source()->updating);
     openTracking(shop);
     QVERIFY(isTracking(shop));
     QVERIFY(shop.find<QRadioButton>("allStoresRadio")->isChecked());
     shop.press("backButton");
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
 }
 
 void TestTracking::trackingStartsByItselfWithoutStores()
@@ -463,13 +463,13 @@ void TestTracking::trackingStartsByItselfWithoutStores()
     const ShopDriver shop(category("Food"), {{"GpsEnabled", true}, {"TrackAutoStart", true}});
     QCOMPARE(shop.message(), noStores);
     shop.press("messageOkButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestTracking::trackingStartsByItselfWithGpsOff()
 {
     ShopDriver shop(fourStores, {{"GpsEnabled", false}, {"TrackAutoStart", true}});
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
 }
 
@@ -505,11 +505,11 @@ void TestTracking::viewWithGpsOff()
     ShopDriver shop(fourStores, {{"GpsEnabled", false}});
     openTracking(shop);
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QCOMPARE(shop.rows(), (QStringList{"Bakery|unknown", "Dairy|unknown"}));
     QCOMPARE(shop.list()->item(0)->data(Qt::UserRole), QVariant(0));
     shop.press("okButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestTracking::viewWaitsForAPosition()
@@ -518,10 +518,10 @@ void TestTracking::viewWaitsForAPosition()
     openTracking(shop);
     for (int time = 1; time <= 2; ++time) {
         shop.press("viewButton");
-        QCOMPARE(shop.pageIndex(), int(PageWaiting));
+        QCOMPARE(shop.page(), PageWaiting);
         QCOMPARE(source()->requests, time);
         source()->deliver(10.04, 20);
-        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        QCOMPARE(shop.page(), PageTrackedList);
         QCOMPARE(shop.rows().size(), 2);
         QVERIFY2(shop.rows().first().startsWith("Dairy|2223.8"), qPrintable(shop.rows().first()));
         QVERIFY2(shop.rows().last().startsWith("Bakery|3335.8"), qPrintable(shop.rows().last()));
@@ -529,10 +529,10 @@ void TestTracking::viewWaitsForAPosition()
         shop.press("okButton");
         // It listened once.
         source()->deliver(10.04, 20);
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
         // The next view has a position at hand, until tracking stops.
         shop.press("viewButton");
-        QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+        QCOMPARE(shop.page(), PageTrackedList);
         shop.press("okButton");
         shop.press("startButton");
         shop.press("stopButton");
@@ -545,17 +545,17 @@ void TestTracking::viewWaitsWhileTracking()
     openTracking(shop);
     shop.press("startButton");
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     source()->deliver(10.04, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QVERIFY(shop.rows().first().startsWith("Dairy|2223.8"));
     // From now on every position refreshes it.
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTrackedList));
+    QCOMPARE(shop.page(), PageTrackedList);
     QVERIFY(shop.rows().first().startsWith("Bakery|1111.9"));
     // One that is near enough ends the view.
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
 }
 
 void TestTracking::viewThatNobodyWaitsForAnyMore()
@@ -564,21 +564,21 @@ void TestTracking::viewThatNobodyWaitsForAnyMore()
     openTracking(shop);
     shop.press("viewButton");
     shop.press("waitingCancelButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     // A wait that a reminder has ended does not come back either.
     shop.press("startButton");
     source()->deliver(10, 20);
     shop.press("stopButton");
     shop.press("startButton");
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageWaiting));
+    QCOMPARE(shop.page(), PageWaiting);
     source()->deliver(10.01, 20);
-    QCOMPARE(shop.pageIndex(), int(PageReminder));
+    QCOMPARE(shop.page(), PageReminder);
     shop.press("stopButton");
     source()->deliver(10, 20);
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
 }
 
 void TestTracking::viewWhenNothingMatches()
@@ -586,7 +586,7 @@ void TestTracking::viewWhenNothingMatches()
     ShopDriver shop(category("Food"), gpsOn);
     openTracking(shop);
     shop.press("viewButton");
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(source()->calls, QStringList());
 }
 

@@ -14,7 +14,7 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
-#include "base/pages.h"
+#include "tests/support/pagenames.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
 #include "widgets/wraplabel.h"
@@ -196,21 +196,21 @@ void TestTurning::messagePagesNeverTurn()
 
 void TestTurning::everyHiddenPageIsLaidOutAnew_data()
 {
-    QTest::addColumn<int>("current");
-    QTest::newRow("main page in use") << int(PageMain);
-    QTest::newRow("confirmation page in use") << int(PageConfirmation);
-    QTest::newRow("last page in use") << int(PageCoordinates);
+    QTest::addColumn<Page>("current");
+    QTest::newRow("main page in use") << PageMain;
+    QTest::newRow("confirmation page in use") << PageConfirmation;
+    QTest::newRow("last page in use") << PageCoordinates;
 }
 
 void TestTurning::everyHiddenPageIsLaidOutAnew()
 {
-    QFETCH(int, current);
+    QFETCH(Page, current);
     stack->setCurrentIndex(current);
     ShowCounter counter(stack);
     QSignalSpy switched(stack, &QStackedWidget::currentChanged);
     resizeTo(portrait);
 
-    QCOMPARE(stack->currentIndex(), current);
+    QCOMPARE(Page(stack->currentIndex()), current);
     QVERIFY(stack->currentWidget()->isVisible());
     QCOMPARE(switched.count(), 0);
     for (int index = 0; index < stack->count(); ++index) {
@@ -244,8 +244,8 @@ void TestTurning::pagesBuiltAnewAreTurnedAndLaidOut()
     window->buildUserInterface();
     stack = qobject_cast<QStackedWidget *>(window->centralWidget());
     QVERIFY(stack != earlier);
-    QCOMPARE(stack->count(), 20);
-    QCOMPARE(stack->currentIndex(), int(PageMain));
+    QCOMPARE(stack->count(), PageCount);
+    QCOMPARE(Page(stack->currentIndex()), PageMain);
     QCOMPARE(stack->size(), window->size());
     for (int index = 0; index < stack->count(); ++index)
         QCOMPARE(stack->widget(index)->size(), stack->size());
@@ -337,7 +337,7 @@ void TestTurning::focusSelectionAndCursorSurvive()
 void TestTurning::turningFiveHundredTimesLeaksNothing_data()
 {
     QTest::addColumn<int>("current");
-    for (int index = 0; index <= PageCoordinates; ++index)
+    for (int index = 0; index < PageCount; ++index)
         QTest::addRow("page %d", index) << index;
 }
 

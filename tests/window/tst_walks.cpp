@@ -144,10 +144,10 @@ void TestWalks::answer(ShopDriver &shop, const QString &answer)
 {
     if (answer == "start") {
         shop.press("startShoppingButton");
-        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+        QCOMPARE(shop.page(), PageDoShopping);
     } else {
         shop.press(answer == "stop" ? "stopButton" : "nextButton");
-        QCOMPARE(shop.pageIndex(), int(PageTracking));
+        QCOMPARE(shop.page(), PageTracking);
     }
 }
 
@@ -193,7 +193,7 @@ void TestWalks::walk()
             gpsd.say(gpsd.answer);
             QVERIFY(QTest::qWaitFor([earlier] { return told > earlier; }));
         }
-        if (shop.pageIndex() != PageReminder)
+        if (shop.page() != PageReminder)
             return;
         const QString reply = rung.size() < table.reminders.size()
                                   ? table.reminders.at(rung.size()).answer

@@ -81,12 +81,12 @@ private:
 /// Looks at another page, of those that the person may look at while tracking runs.
 void TestWeek::view(ShopDriver &shop)
 {
-    if (shop.pageIndex() == PageTracking) {
+    if (shop.page() == PageTracking) {
         shop.pressByScreenReader("viewButton");
-        if (shop.pageIndex() == PageWaiting) // which the next position ends
+        if (shop.page() == PageWaiting) // which the next position ends
             return;
         shop.pressByScreenReader(random.bounded(2) == 0 ? "mapViewButton" : "listViewButton");
-    } else if (shop.pageIndex() == PageTrackedList) {
+    } else if (shop.page() == PageTrackedList) {
         shop.pressByScreenReader("backButton");
     }
 }
@@ -101,7 +101,7 @@ void TestWeek::answer(ShopDriver &shop)
     case 1:
         // To the goods and back; the last good is not bought, so the list stays open.
         shop.pressByScreenReader("startShoppingButton");
-        QCOMPARE(shop.pageIndex(), int(PageDoShopping));
+        QCOMPARE(shop.page(), PageDoShopping);
         shop.pressByScreenReader("okButton");
         shop.pressByScreenReader("backButton");
         shop.pressByScreenReader("reminderButton");
@@ -111,7 +111,7 @@ void TestWeek::answer(ShopDriver &shop)
         shop.pressByScreenReader("nextButton");
         tracked.removeFirst();
     }
-    QCOMPARE(shop.pageIndex(), int(PageTracking));
+    QCOMPARE(shop.page(), PageTracking);
     if (tracked.isEmpty()) {
         shop.pressByScreenReader("startButton");
         tracked = places();
@@ -138,7 +138,7 @@ void TestWeek::everyReminderComes()
         if (random.bounded(20) == 0)
             view(shop);
         // The map shows where the person is, and distances stay as they were meanwhile.
-        const bool showsMap = shop.pageIndex() == PageTrackedList && shop.map()->isVisible();
+        const bool showsMap = shop.page() == PageTrackedList && shop.map()->isVisible();
         const QGeoCoordinate here(latitude, 20);
         std::ranges::stable_sort(tracked, {}, [&here](const Place &place) {
             return float(here.distanceTo(place.coordinate));
@@ -147,14 +147,14 @@ void TestWeek::everyReminderComes()
         TestPositionSource::instance()->deliver(latitude, 20);
         TestPositionSource::instance()->calls.clear(); // which the source would keep all week
         if (isNear && !showsMap) {
-            QCOMPARE(shop.pageIndex(), int(PageReminder));
+            QCOMPARE(shop.page(), PageReminder);
             QVERIFY(shop.labelText("reminderStore").startsWith(tracked.first().name + " (at "));
             ++reminders;
             answer(shop);
             if (QTest::currentTestFailed())
                 return;
         } else {
-            QVERIFY(shop.pageIndex() != PageReminder);
+            QVERIFY(shop.page() != PageReminder);
         }
         // What the program's event loop does, and that of a test does not.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
