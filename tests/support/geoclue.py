@@ -15,30 +15,16 @@ import time
 
 from gi.repository import Gio, GLib
 
-from desktop import DEADLINE, PACKAGES, stop, tool, wait_for
+from desktop import DEADLINE, PACKAGES, stop, wait_for
 from namespace import is_inside
 import nmea
+from systembus import SystemBus
 
 DAEMON = pathlib.Path("/usr/libexec/geoclue")  # on the path of nobody
 NAME = "org.freedesktop.GeoClue2"
 CONFIGURATION_FOLDER = "/etc/geoclue"
 PACKAGES["geoclue"] = "geoclue-2.0"
 
-BUS = """
-<busconfig>
-  <type>system</type>
-  <listen>unix:path={folder}/bus</listen>
-  <auth>EXTERNAL</auth>
-  <servicedir>{folder}/services</servicedir>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_type="method_call"/>
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow receive_sender="*" eavesdrop="true"/>
-  </policy>
-</busconfig>
-"""
 SERVICE = """
 [D-BUS Service]
 Name=org.freedesktop.GeoClue2
@@ -266,13 +252,10 @@ class GeoClue:
             if activatable:
                 (self.folder / "services" / f"{NAME}.service").write_text(
                     SERVICE.format(daemon=DAEMON, timeout=timeout))
-            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
             self.receiver = Receiver(self.folder / "receiver")
             with open(self.log, "a") as log:
-                self.bus = subprocess.Popen(
-                    [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
-                    env=self.environment, stdout=log, stderr=log)
-            wait_for("the system bus", (self.folder / "bus").exists)
+                self.bus = SystemBus(self.folder, f"<servicedir>{self.folder}/services</servicedir>",
+                                     env=self.environment, stdout=log, stderr=log)
             self.connection = connect(self.address)
             if not activatable:
                 self.start()
@@ -371,9 +354,10 @@ class GeoClue:
         if self.connection is not None:
             self.connection.close_sync(None)
         # What the bus started ends with the bus.
-        for process in (self.process, self.bus):
-            if process is not None:
-                stop(process)
+        if self.process is not None:
+            stop(self.process)
+        if self.bus is not None:
+            self.bus.stop()
         if self.receiver is not None:
             self.receiver.stop()
         if self.is_mounted:

@@ -9,6 +9,7 @@ import tempfile
 
 from desktop import DEADLINE, PACKAGES, stop, tool, wait_for
 from namespace import is_inside
+from systembus import SystemBus
 
 PACKAGES.update({
     "NetworkManager": "network-manager",
@@ -16,20 +17,10 @@ PACKAGES.update({
     "nmcli": "network-manager",
 })
 
-BUS = """
-<busconfig>
-  <type>system</type>
-  <listen>unix:path={folder}/bus</listen>
-  <auth>EXTERNAL</auth>
+DENIAL = """
   <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_type="method_call"/>
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow receive_sender="*" eavesdrop="true"/>
-    {denials}
+    <deny send_interface="org.freedesktop.NetworkManager" send_member="{method}"/>
   </policy>
-</busconfig>
 """
 CONFIGURATION = """
 [main]
@@ -77,15 +68,8 @@ class NetworkManager:
                 self.run("mount", "-t", kind, "-o", options, kind, place)
                 self.mounts.append(place)
             (self.folder / "profiles").mkdir()
-            (self.folder / "bus.conf").write_text(BUS.format(
-                folder=self.folder,
-                denials=f'<deny send_interface="org.freedesktop.NetworkManager" send_member="{denied}"/>'
-                if denied else ""))
             (self.folder / "main.conf").write_text(CONFIGURATION.format(folder=self.folder))
-            self.bus = subprocess.Popen(
-                [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
-                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            wait_for("the system bus", (self.folder / "bus").exists)
+            self.bus = SystemBus(self.folder, DENIAL.format(method=denied) if denied else "")
             self.start()
         except BaseException:
             self.stop()
@@ -180,9 +164,10 @@ class NetworkManager:
         self.start()
 
     def stop(self):
-        for process in (self.process, self.bus):
-            if process is not None:
-                stop(process)
+        if self.process is not None:
+            stop(self.process)
+        if self.bus is not None:
+            self.bus.stop()
         for name in self.links:
             if pathlib.Path("/sys/class/net", name).exists():
                 self.ip("link", "delete", name)

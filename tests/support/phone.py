@@ -15,6 +15,7 @@ from gi.repository import Gio, GLib
 
 from desktop import PACKAGES, stop, tool, wait_for
 from namespace import is_inside
+from systembus import SystemBus
 
 PACKAGES.update({
     "busctl": "systemd",
@@ -113,20 +114,6 @@ class FeedbackDaemon:
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
-BUS = """
-<busconfig>
-  <type>system</type>
-  <listen>unix:path={folder}/bus</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_type="method_call"/>
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow receive_sender="*" eavesdrop="true"/>
-  </policy>
-</busconfig>
-"""
 # It leaves the consoles and the keys of the machine alone.
 LOGIND_CONFIGURATION = """
 [Login]
@@ -160,11 +147,7 @@ class LoginManager:
                 self.mounts.append(place)
             pathlib.Path("/run/systemd").mkdir()  # it makes folders in it, but not this one
             pathlib.Path("/etc/systemd/logind.conf").write_text(LOGIND_CONFIGURATION)
-            (self.folder / "bus.conf").write_text(BUS.format(folder=self.folder))
-            self.bus = subprocess.Popen(
-                [tool("dbus-daemon"), f"--config-file={self.folder}/bus.conf", "--nofork"],
-                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            wait_for("the system bus", (self.folder / "bus").exists)
+            self.bus = SystemBus(self.folder)
             with open(self.log, "w") as log:
                 self.process = subprocess.Popen(
                     [LOGIND], stdout=log, stderr=log,
@@ -196,9 +179,10 @@ class LoginManager:
     def stop(self):
         if self.connection is not None:
             self.connection.close_sync(None)
-        for process in (self.process, self.bus):
-            if process is not None:
-                stop(process)
+        if self.process is not None:
+            stop(self.process)
+        if self.bus is not None:
+            self.bus.stop()
         for place in reversed(self.mounts):
             subprocess.run(["umount", "--lazy", place], check=False)
         shutil.rmtree(self.folder, ignore_errors=True)

@@ -12,18 +12,12 @@ enter_namespace()
 import time  # noqa: E402
 import unittest  # noqa: E402
 
+import bakery  # noqa: E402
 from desktop import Desktop, Home, Program, wait_for  # noqa: E402
 from geoclue import GeoClue  # noqa: E402
 from neighbours import free_port  # noqa: E402
 import nmea  # noqa: E402
 
-BAKERY = 10.01  # degrees north
-LONGITUDE = 20.0
-STORES = f"""
-    insert into magazin values (1, 'Bakery', null, null);
-    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0);
-    insert into shoplist values (1, 'Bread', 1, 1);
-"""
 REMINDER_METERS = 250
 METERS_PER_SECOND = 10
 RETURN_SECONDS = 40  # from when the service is back, at the latest
@@ -40,8 +34,8 @@ class TestGeoClue(unittest.TestCase):
         """A GeoClue that hears a walk, which begins so far before Bakery and leads past it."""
         self.service = GeoClue(**options)
         self.addCleanup(self.service.stop)
-        start = BAKERY - meters / nmea.METERS_PER_DEGREE
-        self.service.play(nmea.walk_north(start, meters + 200, METERS_PER_SECOND, LONGITUDE))
+        start = bakery.LATITUDE - meters / nmea.METERS_PER_DEGREE
+        self.service.play(nmea.walk_north(start, meters + 200, METERS_PER_SECOND, bakery.LONGITUDE))
 
     def start_tracking(self):
         self.home.write_settings(GpsEnabled="true")
@@ -50,7 +44,7 @@ class TestGeoClue(unittest.TestCase):
                                PULSE_SERVER="unix:/nonexistent")
         self.addCleanup(self.program.stop)
         self.program.wait_for_window()
-        self.home.run(STORES)
+        self.home.run(bakery.ROWS)
         # Before anyone asks for a position the service is left alone.
         self.assertFalse(self.service.is_in_use())
         self.program.press("Reminder")

@@ -13,33 +13,26 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
+import bakery  # noqa: E402
 from desktop import PACKAGES, Desktop, Home, Program, stop, tool, wait_for  # noqa: E402
 from neighbours import NmeaHost, Receiver, free_port  # noqa: E402
 import nmea  # noqa: E402
 
 PACKAGES["systemd-socket-activate"] = "systemd"
-BAKERY = 10.01  # degrees north
-LONGITUDE = 20.0
-STORES = f"""
-    insert into magazin values (1, 'Bakery', null, null);
-    insert into gpscoord values (1, {BAKERY}, {LONGITUDE}, 0);
-    insert into shoplist values (1, 'Bread', 1, 1);
-"""
-REMINDER_METERS = 250
 POSITION_SECONDS = 40  # from when somebody delivers them, at the latest
 
 
 def walk(sentences, meters_before=300, first_second=36000, seconds=90):
     """A minute's walk of 10 m a second towards the store and past it."""
-    start = BAKERY - meters_before / nmea.METERS_PER_DEGREE
+    start = bakery.LATITUDE - meters_before / nmea.METERS_PER_DEGREE
     return "".join(sentences(first_second + second, start + second * 10 / nmea.METERS_PER_DEGREE,
-                             LONGITUDE) for second in range(seconds))
+                             bakery.LONGITUDE) for second in range(seconds))
 
 
 def stand(sentences, first_second=36000, seconds=90):
     """Standing 50 m from the store."""
-    return "".join(sentences(first_second + second, BAKERY - 50 / nmea.METERS_PER_DEGREE
-                             + second / 1e7, LONGITUDE) for second in range(seconds))
+    return "".join(sentences(first_second + second, bakery.LATITUDE - 50 / nmea.METERS_PER_DEGREE
+                             + second / 1e7, bakery.LONGITUDE) for second in range(seconds))
 
 
 def dateless(second, latitude, longitude):
@@ -65,7 +58,7 @@ class TestGpsd(unittest.TestCase):
                                PULSE_SERVER="unix:/nonexistent", **extra)
         self.addCleanup(self.program.stop)
         self.program.wait_for_window()
-        self.home.run(STORES)
+        self.home.run(bakery.ROWS)
         self.program.press("Reminder")
         self.program.press("Start")
 
@@ -84,9 +77,9 @@ class TestGpsd(unittest.TestCase):
         self.assert_reminded()
 
     def test_time_ahead_in_one_sentence(self):
-        ahead = nmea.sentence(f"GPGGA,{nmea.time_of_day(80000)},{nmea.place(10, LONGITUDE)},1,08,"
+        ahead = nmea.sentence(f"GPGGA,{nmea.time_of_day(80000)},{nmea.place(10, bakery.LONGITUDE)},1,08,"
                               "0.9,12.5,M,39.0,M,,")
-        self.start(self.receiver(nmea.fix(35999, 10, LONGITUDE) + ahead + walk(nmea.fix)).address)
+        self.start(self.receiver(nmea.fix(35999, 10, bakery.LONGITUDE) + ahead + walk(nmea.fix)).address)
         self.assert_reminded()
 
     def test_dates_missing(self):

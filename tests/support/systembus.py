@@ -1,0 +1,40 @@
+# SPDX-License-Identifier: MIT
+"""A system bus of a test's own, on which everybody may do everything."""
+import subprocess
+
+from desktop import stop, tool, wait_for
+
+CONFIGURATION = """
+<busconfig>
+  <type>system</type>
+  <listen>{address}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_type="method_call"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow receive_sender="*" eavesdrop="true"/>
+  </policy>
+  {more}
+</busconfig>
+"""
+
+
+class SystemBus:
+    def __init__(self, folder, more="", **options):
+        """It lives in a folder of whoever makes it. `more` is what else its configuration says,
+        `options` are for its process."""
+        self.address = f"unix:path={folder}/bus"
+        (folder / "bus.conf").write_text(CONFIGURATION.format(address=self.address, more=more))
+        options = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options
+        self.process = subprocess.Popen(
+            [tool("dbus-daemon"), f"--config-file={folder}/bus.conf", "--nofork"], **options)
+        try:
+            wait_for("the system bus", (folder / "bus").exists)
+        except BaseException:
+            self.stop()
+            raise
+
+    def stop(self):
+        stop(self.process)
