@@ -16,7 +16,15 @@ private slots:
 
 private:
     QStringList methods(QMetaMethod::MethodType type, int access = -1);
+    /// What is in `all` and not in `others`.
+    static QStringList without(QStringList all, const QStringList &others);
 };
+
+QStringList TestSlots::without(QStringList all, const QStringList &others)
+{
+    all.removeIf([&others](const QString &name) { return others.contains(name); });
+    return all;
+}
 
 QStringList TestSlots::methods(QMetaMethod::MethodType type, int access)
 {
@@ -156,14 +164,14 @@ void TestSlots::slotsStandInTheirOrder()
         "sessionOpened()",
     };
     const QStringList found = methods(QMetaMethod::Slot);
-    for (int index = 0; index < qMin(found.size(), expected.size()); ++index)
-        QCOMPARE(found.at(index), expected.at(index));
-    QCOMPARE(found.size(), expected.size());
+    QCOMPARE(without(found, expected), QStringList());
+    QCOMPARE(without(expected, found), QStringList());
+    QCOMPARE(found, expected);
 }
 
 void TestSlots::onlySomeSlotsArePublic()
 {
-    QStringList expected{
+    const QStringList expected{
         "gpsAcquired(double,double,double)",
         "coordUpdateTimeout()",
         "startGpsFailed()",
@@ -174,10 +182,9 @@ void TestSlots::onlySomeSlotsArePublic()
         "mapTrackCenterByStore()",
         "sessionOpened()",
     };
-    QStringList found = methods(QMetaMethod::Slot, QMetaMethod::Public);
-    expected.sort();
-    found.sort();
-    QCOMPARE(found, expected);
+    const QStringList found = methods(QMetaMethod::Slot, QMetaMethod::Public);
+    QCOMPARE(without(found, expected), QStringList());
+    QCOMPARE(without(expected, found), QStringList());
     QCOMPARE(methods(QMetaMethod::Slot, QMetaMethod::Protected), QStringList());
 }
 
