@@ -6,16 +6,13 @@
 //
 // with values that are (n)ull, an (i)nteger, a (r)eal, a (t)ext, a (b)lob, or a text repeated a
 // number of times (x2000 text); in texts and blobs \00 is the byte of that hexadecimal number.
-// Steps are a line of letters and digits behind ">":
+// Steps are a line of letters behind ">":
 //
-//     a to z     presses the first, second, ... button of the page, whatever it is
-//     0 to 9     taps a row of the page's list
-//     B          goes back to the main page
-//     P          a position comes, at each store in turn
-//     R          turns the window
-//     N          types a name that statements make something else of
-//     L G D S C T    goes through the pages of lists, goods, shopping, stores, coordinates,
-//     tracking
+//     L G D S C T    pages of lists, goods, shopping, stores, coordinates, tracking
+//     B              goes back to the main page
+//     P              a position comes, at each store in turn
+//
+// Who presses anything at all is tst_monkey.
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -24,7 +21,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QGeoCoordinate>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QScrollArea>
 #include <QSettings>
@@ -273,19 +269,6 @@ private:
         }
     }
 
-    void typeName()
-    {
-        for (auto *field : page()->findChildren<QLineEdit *>()) {
-            if (!field->isVisible())
-                continue;
-            field->setFocus();
-            field->selectAll();
-            for (const QChar character : u"a%1'%2\"%99;--"_s)
-                QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(character), {});
-            return;
-        }
-    }
-
     void arrive()
     {
         const QGeoCoordinate place = places.at(arrivals++ % places.size());
@@ -309,20 +292,10 @@ private:
 
     void take(char step)
     {
-        if (step >= 'a' && step <= 'z') {
-            const QList<QAbstractButton *> all = buttons();
-            if (!all.isEmpty())
-                press(all.at((step - 'a') % all.size()));
-        } else if (step >= '0' && step <= '9') {
-            tap(step - '0');
-        } else if (step == 'B') {
+        if (step == 'B') {
             goBack();
         } else if (step == 'P') {
             arrive();
-        } else if (step == 'R') {
-            window.resize(window.size().transposed());
-        } else if (step == 'N') {
-            typeName();
         } else {
             walk(step);
         }
