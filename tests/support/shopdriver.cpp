@@ -136,6 +136,17 @@ bool ShopDriver::doubleTap(const char *button, int next, const Caller &by)
     return false;
 }
 
+void ShopDriver::changeLanguage(const char *radio, const Caller &by)
+{
+    const QPointer<QStackedWidget> before = stack;
+    for (const char *button : {"optionsButton", radio, "okButton"})
+        press(button, by);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    if (before)
+        stopTest("the pages stay", by);
+    stack = window->findChild<QStackedWidget *>("pageStack");
+}
+
 bool ShopDriver::isEnabled(const char *button, const Caller &by) const
 {
     return find<QAbstractButton>(button, by)->isEnabled();

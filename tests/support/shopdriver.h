@@ -30,13 +30,13 @@ inline constexpr Page pagesWithHelp[] = {
 class ShopDriver
 {
 public:
-    /// The window, with what no page offers yet.
+    /// The window, with what no page offers: to be without any position source, and, for a
+    /// benchmark, to build its pages and do nothing else.
     class Window : public ShopWindow
     {
     public:
         using ShopWindow::buildUserInterface;
         using ShopWindow::gpsAvailable;
-        using ShopWindow::shoppingFromReminder;
     };
 
     explicit ShopDriver(const Caller &by = Caller::here());
@@ -71,6 +71,9 @@ public:
     /// Double taps a button where the page `next`, as large as this one, has a button too; false
     /// when there is no such place. The window's pages may be others afterwards.
     bool doubleTap(const char *button, int next, const Caller &by = Caller::here());
+    /// Goes from the main page to the options, and back with another language. The window's pages
+    /// are others afterwards.
+    void changeLanguage(const char *radio, const Caller &by = Caller::here());
     bool isEnabled(const char *button, const Caller &by = Caller::here()) const;
     QString buttonText(const char *button, const Caller &by = Caller::here()) const;
     QString labelText(const char *label, const Caller &by = Caller::here()) const;

@@ -5,6 +5,9 @@
 #include "base/pages.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
+#include "tests/support/testpositionplugin.h"
+
+Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 class TestDoShopping : public QObject
 {
@@ -229,20 +232,18 @@ void TestDoShopping::uncheckingAGoodReopensAFinishedList()
 void TestDoShopping::fromAReminderAllListsOfTheStoreAreShopped()
 {
     ShopDriver shop({store(5, "Bakery")
+                         .at(10.01, 20)
                          .openList("Weekend")
                          .good("Bread")
                          .openList("Party")
                          .good("Cake")
                          .checkedGood("Rolls"),
-                     openList("Elsewhere").ofStore(6).good("Nails")});
-    shop.press("shoppingButton");
-    shop.press("listsButton");
-    shop.tap(2); // Weekend
-    shop.press("selectButton");
-    shop.press("editButton"); // makes its store the current one
-    shop.press("backButton");
-    shop.window->shoppingFromReminder = true; // nothing reminds yet
+                     openList("Elsewhere").ofStore(6).good("Nails")},
+                    {{"GpsEnabled", true}});
+    shop.press("reminderButton");
     shop.press("startButton");
+    TestPositionSource::instance()->deliver(10.01, 20);
+    shop.press("startShoppingButton");
     QCOMPARE(shop.rows(), (QStringList{"Bread|1", "Cake|1", "Rolls|1*"}));
     shop.list()->setCurrentRow(1);
     shop.press("checkButton");

@@ -113,16 +113,6 @@ private:
         QTest::keyClick(edit, Qt::Key_Return);
     }
     /// Chooses another language on the options page, and has the pages that follow.
-    static void changeLanguage(ShopDriver &shop, const char *radio)
-    {
-        const QPointer<QStackedWidget> before = shop.stack;
-        shop.press("optionsButton");
-        shop.press(radio);
-        shop.press("okButton");
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!before);
-        shop.stack = shop.window->findChild<QStackedWidget *>("pageStack");
-    }
     /// Of the three boxes: "+" checked, "-" unchecked, "." disabled.
     static QString boxes(const ShopDriver &shop)
     {
@@ -408,7 +398,7 @@ void TestOptions::languageRebuildsThePages()
     QFETCH(QByteArray, radio);
     QFETCH(int, saved);
     ShopDriver shop({}, {{"LanguageId", stored}});
-    changeLanguage(shop, radio);
+    shop.changeLanguage(radio);
     QCOMPARE(shop.stack->count(), PageCount);
     QCOMPARE(shop.page(), PageMain);
     QCOMPARE(setting("LanguageId").toInt(), saved);
@@ -450,7 +440,7 @@ void TestOptions::trackingGoesOnInAnotherLanguage()
     shop.press("backButton");
     shop.press("backButton");
 
-    changeLanguage(shop, "russianRadio");
+    shop.changeLanguage("russianRadio");
     QVERIFY(source()->updating);
     shop.press("reminderButton");
     QVERIFY(shop.isEnabled("stopButton"));
@@ -478,7 +468,7 @@ void TestOptions::stoppedTrackingStaysStopped()
     shop.press("startButton");
     shop.press("stopButton");
     shop.press("backButton");
-    changeLanguage(shop, "englishRadio");
+    shop.changeLanguage("englishRadio");
     QVERIFY(!source()->updating);
     shop.press("reminderButton");
     QVERIFY(shop.isEnabled("startButton"));
@@ -512,7 +502,7 @@ void TestOptions::whatIsCurrentStaysSo()
     shop.press("selectButton");
     shop.press("backButton");
 
-    changeLanguage(shop, "russianRadio");
+    shop.changeLanguage("russianRadio");
     shop.press("shoppingButton");
     QCOMPARE(shop.labelText("listName"), "Bread");
     shop.press("startButton");
@@ -532,7 +522,7 @@ void TestOptions::languageIsStoredBeforeThePagesAreBuilt()
     ShopDriver shop;
     LookingAtNewWidgets filter;
     shop.window->installEventFilter(&filter);
-    changeLanguage(shop, "russianRadio");
+    shop.changeLanguage("russianRadio");
     QCOMPARE(filter.stored, QVariant(2));
 }
 
@@ -554,7 +544,7 @@ void TestOptions::thousandLanguagesLeaveNothingBehind()
 {
     ShopDriver shop;
     const auto change = [&shop](int round) {
-        changeLanguage(shop, round % 2 ? "englishRadio" : "russianRadio");
+        shop.changeLanguage(round % 2 ? "englishRadio" : "russianRadio");
     };
     // But for the silent predecessors of the alarm, one for each "OK".
     const auto objects = [&shop] {

@@ -294,8 +294,9 @@ void TestStores::coordinatesButtonAfterPagesAreBuiltAnew()
     ShopDriver shop(threeStores, {{"GpsEnabled", true}});
     choose(shop, 2);
     shop.press("editButton");
-    shop.window->buildUserInterface();
-    shop.stack = qobject_cast<QStackedWidget *>(shop.window->centralWidget());
+    shop.press("backButton");
+    shop.press("backButton");
+    shop.changeLanguage("englishRadio");
     shop.press("shopsButton");
     shop.press("editButton");
     QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");

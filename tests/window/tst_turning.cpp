@@ -47,17 +47,6 @@ protected:
 
 } // namespace
 
-namespace {
-
-/// A window whose pages can be built anew, as a change of language will do.
-class RebuildableWindow : public ShopWindow
-{
-public:
-    using ShopWindow::buildUserInterface;
-};
-
-} // namespace
-
 class TestTurning : public QObject
 {
     Q_OBJECT
@@ -92,14 +81,14 @@ private:
     }
 
     std::unique_ptr<TestHome> home;
-    std::unique_ptr<RebuildableWindow> window;
+    std::unique_ptr<ShopWindow> window;
     QStackedWidget *stack = nullptr;
 };
 
 void TestTurning::init()
 {
     home = std::make_unique<TestHome>();
-    window = std::make_unique<RebuildableWindow>();
+    window = std::make_unique<ShopWindow>();
     stack = find<QStackedWidget>("pageStack");
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -241,7 +230,8 @@ void TestTurning::pagesBuiltAnewAreTurnedAndLaidOut()
     QCoreApplication::processEvents();
     const QPointer<QStackedWidget> earlier = stack;
 
-    window->buildUserInterface();
+    for (const char *button : {"optionsButton", "englishRadio", "okButton"})
+        stack->currentWidget()->findChild<QAbstractButton *>(button)->click();
     stack = qobject_cast<QStackedWidget *>(window->centralWidget());
     QVERIFY(stack != earlier);
     QCOMPARE(stack->count(), PageCount);
