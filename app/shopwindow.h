@@ -325,7 +325,7 @@ private:
     void buildCoordinatesPage();
 
     // ---- Application shell --------------------------------------------------------------------
-    QTimer *reserveTimer = nullptr; // never started; kept for a use to come
+    QTimer *reserveTimer = nullptr; // never started
     std::unique_ptr<AlertHelper> alertHelper;
     QStackedWidget *pageStack = nullptr;
     std::unique_ptr<MainPage> mainPage;

@@ -12,7 +12,6 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
-#include "widgets/trlistdelegate.h"
 #include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/testhome.h"
