@@ -293,7 +293,7 @@ class Program:
         actions = button.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
         actions.doAction(names.index("Press" if "Press" in names else "Toggle"))
-        # The toolkit shows the button pressed for a moment, and acts when it comes up again.
+        # Qt shows the button pressed for a moment, and acts when it comes up again.
         wait_for(f"the button {name} to come up",
                  lambda: not button.getState().contains(pyatspi.STATE_PRESSED))
 
@@ -334,7 +334,7 @@ class Program:
     def menu(self):
         """Where the menu is on the screen and how large, or None while nobody sees one.
 
-        The toolkit makes the window of a menu before it knows its place and size, and shows it
+        Qt makes the window of a menu before it knows its place and size, and shows it
         after that: a click at the place it had before would go beside the menu and close it.
         """
         places = map(self.desktop.place_of, self.menu_windows())

@@ -131,7 +131,7 @@ class TestMap(unittest.TestCase):
         self.open_map()
         self.mouse("key", "Menu")
         place = wait_for("the menu", self.program.menu)
-        # What the X server has as well while the toolkit is about to place and show a menu.
+        # What the X server has as well while Qt is about to place and show a menu.
         [window] = self.program.menu_windows()
         self.mouse("windowunmap", window)
         wait_for("the menu to be hidden", lambda: "IsUnMapped" in self.desktop.run(

@@ -252,7 +252,7 @@ void TestTiles::nothingHugeIsUnpacked()
     buffer.open(QIODevice::WriteOnly);
     QVERIFY(image.save(&buffer, "png"));
     QVERIFY(bomb.size() < TileImage::largestBody);
-    // The toolkit's own limit would let it pass.
+    // Qt's own limit would let it pass.
     QBuffer input(&bomb);
     QVERIFY(QImageReader(&input).canRead());
     QVERIFY(TileImage::read(bomb).isNull());

@@ -42,7 +42,7 @@ static QPalette darkPalette()
     palette.setColor(QPalette::Base, QColor(35, 35, 35));
     palette.setColor(QPalette::AlternateBase, QColor(45, 45, 45));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
-    palette.setColor(QPalette::Link, QColor(0, 0, 255)); // the toolkit's own, when nothing sets it
+    palette.setColor(QPalette::Link, QColor(0, 0, 255)); // Qt's own, when nothing sets it
     return palette;
 }
 

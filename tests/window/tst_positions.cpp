@@ -67,7 +67,7 @@ private:
 
 void TestPositions::initTestCase()
 {
-    // The toolkit's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources are found no more: one of them offers itself everywhere.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }

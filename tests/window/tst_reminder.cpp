@@ -156,7 +156,7 @@ void TestReminder::thresholdIsExact()
         while (meters() < 250.0F)
             latitude = std::nextafter(latitude, 1.0F);
     }
-    QVERIFY(meters() == 250.0F); // the toolkit's comparison would be a fuzzy one
+    QVERIFY(meters() == 250.0F); // Qt's comparison would be a fuzzy one
     const float just = latitude;
     while (meters() == 250.0F)
         latitude = std::nextafter(latitude, 0.0F);

@@ -222,7 +222,7 @@ void TestStart::everyControlHasItsName()
     const TestHome home;
     const ShopWindow window;
     for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
-        // Those of scroll bars and the like belong to the toolkit.
+        // Those of scroll bars and the like belong to Qt.
         if (button->objectName().startsWith("qt_"))
             continue;
         QVERIFY2(!button->objectName().isEmpty(), qPrintable(button->text()));

@@ -108,7 +108,7 @@ void TestTrackedViews::initTestCase()
     // What draws the markers is a plugin as well.
     initPictures();
     QVERIFY(!QIcon(":/img/smile.svg").pixmap(20).isNull());
-    // The toolkit's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources are found no more: one of them offers itself everywhere.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }

@@ -335,12 +335,12 @@ void TestTurning::turningFiveHundredTimesLeaksNothing()
 {
     QFETCH(int, current);
     stack->setCurrentIndex(current);
-    // What the toolkit makes when it is first needed is there after one turn.
+    // What Qt makes when it is first needed is there after one turn.
     resizeTo(portrait);
     resizeTo(landscape);
     const qsizetype objects = objectCount();
     // A leak grows in every stretch of turns: one layout item a turn by 5 KiB and more. The
-    // toolkit's caches do so too at first, but come to an end.
+    // Qt's caches do so too at first, but come to an end.
     constexpr int stretch = 50;
     constexpr qint64 leak = 2048;
     auto memory = static_cast<qint64>(mallinfo2().uordblks);

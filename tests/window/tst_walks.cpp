@@ -14,7 +14,7 @@
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-/// The toolkit's own reading of a sentence, without the receiver's clock.
+/// Qt's own reading of a sentence, without the receiver's clock.
 class SentenceReader : public QNmeaPositionInfoSource
 {
 public:
