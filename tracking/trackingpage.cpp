@@ -95,7 +95,11 @@ void ShopWindow::buildTrackingPage()
     connect(frame.help, &QPushButton::clicked, this, &ShopWindow::trackingPageHelp);
 
     // Pages that are built anew are to tell what those before them told.
-    QRadioButton *chosen = trackByCategory ? p.byCategory : trackByStore ? p.byStore : p.all;
+    QRadioButton *chosen = p.all;
+    if (trackByCategory)
+        chosen = p.byCategory;
+    else if (trackByStore)
+        chosen = p.byStore;
     chosen->setChecked(true);
     nameTrackingChoices();
     showTrackingState();
