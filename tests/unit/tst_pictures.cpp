@@ -35,7 +35,7 @@ void TestPictures::initTestCase()
 
     static const QRegularExpression path(":/img/([A-Za-z0-9_-]+\\.(svg|png))");
     for (const char *folder :
-         {"app", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"}) {
+         {"app", "base", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"}) {
         QDirIterator files(QStringLiteral(TROLLEO_SOURCES "/") + folder, {"*.cpp", "*.h"},
                            QDir::Files);
         while (files.hasNext()) {

@@ -92,7 +92,7 @@ void TestTranslations::everyTextIsThere()
     QVERIFY(QFile::copy(fileOf(language), copy));
     QStringList arguments{"-silent", "-locations", "none"};
     for (const char *source :
-         {"app", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"})
+         {"app", "base", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"})
         arguments << QStringLiteral(TROLLEO_SOURCES "/") + source;
     QProcess lupdate;
     lupdate.start(LUPDATE, arguments << "-ts" << copy);
