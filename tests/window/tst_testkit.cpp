@@ -69,6 +69,11 @@ private slots:
         shop.press(button);
         qInfo("pressed %s", button.constData());
     }
+    void comparesAPageThatIsAnother()
+    {
+        const ShopDriver shop;
+        QCOMPARE(shop.page(), PageReminder);
+    }
     void last()
     {
         const ShopDriver shop;
@@ -95,6 +100,7 @@ private slots:
     void failureNamesTheLine();
     void otherRowsRun();
     void functionsAfterItRun();
+    void pagesAreToldByTheirNames();
 
 private:
     QStringList linesOf(const QString &function) const;
@@ -109,7 +115,7 @@ void TestTestKit::initTestCase()
     child.start(QCoreApplication::applicationFilePath(), {"fail"});
     QVERIFY(child.waitForFinished());
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(child.exitCode(), 6); // as many as have failed
+    QCOMPARE(child.exitCode(), 7); // as many as have failed
     said = QString::fromUtf8(child.readAll()).split('\n');
 }
 
@@ -167,6 +173,13 @@ void TestTestKit::functionsAfterItRun()
     const QStringList lines = linesOf("last");
     QCOMPARE(lines.filter("pressed").size(), 1);
     QCOMPARE(lines.filter(QRegularExpression("^PASS ")).size(), 1);
+}
+
+void TestTestKit::pagesAreToldByTheirNames()
+{
+    const QString text = linesOf("comparesAPageThatIsAnother").join('\n');
+    QVERIFY2(text.contains(": PageMain\n"), qPrintable(text));
+    QVERIFY2(text.contains(": PageReminder\n"), qPrintable(text));
 }
 
 int main(int argc, char **argv)
