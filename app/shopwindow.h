@@ -10,7 +10,7 @@
 #include <QString>
 
 #include "base/pages.h"
-#include "tracking/trackedstores.h"
+#include "tracking/trackingrun.h"
 
 class AlarmSound;
 class AlertHelper;
@@ -417,6 +417,7 @@ private:
 
     // ---- Stores and categories ----------------------------------------------------------------
     static QString categoryName(int id);
+    void fillStoresPage();
     QString distanceToCurrentStore();
     QString distanceToShownStore() const;
     void forgetTakenCoordinates();
@@ -508,6 +509,7 @@ private:
     bool queryTrackedStores();
     void refreshTrackedDistances();
     void track(bool somebodyWaited);
+    Sight seenByPerson() const;
     void showReminder();
     /// Makes the reminder's notification, from what its page says.
     void prepareAlert() const;
@@ -526,7 +528,6 @@ private:
     std::unique_ptr<ReminderPage> reminderPage;
     /// A child of the window.
     AlarmSound *alarmSound = nullptr;
-    bool trackingActive = false;
     /// Says so while tracking runs, and keeps the device awake. Children of the window.
     Notifier *trackingNotice = nullptr;
     SleepInhibitor *sleepInhibitor = nullptr;
@@ -535,11 +536,7 @@ private:
     /// Which criterion is chosen; neither stands for all stores.
     bool trackByCategory = false;
     bool trackByStore = false;
-    /// What was chosen when the tracked stores were looked for.
-    int trackStoreId = 0;
-    int trackCategoryId = 0;
-    /// The nearest first, as of the last position that refreshed them.
-    QList<TrackedStore> trackedStores;
+    TrackingRun run;
 
     // ---- Map ----------------------------------------------------------------------------------
     void openNetworkSession();

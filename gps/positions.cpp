@@ -45,7 +45,7 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
     const bool somebodyWaits = waitingForFix;
     if (somebodyWaits)
         emit requestedGpsUpdate();
-    if (trackingActive) {
+    if (run.trackingActive) {
         track(somebodyWaits);
     } else if (distancePending) {
         storesPage->distance->setText(distanceToShownStore());
@@ -87,7 +87,7 @@ void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accura
     if (waitingForFix && pageStack->currentIndex() == PageCoordinates)
         coordinatesPage->map->setCenter(static_cast<float>(latitude),
                                         static_cast<float>(longitude));
-    else if (trackingActive && pageStack->currentIndex() == PageTrackedList)
+    else if (run.trackingActive && pageStack->currentIndex() == PageTrackedList)
         trackedListPage->map->setCenter(static_cast<float>(latitude),
                                         static_cast<float>(longitude));
     if (roughPositionTold || pageStack->currentIndex() == PageReminder)

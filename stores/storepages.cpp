@@ -63,6 +63,12 @@ void ShopWindow::buildStoresPage()
 
 void ShopWindow::shopsClicked()
 {
+    fillStoresPage();
+    pageStack->setCurrentIndex(PageStores);
+}
+
+void ShopWindow::fillStoresPage()
+{
     distancePending = false;
     if (currentStoreId == 0) {
         for (QLabel *value : {storesPage->name, storesPage->category, storesPage->distance})
@@ -78,7 +84,6 @@ void ShopWindow::shopsClicked()
             storesPage->edit->setEnabled(true);
         }
     }
-    pageStack->setCurrentIndex(PageStores);
 }
 
 /// What the stores page says of the way to the current store; asks for a position when it takes

@@ -69,18 +69,28 @@ void ShopWindow::buildReminderPage()
 /// What a position does while tracking runs. Somebody who waited for it has been served already.
 void ShopWindow::track(bool somebodyWaited)
 {
-    const int page = pageStack->currentIndex();
-    if (page != PageTrackedList || somebodyWaited)
-        refreshTrackedDistances();
-    else if (trackedListPage->showsMap())
-        mapTrackCenterByGps(); // and the distances stay as they were
-    else
-        viewFilteredTracking();
-
-    if (TrackedStores::isNearestWithinReach(trackedStores))
+    const Sight seen = somebodyWaited ? Sight::OtherPage : seenByPerson();
+    const PositionEffect effect = run.take(currentLatitude, currentLongitude, seen);
+    if (effect.refreshesList)
+        fillTrackedList(true);
+    if (effect.centersMap)
+        mapTrackCenterByGps();
+    if (effect.rings)
         showReminder();
-    else if (page == PageStores)
-        shopsClicked();
+    else if (effect.refreshesStore)
+        fillStoresPage();
+}
+
+Sight ShopWindow::seenByPerson() const
+{
+    switch (pageStack->currentIndex()) {
+    case PageStores:
+        return Sight::StorePage;
+    case PageTrackedList:
+        return trackedListPage->showsMap() ? Sight::TrackedMap : Sight::TrackedList;
+    default:
+        return Sight::OtherPage;
+    }
 }
 
 /// Rings for the nearest store. No position is followed until the person has answered.
@@ -92,7 +102,7 @@ void ShopWindow::showReminder()
         updateListState();
     alarmSound->play();
     gps->stopUpdates();
-    const TrackedStore &nearest = trackedStores.first();
+    const TrackedStore &nearest = run.trackedStores.first();
     // Not translated: it says the same in every language of the program.
     reminderPage->store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
@@ -178,9 +188,9 @@ void ShopWindow::skipStore()
 {
     alarmSound->stop();
     alertHelper->alert(false);
-    if (!trackedStores.isEmpty())
-        trackedStores.removeFirst();
-    if (trackedStores.isEmpty()) {
+    if (!run.trackedStores.isEmpty())
+        run.trackedStores.removeFirst();
+    if (run.trackedStores.isEmpty()) {
         stopTracking();
         return;
     }
@@ -194,11 +204,11 @@ void ShopWindow::skipStore()
 
 void ShopWindow::startShoppingGps()
 {
-    if (trackedStores.isEmpty())
+    if (run.trackedStores.isEmpty())
         return;
     alarmSound->stop();
     shoppingFromReminder = true;
-    const TrackedStore &nearest = trackedStores.first();
+    const TrackedStore &nearest = run.trackedStores.first();
     currentListId = nearest.listId;
     currentStoreId = nearest.storeId;
     shoppingPage->listName->setText(nearest.listName);

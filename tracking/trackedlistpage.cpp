@@ -63,7 +63,7 @@ void ShopWindow::setupTrackedListPage()
     p.views->addWidget(p.list);
     p.views->addWidget(p.map);
     p.showView(TrackedListPage::ListView);
-    if (trackingActive) // in another language now
+    if (run.trackingActive) // in another language now
         nameCriterion();
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
@@ -82,13 +82,12 @@ void ShopWindow::setupTrackedListPage()
 
 void ShopWindow::viewFilteredTracking()
 {
-    if (!trackingActive) {
+    if (!run.trackingActive) {
         takeTrackingChoices();
         if (!queryTrackedStores())
             return;
     }
     if (!gpsEnabled) {
-        trackedListPage->mapButton->setEnabled(false);
         trackedListPage->showView(TrackedListPage::ListView);
         fillTrackedList(false);
         pageStack->setCurrentIndex(PageTrackedList);
@@ -101,28 +100,28 @@ void ShopWindow::viewFilteredTracking()
     }
     refreshTrackedDistances();
     fillTrackedList(true);
-    trackedListPage->mapButton->setEnabled(true);
     if (trackedListPage->showsMap())
         showPositionAndNearest();
     pageStack->setCurrentIndex(PageTrackedList);
 }
 
-/// Shows a row for each tracked store, with its distance if that is known. The store that was
-/// chosen stays chosen, and the list stays where it was scrolled to.
+/// Shows a row for each tracked store, with its distance if that is known, without which there is
+/// no map. The store that was chosen stays chosen, and the list stays where it was scrolled to.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
     TrackedListPage &p = *trackedListPage;
     const int chosen = p.list->currentRow();
     const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
-    if (p.list->count() != trackedStores.size()) {
+    if (p.list->count() != run.trackedStores.size()) {
         QList<QListWidgetItem *> rows;
-        for (qsizetype row = 0; row < trackedStores.size(); ++row)
+        for (qsizetype row = 0; row < run.trackedStores.size(); ++row)
             rows << new ListRow(QString(), 0);
         p.list->showRows(rows);
     }
+    p.mapButton->setEnabled(distancesAreKnown);
     p.storeIds.clear();
-    for (const TrackedStore &store : std::as_const(trackedStores)) {
+    for (const TrackedStore &store : std::as_const(run.trackedStores)) {
         const bool known = distancesAreKnown && std::isfinite(store.distance);
         const int row = static_cast<int>(p.storeIds.size());
         static_cast<ListRow *>(p.list->item(row))
@@ -131,7 +130,7 @@ void ShopWindow::fillTrackedList(bool distancesAreKnown)
         p.storeIds << store.storeId;
     }
     QAbstractItemModel *model = p.list->model();
-    if (!trackedStores.isEmpty())
+    if (!run.trackedStores.isEmpty())
         emit model->dataChanged(model->index(0, 0), model->index(p.list->count() - 1, 0));
     p.list->chooseInPlace(chosenStoreId == 0 ? -1
                                              : static_cast<int>(p.storeIds.indexOf(chosenStoreId)));
@@ -164,9 +163,9 @@ void ShopWindow::showPositionAndNearest()
 
 void ShopWindow::markNearestStore() const
 {
-    if (trackedStores.isEmpty())
+    if (run.trackedStores.isEmpty())
         return;
-    const TrackedStore &nearest = trackedStores.first();
+    const TrackedStore &nearest = run.trackedStores.first();
     trackedListPage->map->setStorePin(nearest.latitude, nearest.longitude);
 }
 
@@ -183,8 +182,8 @@ void ShopWindow::mapTrackCenterByGps()
 
 void ShopWindow::mapTrackCenterByStore()
 {
-    if (trackedStores.isEmpty())
+    if (run.trackedStores.isEmpty())
         return;
-    const TrackedStore &nearest = trackedStores.first();
+    const TrackedStore &nearest = run.trackedStores.first();
     trackedListPage->map->setCenter(nearest.latitude, nearest.longitude);
 }

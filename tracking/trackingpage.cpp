@@ -22,7 +22,7 @@
 #include "platform/notifier.h"
 #include "platform/sleepinhibitor.h"
 #include "tracking/trackedlistpage.h"
-#include "tracking/trackedstores.h"
+#include "tracking/trackingrun.h"
 #include "widgets/controls.h"
 #include "widgets/inputpause.h"
 #include "widgets/namebutton.h"
@@ -124,7 +124,7 @@ void ShopWindow::buildTrackingServices()
 
 void ShopWindow::setTrackingActive(bool active)
 {
-    trackingActive = active;
+    run.trackingActive = active;
     showTrackingState();
     if (active)
         sleepInhibitor->hold(tr("Reminds of shopping lists on the way"));
@@ -135,10 +135,10 @@ void ShopWindow::setTrackingActive(bool active)
 /// Lets the buttons, the criteria and the desktop tell whether tracking runs.
 void ShopWindow::showTrackingState() const
 {
-    trackingPage->start->setEnabled(!trackingActive);
-    trackingPage->stop->setEnabled(trackingActive);
-    trackingPage->criteria->setEnabled(!trackingActive);
-    if (trackingActive)
+    trackingPage->start->setEnabled(!run.trackingActive);
+    trackingPage->stop->setEnabled(run.trackingActive);
+    trackingPage->criteria->setEnabled(!run.trackingActive);
+    if (run.trackingActive)
         trackingNotice->show({.summary = tr("Tracking is running"),
                               .body = tr("Trolleo rings when a Store with an open List is near."),
                               .urgency = Notification::Low,
@@ -152,8 +152,8 @@ void ShopWindow::showTrackingState() const
 /// renamed or deleted on other pages, so every way to the tracking page names them.
 void ShopWindow::nameTrackingChoices() const
 {
-    const int storeId = trackingActive ? trackStoreId : currentStoreId;
-    const int categoryId = trackingActive ? trackCategoryId : selectedCategoryId;
+    const int storeId = run.trackingActive ? run.trackStoreId : currentStoreId;
+    const int categoryId = run.trackingActive ? run.trackCategoryId : selectedCategoryId;
     QString store;
     if (storeId != 0)
         store = Database::name(Statements::storeName, storeId).value_or(QString());
@@ -254,34 +254,35 @@ void ShopWindow::nameCriterion() const
 
 void ShopWindow::takeTrackingChoices()
 {
-    trackStoreId = currentStoreId;
-    trackCategoryId = selectedCategoryId;
+    run.trackStoreId = currentStoreId;
+    run.trackCategoryId = selectedCategoryId;
 }
 
 /// Fills the list of tracked stores by the criterion that is chosen; false when it stays empty.
 bool ShopWindow::queryTrackedStores()
 {
-    trackedStores.clear();
+    QList<TrackedStore> found;
     if (trackingPage->byStore->isChecked()) {
-        QSqlQuery query = Database::run(Statements::trackedStore, trackStoreId);
+        QSqlQuery query = Database::run(Statements::trackedStore, run.trackStoreId);
         if (query.first()) {
-            trackedStores << TrackedStores::entry(query, trackStoreId);
+            found << TrackedStores::entry(query, run.trackStoreId);
             nameCriterion();
         }
     } else if (trackingPage->byCategory->isChecked()) {
         nameCriterion();
-        QSqlQuery query = Database::run(Statements::trackedStoresOfCategory, trackCategoryId);
-        trackedStores = TrackedStores::entries(query);
+        QSqlQuery query = Database::run(Statements::trackedStoresOfCategory, run.trackCategoryId);
+        found = TrackedStores::entries(query);
     } else if (trackingPage->all->isChecked()) {
         QSqlQuery query = Database::run(Statements::trackedStores);
-        trackedStores = TrackedStores::entries(query);
+        found = TrackedStores::entries(query);
     }
-    return !trackedStores.isEmpty();
+    run.watch(found);
+    return !found.isEmpty();
 }
 
 void ShopWindow::refreshTrackedDistances()
 {
-    TrackedStores::refreshDistances(trackedStores, currentLatitude, currentLongitude);
+    run.measure(currentLatitude, currentLongitude);
 }
 
 void ShopWindow::applyGpsSettings()
@@ -295,14 +296,14 @@ void ShopWindow::applyGpsSettings()
         gps->init();
     else
         gps->cancelRequest();
-    if (trackingActive && !gpsEnabled)
+    if (run.trackingActive && !gpsEnabled)
         stopTracking();
     // Tracking that runs goes on with the stores of its start, on a source made only now as well.
-    if (trackingActive || (gpsAutoStart && gpsEnabled))
+    if (run.trackingActive || (gpsAutoStart && gpsEnabled))
         gps->startUpdates();
     else if (haveGpsFix || gps->isUpdating())
         gps->stopUpdates();
-    if (trackAutoStart && !trackingActive) {
+    if (trackAutoStart && !run.trackingActive) {
         trackingPage->all->setChecked(true);
         startTracking();
     }
