@@ -121,21 +121,29 @@ void type(MaskedField &field, QChar character)
 {
     switch (character.unicode()) {
     case u'<':
-        return press(field, Qt::Key_Left);
+        press(field, Qt::Key_Left);
+        break;
     case u'>':
-        return press(field, Qt::Key_Right);
+        press(field, Qt::Key_Right);
+        break;
     case u'[':
-        return press(field, Qt::Key_Home);
+        press(field, Qt::Key_Home);
+        break;
     case u']':
-        return press(field, Qt::Key_End);
+        press(field, Qt::Key_End);
+        break;
     case u'~':
-        return press(field, Qt::Key_Backspace);
+        press(field, Qt::Key_Backspace);
+        break;
     case u'^':
-        return press(field, Qt::Key_Delete);
+        press(field, Qt::Key_Delete);
+        break;
     case u'@':
-        return field.selectAll();
+        field.selectAll();
+        break;
     case u'V':
-        return press(field, Qt::Key_V, Qt::ControlModifier);
+        press(field, Qt::Key_V, Qt::ControlModifier);
+        break;
     default:
         press(field, Qt::Key_unknown, {}, QString(character));
     }
