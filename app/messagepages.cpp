@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 #include <QFont>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -196,6 +197,25 @@ void ShopWindow::askQuestion(const QString &title, const QString &text,
     connectAnew(confirmationPage->yes, confirmed);
     messageReturnPage = returnPage;
     pageStack->setCurrentIndex(PageConfirmation);
+}
+
+void ShopWindow::warnNotSelected()
+{
+    showMessage(tr("Not selected"), tr("Please select one of the items in a list"),
+                u":/img/warning_r.svg"_s, pageStack->currentIndex());
+}
+
+void ShopWindow::warnEmptyName()
+{
+    showMessage(tr("Name field is Empty"), tr("Please fill the Name field"),
+                u":/img/warning_r.svg"_s, pageStack->currentIndex());
+}
+
+QString ShopWindow::typedName(const QLineEdit *field)
+{
+    if (field->text().isEmpty())
+        warnEmptyName();
+    return field->text();
 }
 
 void ShopWindow::showWaiting()

@@ -238,7 +238,7 @@ public slots:
     void mapTrackCenterByStore();
 
     // ---- Map --------------------------------------------------------------------------------
-    // map/mapsession.cpp
+    // app/mapsession.cpp
     /// The network session that the map waits for is open.
     void sessionOpened();
 
@@ -380,10 +380,17 @@ private:
     QSqlDatabase db;
 
     // ---- Shopping lists -----------------------------------------------------------------------
+    // lists/shoppingpage.cpp
     void fillShoppingPage();
     static QString listStateText(int state);
+
+    // lists/shoppinglistpages.cpp
     QString storeNameForRow() const;
+
+    // lists/itempages.cpp
     static QList<QListWidgetItem *> goodsRows(QSqlQuery &query);
+
+    // lists/doshoppingpage.cpp
     static QList<QListWidgetItem *> checkableRows(QLatin1StringView statement, int id,
                                                   Qt::CheckState checkState);
     void toggleGood(int row);
@@ -416,10 +423,15 @@ private:
     bool startShoppingPending = false;
 
     // ---- Stores and categories ----------------------------------------------------------------
+    // stores/categorypages.cpp
     static QString categoryName(int id);
+
+    // stores/storepages.cpp
     void fillStoresPage();
     QString distanceToCurrentStore();
     QString distanceToShownStore() const;
+
+    // stores/storeeditpage.cpp
     void forgetTakenCoordinates();
     void showCoordinatesOf(int storeId);
     QString categoryIdText() const;
@@ -458,6 +470,7 @@ private:
     int categoryReturnPage = PageMain;
 
     // ---- Positioning --------------------------------------------------------------------------
+    // gps/positions.cpp
     void requestPosition();
     void endWaiting();
     void takePosition();
@@ -465,17 +478,18 @@ private:
     void takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters);
     /// Tells once, until a position comes, that there is none.
     void tellNoPosition(const QString &text);
-
-    std::unique_ptr<TrShopGps> gps;
-    void buildCoordinatesGpsView();
-    void buildCoordinatesEditView(TurningBoxes &turningBoxes);
     /// Takes a position for the edited store: true when it has to wait for one, and lets `taken`
     /// run then.
     bool waitForPosition(void (ShopWindow::*taken)());
     void takeAwaitedPosition();
+
+    // gps/coordinatespage.cpp
+    void buildCoordinatesGpsView();
+    void buildCoordinatesEditView(TurningBoxes &turningBoxes);
     void showTakenCoordinates() const;
     void takeTypedCoordinates(float latitude, float longitude);
 
+    std::unique_ptr<TrShopGps> gps;
     std::unique_ptr<CoordinatesPage> coordinatesPage;
     /// The coordinates page shows coordinates that exist.
     bool coordsShown = false;
@@ -499,6 +513,7 @@ private:
     QTimer *retryTimer = nullptr;
 
     // ---- Tracking and reminders ---------------------------------------------------------------
+    // tracking/trackingpage.cpp
     void applyGpsSettings();
     void buildTrackingServices();
     void setTrackingActive(bool active);
@@ -508,6 +523,8 @@ private:
     void takeTrackingChoices();
     bool queryTrackedStores();
     void refreshTrackedDistances();
+
+    // tracking/reminderpage.cpp
     void track(bool somebodyWaited);
     Sight seenByPerson() const;
     void showReminder();
@@ -519,6 +536,8 @@ private:
     /// As bringToFront(), by the compositor's leave where that takes a token.
     void bringToFrontBy(const QString &activationToken);
     void closeWhatCoversPages();
+
+    // tracking/trackedlistpage.cpp
     void fillTrackedList(bool distancesAreKnown);
     void showPositionAndNearest();
     void markNearestStore() const;
@@ -539,6 +558,7 @@ private:
     TrackingRun run;
 
     // ---- Map ----------------------------------------------------------------------------------
+    // app/mapsession.cpp
     void openNetworkSession();
     void startNetworkSession();
 

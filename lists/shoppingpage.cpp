@@ -4,7 +4,6 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 
@@ -98,23 +97,4 @@ QString ShopWindow::listStateText(int state)
     default:
         return tr("unknown");
     }
-}
-
-void ShopWindow::warnNotSelected()
-{
-    showMessage(tr("Not selected"), tr("Please select one of the items in a list"),
-                u":/img/warning_r.svg"_s, pageStack->currentIndex());
-}
-
-void ShopWindow::warnEmptyName()
-{
-    showMessage(tr("Name field is Empty"), tr("Please fill the Name field"),
-                u":/img/warning_r.svg"_s, pageStack->currentIndex());
-}
-
-QString ShopWindow::typedName(const QLineEdit *field)
-{
-    if (field->text().isEmpty())
-        warnEmptyName();
-    return field->text();
 }
