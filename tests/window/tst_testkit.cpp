@@ -113,7 +113,7 @@ void TestTestKit::initTestCase()
     QProcess child;
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(QCoreApplication::applicationFilePath(), {"fail"});
-    QVERIFY(child.waitForFinished());
+    QVERIFY(child.waitForFinished(300000)); // as long as any test may take
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 7); // as many as have failed
     said = QString::fromUtf8(child.readAll()).split('\n');
