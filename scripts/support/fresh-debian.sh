@@ -60,7 +60,7 @@ install_in() { # folder package...
 
 # The command that starts what is named on a screen of its own, and ends it once its window shows.
 shown() { # command
-    echo "timeout 900 xvfb-run --auto-servernum bash -c '
+    echo "timeout 3600 xvfb-run --auto-servernum bash -c '
         $1 & program=\$!
         until xwininfo -name Trolleo >/dev/null 2>&1; do kill -0 \$program || exit; sleep 0.1; done
         kill \$program; wait \$program || true'"
