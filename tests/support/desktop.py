@@ -94,6 +94,9 @@ except ImportError as missing:
 # A program that has just ended answers nothing; by default a call would wait 15 s for it.
 pyatspi.Atspi.set_timeout(1000, 1000)
 
+# What asking something that has just gone comes to; the second when it goes while its proxy is being made.
+GONE = (GLib.Error, RuntimeError)
+
 
 def pump_events():
     context = GLib.MainContext.default()
@@ -242,8 +245,8 @@ class Program:
             try:
                 if application is not None and application.get_process_id() == self.process.pid:
                     return application
-            except GLib.Error:
-                pass  # it has just gone
+            except GONE:
+                pass
         return None
 
     def wait_for_window(self):
@@ -275,7 +278,7 @@ class Program:
             application = self.application()
             if application is not None:
                 visit(application, 0)
-        except GLib.Error:
+        except GONE:
             return []
         return found
 
