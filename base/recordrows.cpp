@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "base/recordrows.h"
 
+#include <algorithm>
+
 #include "data/database.h"
 #include "widgets/listrow.h"
 
@@ -17,4 +19,12 @@ QList<QListWidgetItem *> recordRows(QSqlQuery &query,
                             second ? second(query) : QVariant());
     }
     return rows;
+}
+
+QListWidgetItem *rowOfRecord(const QList<QListWidgetItem *> &rows, int id,
+                             QListWidgetItem *otherwise)
+{
+    const auto found = std::find_if(rows.crbegin(), rows.crend(),
+                                    [id](const QListWidgetItem *row) { return rowId(*row) == id; });
+    return found == rows.crend() ? otherwise : *found;
 }

@@ -14,3 +14,7 @@ class QListWidgetItem;
 /// says nothing, that is empty. The caller owns the rows.
 QList<QListWidgetItem *>
 recordRows(QSqlQuery &query, const std::function<QVariant(const QSqlQuery &query)> &second = {});
+
+/// The last of `rows` whose record has the id; `otherwise` when there is none.
+QListWidgetItem *rowOfRecord(const QList<QListWidgetItem *> &rows, int id,
+                             QListWidgetItem *otherwise = nullptr);

@@ -55,12 +55,7 @@ void ShopWindow::showCategoriesClicked()
     QSqlQuery query = Database::run(Statements::allCategories);
     const QList<QListWidgetItem *> rows = recordRows(query);
     categoryListPage->list->showRows(rows);
-    QListWidgetItem *selected = rows.value(0);
-    for (QListWidgetItem *row : rows) {
-        if (rowId(*row) == selectedCategoryId)
-            selected = row;
-    }
-    categoryListPage->list->setCurrentItem(selected);
+    categoryListPage->list->setCurrentItem(rowOfRecord(rows, selectedCategoryId, rows.value(0)));
 }
 
 void ShopWindow::selectCategoryClicked()

@@ -154,12 +154,7 @@ void ShopWindow::viewShopsClicked()
             return category.isEmpty() ? QVariant() : QVariant(category);
         });
     storeListPage->list->showRows(rows);
-    QListWidgetItem *selected = nullptr;
-    for (QListWidgetItem *row : rows) {
-        if (rowId(*row) == currentStoreId)
-            selected = row;
-    }
-    storeListPage->list->setCurrentItem(selected);
+    storeListPage->list->setCurrentItem(rowOfRecord(rows, currentStoreId));
 }
 
 void ShopWindow::selectShopClicked()
