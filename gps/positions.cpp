@@ -84,12 +84,13 @@ void ShopWindow::endWaiting()
 void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters)
 {
     noPositionTold = false;
+    MapsWidget *map = nullptr;
     if (waitingForFix && pageStack->currentIndex() == PageCoordinates)
-        coordinatesPage->map->setCenter(static_cast<float>(latitude),
-                                        static_cast<float>(longitude));
+        map = coordinatesPage->map;
     else if (run.trackingActive && pageStack->currentIndex() == PageTrackedList)
-        trackedListPage->map->setCenter(static_cast<float>(latitude),
-                                        static_cast<float>(longitude));
+        map = trackedListPage->map;
+    if (map)
+        map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
     if (roughPositionTold || pageStack->currentIndex() == PageReminder)
         return;
     roughPositionTold = true;

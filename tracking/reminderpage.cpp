@@ -77,7 +77,7 @@ void ShopWindow::track(bool somebodyWaited)
         mapTrackCenterByGps();
     if (effect.rings)
         showReminder();
-    else if (effect.refreshesStore)
+    if (effect.refreshesStore)
         fillStoresPage();
 }
 
