@@ -8,7 +8,7 @@
 #include <QTextStream>
 
 #include "app/shopwindow.h"
-#include "base/pages.h"
+#include "tests/support/pagenames.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ void FuzzSupport::require(bool holds, const char *what)
 void FuzzSupport::requireSoundWindow(const ShopWindow &window)
 {
     const auto *pages = window.findChild<QStackedWidget *>(QStringLiteral("pageStack"));
-    require(pages && pages->count() == PageCoordinates + 1, "the window has all pages");
+    require(pages && pages->count() == PageCount, "the window has all pages");
     require(pages->currentIndex() >= PageMain && pages->currentIndex() <= PageCoordinates,
             "a page shows");
 }

@@ -10,7 +10,7 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
-from desktop import Desktop, GLib, Home, Program, pyatspi, tool, wait_for  # noqa: E402
+from desktop import Desktop, GONE, Home, Program, pyatspi, tool, wait_for  # noqa: E402
 
 COLUMNS = {
     "category": [("id", "INT"), ("name", "varchar(20)")],
@@ -119,7 +119,7 @@ class TestDatabaseThatCannotBeOpened(SystemTest):
             try:
                 if event.detail1 and event.source.getRoleName() == "notification":
                     announced.append(event.source.name)
-            except GLib.Error:
+            except GONE:
                 pass  # its source has gone
 
         pyatspi.Registry.registerEventListener(showing, "object:state-changed:showing")
