@@ -46,10 +46,13 @@ in_debian() { # folder command...
 
 # A clone of what is committed here, for a person there, who may become root by sudo if there is one.
 clone_to() { # folder person
-    local home
-    home=$(in_debian "$1" sh -c "echo ~$2")
-    git clone --quiet --no-hardlinks . "$1$home/trolleo"
-    in_debian "$1" chown --recursive "$2:" "$home/trolleo"
+    git clone --quiet --no-hardlinks . "$(home_of "$1" "$2")/trolleo"
+    in_debian "$1" sh -c "chown --recursive $2: ~$2/trolleo"
+}
+
+# The home of a person there, as this machine sees it.
+home_of() { # folder person
+    echo "$1$(in_debian "$1" sh -c "echo ~$2")"
 }
 
 install_in() { # folder package...
