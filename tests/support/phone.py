@@ -25,6 +25,7 @@ PACKAGES.update({
 FEEDBACKD = "/usr/libexec/feedbackd"
 LOGIND = "/lib/systemd/systemd-logind"
 TRIGGERED = re.compile(r"Event '(.*)' for '(.*)' from")
+PROBE = "trolleo.Test"
 RUNNING = re.compile(r"Running (\d+) feedbacks for event (\d+)")
 ENDED = re.compile(r"All feedbacks for event (\d+) finished")
 
@@ -45,18 +46,28 @@ def service(path):
 
 
 class Overheard:
-    """What is said on a bus from now on, in the order in which it is said."""
+    """What is said on a bus from now on that one of the matches fits, in the order in which it is said."""
 
     def __init__(self, *matches, address=None):
         self.messages = []
+        self.busctl = [tool("busctl"),
+                       f"--address={address or os.environ['DBUS_SESSION_BUS_ADDRESS']}"]
         self.process = subprocess.Popen(
-            [tool("busctl"), f"--address={address or os.environ['DBUS_SESSION_BUS_ADDRESS']}",
-             *(f"--match={match}" for match in matches), "--json=short", "monitor"],
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
-        # Only then does it hear everything.
-        self.process.stderr.readline()
+            [*self.busctl, *(f"--match={match}" for match in (*matches, f"interface='{PROBE}'")),
+             "--json=short", "monitor"],
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.thread = threading.Thread(target=self.listen, daemon=True)
         self.thread.start()
+        try:
+            wait_for("the bus to be overheard", self.hears)
+        except BaseException:
+            self.stop()
+            raise
+
+    def hears(self):
+        """Says something, and tells whether that was heard: no message tells when listening begins."""
+        subprocess.run([*self.busctl, "emit", "/", PROBE, "Probe"], check=True)
+        return self.said("Probe")
 
     def listen(self):
         for line in self.process.stdout:
@@ -71,7 +82,6 @@ class Overheard:
         stop(self.process)
         self.thread.join()
         self.process.stdout.close()
-        self.process.stderr.close()
 
 
 class FeedbackDaemon:
