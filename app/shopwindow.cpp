@@ -25,6 +25,7 @@
 #include "base/trsettings.h"
 #include "data/database.h"
 #include "gps/coordinatespage.h"
+#include "gps/positionwait.h"
 #include "gps/trshopgps.h"
 #include "lists/doshoppingpage.h"
 #include "lists/itempages.h"
@@ -50,7 +51,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto bannerTime = 3000ms;
-constexpr auto retryPause = 1000ms;
 constexpr QSize preferredSize(800, 480);
 constexpr int pagePointSize = 22;
 /// The attribute by which a window asks to be turned with the device. Qt 6 has given
@@ -135,10 +135,6 @@ ShopWindow::ShopWindow(QWidget *parent)
 {
     initPictures();
     reserveTimer = new QTimer(this);
-    retryTimer = new QTimer(this);
-    retryTimer->setSingleShot(true);
-    retryTimer->setInterval(retryPause);
-    connect(retryTimer, &QTimer::timeout, this, &ShopWindow::coordUpdateTimeout);
     loadSettings();
     loadStoredLanguage(); // before any page has a text
     alertHelper = std::make_unique<AlertHelper>();
@@ -150,6 +146,8 @@ ShopWindow::ShopWindow(QWidget *parent)
     // lags behind it.
     setAnimated(false);
     gps = std::make_unique<TrShopGps>();
+    positionWait = std::make_unique<PositionWait>([this] { gps->requestUpdate(); },
+                                                  [this] { gps->cancelRequest(); });
     connect(gps.get(), &TrShopGps::coordinateUpdated, this, &ShopWindow::gpsAcquired);
     connect(gps.get(), &TrShopGps::coordinateRequestTimeout, this, &ShopWindow::coordUpdateTimeout);
     connect(gps.get(), &TrShopGps::startGpsFailed, this, &ShopWindow::startGpsFailed);

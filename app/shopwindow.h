@@ -10,12 +10,14 @@
 #include <QString>
 
 #include "base/pages.h"
+#include "stores/storedraft.h"
 #include "tracking/trackingrun.h"
 
 class AlarmSound;
 class AlertHelper;
 class InputPause;
 class Notifier;
+class PositionWait;
 class QLineEdit;
 class QListWidgetItem;
 class QNetworkConfigurationManager;
@@ -432,7 +434,6 @@ private:
     QString distanceToShownStore() const;
 
     // stores/storeeditpage.cpp
-    void forgetTakenCoordinates();
     void showCoordinatesOf(int storeId);
     QString categoryIdText() const;
     bool coordinatesWereTaken() const;
@@ -446,32 +447,21 @@ private:
     /// The current store: shown on the stores page, and what the store list picks.
     int currentStoreId = 0;
     int storeBeforePicking = 0;
-    /// The store being edited; on the store list page the one tapped last.
-    int editedStoreId = 0;
-    /// What is being edited is no store yet, whatever editedStoreId says.
-    bool storeIsNew = false;
+    StoreDraft draft;
     /// The store of which the text of the coordinates button tells; 0 for none.
     int coordinatesTextStoreId = 0;
     /// The category chosen last.
     int selectedCategoryId = 0;
     int lastTappedCategoryId = 0;
-    /// The stores page waits for a position to tell the distance.
-    bool distancePending = false;
     /// Degrees, of the store on the stores page.
     float shownStoreLatitude = 0;
     float shownStoreLongitude = 0;
-    /// Coordinates were taken for the store being edited, in degrees and metres.
-    bool storeCoordsSet = false;
-    float editedLatitude = 0;
-    float editedLongitude = 0;
-    float editedAltitude = 0;
     int storeListReturnPage = PageMain;
     int storeEditReturnPage = PageMain;
     int categoryReturnPage = PageMain;
 
     // ---- Positioning --------------------------------------------------------------------------
     // gps/positions.cpp
-    void requestPosition();
     void endWaiting();
     void takePosition();
     /// A position that is too rough to ring, or to be a store's; degrees and metres.
@@ -490,27 +480,12 @@ private:
     void takeTypedCoordinates(float latitude, float longitude);
 
     std::unique_ptr<TrShopGps> gps;
+    std::unique_ptr<PositionWait> positionWait;
     std::unique_ptr<CoordinatesPage> coordinatesPage;
-    /// The coordinates page shows coordinates that exist.
-    bool coordsShown = false;
     /// The last position, in degrees and metres.
     float currentLatitude = 0;
     float currentLongitude = 0;
     float currentAltitude = 0;
-    /// A position has arrived.
-    bool haveGpsFix = false;
-    /// There is a last position, however old.
-    bool positionKnown = false;
-    /// It was told that no position comes; nothing has come since.
-    bool noPositionTold = false;
-    /// It was told, in this wait or this run of tracking, that the position is a rough one.
-    bool roughPositionTold = false;
-    /// Someone waits for a position.
-    bool waitingForFix = false;
-    /// The source is being asked, and has not returned yet.
-    bool requestingPosition = false;
-    /// Asks again for a position after the source has refused to look for one.
-    QTimer *retryTimer = nullptr;
 
     // ---- Tracking and reminders ---------------------------------------------------------------
     // tracking/trackingpage.cpp

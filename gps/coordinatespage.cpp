@@ -262,25 +262,26 @@ void ShopWindow::manualEnterGps()
     p.getFromGps->setEnabled(gpsEnabled);
     const bool gpsViewWasLast = p.views->currentIndex() == CoordinatesPage::GpsView;
     p.showView(gpsViewWasLast ? CoordinatesPage::GpsView : CoordinatesPage::EditView);
-    coordsShown = false;
+    draft.setCoordsShown(false);
     p.latitude.clear();
     p.longitude.clear();
     p.status->setText(tr("Coordinates is not Set"));
     p.longitudeValue->clear();
     p.latitudeValue->clear();
 
-    if (storeCoordsSet) {
-        p.showCoordinates(Coordinates::text(editedLatitude), Coordinates::text(editedLongitude));
-        coordsShown = true;
-    } else if (!storeIsNew) {
-        QSqlQuery row = Database::run(Statements::coordinates, editedStoreId);
+    if (draft.storeCoordsSet()) {
+        p.showCoordinates(Coordinates::text(draft.editedLatitude()),
+                          Coordinates::text(draft.editedLongitude()));
+        draft.setCoordsShown(true);
+    } else if (!draft.isNew()) {
+        QSqlQuery row = Database::run(Statements::coordinates, draft.editedStoreId);
         if (row.first()) {
             p.showCoordinates(row.value(u"latitude"_s).toString(),
                               row.value(u"longitude"_s).toString());
-            coordsShown = true;
+            draft.setCoordsShown(true);
         }
     }
-    if (coordsShown)
+    if (draft.coordsShown())
         p.status->setText(tr("Current store Coordinates"));
     pageStack->setCurrentIndex(PageCoordinates);
 }
@@ -304,7 +305,7 @@ void ShopWindow::saveEnteredGps()
         const double latitude = p.latitude.value();
         const double longitude = p.longitude.value();
         if (!Coordinates::isPlace(latitude, longitude)) {
-            storeCoordsSet = false;
+            draft.refuseTyped();
             showMessage(tr("Coordinates are out of range"),
                         tr("Latitude goes from -90 to 90 degrees, longitude from -180 to 180."),
                         u":/img/warning_r.svg"_s, PageCoordinates);
@@ -312,7 +313,7 @@ void ShopWindow::saveEnteredGps()
         }
         takeTypedCoordinates(static_cast<float>(latitude), static_cast<float>(longitude));
     }
-    if (!storeCoordsSet) {
+    if (!draft.storeCoordsSet()) {
         showMessage(tr("Coordinates is Empty"),
                     tr("You can not save zero or empty coordinates. Press Cancel instead."),
                     u":/img/warning_r.svg"_s, PageCoordinates);
@@ -324,10 +325,7 @@ void ShopWindow::saveEnteredGps()
 
 void ShopWindow::takeTypedCoordinates(float latitude, float longitude)
 {
-    editedLatitude = latitude;
-    editedLongitude = longitude;
-    storeCoordsSet = !Coordinates::areEqual(latitude, longitude);
-    if (!storeCoordsSet)
+    if (!draft.takeTyped(latitude, longitude))
         return;
     TrSettings &settings = TrSettings::instance();
     settings.setLastLatitude(latitude);
@@ -378,7 +376,7 @@ void ShopWindow::showGpsMapPage()
         }
     }
     // Before the map shows, so that it fetches no tiles of another place.
-    if (storeCoordsSet || coordsShown) {
+    if (draft.storeCoordsSet() || draft.coordsShown()) {
         mapCenterByEdited();
         p.map->setStorePin(static_cast<float>(p.latitude.value()),
                            static_cast<float>(p.longitude.value()));
@@ -409,15 +407,13 @@ void ShopWindow::btnGetGpsClicked()
 void ShopWindow::showTakenCoordinates() const
 {
     coordinatesPage->status->setText(tr("Current store Coordinates UPDATED"));
-    coordinatesPage->showCoordinates(Coordinates::text(editedLatitude),
-                                     Coordinates::text(editedLongitude));
+    coordinatesPage->showCoordinates(Coordinates::text(draft.editedLatitude()),
+                                     Coordinates::text(draft.editedLongitude()));
 }
 
 void ShopWindow::mapMarkUpdated(qreal latitude, qreal longitude)
 {
-    editedLatitude = static_cast<float>(latitude);
-    editedLongitude = static_cast<float>(longitude);
-    storeCoordsSet = true;
+    draft.takeMark(static_cast<float>(latitude), static_cast<float>(longitude));
     showTakenCoordinates();
 }
 
@@ -438,5 +434,5 @@ void ShopWindow::mapCenterByGps()
 void ShopWindow::updateMapCenter()
 {
     takeAwaitedPosition();
-    coordinatesPage->map->setCenter(editedLatitude, editedLongitude);
+    coordinatesPage->map->setCenter(draft.editedLatitude(), draft.editedLongitude());
 }

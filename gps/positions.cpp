@@ -4,13 +4,12 @@
 
 #include <QLabel>
 #include <QLocale>
-#include <QScopedValueRollback>
 #include <QStackedWidget>
-#include <QTimer>
 
 #include "app/shopwindow.h"
 #include "base/trsettings.h"
 #include "gps/coordinatespage.h"
+#include "gps/positionwait.h"
 #include "gps/trshopgps.h"
 #include "map/mapswidget.h"
 #include "platform/informationbox.h"
@@ -36,64 +35,45 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
     // A receiver that sees too few satellites tells none; a statement can hold no "nan" or "inf".
     const auto meters = static_cast<float>(altitude);
     currentAltitude = std::isfinite(meters) ? meters : 0;
-    haveGpsFix = true;
-    positionKnown = true;
-    noPositionTold = false;
+    positionWait->arrived();
     // A reminder has to be answered first.
     if (pageStack->currentIndex() == PageReminder)
         return;
-    const bool somebodyWaits = waitingForFix;
+    const bool somebodyWaits = positionWait->waitingForFix();
     if (somebodyWaits)
         emit requestedGpsUpdate();
     if (run.trackingActive) {
         track(somebodyWaits);
-    } else if (distancePending) {
+    } else if (positionWait->distancePending) {
         storesPage->distance->setText(distanceToShownStore());
-        distancePending = false;
+        positionWait->distancePending = false;
     }
 }
 
 void ShopWindow::coordUpdateTimeout()
 {
-    if (!waitingForFix)
-        return;
-    // A source may refuse at once, before it has returned from being asked.
-    if (requestingPosition)
-        retryTimer->start();
-    else
-        requestPosition();
-}
-
-void ShopWindow::requestPosition()
-{
-    const QScopedValueRollback guard(requestingPosition, true);
-    gps->requestUpdate();
+    positionWait->refused();
 }
 
 /// A position that arrives later finds nobody waiting.
 void ShopWindow::endWaiting()
 {
-    // The stores page may wait for the same position.
-    if (waitingForFix && !distancePending)
-        gps->cancelRequest();
-    waitingForFix = false;
-    retryTimer->stop();
+    positionWait->end();
     disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
 }
 
 void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters)
 {
-    noPositionTold = false;
+    positionWait->roughArrived();
     MapsWidget *map = nullptr;
-    if (waitingForFix && pageStack->currentIndex() == PageCoordinates)
+    if (positionWait->waitingForFix() && pageStack->currentIndex() == PageCoordinates)
         map = coordinatesPage->map;
     else if (run.trackingActive && pageStack->currentIndex() == PageTrackedList)
         map = trackedListPage->map;
     if (map)
         map->setCenter(static_cast<float>(latitude), static_cast<float>(longitude));
-    if (roughPositionTold || pageStack->currentIndex() == PageReminder)
+    if (pageStack->currentIndex() == PageReminder || !positionWait->tellsRough())
         return;
-    roughPositionTold = true;
     constexpr qreal metersPerKilometer = 1000;
     const QString kilometers =
         QLocale().toString(std::ceil(accuracyMeters / metersPerKilometer), 'f', 0);
@@ -103,10 +83,8 @@ void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accura
 
 void ShopWindow::tellNoPosition(const QString &text)
 {
-    if (noPositionTold)
-        return;
-    noPositionTold = true;
-    InformationBox::information(this, text, adviceTime);
+    if (positionWait->tellsMissing())
+        InformationBox::information(this, text, adviceTime);
 }
 
 void ShopWindow::startGpsFailed()
@@ -117,20 +95,16 @@ void ShopWindow::startGpsFailed()
 
 void ShopWindow::fixCurrentGps()
 {
-    if (haveGpsFix) {
+    if (positionWait->haveGpsFix())
         takePosition();
-        return;
-    }
-    waitingForFix = true;
-    roughPositionTold = false;
-    noPositionTold = false;
-    requestPosition();
+    else
+        positionWait->begin();
 }
 
 bool ShopWindow::waitForPosition(void (ShopWindow::*taken)())
 {
     fixCurrentGps();
-    if (!waitingForFix)
+    if (!positionWait->waitingForFix())
         return false;
     disconnect(this, &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
     connect(this, &ShopWindow::requestedGpsUpdate, this, taken);
@@ -142,18 +116,15 @@ void ShopWindow::takeAwaitedPosition()
 {
     endWaiting();
     takePosition();
-    haveGpsFix = false;
+    positionWait->expire();
 }
 
 /// Takes the current position for the store that is being edited.
 void ShopWindow::takePosition()
 {
-    editedLongitude = currentLongitude;
-    editedLatitude = currentLatitude;
-    editedAltitude = currentAltitude;
-    storeCoordsSet = true;
+    draft.takePosition(currentLatitude, currentLongitude, currentAltitude);
     storeEditPage->coordinates->setName(tr("coords is set (update...)"));
-    waitingForFix = false;
+    positionWait->satisfy();
     TrSettings &settings = TrSettings::instance();
     settings.setLastLatitude(currentLatitude);
     settings.setLastLongitude(currentLongitude);

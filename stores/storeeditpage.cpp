@@ -55,23 +55,13 @@ void ShopWindow::buildStoreEditPage()
     connect(p.help, &QPushButton::clicked, this, &ShopWindow::addShopHelp);
 }
 
-/// Coordinates taken for another store are not this one's.
-void ShopWindow::forgetTakenCoordinates()
-{
-    storeCoordsSet = false;
-    editedAltitude = 0;
-}
-
 void ShopWindow::addShopClicked()
 {
     StoreEditPage &p = *storeEditPage;
-    storeIsNew = true;
+    draft.editNew();
     storeEditReturnPage = pageStack->currentIndex();
     p.name->clear();
     p.category->setName(categoryButtonDefaultText);
-    forgetTakenCoordinates();
-    editedLatitude = 0;
-    editedLongitude = 0;
     p.coordinates->setName(gpsAvailable ? tr("(set Coordinates)") : tr("(GPS is not Available)"));
     p.coordinates->setEnabled(gpsAvailable);
     coordinatesTextStoreId = 0;
@@ -82,11 +72,10 @@ void ShopWindow::addShopClicked()
 void ShopWindow::editShopClicked()
 {
     StoreEditPage &p = *storeEditPage;
-    editedStoreId = currentStoreId;
-    storeIsNew = false;
+    draft.edit(currentStoreId);
     storeEditReturnPage = pageStack->currentIndex();
 
-    QSqlQuery store = Database::run(Statements::store, editedStoreId);
+    QSqlQuery store = Database::run(Statements::store, draft.editedStoreId);
     if (store.first()) {
         p.name->setText(store.value(u"name"_s).toString());
         const int categoryId = store.value(u"categoryid"_s).toInt();
@@ -94,8 +83,7 @@ void ShopWindow::editShopClicked()
         p.category->setName(category.isEmpty() ? categoryButtonDefaultText : category);
         selectedCategoryId = category.isEmpty() ? 0 : categoryId;
     }
-    forgetTakenCoordinates();
-    showCoordinatesOf(editedStoreId);
+    showCoordinatesOf(draft.editedStoreId);
     showEditPage(PageStoreEdit, p, p.name, u":/img/storeEdit.png"_s, true,
                  &ShopWindow::editShopConfirmClicked);
 }
@@ -129,14 +117,15 @@ QString ShopWindow::categoryIdText() const
 void ShopWindow::insertTakenCoordinates(int storeId)
 {
     constexpr int altitudeDecimals = 2;
-    Database::run(Statements::insertCoordinates, storeId, Coordinates::text(editedLatitude),
-                  Coordinates::text(editedLongitude),
-                  u"%1"_s.arg(static_cast<double>(editedAltitude), 0, 'f', altitudeDecimals));
+    Database::run(
+        Statements::insertCoordinates, storeId, Coordinates::text(draft.editedLatitude()),
+        Coordinates::text(draft.editedLongitude()),
+        u"%1"_s.arg(static_cast<double>(draft.editedAltitude()), 0, 'f', altitudeDecimals));
 }
 
 bool ShopWindow::coordinatesWereTaken() const
 {
-    return storeEditPage->coordinates->isEnabled() && storeCoordsSet;
+    return storeEditPage->coordinates->isEnabled() && draft.storeCoordsSet();
 }
 
 void ShopWindow::addShopConfirmClicked()
@@ -168,13 +157,13 @@ void ShopWindow::editShopConfirmClicked()
     if (name.isEmpty())
         return;
     const QString categoryId = categoryIdText();
-    Database::run(Statements::updateStore, name, categoryId, missingReference, editedStoreId);
+    Database::run(Statements::updateStore, name, categoryId, missingReference, draft.editedStoreId);
     if (coordinatesWereTaken()) {
-        Database::run(Statements::deleteCoordinates, editedStoreId);
-        insertTakenCoordinates(editedStoreId);
+        Database::run(Statements::deleteCoordinates, draft.editedStoreId);
+        insertTakenCoordinates(draft.editedStoreId);
     }
     if (storeEditReturnPage != PageStoreList) {
-        currentStoreId = editedStoreId;
+        currentStoreId = draft.editedStoreId;
         shopsClicked();
         return;
     }
@@ -202,8 +191,8 @@ void ShopWindow::deleteShopClicked()
 void ShopWindow::deleteShopConfirm()
 {
     // Lists bound to the store stay, and show that they do not know it.
-    Database::run(Statements::deleteCoordinates, editedStoreId);
-    Database::run(Statements::deleteStore, editedStoreId);
+    Database::run(Statements::deleteCoordinates, draft.editedStoreId);
+    Database::run(Statements::deleteStore, draft.editedStoreId);
     if (storeEditReturnPage == PageStoreList) {
         delete storeListPage->list->currentItem();
         pageStack->setCurrentIndex(PageStoreList);

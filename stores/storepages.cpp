@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "stores/storepages.h"
+#include "gps/positionwait.h"
 
 #include <QBoxLayout>
 #include <QFormLayout>
@@ -69,7 +70,7 @@ void ShopWindow::shopsClicked()
 
 void ShopWindow::fillStoresPage()
 {
-    distancePending = false;
+    positionWait->distancePending = false;
     if (currentStoreId == 0) {
         for (QLabel *value : {storesPage->name, storesPage->category, storesPage->distance})
             value->setText(categoryNotSelectedText);
@@ -97,14 +98,12 @@ QString ShopWindow::distanceToCurrentStore()
         return tr("(no Coordinates set)");
     shownStoreLatitude = coordinates.value(u"latitude"_s).toFloat();
     shownStoreLongitude = coordinates.value(u"longitude"_s).toFloat();
-    editedLatitude = shownStoreLatitude;
-    editedLongitude = shownStoreLongitude;
-    forgetTakenCoordinates();
-    if (haveGpsFix)
+    draft.showStored(shownStoreLatitude, shownStoreLongitude);
+    if (positionWait->haveGpsFix())
         return distanceToShownStore();
     if (!gpsEnabled)
         return tr("(GPS disabled)");
-    distancePending = true;
+    positionWait->distancePending = true;
     gps->requestUpdate();
     return tr("(calculating)");
 }
@@ -183,7 +182,7 @@ void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::shopItemClicked(QListWidgetItem *item)
 {
-    if (storeListPage->list->wasTappedAgain(*item, editedStoreId))
+    if (storeListPage->list->wasTappedAgain(*item, draft.editedStoreId))
         selectShopClicked();
 }
 

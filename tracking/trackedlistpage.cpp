@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "gps/positionwait.h"
 #include "tracking/trackedlistpage.h"
 
 #include <cmath>
@@ -93,7 +94,7 @@ void ShopWindow::viewFilteredTracking()
         pageStack->setCurrentIndex(PageTrackedList);
         return;
     }
-    if (!haveGpsFix && waitForPosition(&ShopWindow::showTrackingAfterGps)) {
+    if (!positionWait->haveGpsFix() && waitForPosition(&ShopWindow::showTrackingAfterGps)) {
         trackedListPage->list->clear();
         showWaiting();
         return;
@@ -141,14 +142,14 @@ void ShopWindow::showTrackingAfterGps()
     endWaiting();
     viewFilteredTracking();
     // The next view waits for a position of its own.
-    haveGpsFix = false;
+    positionWait->expire();
 }
 
 void ShopWindow::trackingMapShow()
 {
     endWaiting();
     // Before the map shows, so that it fetches no tiles of another place.
-    if (positionKnown)
+    if (positionWait->positionKnown())
         showPositionAndNearest();
     trackedListPage->showView(TrackedListPage::MapView);
     openNetworkSession();

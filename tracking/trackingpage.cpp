@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "gps/positionwait.h"
 #include "tracking/trackingpage.h"
 
 #include <chrono>
@@ -220,9 +221,8 @@ void ShopWindow::startTracking()
         return;
     }
     // What was known before may be far from here by now.
-    haveGpsFix = false;
-    roughPositionTold = false;
-    noPositionTold = false;
+    positionWait->expire();
+    positionWait->tellAnew();
     setTrackingActive(true);
     gps->startUpdates();
 }
@@ -238,7 +238,7 @@ void ShopWindow::stopTracking()
         gps->startUpdates();
     } else {
         gps->stopUpdates();
-        haveGpsFix = false;
+        positionWait->expire();
     }
     trackingClicked();
 }
@@ -301,7 +301,7 @@ void ShopWindow::applyGpsSettings()
     // Tracking that runs goes on with the stores of its start, on a source made only now as well.
     if (run.trackingActive || (gpsAutoStart && gpsEnabled))
         gps->startUpdates();
-    else if (haveGpsFix || gps->isUpdating())
+    else if (positionWait->haveGpsFix() || gps->isUpdating())
         gps->stopUpdates();
     if (trackAutoStart && !run.trackingActive) {
         trackingPage->all->setChecked(true);
