@@ -142,6 +142,7 @@ ShopWindow::ShopWindow(QWidget *parent)
     setAttribute(autoOrientation, true);
     setWindowTitle(u"Trolleo"_s);
     new ReadableTexts(this);
+    pageSwitchGuard = new PageSwitchGuard(this);
     // There are no dock widgets to animate, and a page stack that is animated into a turned window
     // lags behind it.
     setAnimated(false);
@@ -250,6 +251,7 @@ void ShopWindow::buildUserInterface()
     buildCoordinatesPage();
 
     setCentralWidget(pageStack);
+    pageSwitchGuard->guard(pageStack);
     pageStack->setCurrentIndex(PageMain);
     connect(pageStack, &QStackedWidget::currentChanged, this, &ShopWindow::pageChanged);
     // No resize event follows when pages are built anew in a maximized window, and turning them
@@ -259,7 +261,6 @@ void ShopWindow::buildUserInterface()
         layout()->activate();
     }
     turnPages(orientationOf(size()));
-    new PageSwitchGuard(pageStack);
 }
 
 TurningPage *ShopWindow::addPage(Page page, const QString &objectName, const QString &title,

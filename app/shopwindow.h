@@ -17,6 +17,7 @@ class AlarmSound;
 class AlertHelper;
 class InputPause;
 class Notifier;
+class PageSwitchGuard;
 class PositionWait;
 class QLineEdit;
 class QListWidgetItem;
@@ -330,6 +331,8 @@ private:
     QTimer *reserveTimer = nullptr; // never started
     std::unique_ptr<AlertHelper> alertHelper;
     QStackedWidget *pageStack = nullptr;
+    /// A child of the window.
+    PageSwitchGuard *pageSwitchGuard = nullptr;
     std::unique_ptr<MainPage> mainPage;
     std::unique_ptr<MessagePage> messagePage;
     std::unique_ptr<ConfirmationPage> confirmationPage;

@@ -89,7 +89,7 @@ void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
     if (!doShoppingPage->list->wasTappedAgain(*item, lastTappedGoodId))
         return;
     // The row below moves up under the finger: a quick second tap was not meant for it.
-    doShoppingPage->list->ignoreDoubleClick();
+    doShoppingPage->list->ignoreDoubleTap();
     toggleGood(doShoppingPage->list->row(item));
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "stores/storepages.h"
-#include "gps/positionwait.h"
 
 #include <QBoxLayout>
 #include <QFormLayout>
@@ -12,6 +11,7 @@
 #include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
+#include "gps/positionwait.h"
 #include "gps/trshopgps.h"
 #include "lists/shoppinglistpages.h"
 #include "widgets/controls.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "gps/positionwait.h"
 #include "tracking/trackedlistpage.h"
 
 #include <cmath>
@@ -10,6 +9,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "gps/positionwait.h"
 #include "map/mapswidget.h"
 #include "widgets/controls.h"
 #include "widgets/listrow.h"

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "gps/positionwait.h"
 #include "tracking/trackingpage.h"
 
 #include <chrono>
@@ -14,6 +13,7 @@
 #include "base/installation.h"
 #include "data/database.h"
 #include "data/statements.h"
+#include "gps/positionwait.h"
 #include "gps/trshopgps.h"
 #include "platform/alarmsound.h"
 #include "platform/alerthelper.h"

@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPoint>
@@ -54,6 +55,8 @@ struct TrKineticScroller::State
     bool isMoving = false;
     /// The last press stopped a glide.
     bool stoppedGlide = false;
+    /// Since the last press the pointer was farther from it than a tap may shake.
+    bool leftPressPoint = false;
     /// In the coordinates of the area, like all positions here.
     QPoint lastPressPoint;
     /// Where the pointer was at the last tick, or where the drag began.
@@ -104,7 +107,9 @@ bool TrKineticScroller::isMoving() const
 
 bool TrKineticScroller::isTap() const
 {
-    return !d->isMoving && !d->stoppedGlide;
+    // A few small moves are enough to drag, but a shaking finger is to tap all the same.
+    return d->scrollArea && !d->stoppedGlide && !d->leftPressPoint &&
+           d->scrollArea->verticalScrollBar()->value() == d->lastScrollBarPosition;
 }
 
 bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
@@ -158,6 +163,7 @@ void TrKineticScroller::pressed(const QPoint &position)
     d->pointerY = position.y();
     d->lastScrollBarPosition = d->scrollArea->verticalScrollBar()->value();
     d->ignoredMouseMoves = 0;
+    d->leftPressPoint = false;
     d->stoppedGlide = d->isMoving;
     // Whatever else is let pass: a touch stops a glide.
     stopMotion();
@@ -180,6 +186,8 @@ void TrKineticScroller::moved(const QPoint &position)
     if (!d->isPressed)
         return;
     d->pointerY = position.y();
+    if ((position - d->lastPressPoint).manhattanLength() > QApplication::startDragDistance())
+        d->leftPressPoint = true;
     if (d->isMoving) {
         const int dy = position.y() - d->lastPressPoint.y();
         d->scrollArea->verticalScrollBar()->setValue(d->lastScrollBarPosition - dy);

@@ -27,8 +27,8 @@ public:
     /// Whether the contents are being dragged or glide.
     bool isMoving() const;
 
-    /// Whether the press that is being released is a tap: it neither dragged the contents nor
-    /// stopped them gliding.
+    /// Whether the press that is being released is a tap: it stayed within startDragDistance() of
+    /// where it began, moved the contents by nothing, and did not stop them gliding.
     bool isTap() const;
 
     bool eventFilter(QObject *object, QEvent *event) override;

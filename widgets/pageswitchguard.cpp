@@ -4,28 +4,53 @@
 #include <utility>
 
 #include <QEvent>
+#include <QMouseEvent>
 #include <QStackedWidget>
 #include <QWindow>
 
-PageSwitchGuard::PageSwitchGuard(QStackedWidget *guarded)
-    : QObject(guarded)
-    , stack(guarded)
+PageSwitchGuard::PageSwitchGuard(QWidget *guardedWindow)
+    : QObject(guardedWindow)
+    , window(guardedWindow)
 {
     // The window's surface, where events pass before they reach any page, is there once it shows.
-    stack->window()->installEventFilter(this);
-    if (QWindow *surface = stack->window()->windowHandle())
-        surface->installEventFilter(this);
+    window->installEventFilter(this);
+}
+
+void PageSwitchGuard::guard(QStackedWidget *pages)
+{
+    stack = pages;
 }
 
 bool PageSwitchGuard::eventFilter(QObject *object, QEvent *event)
 {
-    if (!object->isWindowType()) {
-        if (event->type() == QEvent::Show && object == stack->window())
-            stack->window()->windowHandle()->installEventFilter(this);
+    if (object == window) {
+        if (event->type() == QEvent::Show)
+            window->windowHandle()->installEventFilter(this);
         return false;
     }
-    // A double click comes after the press that makes it one, which no widget gets.
-    if (event->type() == QEvent::MouseButtonPress)
-        pageAtEarlierPress = std::exchange(pageAtPress, stack->currentIndex());
-    return event->type() == QEvent::MouseButtonDblClick && pageAtPress != pageAtEarlierPress;
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        return isIgnored(*static_cast<QMouseEvent *>(event));
+    default:
+        return false;
+    }
+}
+
+bool PageSwitchGuard::isIgnored(const QMouseEvent &event)
+{
+    if (event.type() == QEvent::MouseButtonRelease)
+        return std::exchange(ignoring, false);
+    if (event.type() == QEvent::MouseMove)
+        return ignoring;
+    const QWidget *page = stack ? stack->currentWidget() : nullptr;
+    // A double click follows the press that makes it one, which is of the same time and place.
+    ignoring = page != pageAtPress && press.isFirstOfTwo(event);
+    if (!ignoring) {
+        press = TapPress(event);
+        pageAtPress = page;
+    }
+    return ignoring;
 }

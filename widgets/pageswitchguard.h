@@ -2,24 +2,37 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
+#include "widgets/doubletap.h"
+
+class QMouseEvent;
 class QStackedWidget;
+class QWidget;
 
-/// Keeps the second press of a double click from the page that its first click brought up: two
+/// Keeps the second tap of a quick double tap from the page that its first tap brought up: two
 /// quick taps on a row that opens a page must not press a button of that page.
 class PageSwitchGuard : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Guards the pages of `guarded`, which owns the guard and has its window already.
-    explicit PageSwitchGuard(QStackedWidget *guarded);
+    /// `guardedWindow` owns it.
+    explicit PageSwitchGuard(QWidget *guardedWindow);
+
+    /// Guards the pages of `pages` from now on.
+    void guard(QStackedWidget *pages);
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    QStackedWidget *stack;
-    /// None at first: a double click whose press went to the pages before these is not for them.
-    int pageAtPress = -1;
-    int pageAtEarlierPress = -1;
+    bool isIgnored(const QMouseEvent &event);
+
+    QWidget *window;
+    QPointer<QStackedWidget> stack;
+    TapPress press;
+    /// The page that had the last press; not to be used, for it may be gone.
+    const QWidget *pageAtPress = nullptr;
+    /// The button is down in a tap that is ignored.
+    bool ignoring = false;
 };

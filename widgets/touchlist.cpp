@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/touchlist.h"
 
+#include <utility>
+
 #include <QAccessible>
 #include <QFocusEvent>
 #include <QMouseEvent>
@@ -11,8 +13,6 @@
 #include "widgets/listrow.h"
 #include "widgets/TrKineticScroller.h"
 
-using namespace Qt::StringLiterals;
-
 TouchList::TouchList(QWidget *parent)
     : QListWidget(parent)
     , scroller(new TrKineticScroller(this))
@@ -22,20 +22,11 @@ TouchList::TouchList(QWidget *parent)
     setAutoScroll(false);
     setAlternatingRowColors(true);
     setUniformItemSizes(true);
-    // Some desktop styles activate a row on a single click, which would undo "tap twice".
-    setStyleSheet(u"QListView { activate-on-singleclick: 0; }"_s);
     scroller->enableKineticScrollFor(this);
 }
 
-bool TouchList::wasTapped() const
+bool TouchList::wasTappedAgain(const QListWidgetItem &row, int &lastTapped)
 {
-    return scroller->isTap();
-}
-
-bool TouchList::wasTappedAgain(const QListWidgetItem &row, int &lastTapped) const
-{
-    if (!wasTapped())
-        return false;
     const int id = rowId(row);
     const bool again = id == lastTapped;
     lastTapped = id;
@@ -119,37 +110,38 @@ void TouchList::focusInEvent(QFocusEvent *event)
     viewport()->update();
 }
 
-void TouchList::ignoreDoubleClick()
+void TouchList::ignoreDoubleTap()
 {
-    secondClickIgnored = true;
+    movingPress = press;
 }
 
+/// The view would choose the row already now, though the finger may be about to drag it.
 void TouchList::mousePressEvent(QMouseEvent *event)
 {
-    secondClickIgnored = false;
-    const QScopedValueRollback guard(staysInPlace, true);
-    QListWidget::mousePressEvent(event);
+    pressedRow = QModelIndex();
+    if (event->button() != Qt::LeftButton || movingPress.isFirstOfTwo(*event))
+        return;
+    press = TapPress(*event);
+    pressedRow = indexAt(event->position().toPoint());
 }
 
-/// Two quick taps are two taps. The view would act on the second press already, though it may begin
-/// a flick, and would report no click for it.
+/// Two quick taps are two taps.
 void TouchList::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    if (!secondClickIgnored)
-        mousePressEvent(event);
+    mousePressEvent(event);
 }
 
-void TouchList::mouseMoveEvent(QMouseEvent *event)
-{
-    const QScopedValueRollback guard(staysInPlace, true);
-    QListWidget::mouseMoveEvent(event);
-}
+/// The view would choose the rows that the finger passes.
+void TouchList::mouseMoveEvent(QMouseEvent * /*event*/) {}
 
 void TouchList::mouseReleaseEvent(QMouseEvent *event)
 {
-    // The flag may be set by the click that this release makes, and is for the next one.
-    if (!secondClickIgnored)
-        QListWidget::mouseReleaseEvent(event);
+    const QModelIndex row = std::exchange(pressedRow, QModelIndex());
+    if (event->button() != Qt::LeftButton || !row.isValid() || !scroller->isTap() ||
+        indexAt(event->position().toPoint()) != row)
+        return;
+    chooseInPlace(row.row());
+    emit clicked(row);
 }
 
 void TouchList::showEvent(QShowEvent *event)

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <QListWidget>
+#include <QPersistentModelIndex>
+
+#include "widgets/doubletap.h"
 
 class TrKineticScroller;
 
 /// A list for fingers: it flicks, a single tap never activates a row whatever the desktop's style
-/// says, and no row becomes current unless the person or the program chose it.
+/// says, and no row becomes current unless the person or the program chose it. A row is chosen, and
+/// clicked, when a tap on it ends; the finger that drags the rows chooses none.
 class TouchList : public QListWidget
 {
     Q_OBJECT
@@ -14,13 +18,9 @@ class TouchList : public QListWidget
 public:
     explicit TouchList(QWidget *parent = nullptr);
 
-    /// Whether an itemClicked() that comes now is a tap: the finger neither dragged the rows nor
-    /// stopped them gliding.
-    bool wasTapped() const;
-
     /// Whether an itemClicked() that comes now, of `row`, is the second tap on the same record. The
     /// first one puts the record's id into `lastTapped`.
-    bool wasTappedAgain(const QListWidgetItem &row, int &lastTapped) const;
+    static bool wasTappedAgain(const QListWidgetItem &row, int &lastTapped);
 
     /// Shows `rows` instead of those that are there; owns them from now on. With many rows this
     /// takes much less time than adding each.
@@ -38,8 +38,8 @@ public:
     QSize minimumSizeHint() const override;
 
     /// To be called while a click is handled that made another row come under the finger: should
-    /// the click turn out to be the first of a double click, its second is ignored.
-    void ignoreDoubleClick();
+    /// the click turn out to be the first tap of a double tap, its second is ignored.
+    void ignoreDoubleTap();
 
 protected:
     void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
@@ -56,5 +56,10 @@ private:
     TrKineticScroller *scroller;
     bool staysInPlace = false;
     bool scrollWhenShown = false;
-    bool secondClickIgnored = false;
+    /// Of the last press that was not ignored.
+    TapPress press;
+    /// The row moved away from under this one.
+    TapPress movingPress;
+    /// Where the finger is down; invalid when it is up, or its tap is ignored.
+    QPersistentModelIndex pressedRow;
 };

@@ -55,6 +55,8 @@ void ShopDriver::start(const Caller &by)
     window = std::make_unique<Window>();
     stack = window->findChild<QStackedWidget *>("pageStack");
     db = std::make_unique<SecondConnection>(home->databaseFile());
+    if (!finger)
+        finger.reset(QTest::createTouchDevice());
     window->show();
     if (!QTest::qWaitForWindowExposed(window.get()))
         stopTest("the window does not show", by);
@@ -116,6 +118,12 @@ void ShopDriver::press(const char *button, const Caller &by) const
                       inWindow(widget, widget->rect().center()));
 }
 
+void ShopDriver::touch(const QPoint &position) const
+{
+    QTest::touchEvent(window->windowHandle(), finger.get()).press(0, position);
+    QTest::touchEvent(window->windowHandle(), finger.get()).release(0, position);
+}
+
 bool ShopDriver::doubleTap(const char *button, int next, const Caller &by)
 {
     for (const int shown : {next, stack->currentIndex()}) {
@@ -128,7 +136,9 @@ bool ShopDriver::doubleTap(const char *button, int next, const Caller &by)
         const QRect common = area & QRect(inWindow(other, QPoint(0, 0)), other->size());
         if (common.isEmpty() || !other->isEnabled())
             continue;
-        QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, common.center());
+        touch(common.center());
+        // No finger hits the very same point twice.
+        touch(common.center() + QPoint(1, 1));
         QCoreApplication::processEvents();
         stack = window->findChild<QStackedWidget *>("pageStack");
         return true;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <QListWidget>
+#include <QPointingDevice>
 #include <QString>
 #include <QVariantMap>
 
@@ -68,8 +69,10 @@ public:
     void pressByScreenReader(const char *button, const Caller &by = Caller::here()) const;
     /// Waits as someone who reads what the reminder says, if that shows.
     void waitForReminder() const;
-    /// Double taps a button where the page `next`, as large as this one, has a button too; false
-    /// when there is no such place. The window's pages may be others afterwards.
+    /// Taps a point of the window with a finger.
+    void touch(const QPoint &position) const;
+    /// Double taps with a finger a button where the page `next`, as large as this one, has a button
+    /// too; false when there is no such place. The window's pages may be others afterwards.
     bool doubleTap(const char *button, int next, const Caller &by = Caller::here());
     /// Goes from the main page to the options, and back with another language. The window's pages
     /// are others afterwards.
@@ -107,6 +110,8 @@ private:
     QAbstractButton *visibleButton(const char *name, const Caller &by) const;
     QRect rowArea(int row, const Caller &by) const;
     QPoint inWindow(const QWidget *widget, const QPoint &position) const;
+
+    std::unique_ptr<QPointingDevice> finger;
 };
 
 /// Shows every page, those with views and tabs once for each of them, and lets `check` look.

@@ -5,6 +5,7 @@
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QtTest>
 
 #include "widgets/controls.h"
@@ -41,10 +42,15 @@ private slots:
     void focusMakesNoRowCurrent();
     void rowMadeCurrentIsScrolledIntoView();
     void rowMadeCurrentUnseenIsInViewWhenShown();
-    void pressingARowMovesNothing();
+    void tappingARowMovesNothing();
     void quickDoubleTapIsTwoTaps();
+    void secondOfTwoQuickTapsCanBeIgnored_data();
     void secondOfTwoQuickTapsCanBeIgnored();
-    void dragIsNoTap();
+    void quickTapElsewhereIsNotIgnored();
+    void draggingChoosesNoRow();
+    void shakyTapIsATap_data();
+    void shakyTapIsATap();
+    void fingerThatWentAwayTapsNothing();
     void touchThatStopsAGlideIsNoTap();
 };
 
@@ -305,7 +311,7 @@ void TestWidgets::rowMadeCurrentUnseenIsInViewWhenShown()
     QVERIFY(shown.list.viewport()->rect().contains(shown.list.visualItemRect(shown.list.item(80))));
 }
 
-void TestWidgets::pressingARowMovesNothing()
+void TestWidgets::tappingARowMovesNothing()
 {
     ShownList shown(100);
     shown.list.verticalScrollBar()->setValue(5);
@@ -314,9 +320,10 @@ void TestWidgets::pressingARowMovesNothing()
     QTest::mousePress(
         shown.list.windowHandle(), Qt::LeftButton, {},
         shown.list.viewport()->mapTo(&shown.list, half.bottomLeft() + QPoint(20, -1)));
+    QCOMPARE(shown.list.currentRow(), -1); // it may become a drag
+    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(20, 2));
     QCOMPARE(shown.list.currentRow(), 0);
     QCOMPARE(shown.list.verticalScrollBar()->value(), 5);
-    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(20, 2));
 }
 
 void TestWidgets::quickDoubleTapIsTwoTaps()
@@ -331,51 +338,143 @@ void TestWidgets::quickDoubleTapIsTwoTaps()
     QCOMPARE(activated.count(), 1);
 }
 
-void TestWidgets::secondOfTwoQuickTapsCanBeIgnored()
+namespace {
+
+/// A finger on a window.
+class Finger
 {
-    ShownList shown(3);
-    int clicks = 0;
-    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
-        ++clicks;
-        shown.list.ignoreDoubleClick();
-    });
-    QTest::mouseDClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
-    QCOMPARE(clicks, 1);
-    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(1));
-    QCOMPARE(clicks, 2);
+public:
+    explicit Finger(QWindow *touchedWindow)
+        : window(touchedWindow)
+        , device(QTest::createTouchDevice())
+    {}
+    void press(const QPoint &position)
+    {
+        QTest::touchEvent(window, device.get()).press(0, position);
+    }
+    void move(const QPoint &position)
+    {
+        QTest::touchEvent(window, device.get()).move(0, position);
+    }
+    void release(const QPoint &position)
+    {
+        QTest::touchEvent(window, device.get()).release(0, position);
+    }
+    void tap(const QPoint &position)
+    {
+        press(position);
+        release(position);
+    }
+
+private:
+    QWindow *window;
+    std::unique_ptr<QPointingDevice> device;
+};
+
+/// Longer than between the two taps of a double tap.
+int unhurried()
+{
+    return QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50;
 }
 
-void TestWidgets::dragIsNoTap()
+} // namespace
+
+void TestWidgets::secondOfTwoQuickTapsCanBeIgnored_data()
+{
+    QTest::addColumn<QPoint>("beside");
+    QTest::newRow("same point") << QPoint(0, 0);
+    QTest::newRow("a pixel beside it") << QPoint(1, 1);
+}
+
+void TestWidgets::secondOfTwoQuickTapsCanBeIgnored()
+{
+    QFETCH(QPoint, beside);
+    ShownList shown(3);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    connect(&shown.list, &QListWidget::itemClicked, &shown.list, &TouchList::ignoreDoubleTap);
+    Finger finger(shown.list.windowHandle());
+    finger.tap(shown.at(1));
+    finger.tap(shown.at(1) + beside);
+    QCOMPARE(clicked.count(), 1);
+    for (int tap = 2; tap <= 4; ++tap) {
+        QTest::qWait(unhurried());
+        finger.tap(shown.at(1));
+        QCOMPARE(clicked.count(), tap);
+    }
+}
+
+void TestWidgets::quickTapElsewhereIsNotIgnored()
+{
+    ShownList shown(3);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    connect(&shown.list, &QListWidget::itemClicked, &shown.list, &TouchList::ignoreDoubleTap);
+    Finger finger(shown.list.windowHandle());
+    finger.tap(shown.at(0));
+    finger.tap(shown.at(2));
+    QCOMPARE(clicked.count(), 2);
+}
+
+void TestWidgets::draggingChoosesNoRow()
 {
     ShownList shown(100);
-    int taps = 0;
-    int clicks = 0;
-    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
-        ++clicks;
-        taps += shown.list.wasTapped();
-    });
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    QSignalSpy current(&shown.list, &QListWidget::currentRowChanged);
+    Finger finger(shown.list.windowHandle());
     const QPoint start = shown.at(5);
-    QTest::mousePress(shown.list.windowHandle(), Qt::LeftButton, {}, start);
-    for (int dy = 1; dy <= 10; ++dy)
-        QTest::mouseMove(shown.list.windowHandle(), start - QPoint(0, dy));
-    QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 10));
-    QCOMPARE(clicks, 1); // the row went along with the finger, so the view sees a click
-    QCOMPARE(taps, 0);
+    finger.press(start);
+    for (int dy = 1; dy <= 30; ++dy)
+        finger.move(start - QPoint(0, dy));
+    QVERIFY(shown.list.verticalScrollBar()->value() > 0);
+    finger.release(start - QPoint(0, 30));
     const auto *scroller = shown.list.findChild<TrKineticScroller *>();
     QTRY_VERIFY(!scroller->isMoving());
-    QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, shown.at(5));
-    QCOMPARE(taps, 1);
+    QCOMPARE(current.count(), 0);
+    QCOMPARE(clicked.count(), 0);
+    QCOMPARE(shown.list.selectedItems().size(), 0);
+    finger.tap(start);
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(current.count(), 1);
+}
+
+void TestWidgets::shakyTapIsATap_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::newRow("nothing to scroll") << 3;
+    QTest::newRow("longer than the list") << 100;
+}
+
+void TestWidgets::shakyTapIsATap()
+{
+    QFETCH(int, rows);
+    ShownList shown(rows);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    Finger finger(shown.list.windowHandle());
+    const QPoint start = shown.at(1);
+    finger.press(start);
+    for (const int dy : {1, -1, 2, 1, -2, 1, 0, 0, 1, 0})
+        finger.move(start + QPoint(dy, dy));
+    finger.release(start);
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(shown.list.currentRow(), 1);
+}
+
+void TestWidgets::fingerThatWentAwayTapsNothing()
+{
+    ShownList shown(3);
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
+    Finger finger(shown.list.windowHandle());
+    finger.press(shown.at(1));
+    finger.move(shown.at(1) + QPoint(QApplication::startDragDistance() + 1, 0));
+    finger.move(shown.at(1));
+    finger.release(shown.at(1));
+    QCOMPARE(clicked.count(), 0);
+    QCOMPARE(shown.list.currentRow(), -1);
 }
 
 void TestWidgets::touchThatStopsAGlideIsNoTap()
 {
     ShownList shown(500);
-    int taps = 0;
-    int clicks = 0;
-    connect(&shown.list, &QListWidget::itemClicked, &shown.list, [&] {
-        ++clicks;
-        taps += shown.list.wasTapped();
-    });
+    QSignalSpy clicked(&shown.list, &QListWidget::itemClicked);
     const auto *scroller = shown.list.findChild<TrKineticScroller *>();
     QSignalSpy ticks(scroller->findChild<QTimer *>(), &QTimer::timeout);
     const QPoint start(100, 180);
@@ -387,12 +486,11 @@ void TestWidgets::touchThatStopsAGlideIsNoTap()
     QVERIFY(!ticks.isEmpty() || ticks.wait());
     QTest::mouseRelease(shown.list.windowHandle(), Qt::LeftButton, {}, start - QPoint(0, 60));
     QVERIFY(scroller->isMoving());
-    clicks = 0;
     QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(100, 100));
-    QCOMPARE(clicks, 1);
-    QCOMPARE(taps, 0);
+    QCOMPARE(clicked.count(), 0);
+    QCOMPARE(shown.list.currentRow(), -1);
     QTest::mouseClick(shown.list.windowHandle(), Qt::LeftButton, {}, QPoint(100, 100));
-    QCOMPARE(taps, 1);
+    QCOMPARE(clicked.count(), 1);
 }
 
 QTEST_MAIN(TestWidgets)

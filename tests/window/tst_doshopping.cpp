@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QRandomGenerator>
+#include <QStyleHints>
 #include <QtTest>
 
 #include "base/pages.h"
@@ -23,6 +24,7 @@ private slots:
     void tapsOnDifferentRowsCheckNothing();
     void tapBeforeLeavingIsForgotten();
     void quickDoubleTapActsOnce();
+    void sixTapsAreFiveToggles();
     void enterToggles();
     void leavingRecomputesTheState_data();
     void leavingRecomputesTheState();
@@ -173,6 +175,21 @@ void TestDoShopping::quickDoubleTapActsOnce()
     // B is remembered now; its first tap checks it, and the second is not for C.
     shop.doubleTap(0);
     QCOMPARE(shop.rows(), (QStringList{"C|3", "B|2*", "A|1*"}));
+}
+
+void TestDoShopping::sixTapsAreFiveToggles()
+{
+    ShopDriver shop(listOf(3));
+    openShopping(shop);
+    const QPoint first = shop.list()->viewport()->mapTo(shop.window.get(), QPoint(100, 10));
+    const QList<QStringList> after{{"A|1", "B|2", "C|3"},   {"B|2", "C|3", "A|1*"},
+                                   {"C|3", "B|2*", "A|1*"}, {"C|3*", "B|2*", "A|1*"},
+                                   {"C|3", "B|2*", "A|1*"}, {"C|3*", "B|2*", "A|1*"}};
+    for (const QStringList &rows : after) {
+        shop.touch(first);
+        QCOMPARE(shop.rows(), rows);
+        QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 30);
+    }
 }
 
 void TestDoShopping::enterToggles()

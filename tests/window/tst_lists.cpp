@@ -221,9 +221,10 @@ void TestLists::dragIsNoSecondTap()
     const QPoint start =
         list->viewport()->mapTo(shop.window.get(), list->visualItemRect(list->item(0)).center());
     QTest::mousePress(window, Qt::LeftButton, {}, start);
-    for (int dy = 1; dy <= 10; ++dy)
+    const int dragged = QApplication::startDragDistance() + 1; // within the row
+    for (int dy = 1; dy <= dragged; ++dy)
         QTest::mouseMove(window, start - QPoint(0, dy));
-    QTest::mouseRelease(window, Qt::LeftButton, {}, start - QPoint(0, 10));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, start - QPoint(0, dragged));
     QCOMPARE(state(), before);
     const auto *scroller = list->findChild<TrKineticScroller *>();
     QTRY_VERIFY(!scroller->isMoving());

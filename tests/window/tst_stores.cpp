@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QLineEdit>
 #include <QStackedWidget>
+#include <QStyleHints>
 #include <QtTest>
 
 #include "base/pages.h"
@@ -17,6 +18,7 @@ class TestStores : public QObject
 
 private slots:
     void doubleTapThatOpensAPagePressesNothingThere();
+    void unhurriedTapsOnOneSpotAllCount();
     void nothingIsSelectedAtStart();
     void newStoreWithoutAnything();
     void newStoreFromTheStoresPageIsShown();
@@ -86,6 +88,24 @@ void TestStores::doubleTapThatOpensAPagePressesNothingThere()
     QCOMPARE(shop.page(), PageStores);
     // The next tap is for the page that shows.
     shop.press("newButton");
+    QCOMPARE(shop.page(), PageStoreEdit);
+}
+
+void TestStores::unhurriedTapsOnOneSpotAllCount()
+{
+    ShopDriver shop;
+    const auto *button = shop.find<QWidget>("shopsButton");
+    const QPoint spot = button->mapTo(shop.window.get(), button->rect().center());
+    shop.touch(spot);
+    QCOMPARE(shop.page(), PageStores);
+    const auto *other = shop.pageWidget()->findChild<QWidget *>("newButton");
+    const QPoint there = other->mapTo(shop.window.get(), other->rect().center());
+    // The touch after this one is at the very same point, half a second later.
+    shop.touch(there);
+    QCOMPARE(shop.page(), PageStoreEdit);
+    shop.press("backButton");
+    QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
+    shop.touch(there);
     QCOMPARE(shop.page(), PageStoreEdit);
 }
 
