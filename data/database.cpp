@@ -14,15 +14,15 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Were looking for the tables to wait as long as later statements may, a file that another process
-// has locked would keep the window away for as long.
+// The check for tables uses a short timeout of its own. With the longer one, a file that another
+// process has locked would delay the window by five seconds.
 constexpr std::chrono::milliseconds waitForTables = 250ms;
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
-/// Whether another process keeps this one from looking into the file.
+/// Returns whether another process prevents this one from reading the file.
 bool isLocked()
 {
-    constexpr int primaryCode = 0xff; // the rest of an error code tells details
+    constexpr int primaryCode = 0xff; // the other bits of an error code hold details
     const int busy = 5;               // SQLITE_BUSY
     const QSqlError error = Database::run(Statements::noTrackedStores).lastError();
     return (error.nativeErrorCode().toInt() & primaryCode) == busy;
@@ -33,8 +33,8 @@ bool hasStoresTable(const QSqlDatabase &database)
     return database.tables(QSql::Tables).contains("magazin"_L1);
 }
 
-/// A locked file seems to have no tables at all, so what is not found is looked for again once it
-/// is certain that the file can be looked into.
+/// A locked file seems to have no tables. If the table is not found, the function therefore looks
+/// again once the file is known to be readable.
 bool lacksStoresTable(const QSqlDatabase &database)
 {
     return !hasStoresTable(database) && !isLocked() && !hasStoresTable(database);
@@ -97,7 +97,7 @@ void Database::close(QSqlDatabase &database)
 QSqlQuery Database::execute(const QString &statement)
 {
     QSqlQuery query{QString(), QSqlDatabase()};
-    query.setForwardOnly(true); // or it keeps a copy of every row that was read
+    query.setForwardOnly(true); // otherwise the query caches every row that is read
     query.exec(statement);
     return query;
 }

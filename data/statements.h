@@ -13,8 +13,8 @@ using Text = QLatin1StringView;
 
 // clang-format off: one statement, one line
 
-// The schema, in the order of creation. The column "int categoryid" of purref is written type
-// first, so SQLite names it "int"; files in the field have it so and it stays.
+// The schema, in the order of creation. In purref, "int categoryid" has the type first, so SQLite
+// names the column "int". Existing files have that column, so it must not change.
 inline constexpr std::array<Text, 7> createTables{
     Text{"create table category (id int primary key, name varchar(20))"},
     Text{"create table magazin (id int primary key, name varchar(50), categoryid int, gpsid int)"},
@@ -27,7 +27,7 @@ inline constexpr std::array<Text, 7> createTables{
     Text{"create table reminders (id int primary key, name varchar(20), alarm datetime)"},
 };
 
-// The connection itself: how long a statement waits for a file that another process locks.
+// How long a statement waits for a file that another process has locked, in milliseconds.
 inline constexpr Text setBusyTimeout{"pragma busy_timeout = %1"};
 
 // Store categories.
@@ -50,7 +50,7 @@ inline constexpr Text updateStore{
 inline constexpr Text deleteStore{"delete from magazin where id = %1"};
 inline constexpr Text clearStoreCategory{"update magazin set categoryid = null where id = %1"};
 
-// Coordinates of stores; a row's id is its store's id.
+// Coordinates of stores. The id of a row is the id of its store.
 inline constexpr Text insertCoordinates{"insert into gpscoord values (%1, %2, %3, %4)"};
 inline constexpr Text deleteCoordinates{"delete from gpscoord where id = %1"};
 inline constexpr Text coordinates{"select * from gpscoord where id = %1"};
@@ -89,7 +89,7 @@ inline constexpr Text checkedGoodsOfStore{
     "select * from purchase where checkstate = 1 and shoplistid in (select id from shoplist where "
     "magazinid = %1)"};
 
-// Stores that have coordinates and a list still open (state 1 or 2), for tracking.
+// For tracking: stores that have coordinates and an open list (state 1 or 2).
 inline constexpr Text trackedStore{
     "select m.name as name, c.name as cname, g.*, s.id as sid, s.name as sname from magazin m  "
     "inner join gpscoord g on m.id = g.id  inner join shoplist s on s.magazinid = m.id  left join "
