@@ -39,7 +39,7 @@ QPushButton *backButton(QWidget *page, int extent)
     return button;
 }
 
-/// Lays `page` out as a toolbar and a box of contents.
+/// Adds a toolbar and a box for contents to `page`.
 void makeToolbar(ToolbarFrame &frame, TurningPage *page)
 {
     frame.picture = Controls::pictureLabel(u"picture"_s);
@@ -75,7 +75,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.title->setObjectName(u"title"_s);
     frame.title->setAlignment(Qt::AlignCenter);
     frame.title->setText(title);
-    // On a narrow screen the buttons leave it little room.
+    // On a narrow screen the buttons leave little room for the title.
     frame.title->setMinimumWidth(leastTitleCharacters *
                                  QFontMetrics(page->font()).averageCharWidth());
     frame.help = helpButton(listToolExtent);
@@ -89,7 +89,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.list = new TouchList;
     frame.list->setObjectName(u"list"_s);
     frame.list->setAccessibleName(page->accessibleName());
-    frame.list->setFont(page->font()); // its style sheet keeps it from following the page
+    frame.list->setFont(page->font()); // its style sheet blocks font inheritance
     frame.list->setItemDelegate(new TrListDelegate(frame.list));
     auto *contents = new QVBoxLayout;
     contents->addLayout(frame.header);
@@ -152,7 +152,7 @@ QFormLayout *Frames::addFields(QBoxLayout *contents)
 
 void Frames::pressOnEscape(QWidget *page, QPushButton *button)
 {
-    // The shortcut of a hidden page is asleep.
+    // The shortcut is inactive while the page is hidden.
     auto *escape = new QShortcut(Qt::Key_Escape, page);
     QObject::connect(escape, &QShortcut::activated, button, &QPushButton::click);
 }
@@ -175,15 +175,16 @@ QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
     auto *field = new QLineEdit;
     field->setObjectName(objectName);
     field->setMaxLength(longestName);
-    // Of names that are longer, enough is seen to go on typing.
+    // Enough of a longer name is visible to continue typing.
     field->setMinimumWidth(leastFieldCharacters * QFontMetrics(save->font()).averageCharWidth());
-    // The limit may fall within an emoji, and half of one would spoil the statement it is put into.
+    // The maximum length may split an emoji, and half an emoji would break the statement it is
+    // inserted into.
     QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString &text) {
         const QString whole = withoutHalfEmoji(text);
         if (whole != text)
             field->setText(whole);
     });
-    // A name is what is typed; a keyboard on the screen must not turn it into another word.
+    // Names are stored as typed; an on-screen keyboard must not replace them by other words.
     field->setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
     QObject::connect(field, &QLineEdit::returnPressed, save, &QPushButton::click);
     return field;

@@ -14,7 +14,7 @@ class QWidget;
 class TouchList;
 class TurningPage;
 
-/// What all pages with one list have in common: a header with picture, title, help and back, the
+/// The parts that all pages with one list share: a header with picture, title, help and back, the
 /// list, and a box with buttons.
 struct ListFrame
 {
@@ -27,8 +27,8 @@ struct ListFrame
     QBoxLayout *buttons = nullptr;
 };
 
-/// What all pages beside a toolbar have in common: the toolbar with picture, help and back, and a
-/// box of contents.
+/// The parts that all pages with a toolbar share: the toolbar with picture, help and back, and a
+/// box for contents.
 struct ToolbarFrame
 {
     QBoxLayout *toolbar = nullptr;
@@ -39,7 +39,7 @@ struct ToolbarFrame
     QBoxLayout *contents = nullptr;
 };
 
-/// What all pages for editing have in common: a toolbar, fields, and "Save" and "Delete".
+/// The parts that all edit pages share: a toolbar, fields, "Save" and "Delete".
 struct EditFrame : ToolbarFrame
 {
     QFormLayout *fields = nullptr;
@@ -47,10 +47,11 @@ struct EditFrame : ToolbarFrame
     QPushButton *remove = nullptr;
 };
 
-/// The functions lay out `page`, which owns what they make. Escape presses "back".
+/// Functions that lay out a page. The page owns the created widgets and layouts. Escape presses
+/// "back".
 namespace Frames {
 
-/// Extent of the pictures of a list page's header and of its help and back buttons.
+/// Sizes in pixels of the picture in the header of a list page, and of its help and back buttons.
 inline constexpr int listPictureExtent = 48;
 inline constexpr int listToolExtent = 40;
 
@@ -58,22 +59,22 @@ ListFrame makeListFrame(TurningPage *page, const QString &picture, const QString
 ToolbarFrame makeToolbarFrame(TurningPage *page);
 EditFrame makeEditFrame(TurningPage *page);
 
-/// Adds a form with captions and fields to `contents`, of which it takes what is free.
+/// Adds a form with captions and fields to `contents`. It takes all remaining space.
 QFormLayout *addFields(QBoxLayout *contents);
 
-/// Lets the Escape key press `button` while `page` shows.
+/// Makes the Escape key press `button` while `page` is visible.
 void pressOnEscape(QWidget *page, QPushButton *button);
 
-/// Lets Tab go from one of `widgets` to the next.
+/// Makes the Tab key move through `widgets` in this order.
 void setTabOrder(const QList<QWidget *> &widgets);
 
-/// `name` without the half of an emoji that a cut may have left at its end.
+/// Returns `name` without a trailing high surrogate, which remains if an emoji was cut in half.
 QString withoutHalfEmoji(QString name);
 
-/// Characters of a name, at most.
+/// Maximum number of characters of a name.
 inline constexpr int longestName = 25;
 
-/// A field for a name of up to 25 characters; Enter presses `save`.
+/// Creates a field for a name of up to `longestName` characters. Enter presses `save`.
 QLineEdit *nameField(const QString &objectName, QPushButton *save);
 
 } // namespace Frames

@@ -3,8 +3,8 @@
 
 #include <QString>
 
-/// Where the alarm sound and the translations are installed; ends with a slash.
+/// Returns the folder of the alarm sound and the translations, with a trailing slash.
 QString installationFolder();
 
-/// The file that rings: `chosen`, or the installed alarm when nothing was chosen.
+/// Returns the path of the alarm sound: `chosen`, or the installed alarm if `chosen` is empty.
 QString alarmFile(const QString &chosen);

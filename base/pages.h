@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The pages of the window, in the order in which they stand in the page stack.
+/// The pages of the window, in the order of the page stack.
 enum Page : int {
     PageMain,
     PageShopping,

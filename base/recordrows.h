@@ -9,12 +9,12 @@
 
 class QListWidgetItem;
 
-/// A row for each record that `query` gives, which has the columns "id" and "name". `second` says
-/// what stands in the second column of the record that the query is at; without it, or where it
-/// says nothing, that is empty. The caller owns the rows.
+/// Returns a row for each record of `query`, which must have the columns "id" and "name". `second`
+/// returns the text of the second column for the current record of the query. The second column is
+/// empty without `second`, or if `second` returns an empty value. The caller owns the rows.
 QList<QListWidgetItem *>
 recordRows(QSqlQuery &query, const std::function<QVariant(const QSqlQuery &query)> &second = {});
 
-/// The last of `rows` whose record has the id; `otherwise` when there is none.
+/// Returns the last of `rows` whose record has the id, or `otherwise` if there is none.
 QListWidgetItem *rowOfRecord(const QList<QListWidgetItem *> &rows, int id,
                              QListWidgetItem *otherwise = nullptr);

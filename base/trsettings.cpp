@@ -30,15 +30,15 @@ QVariant read(const QString &key, const QVariant &fallback)
 void write(const QString &key, const QVariant &value)
 {
     QSettings settings(organization, application);
-    // Each write waits for the disk, so what is stored already is not written again. What all users
-    // of the computer have is not the person's own.
+    // Every write waits for the disk, so a value that is already stored is not written again.
+    // Fallbacks are disabled because system-wide settings are not the user's own.
     settings.setFallbacksEnabled(false);
     if (!settings.contains(key) || settings.value(key).toString() != value.toString())
         settings.setValue(key, value);
 }
 
-/// QVariant takes every text but "", "0" and "false" for true. A hand-written "no" or garbage in
-/// the file must not switch the GPS on, so only "true" and numbers other than 0 count as true.
+/// QVariant converts every text except "", "0" and "false" to true. A hand-written "no" or garbage
+/// in the file must not enable GPS, so only "true" and numbers other than 0 are true.
 bool readFlag(const QString &key)
 {
     const QVariant value = read(key, QVariant(false));
@@ -51,7 +51,7 @@ bool readFlag(const QString &key)
     return isNumber && std::isfinite(number) && number != 0.0;
 }
 
-/// "nan" and "inf" are numbers to Qt, but no degrees.
+/// Qt parses "nan" and "inf" as numbers, but they are not valid degrees.
 float readDegrees(const QString &key)
 {
     const float degrees = read(key, QVariant(0)).toFloat();

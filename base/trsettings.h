@@ -3,15 +3,16 @@
 
 #include <QString>
 
-/// The person's preferences and two remembered values, in the platform's settings store.
+/// The user's preferences and the remembered position and network, in the settings store of the
+/// platform.
 ///
-/// Nothing is kept here: every call opens the store anew, so what one call writes the next one
-/// reads. A missing key or a value of another type reads as the default, which is false, 0 or an
-/// empty text. Failing writes are not reported.
+/// Nothing is cached: every call opens the store, so each read returns what was written last. A
+/// missing key or a value of the wrong type is read as the default: false, 0 or an empty text.
+/// Write errors are not reported.
 class TrSettings
 {
 public:
-    /// The one instance that all callers share.
+    /// Returns the instance that all callers share.
     static TrSettings &instance();
 
     bool gpsEnabled() const;
@@ -23,11 +24,11 @@ public:
     bool trackAutoStart() const;
     void setTrackAutoStart(const bool &autoStart);
 
-    /// 0 follows the system's locale, 1 is English, 2 is Russian.
+    /// 0 follows the system locale, 1 is English, 2 is Russian.
     int languageId() const;
     void setLanguageId(const int &id);
 
-    /// The alarm sound's path; empty stands for the default alarm.
+    /// Path of the alarm sound; empty for the default alarm.
     QString soundFileName() const;
     void setSoundFileName(const QString &fileName);
 
@@ -39,7 +40,7 @@ public:
     float lastLongitude() const;
     void setLastLongitude(const float &degrees);
 
-    /// Identifier of the network configuration used last; empty when there is none.
+    /// Identifier of the network configuration used last; empty if there is none.
     QString defaultNetworkConfiguration() const;
     void setDefaultNetworkConfiguration(const QString &identifier);
 };
