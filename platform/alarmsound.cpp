@@ -22,19 +22,21 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the end of the program waits for a sound system that does not answer.
+/// How long the program waits at its end for a sound system that does not respond.
 constexpr auto patience = 500ms;
 
 bool anyIsStuck = false;
 
-/// Bytes of decoded sound that are kept, some minutes; what follows in a longer file is not played.
+/// Maximum size in bytes of the decoded sound, enough for some minutes. The rest of a longer file
+/// is not played.
 constexpr qsizetype longestSound = qsizetype{64} * 1024 * 1024;
-/// Silence after the sound, until the device has played what it holds.
+/// Duration of the silence after the sound, which lets the device play its buffered data.
 constexpr auto tail = 1s;
 
-/// Decoded sound, to be read a number of times over, from the moment its first part is there. It
-/// is silent where there is nothing to read yet, since a device that once got nothing asks no more,
-/// and for a while after the end, since a device that is stopped drops what it has not played.
+/// Decoded sound that is read a number of times. Reading can begin as soon as the first part is
+/// decoded. Where no data is available yet, it returns silence, because a device that once gets no
+/// data requests no more. It also returns silence for a while after the end, because a device that
+/// is stopped discards its buffered data.
 class LoopedSound : public QIODevice
 {
 public:
@@ -45,14 +47,14 @@ public:
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
-    /// False when it holds as much as it will.
+    /// Returns false if no more data fits.
     bool append(const char *data, qsizetype size)
     {
         const qsizetype room = longestSound - sound.size();
         sound.append(data, std::min(size, room));
         return size < room;
     }
-    /// No more will be appended.
+    /// Ends the sound: no more data is appended.
     void finish()
     {
         complete = true;
@@ -65,7 +67,7 @@ public:
     {
         return complete;
     }
-    /// Everything has been read as often as it is to be read.
+    /// Returns whether all rounds and the silence after them have been read.
     bool isOver() const
     {
         return complete && tailLeft == 0;
@@ -114,23 +116,23 @@ private:
 
 } // namespace
 
-/// What touches the sound system, which is held only while it plays. The file is decoded and fed to
-/// the device here: Qt's media player repeats a file by seeking in it, after which its
-/// sound is often lost.
+/// Uses the sound system, and holds it only while it plays. It decodes the file and feeds the
+/// device itself: Qt's media player repeats a file by seeking in it, and the sound is then often
+/// lost.
 class AlarmSound::Player : public QObject
 {
 public:
     void play(const QString &file, int count)
     {
         stop();
-        // Spares loading the sound system for nothing.
+        // Avoids loading the sound system needlessly.
         if (!QFileInfo(file).isFile())
             return;
         const QAudioDevice device = QMediaDevices::defaultAudioOutput();
         if (device.isNull())
             return;
         QAudioFormat format = device.preferredFormat();
-        format.setSampleFormat(QAudioFormat::Int16); // in which silence is 0
+        format.setSampleFormat(QAudioFormat::Int16); // silence is 0 in this format
         sound = std::make_unique<LoopedSound>(
             count, format.bytesForDuration(std::chrono::microseconds(tail).count()));
         sink = std::make_unique<QAudioSink>(device, format);
@@ -138,11 +140,11 @@ public:
         decoder->setAudioFormat(format);
         decoder->setSource(QUrl::fromLocalFile(file));
         connect(decoder.get(), &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
-        // What could be decoded of a damaged file is played.
+        // If the file is damaged, the part that could be decoded is played.
         connect(decoder.get(), &QAudioDecoder::finished, this, &Player::finish);
         connect(decoder.get(), qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
                 &Player::finish);
-        // Queued: the sink is not to be destroyed by what it tells.
+        // Queued, because the sink must not be destroyed within its own signal.
         connect(sink.get(), &QAudioSink::stateChanged, this, &Player::stopIfOver,
                 Qt::QueuedConnection);
         decoder->start();
@@ -166,7 +168,7 @@ private:
     {
         if (!sink)
             return;
-        // Stopped: nothing could be decoded, or the device is gone.
+        // The stopped state means that nothing could be decoded, or that the device is gone.
         const QAudio::State state = sink->state();
         if (sound->isComplete() &&
             (state == QAudio::StoppedState || (state == QAudio::IdleState && sound->isOver())))
@@ -194,8 +196,8 @@ AlarmSound::AlarmSound(const QString &file, QObject *parent)
     : QObject(parent)
     , soundFile(file)
 {
-    // libpulse gives what it plays for this process the properties that this names: a desktop may
-    // treat an alarm otherwise than music. Qt 6 has no call for it.
+    // PULSE_PROP sets the properties that libpulse gives to the streams of this process. The role
+    // lets a desktop treat an alarm differently from music. Qt 6 has no function for it.
     if (!qEnvironmentVariableIsSet("PULSE_PROP"))
         qputenv("PULSE_PROP", "media.role=alarm");
 }
@@ -206,7 +208,8 @@ AlarmSound::~AlarmSound()
         return;
     stop();
     thread->quit();
-    // A thread that hangs in the sound system ends with the process; destroyed, it would abort it.
+    // A thread that hangs in the sound system ends with the process. Deleting it would abort the
+    // process.
     if (thread->wait(QDeadlineTimer(patience)))
         delete thread;
     else

@@ -8,31 +8,31 @@ class QThread;
 
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
-/// A sound system may take its time, or never answer: it is spoken to from a thread of its own,
-/// which starts with the first play(), so neither of them waits for it. Nothing is reported; what
-/// cannot be played stays silent.
+/// A sound system can respond slowly or never, so it is used from a separate thread. The thread
+/// starts with the first play(), and neither function waits for it. Errors are not reported; a file
+/// that cannot be played is silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `file` is a path; the file is not looked at before play().
+    /// `file` is a path. The file is not opened before play().
     explicit AlarmSound(const QString &file, QObject *parent = nullptr);
-    /// Ends the sound.
+    /// Stops the sound.
     ~AlarmSound() override;
 
     QString fileName() const;
 
-    /// How often one play() plays the file; once unless told otherwise.
+    /// Sets how many times play() plays the file; the default is once.
     void setLoops(int count);
 
-    /// Plays the file from its beginning, also when it is playing already.
+    /// Plays the file from its beginning, even if it is already playing.
     void play();
-    /// Ends the sound. Does nothing when it is silent.
+    /// Stops the sound. Does nothing if no sound is playing.
     void stop();
 
-    /// A sound that was destroyed has left its thread behind, waiting for a sound system that does
-    /// not answer. Qt would wait for it at the end of the process.
+    /// Returns whether a destroyed AlarmSound has left a thread that still waits for the sound
+    /// system. Qt would wait for that thread at the end of the process.
     static bool isAnyStuck();
 
 private:

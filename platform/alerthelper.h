@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Notifies the person through the device, by DeviceAlert: a notification, vibration, light. Its
-/// operations may be called at any time, and do nothing where the device offers nothing to call.
+/// Alerts the user through the device, using DeviceAlert: notification, vibration, light. The
+/// functions can be called at any time, and do nothing if the device offers no such service.
 class AlertHelper
 {
 public:
     AlertHelper() = default;
-    /// Ends what alert() has started.
+    /// Ends the alert.
     ~AlertHelper();
     AlertHelper(const AlertHelper &) = delete;
     AlertHelper &operator=(const AlertHelper &) = delete;
 
-    /// To be called once, before alert().
+    /// Must be called once, before alert().
     void initialise();
 
-    /// Starts to notify the person, or stops it.
+    /// Starts the alert, or stops it.
     void alert(bool on);
 };

@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-// As org.freedesktop.DBus.ObjectManager tells the objects of a service.
+// The type in which org.freedesktop.DBus.ObjectManager returns the objects of a service.
 using Interfaces = QMap<QString, QVariantMap>;
 using Objects = QMap<QDBusObjectPath, Interfaces>;
 
@@ -30,16 +30,16 @@ const QString noObject = u"/"_s;
 constexpr uint activating = 1;
 constexpr uint activated = 2;
 
-// Other kinds, bridges of virtual machines for example, lead nowhere by themselves.
+// Other types, for example bridges of virtual machines, do not lead to a network by themselves.
 const QSet<QString> kindsOfNetworks{u"802-3-ethernet"_s, u"802-11-wireless"_s, u"bluetooth"_s,
                                     u"cdma"_s, u"gsm"_s};
 
 using Done = std::function<void(const QVariant &)>;
 using Failed = std::function<void()>;
 
-/// Calls a method of the NetworkManager that has the name `owner` on the bus, and lets `done` take
-/// the one result, of the signature `expected`, as long as `context` lives. One that does not run
-/// is not started.
+/// Calls a method of the NetworkManager with the bus name `owner`. `done` receives the single
+/// result, which must have the signature `expected`, unless `context` has been destroyed. The call
+/// does not start the service.
 void call(QObject *context, const QString &owner, const QDBusObjectPath &object,
           const QString &interface, const QString &method, const QVariantList &arguments,
           const QString &expected, const Done &done, const Failed &failed = {})
@@ -53,7 +53,7 @@ void call(QObject *context, const QString &owner, const QDBusObjectPath &object,
         });
 }
 
-/// Reads a property of an object; `done` takes its value, and is not called when there is none.
+/// Reads a property of an object. `done` receives the value; it is not called if there is none.
 void readProperty(QObject *context, const QString &owner, const QDBusObjectPath &object,
                   const QString &interface, const QString &name, const Done &done)
 {
@@ -61,7 +61,8 @@ void readProperty(QObject *context, const QString &owner, const QDBusObjectPath 
          u"v"_s, [done](const QVariant &value) { done(value.value<QDBusVariant>().variant()); });
 }
 
-/// The objects in a property; none when it holds anything else, which must not be demarshalled.
+/// Returns the object paths in a property. Returns none if the property has another type, which
+/// must not be demarshalled.
 QList<QDBusObjectPath> pathsIn(const QVariant &value)
 {
     if (value.userType() == qMetaTypeId<QDBusArgument>() &&
@@ -134,7 +135,7 @@ NetworkSnapshotRequest::NetworkSnapshotRequest(QObject *parent)
 {
     qDBusRegisterMetaType<Interfaces>();
     qDBusRegisterMetaType<Objects>();
-    // Its own name: one that is started later has another.
+    // Gets the unique name, because a service that starts later has another one.
     call(
         this, u"org.freedesktop.DBus"_s, QDBusObjectPath(u"/org/freedesktop/DBus"_s),
         u"org.freedesktop.DBus"_s, u"GetNameOwner"_s, {service}, u"s"_s,
@@ -185,7 +186,7 @@ void NetworkSnapshotRequest::readObjects(const QVariant &result)
                 profile.devices << object.key();
         }
     }
-    // What a profile is called is no property of it.
+    // The name of a profile is not a property; GetSettings returns it.
     settingsAwaited = snapshot.profiles.size();
     for (qsizetype index = 0; index < snapshot.profiles.size(); ++index) {
         call(
@@ -320,7 +321,7 @@ QVariant QNetworkSession::sessionProperty(const QString &key) const
     return key == u"UserChoiceConfiguration"_s ? QVariant(used) : QVariant();
 }
 
-/// Takes the network there is; only a device that is not connected is brought up.
+/// Uses the existing network, and activates a profile only on a device that is not connected.
 void QNetworkSession::choose(const NetworkSnapshot &snapshot)
 {
     owner = snapshot.owner;
@@ -329,7 +330,8 @@ void QNetworkSession::choose(const NetworkSnapshot &snapshot)
         choiceIsFree ? nullptr : snapshot.connection(config.identifier());
     if (!connection)
         connection = snapshot.defaultConnection();
-    // One that leads nowhere is kept, too, but not instead of the profile that is to be used.
+    // A connection without a default route is used as well, but not instead of the requested
+    // profile.
     if (!connection && choiceIsFree)
         connection = snapshot.anyConnection();
     const NetworkSnapshot::Profile *profile =
@@ -345,7 +347,7 @@ void QNetworkSession::choose(const NetworkSnapshot &snapshot)
 
 void QNetworkSession::bringUp(const QDBusObjectPath &profile, const QDBusObjectPath &device)
 {
-    // It may have connected by itself while the profiles were looked at.
+    // The device may have connected by itself while the profiles were read.
     readProperty(
         this, owner, device, deviceInterface, u"ActiveConnection"_s,
         [this, profile, device](const QVariant &value) {
@@ -362,14 +364,14 @@ void QNetworkSession::bringUp(const QDBusObjectPath &profile, const QDBusObjectP
         });
 }
 
-/// Waits until a connection is up.
+/// Waits until `connection` is activated.
 void QNetworkSession::follow(const QDBusObjectPath &connection)
 {
     followed = connection;
     MessageBus::system().connectSignal(
         {owner, connection.path(), activeInterface, u"StateChanged"_s, u"uu"_s}, this,
         SLOT(connectionStateChanged(uint)));
-    // It may be up already.
+    // The connection may already be activated.
     readProperty(this, owner, connection, activeInterface, u"State"_s,
                  [this](const QVariant &state) { connectionStateChanged(state.toUInt()); });
 }
@@ -384,7 +386,7 @@ void QNetworkSession::connectionStateChanged(uint state)
 void QNetworkSession::connectionIsUp(const QString &uuid)
 {
     if (!used.isEmpty())
-        return; // it was told of twice
+        return; // reported a second time
     used = uuid;
     if (config.type() != QNetworkConfiguration::UserChoice)
         config = {QNetworkConfiguration::InternetAccessPoint, used, QNetworkConfiguration::Active};

@@ -8,11 +8,11 @@
 #include <QString>
 #include <QVariant>
 
-/// Bearer management as phones have it: which networks there are, and a session that brings one up.
-/// It speaks to NetworkManager on the system bus and waits for nothing: every answer comes through
-/// the event loop, or never. Without a NetworkManager no session is required.
+/// Bearer management as on a phone: the known networks, and a session that activates one. It uses
+/// NetworkManager on the system bus and never waits: every answer arrives through the event loop,
+/// or not at all. Without NetworkManager no session is required.
 
-/// What NetworkManager knew at one moment.
+/// The state of NetworkManager at one moment.
 struct NetworkSnapshot
 {
     /// A profile stored in NetworkManager.
@@ -20,43 +20,45 @@ struct NetworkSnapshot
     {
         QDBusObjectPath path;
         QString uuid;
-        /// It connects to a network: neither a bridge nor an access point of one's own.
+        /// True if the profile connects to a network, false for a bridge or an access point on this
+        /// computer.
         bool isNetwork = false;
-        /// Seconds since 1970 of its last use; 0 for never.
+        /// Time of last use in seconds since 1970; 0 if never used.
         qulonglong lastUsed = 0;
-        /// The devices that it could be brought up on, whether they are in use or not.
+        /// The devices on which the profile can be activated, whether they are in use or not.
         QList<QDBusObjectPath> devices;
     };
-    /// A profile that is being used, or is on its way there.
+    /// A profile that is activated, or is being activated.
     struct Connection
     {
         QDBusObjectPath path;
         QString uuid;
         bool isNetwork = false;
         bool isUp = false;
-        /// It leads to the rest of the world.
+        /// True for the connection with the default route.
         bool isDefault = false;
         QList<QDBusObjectPath> devices;
     };
 
     const Profile *profile(const QString &uuid) const;
     const Connection *connection(const QString &uuid) const;
-    /// What leads to the rest of the world, if anything does.
+    /// Returns the connection with the default route, or null.
     const Connection *defaultConnection() const;
-    /// Any network that the computer is connected to, or is about to be.
+    /// Returns any network connection that is activated or being activated, or null.
     const Connection *anyConnection() const;
-    /// Of the profiles that a free device could be brought up with the one that was used last.
+    /// Returns the profile that was used last, among those that can be activated on a free device,
+    /// or null.
     const Profile *bestProfile() const;
-    /// A device that is not in use and could be brought up with `profile`; an empty path for none.
+    /// Returns a device that is not in use and can activate `profile`, or an empty path.
     QDBusObjectPath freeDevice(const Profile &profile) const;
 
-    /// NetworkManager's own name on the bus: one that is started later has another.
+    /// The unique bus name of NetworkManager. It changes when the service restarts.
     QString owner;
     QList<Profile> profiles;
     QList<Connection> connections;
 };
 
-/// Asks NetworkManager for a snapshot, once. It deletes itself when it is done.
+/// Requests a snapshot of NetworkManager once, and deletes itself when it is done.
 class NetworkSnapshotRequest : public QObject
 {
     Q_OBJECT
@@ -66,7 +68,7 @@ public:
 
 signals:
     void succeeded(const NetworkSnapshot &snapshot);
-    /// There is no NetworkManager, or it does not tell.
+    /// NetworkManager is not running, or does not answer.
     void failed();
 
 private:
@@ -81,7 +83,7 @@ private:
     qsizetype settingsAwaited = 0;
 };
 
-/// One network to connect by.
+/// A network to connect with.
 class QNetworkConfiguration
 {
 public:
@@ -94,7 +96,7 @@ public:
                           StateFlags stateFlags);
 
     Type type() const;
-    /// NetworkManager's uuid of the profile; empty for the user's choice.
+    /// NetworkManager's UUID of the profile; empty for the user's choice.
     QString identifier() const;
     StateFlags state() const;
 
@@ -104,7 +106,7 @@ private:
     StateFlags flags = Undefined;
 };
 
-/// Knows the networks as of its last update.
+/// Knows the networks as of the last update.
 class QNetworkConfigurationManager : public QObject
 {
     Q_OBJECT
@@ -115,13 +117,13 @@ public:
 
     explicit QNetworkConfigurationManager(QObject *parent = nullptr);
 
-    /// Looks what there is; updateCompleted() follows, if anything answers.
+    /// Updates the list of networks. updateCompleted() follows if the bus answers.
     void updateConfigurations();
 
     Capabilities capabilities() const;
-    /// Invalid for an identifier that nothing is known of.
+    /// Returns an invalid configuration if the identifier is unknown.
     QNetworkConfiguration configurationFromIdentifier(const QString &identifier) const;
-    /// Leaves the choice to what is connected, or was used last.
+    /// Returns a configuration that stands for the connected network, or else the one used last.
     QNetworkConfiguration defaultConfiguration() const;
 
 signals:
@@ -132,8 +134,8 @@ private:
     NetworkSnapshot snapshot;
 };
 
-/// Brings a network up. A computer that is connected stays connected as it is, and the session then
-/// is of the network it has.
+/// Activates a network. If the computer is already connected, the session uses the existing
+/// connection.
 class QNetworkSession : public QObject
 {
     Q_OBJECT
@@ -141,13 +143,13 @@ class QNetworkSession : public QObject
 public:
     explicit QNetworkSession(const QNetworkConfiguration &configuration, QObject *parent = nullptr);
 
-    /// opened() follows when the network is up. When it cannot be brought up, nothing does.
+    /// Emits opened() when the network is up. Nothing is emitted if it cannot be activated.
     void open();
 
-    /// What the session is of; once it is open, what it really uses.
+    /// Returns the configuration of the session; once the session is open, the one in use.
     QNetworkConfiguration configuration() const;
-    /// "UserChoiceConfiguration" is the identifier of what is really used, when the configuration
-    /// left the choice open.
+    /// Returns session properties. "UserChoiceConfiguration" is the identifier of the configuration
+    /// in use, if the session's configuration is the user's choice.
     QVariant sessionProperty(const QString &key) const;
 
 signals:
@@ -165,6 +167,6 @@ private:
     QNetworkConfiguration config;
     QString owner;
     QDBusObjectPath followed;
-    /// Uuid of the profile being used.
+    /// UUID of the profile in use.
     QString used;
 };

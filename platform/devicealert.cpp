@@ -13,7 +13,7 @@ namespace {
 
 const QString feedbackService = u"org.sigxcpu.Feedback"_s;
 const QString feedbackPath = u"/org/sigxcpu/Feedback"_s;
-/// As freedesktop.org names events; it is felt in the quiet profile as well.
+/// An event name as freedesktop.org defines it. The quiet profile still vibrates for it.
 const QString alarmEvent = u"alarm-clock-elapsed"_s;
 constexpr int longestFeedback = 30; // seconds
 
@@ -66,7 +66,7 @@ void DeviceAlert::stop()
 void DeviceAlert::startFeedback()
 {
     const int current = wanted;
-    // To be felt and seen: the alarm is heard already.
+    // The quiet profile gives vibration and light only, since the alarm sounds by itself.
     const QVariantMap hints{{u"profile"_s, u"quiet"_s}};
     waiting = std::make_unique<QObject>();
     bus.whenReady(waiting.get(), [this, hints, current] {

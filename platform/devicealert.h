@@ -7,28 +7,28 @@
 
 #include "platform/notifier.h"
 
-/// Alerts the person through the desktop and the device: a notification over all programs, and
-/// vibration or light where a feedback service (org.sigxcpu.Feedback) runs. No call waits.
+/// Alerts the user through the desktop and the device: a notification above all programs, and
+/// vibration or light where a feedback service (org.sigxcpu.Feedback) runs. No function blocks.
 class DeviceAlert : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `sessionBus` outlives it.
+    /// `sessionBus` must outlive this object.
     explicit DeviceAlert(MessageBus &sessionBus, QObject *parent = nullptr);
     ~DeviceAlert() override;
 
-    /// The one of the program; it belongs to the application object.
+    /// Returns the program's instance, which the application object owns.
     static DeviceAlert &instance();
 
-    /// What the next start() shows.
+    /// Sets the notification that the next start() shows.
     void setNotification(const Notification &content);
 
     void start();
     void stop();
 
 signals:
-    /// As those of Notifier.
+    /// The same signals as those of Notifier.
     void actionInvoked(const QString &key);
     void activationTokenGiven(const QString &token);
 
@@ -39,10 +39,10 @@ private:
     MessageBus &bus;
     Notifier notifier;
     Notification notification;
-    /// What the service calls the feedback that runs; 0 for none.
+    /// The service's id of the current feedback; 0 if there is none.
     uint feedbackId = 0;
-    /// A start waits for the bus as long as this is there.
+    /// Destroying this cancels a start that waits for the bus.
     std::unique_ptr<QObject> waiting;
-    /// Counts starts and stops; a reply to an earlier start ends what that has started.
+    /// Number of starts and stops. A reply to an earlier start ends the feedback that it started.
     int wanted = 0;
 };

@@ -33,19 +33,19 @@ const MessageBus::Signal ownerSignal{busService, busPath, busService, u"NameOwne
 const QString noReply = u"org.freedesktop.DBus.Error.NoReply"_s;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_s;
 
-/// By this name the service knows whose permission to look for.
+/// The service looks up the permission of the program by this name.
 const QString desktopId = u"trolleo"_s;
-/// GClueAccuracyLevel: with less than "exact" no satellite receiver is used.
+/// GClueAccuracyLevel "exact". At lower levels GeoClue uses no satellite receiver.
 constexpr uint exactLevel = 8;
-/// Seconds between two positions, as with gpsd.
+/// Seconds between two positions, the same as with gpsd.
 constexpr uint timeThreshold = 3;
 
 constexpr std::chrono::seconds firstPause = 5s;
 constexpr std::chrono::seconds longestPause = 30s;
-/// One that is stopped answers nothing; it is asked again.
+/// A suspended service does not answer. The call then fails and is repeated.
 constexpr std::chrono::milliseconds longestWait = 10s;
 
-/// GeoClue's timestamp: seconds since 1970 and microseconds.
+/// Converts GeoClue's timestamp, which is seconds since 1970 and microseconds.
 std::optional<QDateTime> timestampFrom(const QVariant &value)
 {
     if (value.userType() != qMetaTypeId<QDBusArgument>())
@@ -58,7 +58,7 @@ std::optional<QDateTime> timestampFrom(const QVariant &value)
     argument.beginStructure();
     argument >> seconds >> microseconds;
     argument.endStructure();
-    constexpr qulonglong yearNineThousand = 221845392000; // beyond it milliseconds overflow
+    constexpr qulonglong yearNineThousand = 221845392000; // later dates overflow in milliseconds
     if (seconds > yearNineThousand)
         return {};
     return QDateTime::fromMSecsSinceEpoch(
@@ -112,7 +112,7 @@ std::optional<QGeoPositionInfo> GeoClue::position(const QVariantMap &location)
     if (!latitude || !longitude || !timestamp)
         return {};
     QGeoCoordinate coordinate(*latitude, *longitude);
-    // The lowest number there is stands for an altitude that is not known.
+    // The lowest double means that the altitude is unknown.
     const std::optional<double> altitude = numberFrom(location.value(u"Altitude"_s));
     if (altitude && *altitude > std::numeric_limits<double>::lowest())
         coordinate.setAltitude(*altitude);
@@ -125,7 +125,7 @@ std::optional<QGeoPositionInfo> GeoClue::position(const QVariantMap &location)
     return position;
 }
 
-/// Makes an attempt, instead of the one under way, if any.
+/// Starts an attempt and ends the current one, if any.
 void GeoClue::begin()
 {
     end();
@@ -139,8 +139,8 @@ void GeoClue::begin()
 void GeoClue::askForClient()
 {
     const QPointer<QObject> current(attempt.get());
-    // Unlike CreateClient it makes no second client when an unanswered call is answered late:
-    // without an agent no call is.
+    // GetClient returns the existing client if a call is answered after its timeout; CreateClient
+    // would create a second one. Without an agent no call is answered.
     bus.call(
         this, {service, managerPath, managerInterface, u"GetClient"_s, {}, true, longestWait},
         u"o"_s,
@@ -150,7 +150,7 @@ void GeoClue::askForClient()
                 client = path;
                 askForOwner();
             } else if (!attempt) {
-                deleteClient(service, path); // nobody wants it any more
+                deleteClient(service, path); // positions are no longer wanted
             }
         },
         [this, current](const QString &error) {
@@ -204,19 +204,19 @@ void GeoClue::startClient()
              QString(), {}, failed);
 }
 
-/// Ends the attempt that is under way, and does not make another.
+/// Ends the current attempt without starting another.
 void GeoClue::end()
 {
     retry.stop();
     if (!attempt)
         return;
-    // Its replies must reach nobody from here on.
+    // Replies of this attempt are ignored from here on.
     attempt.reset();
     bus.disconnectSignal(ownerSignal, this, SLOT(ownerChanged(QString, QString, QString)));
     if (!owner.isEmpty()) {
         connectSignals(false);
-        // Stopped but kept, it would keep the service from ending itself, and one whose agent has
-        // gone meanwhile is never started again.
+        // A client that is stopped but not deleted would keep the service running. If its agent
+        // exits meanwhile, the service never restarts it.
         deleteClient(owner, client);
     }
     owner.clear();
@@ -232,7 +232,7 @@ void GeoClue::connectSignals(bool on)
                   SLOT(propertiesChanged(QString, QVariantMap, QStringList)));
 }
 
-/// Pauses, and then begins anew.
+/// Starts a new attempt after a pause.
 void GeoClue::tryLater()
 {
     if (retry.isActive())
@@ -244,8 +244,8 @@ void GeoClue::tryLater()
 void GeoClue::startFailed(const QString &error)
 {
     if (retry.isActive())
-        return; // of the same attempt
-    // What does not answer now may do so any moment.
+        return; // a failure of the same attempt
+    // A service that does not answer now may answer at any moment.
     if (error == noReply)
         pause = firstPause;
     tryLater();
@@ -257,7 +257,7 @@ void GeoClue::ownerChanged(const QString &name, const QString &before, const QSt
 {
     if (name != service)
         return;
-    // One that we have had started ourselves is being asked already.
+    // If our own call has started the service, the attempt is already running.
     if (!now.isEmpty() && (retry.isActive() || (!owner.isEmpty() && now != owner)))
         begin();
     else if (!before.isEmpty() && now.isEmpty() && isWanted)
@@ -272,8 +272,8 @@ void GeoClue::locationUpdated(const QDBusObjectPath & /*before*/, const QDBusObj
 void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &changed,
                                 const QStringList & /*invalidated*/)
 {
-    // Location was switched off. The service goes on by itself when it is switched on again, but
-    // not by the leave of another agent.
+    // Location was switched off. The service continues by itself when it is switched on again, but
+    // not when another agent gives permission.
     if (!attempt || interface != clientInterface || changed.value(u"Active"_s) != QVariant(false))
         return;
     tryLater();
@@ -283,7 +283,7 @@ void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &cha
 void GeoClue::readLocation(const QDBusObjectPath &location)
 {
     if (!attempt)
-        return; // told late
+        return; // received after the end of the attempt
     bus.call(attempt.get(),
              {owner, location.path(), propertiesInterface, u"GetAll"_s, {locationInterface}},
              u"a{sv}"_s, [this](const QVariantList &results) {

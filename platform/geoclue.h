@@ -13,30 +13,32 @@
 
 class MessageBus;
 
-/// The positions of the desktop's location service, GeoClue2, as exact as it has them. No call
-/// waits for its answer; after an error, and when the service goes away, it is asked again.
+/// Positions from the desktop's location service, GeoClue2, with the best accuracy that it offers.
+/// No function blocks. After an error, and when the service exits, it is asked again.
 class GeoClue : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `systemBus` outlives it.
+    /// `systemBus` must outlive this object.
     explicit GeoClue(MessageBus &systemBus, QObject *parent = nullptr);
     ~GeoClue() override;
 
-    /// Starts or stops asking the service. Nothing is connected, and nothing wakes up, while
-    /// nothing is wanted.
+    /// Starts or stops asking the service. While it is stopped, nothing is connected and no timer
+    /// runs.
     void setWanted(bool wanted);
 
-    /// The position in the properties of a org.freedesktop.GeoClue2.Location; nothing when one that
-    /// is needed is missing, has another type or is no place on earth.
+    /// Returns the position in the properties of an org.freedesktop.GeoClue2.Location. Returns
+    /// nothing if a required property is missing, has another type or is not a valid coordinate.
     static std::optional<QGeoPositionInfo> position(const QVariantMap &location);
 
 signals:
-    /// The service knows a new position. One with the timestamp of the position told last is the
-    /// same and not told again; timestamps are not compared otherwise, since clocks may be wrong.
+    /// The service has a new position. A position with the timestamp of the previous one is the
+    /// same and is not reported again. Timestamps are compared only for equality, since clocks may
+    /// be wrong.
     void positioned(const QGeoPositionInfo &position);
-    /// The service refuses to tell positions: location is switched off, or not allowed to us.
+    /// The service refuses to report positions: location is switched off, or not allowed for this
+    /// program.
     void refused();
 
 private slots:
@@ -50,7 +52,7 @@ private:
     void askForClient();
     void askForOwner();
     void startClient();
-    /// `to` is the service's name, of whichever kind.
+    /// `to` is the well-known or the unique name of the service.
     void deleteClient(const QString &to, const QString &path);
     void end();
     void tryLater();
@@ -60,9 +62,9 @@ private:
 
     MessageBus &bus;
     bool isWanted = false;
-    /// Replies to calls of an attempt that has ended go with it.
+    /// The context of an attempt. Its replies are ignored once it is destroyed.
     std::unique_ptr<QObject> attempt;
-    /// The service's unique name and our client object there, once they are known.
+    /// The service's unique name and the path of our client object, once they are known.
     QString owner;
     QString client;
     QTimer retry;

@@ -21,22 +21,22 @@ namespace {
 constexpr quint16 defaultPort = 2947;
 constexpr std::chrono::seconds firstRetryPause = 1s;
 constexpr std::chrono::seconds longestRetryPause = 25s;
-/// The first answer tells what was known before; a receiver has something new every second.
+/// The first answer contains only what was known before. A receiver reports every second.
 constexpr auto firstPollPause = 1s;
 constexpr auto pollPause = 3s;
-/// A gpsd that was started by its socket greets after five seconds.
+/// A socket-activated gpsd greets after five seconds.
 constexpr auto longestWaitForGreeting = 15s;
-/// Three answers; gpsd answers nobody while it opens a receiver.
+/// The time of three answers. gpsd answers no client while it opens a receiver.
 constexpr auto longestSilence = 10s;
-/// Bytes. An answer has some hundred for each receiver and each satellite in view.
+/// In bytes. An answer has some hundred for each receiver and each visible satellite.
 constexpr qsizetype longestLine = 65536;
-/// More receivers than anyone has.
+/// A limit far above any real number of receivers.
 constexpr qsizetype mostReceivers = 64;
 constexpr int mode2D = 2;
 constexpr int mode3D = 3;
 
 constexpr QByteArrayView greeting = R"({"class":"VERSION")";
-/// Receivers are read from now on, and nothing is told unasked.
+/// Makes gpsd read its receivers, and report nothing unless polled.
 constexpr auto watch = R"(?WATCH={"enable":true};)"
                        "\n";
 constexpr auto pollRequest = "?POLL;\n";
@@ -49,7 +49,7 @@ std::optional<GpsdFix> fixFrom(const QJsonObject &tpv)
     if ((mode != mode2D && mode != mode3D) || !latitude.isDouble() || !longitude.isDouble())
         return {};
     QGeoCoordinate coordinate(latitude.toDouble(), longitude.toDouble());
-    // Older releases know no "altMSL".
+    // Older releases do not have "altMSL".
     const QJsonValue altitude = tpv[tpv.contains("altMSL"_L1) ? "altMSL"_L1 : "alt"_L1];
     if (mode == mode3D && altitude.isDouble())
         coordinate.setAltitude(altitude.toDouble());
@@ -57,7 +57,7 @@ std::optional<GpsdFix> fixFrom(const QJsonObject &tpv)
         return {};
     const QString time = tpv["time"_L1].toString();
     QDateTime timestamp = QDateTime::fromString(time, Qt::ISODateWithMs);
-    // A position without a time is not valid; receivers without a date have none.
+    // QGeoPositionInfo is invalid without a time, and receivers without a date report none.
     if (!timestamp.isValid())
         timestamp = QDateTime::currentDateTimeUtc();
     GpsdFix fix{.device = tpv["device"_L1].toString(),
@@ -71,7 +71,7 @@ std::optional<GpsdFix> fixFrom(const QJsonObject &tpv)
     return fix;
 }
 
-/// Metres; more than any that is known when it is not.
+/// Returns the accuracy in metres; if it is unknown, more than any known one.
 qreal accuracyOf(const GpsdFix &fix)
 {
     return fix.position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy)
@@ -130,7 +130,7 @@ GpsdClient::GpsdClient(const GpsdAddress &gpsd, QObject *parent)
     connect(&nextPoll, &QTimer::timeout, this, &GpsdClient::poll);
     connect(&silence, &QTimer::timeout, this, &GpsdClient::giveUp);
     connect(&socket, &QTcpSocket::readyRead, this, &GpsdClient::receive);
-    // Queued, so that the socket is never aborted within a slot of its own.
+    // Queued, so that the socket is never aborted within one of its own slots.
     connect(&socket, &QTcpSocket::disconnected, this, &GpsdClient::socketClosed,
             Qt::QueuedConnection);
     connect(&socket, &QTcpSocket::errorOccurred, this, &GpsdClient::socketClosed,
@@ -164,13 +164,13 @@ void GpsdClient::connectToGpsd()
 
 void GpsdClient::socketClosed()
 {
-    // An error and the end of a connection are both told, and late: another attempt may be waiting
-    // or under way already.
+    // An error and the end of a connection are both signalled, and late. The next attempt may
+    // already be scheduled or running.
     if (isWanted && !retry.isActive() && socket.state() == QAbstractSocket::UnconnectedState)
         giveUp();
 }
 
-/// Ends the connection, or the attempt, and tries again after a pause.
+/// Ends the connection or the attempt, and tries again after a pause.
 void GpsdClient::giveUp()
 {
     nextPoll.stop();
@@ -189,7 +189,7 @@ void GpsdClient::receive()
          end = incomplete.indexOf('\n', begin)) {
         if (!skipsLine && end - begin <= longestLine)
             takeLine(incomplete.mid(begin, end - begin));
-        // Whoever was told a position may want no more.
+        // The receiver of a position may have stopped the client.
         if (!isWanted || retry.isActive())
             return;
         skipsLine = false;
@@ -213,8 +213,8 @@ void GpsdClient::takeLine(const QByteArray &line)
         nextPoll.start(firstPollPause);
         silence.start(longestSilence);
     } else if (const std::optional<QList<GpsdFix>> fixes = GpsdFix::fromPoll(line)) {
-        // Only an answer is a sign of life: a server that talks of other things would else never
-        // be left.
+        // Only an answer to a poll restarts the timer. Otherwise the client would never leave a
+        // server that sends anything else.
         silence.start(longestSilence);
         retryPause = firstRetryPause;
         takeFixes(*fixes);
@@ -223,7 +223,7 @@ void GpsdClient::takeLine(const QByteArray &line)
 
 void GpsdClient::takeFixes(const QList<GpsdFix> &fixes)
 {
-    // A receiver that had no fix meanwhile may come back with the one of before.
+    // A receiver that loses its fix may report the previous one again, so its stamp is kept.
     QHash<QString, QString> stamps = lastStamps.value_or(QHash<QString, QString>());
     if (stamps.size() > mostReceivers)
         stamps.clear();

@@ -12,34 +12,34 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-/// Where a gpsd listens.
+/// The address of a gpsd.
 struct GpsdAddress
 {
     QString host;
     quint16 port = 0;
 
-    /// The one that TROLLEO_GPSD names as host:port, an IPv6 address in brackets; else gpsd's
-    /// default. A value that is neither is refused with a line on standard error.
+    /// Returns the address in TROLLEO_GPSD, as host:port with an IPv6 host in brackets, or gpsd's
+    /// default. An invalid value is refused with a line on standard error.
     static GpsdAddress fromEnvironment();
 };
 
-/// What one receiver tells in gpsd's answer to ?POLL (a TPV object, see gpsd_json(5)).
+/// The fix of one receiver in gpsd's answer to ?POLL (a TPV object, see gpsd_json(5)).
 struct GpsdFix
 {
     QString device;
-    /// Differs from that of the fix before, unless the receiver has told nothing new: its time, or
-    /// all it tells where it knows no time.
+    /// Identifies the fix: the receiver's time, or the whole report if it has no time. It equals
+    /// that of the previous fix if the receiver has reported nothing new.
     QString stamp;
-    /// Valid; with a horizontal accuracy in metres where gpsd knows one ("eph").
+    /// A valid position, with the horizontal accuracy in metres if gpsd knows it ("eph").
     QGeoPositionInfo position;
 
-    /// The fixes in a line of gpsd; nothing when the line is no answer to ?POLL. Receivers without
-    /// a fix, and fixes that are no place on earth, are left out.
+    /// Returns the fixes in a line from gpsd, or nothing if the line is not an answer to ?POLL.
+    /// Receivers without a fix, and fixes with invalid coordinates, are left out.
     static std::optional<QList<GpsdFix>> fromPoll(const QByteArray &line);
 };
 
-/// Asks a gpsd where its receivers are, every 3 s while that is wanted. It survives that gpsd goes
-/// away or stops answering: it connects again, after pauses that grow up to 25 s.
+/// Polls a gpsd for positions every 3 s while they are wanted. When gpsd exits or stops answering,
+/// the client reconnects after pauses that grow up to 25 s.
 class GpsdClient : public QObject
 {
     Q_OBJECT
@@ -47,15 +47,16 @@ class GpsdClient : public QObject
 public:
     explicit GpsdClient(const GpsdAddress &gpsd, QObject *parent = nullptr);
 
-    /// How long to pause after an attempt that came `pause` after the one before.
+    /// Returns the pause after an attempt that followed `pause` after the previous one.
     static std::chrono::seconds pauseAfter(std::chrono::seconds pause);
 
-    /// Connects, or disconnects. Nothing happens, and nothing wakes up, while nothing is wanted.
+    /// Connects or disconnects. While positions are not wanted, nothing is connected and no timer
+    /// runs.
     void setWanted(bool wanted);
 
 signals:
-    /// A receiver has told a new position; of several receivers, the one that is most accurate.
-    /// What was known before the connection was made is not told.
+    /// A receiver has reported a new position. With several receivers it is the most accurate one.
+    /// Positions from before the connection are not reported.
     void positioned(const QGeoPositionInfo &position);
     /// An attempt to connect has failed, or a connection has ended. The next attempt follows.
     void connectionLost();
@@ -75,11 +76,11 @@ private:
     QTimer retry;
     std::chrono::seconds retryPause;
     QTimer nextPoll;
-    /// Runs out when gpsd has sent nothing for too long.
+    /// Fires when gpsd has sent no greeting or no answer for too long.
     QTimer silence;
     bool hasGreeted = false;
     QByteArray incomplete;
-    /// The part of a line that is too long is not kept, and neither is its end.
+    /// The rest of a line that is too long is skipped.
     bool skipsLine = false;
     /// By device; no value before the first answer.
     std::optional<QHash<QString, QString>> lastStamps;

@@ -17,7 +17,7 @@ constexpr int cornerRadius = 8;
 constexpr int pointSize = 18;
 constexpr std::chrono::milliseconds timeToJoinTheBus = 500ms;
 
-/// Screen readers speak a notification as soon as it shows, without moving the focus.
+/// Screen readers speak a notification as soon as it is shown, without moving the focus.
 QAccessibleInterface *accessibleBanner(const QString & /*className*/, QObject *object)
 {
     auto *box = qobject_cast<InformationBox *>(object);
@@ -29,7 +29,7 @@ QAccessibleInterface *accessibleBanner(const QString & /*className*/, QObject *o
 InformationBox *InformationBox::information(QWidget *window, const QString &text,
                                             std::chrono::milliseconds time)
 {
-    // Installing it again changes nothing.
+    // Installing the same factory again has no effect.
     QAccessible::installFactory(accessibleBanner);
     for (InformationBox *earlier :
          window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly))
@@ -54,7 +54,7 @@ InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono
     QFont large = font();
     large.setPointSize(pointSize);
     setFont(large);
-    // Inverted, so that it stands out from any page in light and dark palettes alike.
+    // Inverted colours make it stand out from any page in light and dark palettes.
     setBackgroundRole(QPalette::WindowText);
     setForegroundRole(QPalette::Window);
     timer.setSingleShot(true);
@@ -71,7 +71,7 @@ bool InformationBox::eventFilter(QObject *object, QEvent *event)
         if (event->type() == QEvent::Resize)
             place();
         else if (event->type() == QEvent::ChildAdded)
-            raise(); // what the window gets later must not cover the banner
+            raise(); // widgets that the window gets later must not cover the banner
     }
     return QLabel::eventFilter(object, event);
 }
@@ -95,8 +95,8 @@ void InformationBox::showEvent(QShowEvent *event)
     place();
     if (!timer.isActive())
         timer.start();
-    // Qt tells the accessibility bus that the banner shows, if it is on that bus by now. A
-    // program that has just been started is not yet, and the banner would go unheard.
+    // Qt reports the banner to the accessibility bus if it is connected to it. A program that has
+    // just started is not connected yet, so the banner is announced again later.
     if (!QAccessible::isActive())
         QTimer::singleShot(timeToJoinTheBus, this, &InformationBox::announce);
 }
@@ -110,13 +110,13 @@ void InformationBox::announce()
 void InformationBox::vanish()
 {
     if (isHidden())
-        return; // gone already, and only waiting to be deleted
+        return; // already gone and waiting for deletion
     hide();
     deleteLater();
     emit gone();
 }
 
-/// Near the upper edge, as wide as the text needs and the window gives.
+/// Places the banner near the upper edge, as wide as the text needs and the window allows.
 void InformationBox::place()
 {
     const QSize room = parentWidget()->size() - QSize(2 * marginToWindow, 2 * marginToWindow);

@@ -6,21 +6,21 @@
 #include <QLabel>
 #include <QTimer>
 
-/// A transient banner: a text over a window, gone after its time. It takes no clicks and no focus,
-/// and a screen reader announces it.
+/// A transient banner: a text above a window that disappears after a time. It takes no clicks and
+/// no focus, and screen readers announce it.
 class InformationBox : public QLabel
 {
     Q_OBJECT
 
 public:
-    /// Shows `text` over `window` instead of the banner that shows there, if any. Its time starts
-    /// when it is seen: for a window not shown yet, once that is shown. The banner belongs to
-    /// `window` and deletes itself.
+    /// Shows `text` above `window` and replaces the current banner, if any. The time starts when
+    /// the banner becomes visible, that is, once the window is shown. `window` owns the banner,
+    /// which deletes itself.
     static InformationBox *information(QWidget *window, const QString &text,
                                        std::chrono::milliseconds time);
 
 signals:
-    /// The banner is going: its time is over, or another takes its place.
+    /// The banner disappears: its time is over, or another one replaces it.
     void gone();
 
 protected:

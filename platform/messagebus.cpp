@@ -32,8 +32,8 @@ struct SocketName
     bool isAbstract = false;
 };
 
-/// The first UNIX socket of a D-Bus address such as "unix:path=/run/bus,guid=1;tcp:host=a"; an
-/// empty name when it has none.
+/// Returns the first UNIX socket of a D-Bus address such as "unix:path=/run/bus,guid=1;tcp:host=a",
+/// or an empty name if there is none.
 SocketName unixSocket(const QString &address)
 {
     for (const QString &each : address.split(u';')) {
@@ -51,7 +51,7 @@ SocketName unixSocket(const QString &address)
     return {};
 }
 
-/// The call that a bus answers first of all, as D-Bus marshals it.
+/// Returns the marshalled Hello call, which must be the first on a connection.
 QByteArray helloMessage()
 {
     QByteArray message;
@@ -131,7 +131,7 @@ MessageBus::MessageBus(const QString &busAddress, QObject *parent)
         socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
     });
     connect(&socket, &QLocalSocket::readyRead, this, &MessageBus::readHandshake);
-    // Queued, so that the socket is never aborted within a signal of its own.
+    // Queued, so that the socket is never aborted within one of its own signals.
     connect(&socket, &QLocalSocket::errorOccurred, this, &MessageBus::probeFailed,
             Qt::QueuedConnection);
 }
@@ -211,7 +211,7 @@ void MessageBus::probe()
 {
     const SocketName name = unixSocket(address);
     if (name.name.isEmpty())
-        return; // no address that could be tried without waiting
+        return; // no address that can be tried without blocking
     socket.setSocketOptions(name.isAbstract ? QLocalSocket::AbstractNamespaceOption
                                             : QLocalSocket::NoOptions);
     isAccepted = false;
@@ -219,11 +219,11 @@ void MessageBus::probe()
     socket.connectToServer(name.name);
 }
 
-/// The bus says "OK", and then answers the hello.
+/// The bus sends "OK" and then the reply to Hello.
 void MessageBus::readHandshake()
 {
     if (!silence.isActive())
-        return; // it has failed already
+        return; // the probe has already failed
     if (!isAccepted) {
         constexpr qint64 longestAnswer = 1024; // bytes
         if (!socket.canReadLine() && socket.bytesAvailable() < longestAnswer)
@@ -248,7 +248,7 @@ void MessageBus::readHandshake()
 void MessageBus::probeFailed()
 {
     if (!silence.isActive() && socket.state() == QLocalSocket::UnconnectedState)
-        return; // it was told already, or has answered
+        return; // already reported, or the bus has answered
     silence.stop();
     socket.abort();
     tryLater();

@@ -10,9 +10,10 @@
 #include <QTimer>
 #include <QVariant>
 
-/// A D-Bus message bus that is never waited for. QDBusConnection blocks its caller, and all other
-/// connections, until the bus has answered; so it is made only once the bus has answered a
-/// handshake of ours. Every reply passes call(), which compares its signature.
+/// A D-Bus message bus that never blocks. QDBusConnection blocks its caller, and all other
+/// connections, until the bus answers. This class therefore first does a handshake of its own, and
+/// creates the QDBusConnection only after the bus has answered. Every reply passes call(), which
+/// checks its signature.
 class MessageBus : public QObject
 {
     Q_OBJECT
@@ -26,58 +27,59 @@ public:
         QString interface;
         QString method;
         QVariantList arguments = {};
-        /// Whether the bus starts a service that does not run.
+        /// Whether the bus starts the service if it is not running.
         bool startsService = false;
-        /// Without a reply for so long, the call has failed.
+        /// The call fails without a reply within this time.
         std::chrono::milliseconds timeout = std::chrono::seconds(25);
     };
     /// A signal with exactly the given signature.
     struct Signal
     {
-        /// Empty for any sender, or a unique name: QDBusConnection would wait for the owner of
-        /// another, but for that of the bus itself.
+        /// A unique name, the name of the bus itself, or empty for any sender. With any other name
+        /// QDBusConnection would block until it knows the owner.
         QString service;
         QString path;
         QString interface;
         QString name;
         QString signature;
-        /// What its first argument has to be, a string; empty for anything.
+        /// The required first argument, a string; empty for any.
         QString firstArgument = {};
     };
     using Done = std::function<void(const QVariantList &results)>;
     /// `error` is a D-Bus error name.
     using Failed = std::function<void(const QString &error)>;
 
-    /// The bus at `busAddress`, in D-Bus notation; only its UNIX sockets are tried. Nothing is
-    /// connected before it is needed.
+    /// `busAddress` is a D-Bus address, of which only UNIX sockets are tried. The bus is connected
+    /// when it is first needed.
     explicit MessageBus(const QString &busAddress, QObject *parent = nullptr);
     ~MessageBus() override;
 
-    /// The system bus and the session bus, shared by all; they belong to the application object.
+    /// The shared instances for the system bus and the session bus. The application object owns
+    /// them.
     static MessageBus &system();
     static MessageBus &session();
 
-    /// Runs `function` when the bus has answered: at once when it has already, never when it does
-    /// not, or when `context` is gone by then.
+    /// Calls `function` when the bus has answered: at once if it already has, and never if it does
+    /// not answer or `context` is destroyed before.
     void whenReady(QObject *context, const std::function<void()> &function);
 
-    /// Calls a method when the bus has answered. `done` takes the results if the reply has the
-    /// signature `expected`; an error, or a reply of another signature, goes to `failed`. Neither
-    /// is called when `context` is gone by then, or while the bus does not answer.
+    /// Calls a method when the bus has answered. `done` receives the results if the reply has the
+    /// signature `expected`. `failed` receives an error, also for a reply with another signature.
+    /// Neither is called if `context` is destroyed before, or while the bus does not answer.
     void call(QObject *context, const Call &call, const QString &expected, const Done &done = {},
               const Failed &failed = {});
 
-    /// Calls a method of which no reply is wanted; nothing happens when the bus is not connected.
+    /// Calls a method without a reply. Does nothing if the bus is not connected.
     void send(const Call &call);
 
-    /// Lets `slot` of `receiver` take a signal. The bus has to be ready.
+    /// Connects a signal to `slot` of `receiver`. The bus must be ready.
     void connectSignal(const Signal &signal, QObject *receiver, const char *slot);
     void disconnectSignal(const Signal &signal, QObject *receiver, const char *slot);
 
 signals:
     void ready();
-    /// The connection has ended, and with it all signal connections. It is made anew when somebody
-    /// calls whenReady() or call().
+    /// The connection has ended, and with it all signal connections. The next whenReady() or call()
+    /// connects again.
     void lost();
 
 private slots:
@@ -94,7 +96,7 @@ private:
     QString connectionName;
     QDBusConnection connection;
     QLocalSocket socket;
-    /// The bus has accepted us as who we are.
+    /// The bus has accepted the authentication.
     bool isAccepted = false;
     QTimer silence;
     QTimer retry;

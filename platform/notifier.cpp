@@ -44,10 +44,10 @@ void Notifier::show(const Notification &notification)
     const QVariantMap hints{
         {u"urgency"_s, QVariant::fromValue(static_cast<uchar>(notification.urgency))},
         {u"desktop-entry"_s, u"trolleo"_s},
-        {u"suppress-sound"_s, true}, // an alarm sounds by itself
+        {u"suppress-sound"_s, true}, // the alarm has a sound of its own
         {u"resident"_s, notification.isResident},
     };
-    // The service's own time would take it away before the person has seen it.
+    // The service's default timeout could close the notification before the user sees it.
     constexpr int never = 0;
     waiting = std::make_unique<QObject>();
     bus.whenReady(waiting.get(), [this, notification, actions, hints, current] {

@@ -10,40 +10,41 @@
 
 class MessageBus;
 
-/// What the desktop's notification service (org.freedesktop.Notifications 1.2) shows.
+/// The content of a notification for the desktop's notification service
+/// (org.freedesktop.Notifications 1.2).
 struct Notification
 {
     enum Urgency : uchar { Low, Normal, Critical };
 
     QString summary;
-    /// May be empty. Its text is taken as it is, not as markup.
+    /// Optional plain text; markup is not interpreted.
     QString body = {};
     Urgency urgency = Normal;
-    /// It stays when one of its actions is chosen.
+    /// The notification stays when one of its actions is chosen.
     bool isResident = false;
-    /// Keys and labels; "default" is the notification itself.
+    /// Keys and labels. "default" is a click on the notification itself.
     QList<std::pair<QString, QString>> actions = {};
 };
 
-/// Shows one notification at a time, where the desktop has a service for that. No call waits.
+/// Shows one notification at a time, if the desktop has a notification service. No function blocks.
 class Notifier : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `sessionBus` outlives it.
+    /// `sessionBus` must outlive this object.
     explicit Notifier(MessageBus &sessionBus, QObject *parent = nullptr);
     ~Notifier() override;
 
-    /// Shows `notification` instead of the one that shows.
+    /// Shows `notification`, replacing the current one.
     void show(const Notification &notification);
-    /// Takes the notification away, now or as soon as the service has told that it shows.
+    /// Closes the notification, now or as soon as the service has confirmed that it is shown.
     void close();
 
 signals:
-    /// The person has chosen an action of the notification that shows.
+    /// The user has chosen an action of the current notification.
     void actionInvoked(const QString &key);
-    /// Precedes actionInvoked() where the compositor lets a window come forward by a token.
+    /// Emitted before actionInvoked() if the compositor requires a token to activate a window.
     void activationTokenGiven(const QString &token);
 
 private slots:
@@ -57,10 +58,10 @@ private:
 
     MessageBus &bus;
     bool signalsAreConnected = false;
-    /// What the service calls the notification that shows; 0 for none.
+    /// The service's id of the current notification; 0 if there is none.
     uint id = 0;
-    /// What is to be shown waits for the bus as long as this is there.
+    /// Destroying this cancels a notification that waits for the bus.
     std::unique_ptr<QObject> waiting;
-    /// Counts what was wanted; a reply to an earlier wish is for nothing.
+    /// Number of requests. A reply to an earlier request is ignored.
     int wanted = 0;
 };

@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds usualTimeout = 5min;
-/// Milliseconds: that is how often the neighbours are asked.
+/// In milliseconds: the interval at which gpsd and GeoClue deliver.
 constexpr int shortestInterval = 3000;
 
 bool isRough(const QGeoPositionInfo &position)
@@ -45,7 +45,7 @@ PositionSource::PositionSource(const GpsdAddress &gpsdAddress, MessageBus &syste
         }
         takePosition(position);
     });
-    // Nobody there has nothing to deliver.
+    // A gpsd that cannot be reached delivers nothing, so GeoClue is asked at once.
     connect(&gpsd, &GpsdClient::connectionLost, this, &PositionSource::askGeoClueToo);
     connect(&geoClue, &GeoClue::positioned, this, &PositionSource::takePosition);
     connect(&geoClue, &GeoClue::refused, this, [this] {
@@ -108,7 +108,7 @@ bool PositionSource::isWanted() const
     return updating || request.isActive();
 }
 
-/// Lets the neighbours be asked exactly while positions are wanted.
+/// Runs gpsd and GeoClue exactly while positions are wanted.
 void PositionSource::startOrStop()
 {
     if (isWanted() == asking)

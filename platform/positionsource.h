@@ -12,30 +12,29 @@
 
 class MessageBus;
 
-/// Positions from gpsd, and from GeoClue2 while gpsd delivers none: when either is started,
-/// restarted or switched on later, its positions come. Both are asked only while updates run or a
-/// request is pending.
+/// Positions from gpsd, and from GeoClue2 while gpsd delivers none. Either service may be started,
+/// restarted or enabled later. Both are used only while updates run or a request is pending.
 ///
-/// A position that is known to be less accurate than roughMeters is told by
-/// roughPositionUpdated() alone.
+/// A position that is known to be less accurate than roughMeters is reported by
+/// roughPositionUpdated() only.
 class PositionSource : public QGeoPositionInfoSource
 {
     Q_OBJECT
 
 public:
-    /// How long to wait in vain.
+    /// How long to wait for positions.
     struct Patience
     {
-        /// For gpsd, until GeoClue is asked as well.
+        /// For gpsd, until GeoClue is used as well.
         std::chrono::milliseconds gpsd = std::chrono::seconds(10);
-        /// For any position, until it is told that there is none.
+        /// For any position, until positionMissing() is emitted.
         std::chrono::milliseconds position = std::chrono::seconds(60);
     };
 
-    /// Metres; the accuracy of a position that may be too far from where one really is.
+    /// Accuracy in metres from which on a position is reported as rough.
     static constexpr qreal roughMeters = 250;
 
-    /// `systemBus` outlives it.
+    /// `systemBus` must outlive this object.
     PositionSource(const GpsdAddress &gpsdAddress, MessageBus &systemBus, const Patience &howLong,
                    QObject *parent = nullptr);
 
@@ -44,22 +43,23 @@ public:
     int minimumUpdateInterval() const override;
     Error error() const override;
 
-    /// Gives a pending request up; nothing is told of it any more.
+    /// Cancels a pending request. No signal is emitted for it.
     void cancelRequest();
 
 public slots:
     void startUpdates() override;
     void stopUpdates() override;
-    /// A time-out of 0 stands for five minutes.
+    /// A timeout of 0 means five minutes.
     void requestUpdate(int timeout) override;
 
 signals:
-    /// A position is known, but not closer than by the horizontal accuracy it has.
+    /// A position is known, but its horizontal accuracy is worse than roughMeters.
     void roughPositionUpdated(const QGeoPositionInfo &position);
-    /// No position of any accuracy has come for 60 s while one was wanted. It is told once until
-    /// one comes.
+    /// No position of any accuracy has arrived for 60 s while one was wanted. Emitted once until a
+    /// position arrives.
     void positionMissing();
-    /// The location service refuses to tell positions, and gpsd has none. It goes on being asked.
+    /// The location service refuses to report positions, and gpsd has none. The service is still
+    /// asked.
     void locationRefused();
 
 private:
@@ -72,14 +72,14 @@ private:
     Patience patience;
     GpsdClient gpsd;
     GeoClue geoClue;
-    /// Run out when a position has not come in time.
+    /// Fire when a position has not arrived in time.
     QTimer gpsdSilence;
     QTimer missing;
-    /// Runs while a request waits for its position.
+    /// Runs while a request is pending.
     QTimer request;
     bool updating = false;
     bool asking = false;
-    /// As of the last time that positions were wanted.
+    /// State of the last time when positions were wanted.
     bool gpsdDelivers = true;
     QGeoPositionInfo lastPosition;
     Error lastError = NoError;
@@ -99,6 +99,6 @@ public:
                                                  const QVariantMap &parameters) override;
     QGeoAreaMonitorSource *areaMonitor(QObject *parent, const QVariantMap &parameters) override;
 
-    /// Whether it offers a source; tests see what a device without any does.
+    /// Whether the plugin offers a source. Tests clear it to simulate a device without one.
     static inline bool isOffered = true;
 };

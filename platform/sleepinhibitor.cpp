@@ -56,7 +56,7 @@ void SleepInhibitor::inhibitBy(const QString &mode)
             lock = qvariant_cast<QDBusUnixFileDescriptor>(results.constFirst());
         },
         [this, mode](const QString & /*error*/) {
-            // Blocking takes a session of one's own; delaying is granted to anyone.
+            // "block" requires an active session of the user; "delay" is granted to everyone.
             if (mode == block)
                 inhibitBy(delay);
         });
@@ -67,7 +67,7 @@ void SleepInhibitor::prepareForSleep(bool begins)
     if (!holding)
         return;
     if (begins) {
-        lock = {}; // else the device would wait for nothing
+        lock = {}; // otherwise the device would wait in vain
         emit fallingAsleep();
     } else {
         inhibitBy(block);

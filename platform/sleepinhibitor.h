@@ -9,25 +9,25 @@
 
 class MessageBus;
 
-/// Keeps the device from falling asleep, by org.freedesktop.login1; the screen may go dark. Where
-/// that is not granted, sleep is only delayed, and told. No call waits.
+/// Prevents the device from sleeping, by org.freedesktop.login1; the screen may turn off. Where
+/// that is not granted, it only delays sleep and emits fallingAsleep(). No function blocks.
 class SleepInhibitor : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `systemBus` outlives it.
+    /// `systemBus` must outlive this object.
     explicit SleepInhibitor(MessageBus &systemBus, QObject *parent = nullptr);
 
-    /// Keeps it awake from now on; `why` is for the person, and translated.
+    /// Prevents sleep from now on. `why` is a translated text for the user.
     void hold(const QString &why);
-    /// Lets it fall asleep again.
+    /// Allows sleep again.
     void release();
 
 signals:
-    /// The device falls asleep in spite of it.
+    /// The device is about to sleep in spite of the lock.
     void fallingAsleep();
-    /// It has woken up.
+    /// The device has woken up.
     void wokeUp();
 
 private slots:
@@ -38,7 +38,7 @@ private:
 
     MessageBus &bus;
     QString reason;
-    /// There while sleep is to be inhibited; replies go with it.
+    /// The context of all calls while sleep is inhibited. Replies are ignored once it is destroyed.
     std::unique_ptr<QObject> holding;
     /// Sleep is inhibited while this is open.
     QDBusUnixFileDescriptor lock;

@@ -3,14 +3,13 @@
 
 #include <QString>
 
-/// Writing to standard error without ever waiting for whoever reads it: a line that it does not
-/// take at once is dropped.
+/// Non-blocking output to standard error: a line that cannot be written at once is dropped.
 namespace StandardError {
 
-/// Writes a line; `text` is without its end.
+/// Writes a line; `text` has no line ending.
 void write(const QString &text);
 
-/// Writes from now on all messages of Qt (qDebug() and its kin) so.
+/// Installs a handler that writes all Qt messages (qDebug() and similar) in this way.
 void takeMessages();
 
 } // namespace StandardError
