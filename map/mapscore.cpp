@@ -22,14 +22,14 @@ using WebMercator::tileExtent;
 
 namespace {
 
-/// In all, however the bytes come: Qt's own limit starts anew with each of them.
+/// Limit for a whole transfer. Qt's own timeout starts again with every byte received.
 constexpr auto transferLimit = 30s;
 constexpr int mostRedirects = 5;
-/// How far beyond the view tiles are kept.
+/// Number of tiles beyond the view that are kept.
 constexpr int keptTiles = 2;
-/// Of the tile that a request is for.
+/// The zoom level of the requested tile.
 constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
-// Pixels. A marker marks the point at its lower right corner.
+// In pixels. A marker marks the point at its lower right corner.
 constexpr int storePinExtent = 30;
 constexpr int positionMarkExtent = 20;
 
@@ -118,7 +118,7 @@ void MapsCore::setPositionMark(float positionLatitude, float positionLongitude)
     invalidate();
 }
 
-/// Where the centre lies in the grid of tiles.
+/// Returns the position of the centre in the tile grid.
 QPointF MapsCore::centerTile() const
 {
     return WebMercator::tileForCoordinate(exactLatitude, exactLongitude, zoom);
@@ -130,7 +130,7 @@ void MapsCore::invalidate()
         return;
     const QPointF center = centerTile();
     const QPoint tile(static_cast<int>(center.x()), static_cast<int>(center.y()));
-    // Where the corner of the tile in the middle lies.
+    // Returns where the corner of the tile in the middle lies.
     const auto corner = [](int middle, double at) {
         return static_cast<int>(middle - (at - std::floor(at)) * tileExtent);
     };
@@ -163,8 +163,8 @@ void MapsCore::placeStorePinAt(int x, int y)
                     WebMercator::longitudeFromTile(place.x(), zoom))));
 }
 
-/// Made when it is first needed: the cache makes its folders at once, which would delay the start
-/// of a program whose map may never be looked at.
+/// Creates the network manager when it is first needed. The cache creates its folders at once,
+/// which would delay the start of a program whose map may never be opened.
 QNetworkAccessManager *MapsCore::network()
 {
     if (!manager) {
@@ -177,7 +177,7 @@ QNetworkAccessManager *MapsCore::network()
     return manager;
 }
 
-/// Starts to fetch the next tile, if one is missing.
+/// Starts to fetch the next missing tile, if any.
 void MapsCore::download()
 {
     url.clear();
@@ -190,8 +190,8 @@ void MapsCore::download()
     fetch(tile);
 }
 
-/// The topmost missing tile of the rightmost column that misses one, a column and a row beyond the
-/// view included. (0, 0) stands for none, so that tile itself is never fetched.
+/// Returns the topmost missing tile of the rightmost column that has one, including a column and a
+/// row beyond the view. (0, 0) means none, so that tile itself is never fetched.
 QPoint MapsCore::nextTile() const
 {
     QPoint next(0, 0);
@@ -211,16 +211,16 @@ void MapsCore::fetch(const QPoint &tile)
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", TileServer::userAgent());
-    // Unpacked by Qt, a small answer could become a huge one.
+    // Qt would decompress the reply, and a small reply could become a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::User, tile);
     request.setAttribute(zoomAttribute, zoom);
-    // A tile server has no business with knowing who comes again.
+    // Cookies would let a tile server recognise the user.
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setMaximumRedirectsAllowed(mostRedirects);
     QNetworkReply *reply = network()->get(request);
-    // Qt stops reading somewhat below this, and does not say so.
+    // Qt stops reading somewhat below this limit without an error.
     reply->setReadBufferSize(2 * TileImage::largestBody);
     connect(reply, &QNetworkReply::readyRead, this, [reply] {
         if (reply->bytesAvailable() > TileImage::largestBody)
@@ -242,8 +242,8 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     }
     const QPoint tile = request.attribute(QNetworkRequest::User).toPoint();
     const QImage image = TileImage::read(bodyOf(reply));
-    // What is no picture, a hotspot's page of welcome for example, must not come again from the
-    // cache.
+    // A reply that is not a picture, for example a hotspot's login page, must not come from the
+    // cache again.
     if (image.isNull())
         network()->cache()->remove(request.url());
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
@@ -253,8 +253,8 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     download();
 }
 
-/// What `reply` brought; when it failed, what the cache has, however old: an old tile is better
-/// than none.
+/// Returns the body of `reply`. If the request failed, returns the cached tile, even if it has
+/// expired: an old tile is better than none.
 QByteArray MapsCore::bodyOf(QNetworkReply *reply)
 {
     const QUrl asked = reply->request().url();
@@ -263,8 +263,8 @@ QByteArray MapsCore::bodyOf(QNetworkReply *reply)
         return cached.isEmpty() ? cachedBody(reply->url()) : cached;
     }
     QByteArray body = reply->read(TileImage::largestBody + 1);
-    // The cache has it under the address that it came from in the end, and that is asked for only
-    // after the server has redirected to it once more.
+    // After a redirection, the cache has the tile only under its final address. Storing it under
+    // the requested address as well makes it available when the server cannot redirect.
     if (reply->url() != asked) {
         QNetworkCacheMetaData entry = network()->cache()->metaData(reply->url());
         entry.setUrl(asked);

@@ -15,28 +15,28 @@ class QNetworkAccessManager;
 class QNetworkReply;
 class QPainter;
 
-/// The map without a widget: it knows which tiles cover a view, fetches the missing ones, one at a
-/// time and through a cache on disk, and paints them with two markers.
+/// The map without a widget. It computes which tiles cover a view, fetches the missing ones, one at
+/// a time and through a disk cache, and paints them with two markers.
 ///
-/// Coordinates are degrees, latitude first. Those that no map can show, infinite ones and what is
-/// not a number included, are moved to the nearest place that it can. Pixels are the pixels of the
-/// device.
+/// Coordinates are in degrees, latitude first. Coordinates outside the map, including infinity and
+/// NaN, are moved to the nearest valid place. Pixels are device pixels.
 class MapsCore : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Fetches from the server that TROLLEO_TILE_SERVER names.
+    /// Uses the tile server in the environment variable TROLLEO_TILE_SERVER.
     explicit MapsCore(QObject *parent = nullptr);
     ~MapsCore() override;
 
-    /// None of the three computes anything; invalidate() is to follow.
+    /// These three setters compute nothing; call invalidate() afterwards.
     void setSize(const QSize &size);
     void setZoom(int level);
     /// Device pixels per pixel of the markers' size.
     void setPixelRatio(qreal ratio);
 
-    /// Whether tiles are fetched; they are at first. Ending it gives up the request in flight.
+    /// Enables or disables fetching; it is enabled by default. Disabling aborts the current
+    /// request.
     void setFetching(bool on);
 
     void setCenter(float centerLatitude, float centerLongitude);
@@ -44,13 +44,14 @@ public:
     void hideStorePin();
     void setPositionMark(float positionLatitude, float positionLongitude);
 
-    /// Computes anew which tiles cover the view, and where they lie. Nothing for an empty view.
+    /// Recomputes which tiles cover the view, and where they lie. Does nothing if the view is
+    /// empty.
     void invalidate();
-    /// Moves the contents of the view by `delta`.
+    /// Moves the contents of the view by `delta` pixels.
     void pan(const QPoint &delta);
-    /// Puts the store pin where a point of the view lies.
+    /// Puts the store pin at a point of the view.
     void placeStorePinAt(int x, int y);
-    /// Paints what meets `rect`.
+    /// Paints everything that intersects `rect`.
     void render(QPainter *painter, const QRect &rect);
 
     float centerLatitude() const;
@@ -60,12 +61,13 @@ public:
     bool isStorePinShown() const;
 
 signals:
-    /// That part of the view has to be painted again.
+    /// `rect` of the view must be painted again.
     void updated(QRect rect);
 
 public slots:
-    /// Keeps the tile that `reply` brought, or the empty one, and fetches the next. Deletes
-    /// `reply` later. The tile's place is the attribute QNetworkRequest::User of its request.
+    /// Stores the tile in `reply` or in the cache, or else the empty tile, and fetches the next
+    /// one. Deletes `reply` later. The attribute QNetworkRequest::User of the request is the tile's
+    /// position in the grid.
     void handleNetworkData(QNetworkReply *reply);
 
 private:
@@ -86,7 +88,8 @@ private:
     int zoom = 16;
     float latitude = 59.913822F;
     float longitude = 10.738741F;
-    /// The centre as dragging leaves it: rounded to single precision, slow drags would drift.
+    /// The centre in double precision: slow drags would drift if it were rounded to single
+    /// precision.
     double exactLatitude;
     double exactLongitude;
     float storeLatitude = 0;
@@ -96,7 +99,7 @@ private:
     bool showStorePin = false;
     bool showPositionMark = false;
     qreal pixelRatio = 1;
-    /// Where the first tile's corner lies in the view.
+    /// Where the corner of the first tile lies in the view.
     QPoint offset;
     /// The tiles that cover the view.
     QRect tilesRect;
@@ -108,7 +111,7 @@ private:
     QUrl server;
     QNetworkAccessManager *manager = nullptr;
     bool fetching = true;
-    /// Of the tile being fetched; empty when none is.
+    /// The address of the tile being fetched; empty if there is none.
     QUrl url;
     QPointer<QNetworkReply> replyInFlight;
     QTimer transferTimer;

@@ -32,7 +32,7 @@ constexpr int attributionPointSize = 10;
 constexpr int attributionMargin = 3;
 constexpr int leastMenuPointSize = 9;
 
-/// Where an arrow key points; no distance for any other key.
+/// Returns the direction of an arrow key, or a null point for any other key.
 QPoint directionOf(int key)
 {
     switch (key) {
@@ -54,9 +54,10 @@ QString translated(const char *text)
     return QCoreApplication::translate("ShopWindow", text);
 }
 
-/// A menu that opens under a finger which is still down: lifting it chooses nothing. A whole click
-/// on an entry chooses it: QMenu only closes when the pointer seems not to have moved since the
-/// menu opened, as one that was never seen before does in Qt 6.8.
+/// A menu that opens under a pressed finger; releasing that finger chooses nothing. A complete
+/// click on an entry chooses it. QMenu would only close the menu if the pointer seems not to have
+/// moved since the menu opened, which in Qt 6.8 is the case for a pointer that was never seen
+/// before.
 class HeldMenu : public QMenu
 {
 public:
@@ -162,7 +163,7 @@ void MapsWidget::setNewMark()
     emit markUpdated(core->pinLatitude(), core->pinLongitude());
 }
 
-/// The core counts in pixels of the device, so that a tile is as sharp as it can be.
+/// Converts to the device pixels of the core, so that tiles are as sharp as possible.
 QPoint MapsWidget::toDevice(const QPoint &position) const
 {
     return (QPointF(position) * devicePixelRatio()).toPoint();
@@ -185,10 +186,10 @@ void MapsWidget::resizeEvent(QResizeEvent * /*event*/)
 void MapsWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // Pages are shown for a moment when the window is turned, which nobody gets to see. And whoever
-    // shows the map centres it first.
+    // Turning the window shows every page for a moment, unseen. A map may also be centred just
+    // after it is shown.
     QTimer::singleShot(0, this, &MapsWidget::fetchIfSeen);
-    // A window that comes back has its focus already.
+    // A window that is activated again already has its focus.
     if (!event->spontaneous())
         QTimer::singleShot(0, this, [this] {
             if (isVisible())
@@ -213,7 +214,7 @@ void MapsWidget::hideEvent(QHideEvent *event)
 
 void MapsWidget::paintEvent(QPaintEvent *event)
 {
-    // No event tells that the window has moved to a denser screen.
+    // There is no event for moving the window to a screen with another pixel ratio.
     if (fittedRatio != devicePixelRatio())
         fitCore();
     QPainter painter(this);
@@ -234,23 +235,22 @@ void MapsWidget::paintEvent(QPaintEvent *event)
                        attribution);
 }
 
-/// The attribution as it is drawn over each frame: drawing the text itself takes as long as many
-/// tiles.
+/// Draws the attribution once for all frames: drawing text takes as long as many tiles.
 QPixmap MapsWidget::drawnAttribution() const
 {
     QFont small = font();
     small.setPointSize(attributionPointSize);
     const QRect room(0, 0, width() - 2 * attributionMargin, height());
-    // Also where all else is written from right to left.
+    // Left-aligned in right-to-left layouts, too.
     constexpr int flags = Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignAbsolute;
-    // A picture may count points in other pixels than the screen does.
+    // The resolution of a pixmap can differ from that of the screen.
     QPixmap drawn(1, 1);
     const QRect place =
         QFontMetrics(small, &drawn).boundingRect(room, flags, TileServer::attribution());
     const QSize size(place.width() + 2 * attributionMargin, place.height());
     drawn = QPixmap((QSizeF(size) * fittedRatio).toSize());
     drawn.setDevicePixelRatio(fittedRatio);
-    // Legible on a dark tile as well.
+    // Keeps the text legible on dark tiles.
     drawn.fill(QColor(255, 255, 255, 200)); // NOLINT: mostly opaque white
     QPainter painter(&drawn);
     painter.setFont(small);
@@ -283,7 +283,7 @@ void MapsWidget::mousePressEvent(QMouseEvent *event)
     still = true;
     pressPos = event->position().toPoint();
     dragPos = pressPos;
-    // A coarse timer may come a twentieth early.
+    // A coarse timer may fire up to 5% early.
     tapTimer.start(tapAndHoldTime, Qt::PreciseTimer, this);
     tapDeadline.setRemainingTime(tapAndHoldTime + catchUpTime, Qt::PreciseTimer);
 }
@@ -309,7 +309,7 @@ void MapsWidget::mouseMoveEvent(QMouseEvent *event)
     dragTo(position);
 }
 
-/// The map goes with the finger.
+/// Moves the map with the finger.
 void MapsWidget::dragTo(const QPoint &position)
 {
     core->pan(toDevice(position) - toDevice(dragPos));
@@ -318,7 +318,7 @@ void MapsWidget::dragTo(const QPoint &position)
 
 void MapsWidget::mouseReleaseEvent(QMouseEvent * /*event*/)
 {
-    // The menu still comes: a short tap opens it as well.
+    // The tap timer keeps running, because a short tap opens the menu as well.
     zoomed = false;
     update();
 }
@@ -329,7 +329,7 @@ void MapsWidget::timerEvent(QTimerEvent *event)
         QWidget::timerEvent(event);
         return;
     }
-    // What the finger did while the program was busy may still be on its way, and make this a drag.
+    // Mouse events from the time when the program was busy may still arrive and make this a drag.
     if (tapDeadline.hasExpired()) {
         tapDeadline = QDeadlineTimer::Forever;
         tapTimer.start(catchUpTime, Qt::PreciseTimer, this);
@@ -349,7 +349,7 @@ void MapsWidget::openMenu()
     menu->setObjectName(u"mapMenu"_s);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setFont(font());                 // large enough for a finger
-    menu->setPalette(window()->palette()); // which no window takes over from another
+    menu->setPalette(window()->palette()); // windows do not inherit palettes
     if (trackingMode) {
         menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Goto Store")), this,
                         &MapsWidget::centerByStore);
@@ -363,11 +363,11 @@ void MapsWidget::openMenu()
         menu->addAction(translated(QT_TRANSLATE_NOOP("ShopWindow", "Center by GPS")), this,
                         &MapsWidget::centerByGps);
     }
-    // Some styles elide entries that they have just made room for.
+    // Some styles elide entries although they have just made room for them.
     const auto wholeWidth = [this] {
         return menu->sizeHint().width() + menu->fontMetrics().horizontalAdvance(u"MM"_s);
     };
-    // Nothing wraps in a menu.
+    // Menu entries do not wrap, so the font is made smaller.
     for (QFont smaller = font();
          wholeWidth() > window()->width() && smaller.pointSize() > leastMenuPointSize;
          menu->setFont(smaller))
@@ -376,12 +376,12 @@ void MapsWidget::openMenu()
     menu->popup(mapToGlobal(pressPos));
 }
 
-/// The menu key stands for a tap on the middle of the map.
+/// The menu key acts like a tap in the middle of the map.
 void MapsWidget::contextMenuEvent(QContextMenuEvent *event)
 {
     if (event->reason() != QContextMenuEvent::Keyboard)
         return;
-    pressPos = {width() / 2, height() / 2}; // the core's middle
+    pressPos = {width() / 2, height() / 2}; // same rounding as in the core
     openMenu();
 }
 
@@ -396,7 +396,7 @@ void MapsWidget::keyPressEvent(QKeyEvent *event)
     } else if (zoomed) {
         moveMagnifier(direction * magnifierStep);
     } else {
-        // The view goes where the key points, so what it shows goes the other way.
+        // The view moves in the direction of the key, so its contents move the other way.
         core->pan(-toDevice(direction * keyStep));
     }
 }

@@ -12,9 +12,9 @@
 class MapsCore;
 class QMenu;
 
-/// The map on the screen: dragged by a finger or moved by the arrow keys, with a menu that opens on
-/// tap and hold and by the menu key. Tiles are fetched while somebody sees it. Coordinates are
-/// degrees, latitude first.
+/// The map on the screen. It is dragged by a finger or moved by the arrow keys, and has a menu that
+/// opens on tap and hold or by the menu key. Tiles are fetched only while the map is visible.
+/// Coordinates are in degrees, latitude first.
 class MapsWidget : public QWidget
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ public:
     explicit MapsWidget(QWidget *parent = nullptr);
     ~MapsWidget() override;
 
-    /// In tracking mode the menu leads to the nearest store and to the position, else it sets
-    /// coordinates; tracking looks at a larger part of the world.
+    /// In tracking mode the menu centres the map on the nearest store or the position, and the zoom
+    /// shows a larger area. Otherwise the menu sets coordinates.
     void setTrackingMode(bool tracking);
 
     void setCenter(float latitude, float longitude);
@@ -36,7 +36,7 @@ public:
     float centerLongitude() const;
 
 signals:
-    /// The person has put the store pin there.
+    /// The user has placed the store pin.
     void markUpdated(qreal latitude, qreal longitude);
     void centerByGps();
     void centerByStore();
@@ -44,7 +44,7 @@ signals:
 
 public slots:
     void toggleNightMode();
-    /// Paints `rect`, in pixels of the device, again.
+    /// Repaints `rect`, in device pixels.
     void updateMap(QRect rect);
     /// Puts the store pin where the map was pressed.
     void setNewMark();
@@ -61,9 +61,9 @@ protected:
     void showEvent(QShowEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
-    /// The magnifier is out; nothing in the program takes it out yet.
+    /// Whether the magnifier is shown. The program does not show it yet.
     bool zoomed = false;
-    /// Where the magnifier is.
+    /// The centre of the magnifier.
     QPoint magnifierPos;
 
 private:
@@ -77,7 +77,7 @@ private:
     void paintMagnifier(QPainter &painter);
 
     MapsCore *core;
-    /// Device pixels per pixel, as the core counts them.
+    /// Device pixels per pixel, as last passed to the core.
     qreal fittedRatio = 1;
     bool pressed = false;
     /// The press has not moved far enough to be a drag.
@@ -85,12 +85,14 @@ private:
     QPoint pressPos;
     QPoint dragPos;
     QBasicTimer tapTimer;
-    /// Once it has expired, the program was kept from looking at what the finger did.
+    /// If it has expired when the tap timer fires, the program was busy and mouse events may be
+    /// pending.
     QDeadlineTimer tapDeadline;
     bool nightMode = false;
     bool trackingMode = false;
     QPointer<QMenu> menu;
-    /// Drawn for the size of the map and this font; null when it has to be drawn anew.
+    /// The attribution, drawn for the size of the map and attributionFont; null if it must be drawn
+    /// again.
     QPixmap attribution;
     QFont attributionFont;
 };

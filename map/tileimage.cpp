@@ -13,11 +13,12 @@ const QByteArray pngSignature = QByteArrayLiteral("\x89PNG\r\n\x1a\n");
 const QByteArray jpegStartOfScan = QByteArrayLiteral("\xff\xda");
 const QByteArray jpegEnd = QByteArrayLiteral("\xff\xd9");
 
-/// What it takes to show the PNG picture `body`; empty when it is not complete. Texts and profiles
-/// are left out: Qt would unpack each of them, to megabytes.
+/// Returns only the chunks that are needed to show the PNG picture `body`, or nothing if it is not
+/// complete. Texts and profiles are removed, because Qt would decompress each of them, to
+/// megabytes.
 QByteArray essentialPng(const QByteArray &body)
 {
-    // Length, name and checksum of a chunk.
+    // Size of the length, the name and the checksum of a chunk.
     constexpr qsizetype frame = 12;
     constexpr qsizetype nameAt = 4;
     QByteArray result = pngSignature;
@@ -36,8 +37,8 @@ QByteArray essentialPng(const QByteArray &body)
     return {};
 }
 
-/// The JPEG picture `body`; empty when it is not complete, which Qt would not mind, or has
-/// more scans than anyone draws it with: each of them costs as much as a whole picture.
+/// Returns the JPEG picture `body`. Returns nothing if it is not complete, which Qt would accept,
+/// or has more scans than real pictures have: each scan takes as much time as a whole picture.
 QByteArray harmlessJpeg(const QByteArray &body)
 {
     constexpr qsizetype mostScans = 32;
@@ -52,8 +53,8 @@ QImage TileImage::read(QByteArray body)
         return {};
     QBuffer buffer(&body);
     buffer.open(QIODevice::ReadOnly);
-    // The format is guessed from the contents, but not every format is a tile's: a drawing, say,
-    // could name other files or take any time.
+    // The format is detected from the contents. Not every format that Qt reads is acceptable: an
+    // SVG drawing, for example, could refer to other files or take any time.
     const QByteArray format = QImageReader::imageFormat(&buffer);
     buffer.close();
     if (format == "png")

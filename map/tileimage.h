@@ -4,16 +4,17 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Reads what a tile server sent, which may be anything.
+/// Reads the reply of a tile server, which may be any data.
 namespace TileImage {
 
-/// Bytes a tile may have.
+/// Maximum size of a tile in bytes.
 inline constexpr qint64 largestBody = 2LL * 1024 * 1024;
-/// Pixels a tile may be wide and high.
+/// Maximum width and height of a tile in pixels.
 inline constexpr int largestExtent = 1024;
 
-/// The picture in `body`, at the size of a tile. Null when it is no complete PNG, JPEG, GIF or
-/// WebP picture within the limits above; nothing larger is ever unpacked.
+/// Returns the picture in `body`, scaled to the size of a tile. Returns a null image if `body` is
+/// not a complete PNG, JPEG, GIF or WebP picture within the limits above. Larger pictures are never
+/// decoded.
 QImage read(QByteArray body);
 
 } // namespace TileImage

@@ -6,20 +6,21 @@
 #include <QString>
 #include <QUrl>
 
-/// Where tiles come from, and as who the program asks for them.
+/// The address of the tile server, and how the program identifies itself there.
 namespace TileServer {
 
-/// The base URL that `setting` names, or the public OpenStreetMap server for an empty one. What is
-/// no http or https URL of a host is refused with a line on standard error.
+/// Returns the base URL in `setting`, or the public OpenStreetMap server if it is empty. A value
+/// that is not an http or https URL with a host is refused with a line on standard error.
 QUrl baseUrl(const QString &setting);
 
-/// The URL of a tile of a standard slippy-map server.
+/// Returns the URL of a tile on a standard slippy-map server.
 QUrl tileUrl(const QUrl &base, int zoom, const QPoint &tile);
 
-/// Names program, version and a contact, as the servers' usage policy wants it.
+/// Returns the program name, the version and a contact, as the usage policy of the servers
+/// requires.
 QByteArray userAgent();
 
-/// What has to be said wherever the map shows.
+/// Returns the text that must be visible wherever the map is shown.
 QString attribution();
 
 } // namespace TileServer

@@ -44,7 +44,7 @@ QPointF WebMercator::tileForCoordinate(double latitude, double longitude, int zo
     const double phi = clampedLatitude(latitude) * pi / degreesOfHalfCircle;
     const double tx =
         (clampedLongitude(longitude) + degreesOfHalfCircle) / degreesOfCircle * tilesAcross(zoom);
-    // asinh(tan(phi)) is ln(tan(phi) + 1 / cos(phi)) without its loss of digits in the south.
+    // asinh(tan(phi)) equals ln(tan(phi) + 1 / cos(phi)), but loses no digits in the south.
     const double ty = (1 - std::asinh(std::tan(phi)) / pi) / 2 * tilesAcross(zoom);
     return {tx, ty};
 }

@@ -4,37 +4,37 @@
 #include <QPoint>
 #include <QPointF>
 
-/// The arithmetic of slippy-map tiles in the Web-Mercator projection (EPSG:3857); formulas as in
-/// "Slippy map tilenames" of the OpenStreetMap wiki. Angles are degrees, x grows eastwards and y
-/// southwards. At zoom z the world is 2^z tiles wide and high, with (0, 0) in its north-west.
+/// Slippy-map tile arithmetic in the Web-Mercator projection (EPSG:3857). The formulas are from
+/// "Slippy map tilenames" in the OpenStreetMap wiki. Angles are in degrees, x grows eastwards and y
+/// southwards. At zoom z the world is 2^z tiles wide and high, with (0, 0) in the north-west.
 namespace WebMercator {
 
-/// Pixels a tile is wide and high.
+/// Width and height of a tile in pixels.
 inline constexpr int tileExtent = 256;
 
-/// Where the projection ends, north and south: atan(sinh(pi)).
+/// The northern and southern limit of the projection: atan(sinh(pi)).
 inline constexpr double latitudeLimit = 85.05112877980659;
 inline constexpr double longitudeLimit = 180;
 
-/// `latitude` within the limits of the projection; what is not a number is the equator.
+/// Returns `latitude` limited to the projection; 0 if it is NaN.
 double clampedLatitude(double latitude);
-/// `longitude` within -180 to 180; what is not a number is the prime meridian.
+/// Returns `longitude` limited to -180 to 180; 0 if it is NaN.
 double clampedLongitude(double longitude);
-/// `longitude` turned around the earth into -180 to 180.
+/// Returns `longitude` wrapped around the earth to -180 to 180.
 double wrappedLongitude(double longitude);
 
-/// Where a point lies in the grid of tiles. Coordinates are clamped first.
+/// Returns the position of a point in the tile grid. Coordinates are clamped first.
 QPointF tileForCoordinate(double latitude, double longitude, int zoom);
-/// Not clamped: beyond the grid it is beyond -180 to 180.
+/// Not clamped: a `tx` outside the grid gives a longitude outside -180 to 180.
 double longitudeFromTile(double tx, int zoom);
-/// Beyond the grid it is the projection's limit.
+/// A `ty` outside the grid gives the limit of the projection.
 double latitudeFromTile(double ty, int zoom);
 
-/// How many pixels a point lies right of and below another.
+/// Returns how many pixels a point lies right of and below the centre.
 QPointF pixelOffset(double latitude, double longitude, double centerLatitude,
                     double centerLongitude, int zoom);
 
-/// Whether the world has a tile at `tile`.
+/// Returns whether the world has a tile at `tile`.
 bool isInGrid(const QPoint &tile, int zoom);
 
 } // namespace WebMercator
