@@ -23,7 +23,7 @@ double Coordinates::number(const QString &text)
 
 Coordinates::Sexagesimal Coordinates::toSexagesimal(double degrees)
 {
-    // 10.1 in binary is a little less than six minutes beyond ten degrees.
+    // In binary, 10.1 is slightly less than ten degrees and six minutes.
     constexpr double noise = 1e-9;
     constexpr int decimalsOfSeconds = 2;
     const double value = std::abs(degrees);
@@ -64,6 +64,6 @@ bool Coordinates::isPlace(double latitude, double longitude)
 
 bool Coordinates::areEqual(float latitude, float longitude)
 {
-    // The comparison is relative and would find nothing equal to 0.
+    // The comparison is relative, so nothing would be equal to 0.
     return qFuzzyCompare(longitude + 1, latitude + 1);
 }

@@ -3,13 +3,13 @@
 
 #include <QString>
 
-/// Coordinates in degrees, as people write them.
+/// Conversion and formatting of coordinates in degrees.
 namespace Coordinates {
 
-/// An angle as degrees, minutes and seconds, each as its field shows it.
+/// An angle in degrees, minutes and seconds, as text for the fields.
 struct Sexagesimal
 {
-    /// South of the equator, or west of the prime meridian.
+    /// True south of the equator, or west of the prime meridian.
     bool isNegative = false;
     QString degrees;
     QString minutes;
@@ -17,24 +17,24 @@ struct Sexagesimal
     QString seconds;
 };
 
-/// `text` as a real number; 0 when it is none.
+/// Returns `text` as a number, or 0 if it is not a number.
 double number(const QString &text);
 
-/// Degrees and minutes are cut, seconds are rounded.
+/// Degrees and minutes are truncated, seconds are rounded.
 Sexagesimal toSexagesimal(double degrees);
-/// A part that is empty or no number counts as 0.
+/// A part that is empty or not a number counts as 0.
 double fromSexagesimal(const Sexagesimal &angle);
 
-/// With six decimals.
+/// Returns `degrees` with six decimals.
 QString decimalText(double degrees);
-/// With eight significant digits.
+/// Returns `degrees` with eight significant digits.
 QString text(float degrees);
 
-/// Whether there is a place on earth with these coordinates.
+/// Returns whether the coordinates are within the range of latitudes and longitudes.
 bool isPlace(double latitude, double longitude);
 
-/// Whether latitude and longitude are equal but for a hundred-thousandth, as they are when nothing
-/// was entered.
+/// Returns whether latitude and longitude are equal within a relative difference of 1e-5, as they
+/// are if nothing was entered.
 bool areEqual(float latitude, float longitude);
 
 } // namespace Coordinates

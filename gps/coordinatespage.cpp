@@ -29,7 +29,7 @@ const QString decimalMask = u"#00.000000"_s;
 const QString wholeMask = u"00"_s;
 const QString secondsMask = u"00.00"_s;
 
-/// A field as wide as what its mask holds. `axis` and `unit` are what a screen reader says.
+/// Creates a field as wide as its mask. Screen readers speak `axis` and `unit`.
 MaskedField *maskedField(const QString &objectName, const QString &mask, const QString &axis,
                          const QString &unit)
 {
@@ -39,7 +39,7 @@ MaskedField *maskedField(const QString &objectName, const QString &mask, const Q
     return field;
 }
 
-/// One half of a tab: a caption, and what is to be laid out below it.
+/// Returns one half of a tab: a caption above `fields`.
 QBoxLayout *axisPane(const QString &caption, QLayout *fields)
 {
     auto *pane = new QVBoxLayout;
@@ -50,7 +50,7 @@ QBoxLayout *axisPane(const QString &caption, QLayout *fields)
     return pane;
 }
 
-/// Adds a tab whose halves stand side by side in landscape.
+/// Adds a tab with two halves, which are side by side in landscape.
 void addTab(QTabWidget *tabs, TurningBoxes &turningBoxes, const QString &title,
             QBoxLayout *latitude, QBoxLayout *longitude)
 {
@@ -99,7 +99,7 @@ bool AxisFields::sexagesimalDiffers() const
 
 void AxisFields::sexagesimalToDecimal() const
 {
-    // A value that the person could not even see is not rounded behind their back.
+    // A value that the field cannot show is not rounded without the user's knowledge.
     if (decimal->hidesValue() && !sexagesimalDiffers())
         return;
     decimal->setValue(Coordinates::decimalText(Coordinates::fromSexagesimal(sexagesimal())));
@@ -139,7 +139,7 @@ void ShopWindow::buildCoordinatesPage()
     TurningPage *page = addPage(PageCoordinates, u"coordinatesPage"_s, tr("Coords input"));
     CoordinatesPage &p = *coordinatesPage;
     p = {Frames::makeToolbarFrame(page)};
-    p.picture->hide(); // the buttons of the views are its pictures
+    p.picture->hide(); // the view buttons serve as pictures
     p.gpsButton = Controls::viewButton(u"gpsViewButton"_s, u":/img/gps.svg"_s,
                                        Controls::pictureExtent, tr("From GPS"));
     p.editButton = Controls::viewButton(u"editViewButton"_s, u":/img/gps_ed.svg"_s,
@@ -228,7 +228,7 @@ void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
         axis.hemisphere->setObjectName(prefix + u"Hemisphere"_s);
         axis.hemisphere->setAccessibleDescription(name);
         auto *row = new QHBoxLayout;
-        row->setSpacing(2); // pixels; units belong to their numbers
+        row->setSpacing(2); // pixels, so that units stay close to their numbers
         row->addWidget(axis.degrees, 2);
         row->addWidget(new QLabel(u"°"_s));
         row->addWidget(axis.minutes, 2);
@@ -295,7 +295,7 @@ void ShopWindow::saveEnteredGps()
 {
     const CoordinatesPage &p = *coordinatesPage;
     const int view = p.views->currentIndex();
-    // What came from the GPS has been taken already.
+    // Coordinates from the GPS have already been taken.
     if (view != CoordinatesPage::GpsView) {
         if (view == CoordinatesPage::EditView &&
             p.tabs->currentIndex() == CoordinatesPage::SexagesimalTab) {
@@ -375,7 +375,7 @@ void ShopWindow::showGpsMapPage()
                 axis->sexagesimalToDecimal();
         }
     }
-    // Before the map shows, so that it fetches no tiles of another place.
+    // The map is centred before it is shown, so that it fetches no tiles of another place.
     if (draft.storeCoordsSet() || draft.coordsShown()) {
         mapCenterByEdited();
         p.map->setStorePin(static_cast<float>(p.latitude.value()),
@@ -403,7 +403,7 @@ void ShopWindow::btnGetGpsClicked()
         coordinatesPage->status->setText(tr("Requesting NEW store Coordinates from GPS..."));
 }
 
-/// Lets the page tell the coordinates that have been taken for the store.
+/// Shows the coordinates that have been taken for the store.
 void ShopWindow::showTakenCoordinates() const
 {
     coordinatesPage->status->setText(tr("Current store Coordinates UPDATED"));

@@ -12,7 +12,7 @@ class QTabWidget;
 /// The fields of latitude or longitude, in both notations.
 struct AxisFields
 {
-    /// What the button of the hemisphere reads for a positive and for a negative angle.
+    /// Text of the hemisphere button for a positive and for a negative angle.
     QString positive;
     QString negative;
     MaskedField *decimal = nullptr;
@@ -24,17 +24,17 @@ struct AxisFields
     void clear() const;
     void decimalToSexagesimal() const;
     void sexagesimalToDecimal() const;
-    /// The sexagesimal fields hold another angle than the decimal one would be written as.
+    /// Returns whether the sexagesimal fields differ from the decimal value converted to them.
     bool sexagesimalDiffers() const;
     void switchHemisphere() const;
-    /// What stands in the decimal field; 0 when that is no number.
+    /// Returns the value of the decimal field; 0 if it is not a number.
     double value() const;
 
 private:
     Coordinates::Sexagesimal sexagesimal() const;
 };
 
-/// Coordinates of a store: from the GPS, typed, or from the map. "Set" takes them.
+/// Coordinates of a store: from the GPS, typed, or from the map. "Set" accepts them.
 struct CoordinatesPage : ToolbarFrame
 {
     enum View { GpsView, EditView, MapView };
@@ -58,6 +58,6 @@ struct CoordinatesPage : ToolbarFrame
     QPushButton *set = nullptr;
 
     void showView(View view) const;
-    /// Shows these coordinates in all fields and values.
+    /// Shows the coordinates in all fields and labels.
     void showCoordinates(const QString &latitudeText, const QString &longitudeText) const;
 };

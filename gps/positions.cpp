@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Long enough to read two sentences.
+/// Time to read two sentences.
 constexpr auto adviceTime = 8000ms;
 
 } // namespace
@@ -32,11 +32,12 @@ void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
 {
     currentLongitude = static_cast<float>(longitude);
     currentLatitude = static_cast<float>(latitude);
-    // A receiver that sees too few satellites tells none; a statement can hold no "nan" or "inf".
+    // A receiver with too few satellites reports no altitude. A statement cannot contain "nan" or
+    // "inf".
     const auto meters = static_cast<float>(altitude);
     currentAltitude = std::isfinite(meters) ? meters : 0;
     positionWait->arrived();
-    // A reminder has to be answered first.
+    // The reminder must be answered first.
     if (pageStack->currentIndex() == PageReminder)
         return;
     const bool somebodyWaits = positionWait->waitingForFix();
@@ -55,7 +56,7 @@ void ShopWindow::coordUpdateTimeout()
     positionWait->refused();
 }
 
-/// A position that arrives later finds nobody waiting.
+/// Ends the wait, so that a position that arrives later has no effect.
 void ShopWindow::endWaiting()
 {
     positionWait->end();
@@ -89,7 +90,7 @@ void ShopWindow::tellNoPosition(const QString &text)
 
 void ShopWindow::startGpsFailed()
 {
-    // Not translated: it says the same in every language of the program.
+    // Not translated: the text is the same in every language of the program.
     showMessage(tr("GPS"), u"Failed to start GPS system"_s, u":/img/error.svg"_s, PageMain);
 }
 
@@ -111,7 +112,7 @@ bool ShopWindow::waitForPosition(void (ShopWindow::*taken)())
     return true;
 }
 
-/// Takes the position that has arrived. The next one to ask waits for a position of its own.
+/// Takes the position that has arrived. The next wait needs a new position.
 void ShopWindow::takeAwaitedPosition()
 {
     endWaiting();
@@ -119,7 +120,7 @@ void ShopWindow::takeAwaitedPosition()
     positionWait->expire();
 }
 
-/// Takes the current position for the store that is being edited.
+/// Sets the coordinates of the store being edited to the current position.
 void ShopWindow::takePosition()
 {
     draft.takePosition(currentLatitude, currentLongitude, currentAltitude);

@@ -31,7 +31,7 @@ void PositionWait::askSource()
 {
     state = State::Asking;
     ask();
-    // A source that answers at once may have ended the wait.
+    // A source that answers synchronously may have ended the wait.
     if (state == State::Asking)
         state = State::Waiting;
 }

@@ -5,69 +5,69 @@
 
 #include <QTimer>
 
-/// The wait for a position: whether there is one, who waits for the next one, and what the person
-/// was told meanwhile. It asks the source again for as long as somebody waits.
+/// The wait for a position: whether a position is available, whether a page waits for the next one,
+/// and what the user has been told. It repeats its request to the source during a wait.
 class PositionWait
 {
 public:
     using Action = std::function<void()>;
 
-    /// `askAction` lets the source look for a position; the source may refuse before that returns.
-    /// `giveUpAction` lets it stop looking.
+    /// `askAction` makes the source look for a position; refused() may be called before it returns.
+    /// `giveUpAction` makes the source stop.
     PositionWait(Action askAction, Action giveUpAction);
 
-    /// A position has arrived that may still be used.
+    /// Returns whether a position has arrived that is still current.
     bool haveGpsFix() const
     {
         return isFresh;
     }
-    /// A position has arrived, however long ago.
+    /// Returns whether a position has ever arrived.
     bool positionKnown() const
     {
         return isKnown;
     }
-    /// Somebody waits for the next position.
+    /// Returns whether a page waits for the next position.
     bool waitingForFix() const
     {
         return state != State::Quiet;
     }
 
-    /// Somebody waits from now on: the source is asked.
+    /// Starts a wait and asks the source.
     void begin();
-    /// Nobody waits any more, and the source stops looking unless the stores page needs it.
+    /// Ends the wait. The source stops looking unless the stores page needs it.
     void end();
-    /// Who waited has a position. The source is left alone.
+    /// Ends the wait because a position has arrived. The source is not stopped.
     void satisfy();
-    /// The source has refused to look, or has found nothing in its time: it is asked again, after a
-    /// pause if it has refused at once.
+    /// The source has refused to look, or has found nothing in time. It is asked again, after a
+    /// pause if it refused at once.
     void refused();
     void arrived();
-    /// The position is too old to be used: the next one who needs one has to wait.
+    /// The position is no longer current: the next request must wait.
     void expire()
     {
         isFresh = false;
     }
 
-    /// Lets the person be told again what was told before.
+    /// Allows messages that were already shown to be shown again.
     void tellAnew();
-    /// True when it is to be told that there is no position: once until one arrives, even a rough
-    /// one.
+    /// Returns true if the user must be told that there is no position. It does so once, until a
+    /// position arrives, even a rough one.
     bool tellsMissing();
-    /// True when it is to be told that a position is a rough one: once in each wait.
+    /// Returns true if the user must be told that the position is rough, once in each wait.
     bool tellsRough();
-    /// A rough position has arrived, so there is one.
+    /// A rough position has arrived, so a position is not missing.
     void roughArrived()
     {
         isMissingTold = false;
     }
 
-    /// The stores page waits as well, to tell the distance.
+    /// The stores page waits as well, to show the distance.
     bool distancePending = false;
 
 private:
     enum class State {
         Quiet,
-        Asking, ///< the source is being asked and has not returned yet
+        Asking, ///< the request to the source has not returned yet
         Waiting,
     };
 

@@ -10,7 +10,7 @@
 
 #include "platform/positionsource.h"
 
-// Nothing else names the plugin, so without this it would not be linked in.
+// The plugin is not referenced elsewhere, so the linker would drop it without this.
 Q_IMPORT_PLUGIN(PositionPlugin)
 
 using namespace std::chrono_literals;
@@ -44,7 +44,7 @@ void TrShopGps::init()
                 if (error == QGeoPositionInfoSource::UpdateTimeoutError)
                     updateTimeout();
             });
-    // Qt's own sources tell nothing of the kind.
+    // Qt's own sources do not have these signals.
     if (const auto *ours = qobject_cast<PositionSource *>(source)) {
         connect(ours, &PositionSource::roughPositionUpdated, this,
                 [this](const QGeoPositionInfo &position) {
@@ -106,7 +106,7 @@ float TrShopGps::distanceBetween(float latitude1, float longitude1, float latitu
     return static_cast<float>(from.distanceTo(to));
 }
 
-// By value: whoever receives the position may stop the source, which then forgets its own.
+// By value: a receiver of the position may stop the source, which then discards its own copy.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TrShopGps::positionUpdated(QGeoPositionInfo info)
 {

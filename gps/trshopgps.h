@@ -7,8 +7,8 @@
 
 class QGeoPositionInfoSource;
 
-/// The device's position: follows it, or asks for it once. Each operation but init() does nothing
-/// while there is no source.
+/// The position of the device, followed continuously or requested once. Without a source, every
+/// function but init() does nothing.
 class TrShopGps : public QObject
 {
     Q_OBJECT
@@ -17,24 +17,24 @@ public:
     explicit TrShopGps(QObject *parent = nullptr);
     ~TrShopGps() override;
 
-    /// Makes the platform's default source, unless there is one. Emits startGpsFailed() when the
+    /// Creates the platform's default source, unless there is one. Emits startGpsFailed() if the
     /// platform has none.
     void init();
 
-    /// False once making the source has failed.
+    /// Returns false once creating the source has failed.
     bool isAvailable() const;
 
-    /// Follows the position, every 3000 ms.
+    /// Follows the position at intervals of 3000 ms.
     void startUpdates();
     void stopUpdates();
     bool isUpdating() const;
 
-    /// Asks for the position once, for as long as the source itself sees fit to wait.
+    /// Requests the position once, with the source's default timeout.
     void requestUpdate();
-    /// Nobody waits for the position any more that requestUpdate() asked for.
+    /// Cancels the request made by requestUpdate().
     void cancelRequest();
 
-    /// The great-circle distance in metres between two points in degrees.
+    /// Returns the great-circle distance in metres between two points in degrees.
     static float distanceBetween(float latitude1, float longitude1, float latitude2,
                                  float longitude2);
 
@@ -43,12 +43,12 @@ signals:
     /// Degrees and metres, longitude first.
     void coordinateUpdated(qreal longitude, qreal latitude, qreal altitude);
     void coordinateRequestTimeout();
-    /// Degrees and metres: a position that is known to be off by so much that it neither rings nor
-    /// says where a store is.
+    /// Degrees and metres. The position is so inaccurate that it neither triggers a reminder nor
+    /// sets the coordinates of a store.
     void roughCoordinateUpdated(qreal longitude, qreal latitude, qreal accuracyMeters);
-    /// No position has come for a minute; told once until one comes.
+    /// No position has arrived for a minute. Emitted once until a position arrives.
     void positionMissing();
-    /// The desktop's location service is switched off, or closed to us.
+    /// The desktop's location service is switched off, or not allowed for this program.
     void locationRefused();
 
 private slots:
@@ -60,6 +60,6 @@ private:
     bool available = true;
     bool sourceCreated = false;
     bool updating = false;
-    /// Milliseconds of time-outs since the last position or start.
+    /// Time in timeouts since the last position or start, in milliseconds.
     int waitedMs = 0;
 };
