@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What the answers are called in the notification.
+// Action keys of the notification.
 const QString nextAction = u"next"_s;
 const QString stopAction = u"stop"_s;
 const QString startAction = u"start"_s;
@@ -66,7 +66,8 @@ void ShopWindow::buildReminderPage()
     connect(p.startShopping, &QPushButton::clicked, this, &ShopWindow::startShoppingGps);
 }
 
-/// What a position does while tracking runs. Somebody who waited for it has been served already.
+/// Applies a position while tracking runs. `somebodyWaited` is true if a page has waited for the
+/// position and already used it.
 void ShopWindow::track(bool somebodyWaited)
 {
     const Sight seen = somebodyWaited ? Sight::OtherPage : seenByPerson();
@@ -93,17 +94,18 @@ Sight ShopWindow::seenByPerson() const
     }
 }
 
-/// Rings for the nearest store. No position is followed until the person has answered.
+/// Rings for the nearest store. Updates stop until the user has answered.
 void ShopWindow::showReminder()
 {
     constexpr int decimals = 2;
-    // What was checked is in the database; the state that follows from it else comes with "OK".
+    // Checked goods are already in the database. The state of the list would be updated only by
+    // "OK".
     if (pageStack->currentIndex() == PageDoShopping)
         updateListState();
     alarmSound->play();
     gps->stopUpdates();
     const TrackedStore &nearest = run.trackedStores.first();
-    // Not translated: it says the same in every language of the program.
+    // Not translated: the text is the same in every language of the program.
     reminderPage->store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
     QWidget *page = pageStack->widget(PageReminder);
@@ -112,9 +114,11 @@ void ShopWindow::showReminder()
     alertHelper->alert(true);
     closeWhatCoversPages();
     pageStack->setCurrentIndex(PageReminder);
-    // None of its buttons: a key that is on its way must not press one. It is read out, too.
+    // The page has the focus and not a button, because a key already pressed must not press a
+    // button. Screen readers also read the page.
     page->setFocus();
-    // Only now: a field that loses the focus takes the word that is being composed.
+    // Called after the focus change, because a field that loses focus commits the word being
+    // composed.
     inputPause->begin(page);
     bringToFront();
 }
@@ -128,7 +132,7 @@ void ShopWindow::prepareAlert() const
         {.summary = reminderPage->store->text(),
          .body = heading,
          .urgency = Notification::Critical,
-         .isResident = true, // where the window could not come to the front, it is all there is
+         .isResident = true, // needed if the window could not come to the front
          .actions = {{openAction, tr("Open Trolleo")},
                      {nextAction, reminderPage->next->text()},
                      {stopAction, reminderPage->stop->text()},
@@ -137,7 +141,7 @@ void ShopWindow::prepareAlert() const
 
 void ShopWindow::answerReminder(const QString &key)
 {
-    // The page may have been used already, which the notification does not know yet.
+    // The page may already have been answered while the notification is still shown.
     const bool isAsked = pageStack->currentIndex() == PageReminder;
     if (key == openAction)
         bringToFront();
@@ -151,8 +155,8 @@ void ShopWindow::answerReminder(const QString &key)
     }
 }
 
-/// Whoever chooses a file, or from a menu, could not answer the reminder. A dialog may have opened
-/// a box.
+/// Closes popups and dialogs, which would block the reminder. A dialog may itself have opened a
+/// message box.
 void ShopWindow::closeWhatCoversPages()
 {
     while (QWidget *popup = QApplication::activePopupWidget()) {
@@ -167,12 +171,12 @@ void ShopWindow::closeWhatCoversPages()
 
 void ShopWindow::bringToFrontBy(const QString &activationToken)
 {
-    // Where Qt's Wayland plugin looks for it, once.
+    // Qt's Wayland plugin reads the token from here, once.
     qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     bringToFront();
 }
 
-/// Lets the person see the window, whatever is before it.
+/// Brings the window to the front, even if it is minimised or covered.
 void ShopWindow::bringToFront()
 {
     QWidget *top = window();
@@ -180,7 +184,7 @@ void ShopWindow::bringToFront()
     top->show();
     top->raise();
     top->activateWindow();
-    // A compositor need not let a window push itself forward; it shows then that it wants to.
+    // A compositor may refuse to activate a window. The window then demands attention.
     QApplication::alert(top);
 }
 
@@ -212,7 +216,7 @@ void ShopWindow::startShoppingGps()
     currentListId = nearest.listId;
     currentStoreId = nearest.storeId;
     shoppingPage->listName->setText(nearest.listName);
-    // What else the page tells of the list, for when shopping ends.
+    // Updates the rest of the page, which is shown when shopping ends.
     fillShoppingPage();
     stopTracking();
     startShopping();

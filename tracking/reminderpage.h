@@ -4,7 +4,7 @@
 class QLabel;
 class QPushButton;
 
-/// The store that has come near, and what to do about it.
+/// The reminder: the store that is near, and the possible answers.
 struct ReminderPage
 {
     QLabel *heading = nullptr;

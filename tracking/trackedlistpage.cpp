@@ -36,12 +36,12 @@ void ShopWindow::setupTrackedListPage()
     TurningPage *page = addPage(PageTrackedList, u"trackedListPage"_s, tr("Tracking"));
     TrackedListPage &p = *trackedListPage;
     p = {Frames::makeListFrame(page, u":/img/eye.svg"_s, QString())};
-    // The same in both orientations.
+    // The page has the same layout in both orientations.
     page->turningBoxes.turn(Qt::Vertical);
     page->turningBoxes = {};
 
-    p.title->setMinimumWidth(1); // four buttons leave it little room on a narrow screen
-    p.picture->hide();           // the buttons of the views are its pictures
+    p.title->setMinimumWidth(1); // four buttons leave little room on a narrow screen
+    p.picture->hide();           // the view buttons serve as pictures
     p.listButton = Controls::viewButton(u"listViewButton"_s, u":/img/eye.svg"_s,
                                         Frames::listToolExtent, tr("List"));
     p.mapButton = Controls::viewButton(u"mapViewButton"_s, u":/img/map_icon.svg"_s,
@@ -49,7 +49,7 @@ void ShopWindow::setupTrackedListPage()
     p.header->insertWidget(0, p.listButton);
     p.header->insertWidget(1, p.mapButton);
 
-    // The last third of an upright row has room for any distance on earth.
+    // The second column, a third of the row in portrait, fits any distance on earth at this size.
     constexpr int rowPointSize = 13;
     QFont rowFont = p.list->font();
     rowFont.setPointSize(rowPointSize);
@@ -64,7 +64,7 @@ void ShopWindow::setupTrackedListPage()
     p.views->addWidget(p.list);
     p.views->addWidget(p.map);
     p.showView(TrackedListPage::ListView);
-    if (run.trackingActive) // in another language now
+    if (run.trackingActive) // the page was built again in another language
         nameCriterion();
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
@@ -106,8 +106,8 @@ void ShopWindow::viewFilteredTracking()
     pageStack->setCurrentIndex(PageTrackedList);
 }
 
-/// Shows a row for each tracked store, with its distance if that is known, without which there is
-/// no map. The store that was chosen stays chosen, and the list stays where it was scrolled to.
+/// Shows a row for each tracked store, with its distance if that is known. Without distances there
+/// is no map. The selected store and the scroll position are kept.
 void ShopWindow::fillTrackedList(bool distancesAreKnown)
 {
     constexpr int decimals = 6;
@@ -141,21 +141,21 @@ void ShopWindow::showTrackingAfterGps()
 {
     endWaiting();
     viewFilteredTracking();
-    // The next view waits for a position of its own.
+    // The next view needs a new position.
     positionWait->expire();
 }
 
 void ShopWindow::trackingMapShow()
 {
     endWaiting();
-    // Before the map shows, so that it fetches no tiles of another place.
+    // The map is centred before it is shown, so that it fetches no tiles of another place.
     if (positionWait->positionKnown())
         showPositionAndNearest();
     trackedListPage->showView(TrackedListPage::MapView);
     openNetworkSession();
 }
 
-/// Lets the map show the position in its middle, and the nearest store.
+/// Centres the map on the position and marks the nearest store.
 void ShopWindow::showPositionAndNearest()
 {
     mapTrackCenterByGps();

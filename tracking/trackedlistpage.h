@@ -8,7 +8,7 @@
 class MapsWidget;
 class QStackedWidget;
 
-/// The tracked stores, nearest first, or the map around the position; its title tells the
+/// The tracked stores, nearest first, or the map around the position. The title names the
 /// criterion.
 struct TrackedListPage : ListFrame
 {
@@ -19,7 +19,7 @@ struct TrackedListPage : ListFrame
     QStackedWidget *views = nullptr;
     MapsWidget *map = nullptr;
     QPushButton *ok = nullptr;
-    /// The stores of the rows, since rows carry no ids.
+    /// The ids of the rows' stores, since the rows themselves carry no ids.
     QList<int> storeIds = {};
 
     bool showsMap() const;

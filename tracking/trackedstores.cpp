@@ -39,11 +39,11 @@ void TrackedStores::refreshDistances(QList<TrackedStore> &stores, float latitude
     const QGeoCoordinate here(latitude, longitude);
     for (TrackedStore &store : stores) {
         const QGeoCoordinate place(store.latitude, store.longitude);
-        // To a place that is none Qt says 0, which would ring.
+        // For invalid coordinates Qt returns the distance 0, which would ring.
         store.distance = place.isValid() ? static_cast<float>(here.distanceTo(place))
                                          : std::numeric_limits<float>::infinity();
     }
-    // Stable, so that stores equally far do not change places with every position.
+    // A stable sort, so that equally distant stores keep their order.
     std::ranges::stable_sort(stores, {}, &TrackedStore::distance);
 }
 

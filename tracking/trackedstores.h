@@ -5,37 +5,38 @@
 #include <QSqlQuery>
 #include <QString>
 
-/// A store that tracking watches.
+/// A store that is tracked.
 struct TrackedStore
 {
     QString name;
-    /// One of its lists that are still open.
+    /// One of the open lists of the store.
     QString listName;
     int storeId = 0;
     int listId = 0;
-    /// Degrees.
+    /// In degrees.
     float latitude = 0;
     float longitude = 0;
-    /// Metres from the last position; infinite where the coordinates are no place on earth.
+    /// Metres from the last position; infinite if the coordinates are not valid.
     float distance = 0;
 };
 
 namespace TrackedStores {
 
-/// A store nearer than this rings.
+/// The reminder rings for a store nearer than this.
 inline constexpr float reminderMeters = 250.0F;
 
-/// The entry that the row of `query` makes; `storeId` is not read from it.
+/// Creates an entry from the current row of `query`. `storeId` is not read from it.
 TrackedStore entry(const QSqlQuery &query, int storeId);
 
-/// An entry for each store of the rows of `query`, made from the store's first row. The rows of a
-/// store follow each other. Empty for a statement that failed.
+/// Creates an entry for each store in `query`, from the first row of the store. The rows of a store
+/// must follow each other. Returns an empty list for a failed statement.
 QList<TrackedStore> entries(QSqlQuery &query);
 
-/// Computes the distance of each of `stores` from a point in degrees and puts the nearest first.
+/// Computes the distance of each store from a point in degrees and sorts the nearest first.
 void refreshDistances(QList<TrackedStore> &stores, float latitude, float longitude);
 
-/// Whether the nearest store is near enough to ring. `stores` are in order and may be empty.
+/// Returns whether the nearest store is near enough to ring. `stores` must be sorted and may be
+/// empty.
 bool isNearestWithinReach(const QList<TrackedStore> &stores);
 
 } // namespace TrackedStores

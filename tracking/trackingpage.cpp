@@ -37,7 +37,7 @@ namespace {
 
 constexpr int alarmLoops = 3;
 constexpr auto bannerTime = std::chrono::seconds(5);
-/// What the services call the click on a notification itself.
+/// The action key of a click on the notification itself.
 const QString defaultAction = u"default"_s;
 
 } // namespace
@@ -95,7 +95,7 @@ void ShopWindow::buildTrackingPage()
     connect(frame.back, &QPushButton::clicked, this, &ShopWindow::backClicked);
     connect(frame.help, &QPushButton::clicked, this, &ShopWindow::trackingPageHelp);
 
-    // Pages that are built anew are to tell what those before them told.
+    // A page that is built again shows the same state as before.
     QRadioButton *chosen = p.all;
     if (trackByCategory)
         chosen = p.byCategory;
@@ -106,7 +106,8 @@ void ShopWindow::buildTrackingPage()
     showTrackingState();
 }
 
-/// Makes what outlives the pages: what tells of tracking and of the reminder outside the window.
+/// Creates the objects that outlive the pages and show tracking and the reminder outside the
+/// window.
 void ShopWindow::buildTrackingServices()
 {
     inputPause = new InputPause(this);
@@ -133,7 +134,7 @@ void ShopWindow::setTrackingActive(bool active)
         sleepInhibitor->release();
 }
 
-/// Lets the buttons, the criteria and the desktop tell whether tracking runs.
+/// Updates the buttons, the criteria and the notification to show whether tracking runs.
 void ShopWindow::showTrackingState() const
 {
     trackingPage->start->setEnabled(!run.trackingActive);
@@ -149,8 +150,8 @@ void ShopWindow::showTrackingState() const
         trackingNotice->close();
 }
 
-/// Names the store and the category that are tracked, or would be: both may have been chosen,
-/// renamed or deleted on other pages, so every way to the tracking page names them.
+/// Names the store and the category that are tracked or selected. Both may have been selected,
+/// renamed or deleted on other pages, so everything that opens the tracking page calls this.
 void ShopWindow::nameTrackingChoices() const
 {
     const int storeId = run.trackingActive ? run.trackStoreId : currentStoreId;
@@ -195,7 +196,8 @@ void ShopWindow::rbByStoreToggle(bool checked)
 void ShopWindow::startTracking()
 {
     const QString warning = u":/img/warning_r.svg"_s;
-    // The two messages about the receiver stay unseen: the tracking page shows instead of them.
+    // The two messages about the receiver are never seen, because the tracking page is shown
+    // instead.
     if (!gpsAvailable) {
         fillMessage(tr("No GPS available"),
                     tr("GPS tracking can not be started, cause no GPS available on this device."),
@@ -220,7 +222,7 @@ void ShopWindow::startTracking()
             warning, PageTracking);
         return;
     }
-    // What was known before may be far from here by now.
+    // The last known position may be far from the current one.
     positionWait->expire();
     positionWait->tellAnew();
     setTrackingActive(true);
@@ -243,7 +245,7 @@ void ShopWindow::stopTracking()
     trackingClicked();
 }
 
-/// Lets the tracked list tell by what its stores were chosen; it keeps silent about all stores.
+/// Shows the criterion in the title of the tracked list. For all stores the title is not changed.
 void ShopWindow::nameCriterion() const
 {
     if (trackingPage->byStore->isChecked())
@@ -258,7 +260,7 @@ void ShopWindow::takeTrackingChoices()
     run.trackCategoryId = selectedCategoryId;
 }
 
-/// Fills the list of tracked stores by the criterion that is chosen; false when it stays empty.
+/// Fills the list of tracked stores by the selected criterion. Returns false if the list is empty.
 bool ShopWindow::queryTrackedStores()
 {
     QList<TrackedStore> found;
@@ -287,7 +289,8 @@ void ShopWindow::refreshTrackedDistances()
 
 void ShopWindow::applyGpsSettings()
 {
-    // Made before anything can ring. Its predecessor stays until the window goes, and is silent.
+    // Created before anything can ring. The previous object is silent and lives as long as the
+    // window.
     if (alarmSound)
         alarmSound->stop();
     alarmSound = new AlarmSound(soundFileName, this);
@@ -298,7 +301,8 @@ void ShopWindow::applyGpsSettings()
         gps->cancelRequest();
     if (run.trackingActive && !gpsEnabled)
         stopTracking();
-    // Tracking that runs goes on with the stores of its start, on a source made only now as well.
+    // If tracking runs, it continues with the stores of its start, even on a source created just
+    // now.
     if (run.trackingActive || (gpsAutoStart && gpsEnabled))
         gps->startUpdates();
     else if (positionWait->haveGpsFix() || gps->isUpdating())

@@ -6,7 +6,7 @@ class QPushButton;
 class QRadioButton;
 class QWidget;
 
-/// Which stores are watched, and start and stop of watching them.
+/// Selection of the tracked stores, and start and stop of tracking.
 struct TrackingPage
 {
     QPushButton *start = nullptr;

@@ -5,15 +5,15 @@
 
 #include "tracking/trackedstores.h"
 
-/// What the person sees when a position arrives, as far as tracking minds.
+/// What the user sees when a position arrives, as far as tracking distinguishes it.
 enum class Sight {
     OtherPage,
     TrackedList,
     TrackedMap,
-    StorePage, ///< which tells the distance to one store
+    StorePage, ///< shows the distance to one store
 };
 
-/// What a position asks of the window.
+/// What the window must do for a position.
 struct PositionEffect
 {
     bool refreshesList = false;
@@ -24,27 +24,27 @@ struct PositionEffect
     bool operator==(const PositionEffect &) const = default;
 };
 
-/// A run of tracking: what was chosen, the stores that are watched, and what a position means for
-/// them. It knows no window.
+/// A run of tracking: the criteria, the tracked stores, and the effect of a position on them. It
+/// does not depend on the window.
 class TrackingRun
 {
 public:
-    /// What a position in degrees asks of a window in which the person sees `seen`. It measures the
-    /// distances anew, but for the map, under which they stay as they were.
+    /// Returns what the window must do for a position in degrees while the user sees `seen`.
+    /// Updates the distances, except while the tracked map is shown.
     PositionEffect take(float latitude, float longitude, Sight seen);
 
-    /// Lets every store have its distance from a position in degrees, and the nearest be the first.
-    /// Takes no time for the position that was measured last.
+    /// Computes the distance of every store from a position in degrees and sorts the nearest first.
+    /// Does nothing for the position that was measured last.
     void measure(float latitude, float longitude);
 
-    /// Watches other stores from now on, in any order.
+    /// Replaces the tracked stores. They may be in any order.
     void watch(const QList<TrackedStore> &stores);
 
     bool trackingActive = false;
-    /// What was chosen when the stores were looked for.
+    /// The criteria when the stores were queried.
     int trackStoreId = 0;
     int trackCategoryId = 0;
-    /// The nearest first, as of the last position that was measured.
+    /// Sorted by the distance from the last measured position, nearest first.
     QList<TrackedStore> trackedStores;
 
 private:
