@@ -1,11 +1,11 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Shows what Trolleo is for, on a machine without a receiver and without a network: a walk through
-a small town, in a home that is thrown away afterwards.
+"""Demonstrates Trolleo on a machine without a receiver and without a network: a walk through a small
+town, with a temporary home.
 
-With a display the person uses the program; the walk is repeated until the program is left. Without
-one the program runs on a screen of its own, is driven through the whole story, and leaves a picture
-of each step.
+With a display the user operates the program; the walk is repeated until the program is closed. Without a
+display the program runs on its own screen, is driven through the whole story, and a picture of each step
+is saved.
 """
 import contextlib
 import math
@@ -16,7 +16,7 @@ import subprocess
 import sys
 import time
 
-OF_THE_PERSON = dict(os.environ)  # before it becomes that of a desktop of our own
+OF_THE_PERSON = dict(os.environ)  # before it is changed for a desktop of our own
 from town import METERS_PER_DEGREE, SOURCES  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
 from desktop import PROGRAM, Desktop, pyatspi, stop, wait_for  # noqa: E402
@@ -29,14 +29,14 @@ BAKERY = "Sunrise Bakery"
 
 
 def is_near(place, latitude, longitude):
-    """Whether a latitude and longitude are as near to another as a reminder needs it."""
+    """Returns whether a latitude and longitude are near enough to another for a reminder."""
     north = (place[0] - latitude) * METERS_PER_DEGREE
     east = (place[1] - longitude) * METERS_PER_DEGREE * math.cos(math.radians(latitude))
     return math.hypot(north, east) < REMINDER_METERS
 
 
 class Story:
-    """The program, driven from one step to the next."""
+    """Drives the program from one step to the next."""
 
     def __init__(self, desktop, program, surroundings):
         self.desktop = desktop
@@ -134,7 +134,7 @@ def run_alone():
             surroundings.furnish()
             story = Story(desktop, program, surroundings)
             story.run()
-    except Exception as error:  # whatever it is, a person is to read where the story ended
+    except Exception as error:  # any error is reported with the step at which it occurred
         step = story.step if story else "start"
         print(f"demo: the step \"{step}\" failed: {error}", file=sys.stderr)
         return 1
@@ -149,7 +149,7 @@ def run_for_a_person():
         environment = {name: value for name, value in OF_THE_PERSON.items()
                        if not name.startswith("XDG_") or name in (
                            "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "XDG_CURRENT_DESKTOP")}
-        # The display's key, which is looked for at home unless it is named.
+        # The key of the display, which X clients look for in the home folder unless this names it.
         environment.setdefault("XAUTHORITY", os.path.join(OF_THE_PERSON["HOME"], ".Xauthority"))
         environment.update(HOME=str(surroundings.home.path), **surroundings.environment)
         process = subprocess.Popen([PROGRAM], env=environment)
@@ -162,7 +162,7 @@ def run_for_a_person():
 
 
 if __name__ == "__main__":
-    # A terminal that is closed ends the demo as its end does, so that nothing stays behind.
+    # Closing the terminal ends the demo in the regular way, so that nothing is left behind.
     for number in (signal.SIGHUP, signal.SIGINT, signal.SIGTERM):
         signal.signal(number, lambda number, frame: sys.exit(128 + number))
     HAS_DISPLAY = any(OF_THE_PERSON.get(name) for name in ("DISPLAY", "WAYLAND_DISPLAY"))

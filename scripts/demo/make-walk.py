@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Writes resources/demo/walk.nmea: what a receiver says on the walk of town.json, a fix every two
-seconds at 1.4 metres a second."""
+"""Writes resources/demo/walk.nmea: the sentences of a receiver on the walk of town.json, with a fix
+every two seconds at 1.4 metres per second."""
 from town import DATA, Town
 import nmea
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Writes pictures of every page, in both languages and orientations, with the stores and lists of
-the demo, to build/screenshots/<language>-<orientation>/."""
+"""Takes pictures of every page, in both languages and orientations, with the stores and lists of the
+demo. Writes them to build/screenshots/<language>-<orientation>/."""
 import contextlib
 import shutil
 import xml.etree.ElementTree
@@ -13,19 +13,19 @@ from desktop import Desktop, wait_for
 PICTURES = SOURCES / "build" / "screenshots"
 LANGUAGES = {"en": ENGLISH, "ru": RUSSIAN}
 ORIENTATIONS = {"landscape": (800, 480), "portrait": (480, 800)}
-FIXES_BEFORE_THE_BAKERY = 170  # are left out: the reminder comes half a minute earlier
+FIXES_BEFORE_THE_BAKERY = 170  # are skipped, so that the reminder comes half a minute earlier
 NO_RECEIVER = "127.0.0.1:9"
 
 
 def texts(language):
-    """The texts of the program by their keys."""
+    """Returns the texts of the program by their keys."""
     file = SOURCES / "resources" / "i18n" / f"trolleo_{language}.ts"
     return {message.find("source").text: message.find("translation").text
             for message in xml.etree.ElementTree.parse(file).iter("message")}
 
 
 class Tour:
-    """From page to page, as a person goes."""
+    """Goes from page to page as a user does."""
 
     def __init__(self, folder, desktop, surroundings, language):
         folder.mkdir(parents=True)
@@ -121,7 +121,7 @@ class Tour:
         self.press("Options")
         self.picture("14-options")
         self.program.stop()
-        # Without a receiver the wait for a position lasts.
+        # Without a receiver the wait for a position does not end.
         self.start(TROLLEO_GPSD=NO_RECEIVER)
         self.press("Reminder", "View tracked")
         wait_for("the wait", lambda: self.program.find("label", self.tr["Update in Progress"]))

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What stands around the program in the demo."""
+"""The environment of the program in the demo."""
 import contextlib
 import sqlite3
 
@@ -8,8 +8,8 @@ from desktop import Home, Program, wait_for
 from neighbours import Receiver, free_port
 from tiles import TileServer
 
-ENGLISH, RUSSIAN = 1, 2  # as the settings have them
-FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played ten times as fast
+ENGLISH, RUSSIAN = 1, 2  # language ids of the settings
+FIX_SECONDS = 0.2  # the walk has a fix every two seconds, so it is played at ten times the speed
 SENTENCES_PER_FIX = 2
 
 
@@ -17,7 +17,7 @@ class Surroundings:
     """A home with stores and lists, a receiver on a walk, and a map of the town."""
 
     def __init__(self, cleanup, language=ENGLISH, again_and_again=False, first_fix=0):
-        """What it starts ends with `cleanup`; the walk begins at one of its fixes."""
+        """`cleanup` ends everything that is started here. The walk begins at the fix `first_fix`."""
         self.home = Home()
         cleanup.callback(self.home.remove)
         self.home.write_settings(GpsEnabled="true", LanguageId=language)
@@ -31,13 +31,12 @@ class Surroundings:
                             "TROLLEO_TILE_SERVER": self.tiles.address}
 
     def start_program(self, desktop, **extra):
-        """Starts the program on a desktop of ours. Where there is no sound server, none is to be
-        started for it."""
+        """Starts the program on our own desktop. If there is no sound server, none is started for it."""
         return Program(desktop, self.home, PULSE_SERVER="unix:/nonexistent",
                        **dict(self.environment, **extra))
 
     def furnish(self):
-        """Fills the database, once the program has made its tables."""
+        """Fills the database, after the program has created its tables."""
         def has_tables():
             with contextlib.suppress(sqlite3.OperationalError):
                 return len(self.home.query("select * from sqlite_master where type = 'table'")) == 7

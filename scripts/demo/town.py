@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The town of the demo: where its things are, its map as tiles, and a walk through it."""
+"""The town of the demo: its places, its map as tiles, and a walk through it."""
 import io
 import json
 import math
@@ -10,7 +10,7 @@ import cairo
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 DATA = SOURCES / "resources" / "demo"
-# The demo stands on what the system tests stand on.
+# The demo uses the support code of the system tests.
 sys.path.insert(0, str(SOURCES / "tests" / "support"))
 from nmea import METERS_PER_DEGREE  # noqa: E402
 
@@ -23,9 +23,9 @@ HOUSE = (0.86, 0.82, 0.78)
 STREET = (1, 1, 1)
 CASING = (0.76, 0.73, 0.69)
 TEXT = (0.25, 0.25, 0.28)
-ZOOM_OF_ALL_NAMES = 15  # one less shows those of the wide streets
+ZOOM_OF_ALL_NAMES = 15  # one level below, only names of wide streets are shown
 WIDE = 9  # metres
-LAST_HOUSE = 1250  # metres from the middle of the town, east or west, north or south
+LAST_HOUSE = 1250  # metres from the centre of the town, in each direction
 
 
 class Town:
@@ -36,12 +36,12 @@ class Town:
         self.houses = list(self.rows_of_houses())
 
     def coordinates(self, east, north):
-        """Latitude and longitude of a place that many metres from the middle of the town."""
+        """Returns the latitude and longitude of a place, given in metres from the centre of the town."""
         return (self.latitude + north / METERS_PER_DEGREE,
                 self.longitude + east / METERS_PER_DEGREE / math.cos(math.radians(self.latitude)))
 
     def along(self, points, step):
-        """Places on a line, a step from each other, with the direction of the line there."""
+        """Yields places on a line at equal distances, with the direction of the line there."""
         rest = 0.0
         for (x0, y0), (x1, y1) in zip(points, points[1:]):
             length = math.hypot(x1 - x0, y1 - y0)
@@ -53,13 +53,14 @@ class Town:
             rest = at - length
 
     def walk(self):
-        """The latitudes and longitudes of the walk, one for each fix of the receiver."""
+        """Yields the latitudes and longitudes of the walk, one for each fix of the receiver."""
         walk = self.town["walk"]
         for east, north, _ in self.along(walk["points"], walk["metres per fix"]):
             yield self.coordinates(east, north)
 
     def rows_of_houses(self):
-        """Houses on both sides of the streets, as middle, direction and size, but on no street."""
+        """Yields houses on both sides of the streets, as centre, direction and size, but none on a
+        street."""
         def is_free(x, y, clearance):
             for street in self.town["streets"]:
                 for (x0, y0), (x1, y1) in zip(street["points"], street["points"][1:]):
@@ -84,7 +85,7 @@ class Town:
                         yield *middle, angle, size
 
     def tile(self, zoom, column, row):
-        """The picture of a slippy-map tile, as PNG."""
+        """Returns a slippy-map tile as PNG."""
         surface = cairo.ImageSurface(cairo.FORMAT_RGB24, TILE, TILE)
         context = cairo.Context(surface)
         context.set_source_rgb(*GROUND)
@@ -166,7 +167,7 @@ class Town:
 
 
 def inside(x, y, points):
-    """Whether a place is in a polygon, by the even-odd rule."""
+    """Returns whether a place is in a polygon, by the even-odd rule."""
     result = False
     for (x0, y0), (x1, y1) in zip(points, points[1:] + points[:1]):
         if (y0 > y) != (y1 > y) and x < (x1 - x0) * (y - y0) / (y1 - y0) + x0:

@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: MIT
-# Fresh Debians to try the program in, for the scripts that read this in. Needs root, debootstrap, and
-# the archive that this machine's apt uses.
+# Functions for scripts that test the program in a fresh Debian; to be sourced. Needs root, debootstrap,
+# and the package archive that apt uses here.
 
 [ "$(id -u)" -eq 0 ] || { echo "${0##*/}: run this as root." >&2; exit 1; }
 command -v debootstrap >/dev/null || { echo "${0##*/}: install debootstrap." >&2; exit 1; }
 
-# The releases' names in the archive.
+# Names of the releases in the archive.
 declare -A suites=([12]=bookworm [13]=trixie)
 
-# Makes the named release in the folder. Its packages come from where this machine has its own from.
+# Installs the release in the folder, from the package archive that apt uses here.
 make_debian() { # release folder
     local mirror
     mirror=$(apt-get indextargets --format '$(SITE)' | head -n 1)
@@ -20,9 +20,9 @@ make_debian() { # release folder
     in_debian "$2" apt-get update --quiet >/dev/null
 }
 
-# Runs a command in the Debian of the folder as its root: with processes, mounts and devices of its own,
-# which end with the command, and without the rest of this machine (a changed root would leave it in
-# sight, and the kernel then allows no namespaces within).
+# Runs a command as root in the Debian in the folder. It has its own processes, mounts and devices, which
+# end with the command, and cannot see the host. It uses pivot_root, because with chroot the host would
+# stay visible, and the kernel would allow no namespaces inside.
 in_debian() { # folder command...
     local root
     root=$(realpath "$1")
@@ -44,13 +44,13 @@ in_debian() { # folder command...
             HOME=/root LC_ALL=C.UTF-8 TERM=dumb DEBIAN_FRONTEND=noninteractive "$@"' in-debian "$root" "$@"
 }
 
-# A clone of what is committed here, for a person there, who may become root by sudo if there is one.
+# Clones the committed state of this repository into the home of a user in the Debian in the folder.
 clone_to() { # folder person
     git clone --quiet --no-hardlinks . "$(home_of "$1" "$2")/trolleo"
     in_debian "$1" sh -c "chown --recursive $2: ~$2/trolleo"
 }
 
-# The home of a person there, as this machine sees it.
+# Prints the path of a user's home as seen from the host.
 home_of() { # folder person
     echo "$1$(in_debian "$1" sh -c "echo ~$2")"
 }
@@ -61,7 +61,7 @@ install_in() { # folder package...
     in_debian "$root" apt-get install --yes --quiet --no-install-recommends "$@" >/dev/null
 }
 
-# The command that starts what is named on a screen of its own, and ends it once its window shows.
+# Prints a command that starts the given one on its own screen, and ends it once its window is shown.
 shown() { # command
     echo "timeout 3600 xvfb-run --auto-servernum bash -c '
         $1 & program=\$!
