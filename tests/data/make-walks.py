@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Makes the walks in the folder walks/: sentences as a receiver writes them, one every three
-seconds of a person's walk, and beside each a table of stores, lists, criterion and the reminders to
-expect. What is expected is worked out here, by a model that shares nothing with the program.
+"""Generates the walks in the folder walks/: the sentences of a receiver, one every three seconds of
+a walk, and for each walk a table of stores, lists, criterion and the expected reminders. The
+expectations are computed here, by a model that shares no code with the program.
 
-A table's lines:
+The lines of a table:
     category ID NAME
     store ID NAME LATITUDE LONGITUDE CATEGORY   "-" for none
     list ID NAME STORE STATE
     criterion all | store NAME | category NAME
-    rubbish LINE BYTES                          so much noise before that sentence
+    rubbish LINE BYTES                          that many bytes of noise before that sentence
     reminder LINE ANSWER TEXT                   the sentence that rings; next, stop or start is pressed
 """
 import math
@@ -25,12 +25,12 @@ FOLDER = pathlib.Path(__file__).with_name("walks")
 EARTH_RADIUS = 6371007.2  # metres; the mean radius by authalic area
 THRESHOLD = 250.0  # metres
 STEP = 3  # seconds
-SPEED = 1.4  # metres a second
+SPEED = 1.4  # metres per second
 PER_DEGREE = math.radians(1) * EARTH_RADIUS
 
 
 def single(value):
-    """The value as single precision holds it."""
+    """Returns the value rounded to single precision."""
     return struct.unpack("f", struct.pack("f", value))[0]
 
 
@@ -40,7 +40,8 @@ def neighbour(value, direction):
 
 
 def distance(latitude1, longitude1, latitude2, longitude2):
-    """Great-circle distance in metres (haversine formula), of and to points in single precision."""
+    """Returns the great-circle distance in metres (haversine formula) between points in single
+    precision, rounded to it."""
     latitude1, longitude1, latitude2, longitude2 = (
         math.radians(single(value)) for value in (latitude1, longitude1, latitude2, longitude2))
     root = (math.sin((latitude2 - latitude1) / 2) ** 2 + math.cos(latitude1) * math.cos(latitude2)
@@ -56,7 +57,7 @@ class Walk:
         self.lists = []  # (id, name, store, state)
         self.criterion = "all"
         self.tracked = None  # ids, when the criterion is not "all"
-        self.answers = ["next"]  # to one reminder after the other; the last one to all that follow
+        self.answers = ["next"]  # one for each reminder; the last one for all further ones
         self.rubbish = []
         self.lines = []
         self.positions = []  # (line number, latitude, longitude)
@@ -81,7 +82,7 @@ class Walk:
         self.second += STEP
 
     def go(self, begin, end, **options):
-        """Straight from one point to another; points are (latitude, longitude)."""
+        """Walks straight from one point to another; points are (latitude, longitude)."""
         length = distance(*begin, *end)
         steps = max(1, round(length / (SPEED * STEP)))
         for step in range(steps + 1):
@@ -135,7 +136,7 @@ LATITUDE, LONGITUDE = 59.913822, 10.738741
 
 
 def past(walk, offset, begin=-500, end=500):
-    """Past a store at LATITUDE, LONGITUDE, so many metres east of it."""
+    """Walks past a store at LATITUDE, LONGITUDE, at a distance of `offset` metres to the east."""
     longitude = east(LATITUDE, LONGITUDE, offset)
     walk.go((north(LATITUDE, begin), longitude), (north(LATITUDE, end), longitude))
 
@@ -315,7 +316,7 @@ def thousand_stores(walk):
 
 
 def place_at_250_meters():
-    """A place that is 250 m from where equator and prime meridian meet, to the last bit."""
+    """Returns a place that is exactly 250 m from the intersection of equator and prime meridian."""
     for step in range(1000):
         longitude = single(step * 1e-6)
         latitude = single(0.00224)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The store that tests of position sources walk to, with a list to be reminded of."""
+"""The store that the tests of position sources walk to, with an open list so that the reminder rings."""
 LATITUDE = 10.01
 LONGITUDE = 20.0
 ROWS = f"""

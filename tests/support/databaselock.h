@@ -9,15 +9,15 @@
 
 class TestHome;
 
-/// Another process that has locked the database of a home, until it is told to let go.
+/// Another process that locks the database of a home until it is told to release it.
 class DatabaseLock
 {
 public:
     explicit DatabaseLock(const TestHome &home, const Caller &by = Caller::here());
 
-    /// Lets it roll back after that time; returns at once.
+    /// Makes the process release the lock after that time; returns at once.
     void releaseAfter(std::chrono::milliseconds time, const Caller &by = Caller::here());
-    /// Waits for the other process, which has been told to let go.
+    /// Waits for the release by the other process, which must already have been requested.
     bool waitUntilReleased();
 
 private:

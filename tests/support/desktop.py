@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""A desktop of its own for the installed program: an X server, a window manager, a session bus
-with accessibility, and an empty home.
+"""A separate desktop for the installed program: an X server, a window manager, a session bus with
+accessibility, and an empty home.
 
-Import this before pyatspi: it makes the session bus that pyatspi connects to.
+Import this before pyatspi: it creates the session bus that pyatspi connects to.
 """
 import atexit
 import contextlib
@@ -18,7 +18,7 @@ import time
 import unittest
 
 PROGRAM = "/opt/trolleo/bin/trolleo"
-DEADLINE = 20  # seconds; generous, for a loaded machine
+DEADLINE = 20  # seconds; long enough for a loaded machine
 
 PACKAGES = {
     "Xvfb": "xvfb",
@@ -32,8 +32,8 @@ PACKAGES = {
 
 
 def tool(name):
-    """The path of a program, or a failure that names the package to install."""
-    # Services live in a folder that is not on the path of everyone.
+    """Returns the path of a program. If it is missing, the error names the package to install."""
+    # Services are installed in a folder that is not in every user's path.
     path = shutil.which(name, path=f"{os.environ['PATH']}:/usr/sbin:/sbin")
     if path is None:
         raise FileNotFoundError(f"{name} is missing; install the package {PACKAGES[name]}")
@@ -51,7 +51,7 @@ def stop(process):
 
 
 def wait_for(what, condition, seconds=DEADLINE):
-    """Polls until condition() is true and returns what it returned."""
+    """Polls until condition() is true and returns its result."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         pump_events()
@@ -91,27 +91,28 @@ except ImportError as missing:
     raise ImportError(f"{missing}; install the packages python3-pyatspi and python3-gi") from missing
 
 
-# A program that has just ended answers nothing; by default a call would wait 15 s for it.
+# A program that has just exited does not answer; by default a call would wait 15 s for it.
 pyatspi.Atspi.set_timeout(1000, 1000)
 
-# What asking something that has just gone comes to; the second when it goes while its proxy is being made.
+# The errors for an object that no longer exists; the second one if it disappears while its proxy is
+# created.
 GONE = (GLib.Error, RuntimeError)
 
 
 def pump_events():
     context = GLib.MainContext.default()
-    for _ in range(500):  # a busy bus must not keep the test from looking at the clock
+    for _ in range(500):  # a busy bus must not prevent the test from checking the time
         if not context.pending():
             break
         context.iteration(False)
 
 
-# What older releases of the accessibility bus call what the later ones call otherwise.
+# Role names of older releases of the accessibility bus, with the newer ones.
 LATER_ROLE_NAMES = {"push button": "button"}
 
 
 def role_of(node):
-    """The name of a node's role, the same whichever release of the accessibility bus gives it."""
+    """Returns the role name of a node, which is the same for all releases of the accessibility bus."""
     name = node.getRoleName()
     return LATER_ROLE_NAMES.get(name, name)
 
@@ -127,12 +128,12 @@ class Home:
         return self.path / ".trolleo" / "trolleo.db"
 
     def query(self, statement):
-        """The rows a statement yields, over a connection of our own."""
+        """Returns the rows of a statement, read over a separate connection."""
         with contextlib.closing(sqlite3.connect(self.database)) as connection:
             return connection.execute(statement).fetchall()
 
     def run(self, statements):
-        """Changes the database over a connection of our own."""
+        """Changes the database over a separate connection."""
         with contextlib.closing(sqlite3.connect(self.database)) as connection:
             connection.executescript(statements)
 
@@ -146,7 +147,7 @@ class Home:
         shutil.rmtree(self.path, ignore_errors=True)
 
 
-# As a phone shows programs: without a frame, as large as the screen.
+# Windows as on a phone: without a frame, as large as the screen.
 PHONE = """<?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc"><applications><application class="*">
 <decor>no</decor><maximized>yes</maximized></application></applications></openbox_config>
@@ -154,7 +155,7 @@ PHONE = """<?xml version="1.0"?>
 
 
 class Desktop:
-    """An X server with one screen of the given size, and a window manager on it."""
+    """An X server with one screen of the given size, and a window manager."""
 
     def __init__(self, width=1024, height=768, phone=False):
         openbox = [tool("openbox")]
@@ -166,7 +167,7 @@ class Desktop:
         read_end, write_end = os.pipe()
         self.server = subprocess.Popen(
             [tool("Xvfb"), "-displayfd", str(write_end), "-screen", "0", f"{width}x{height}x24",
-             "-nolisten", "tcp", "-noreset"],  # a reset throws out who is just connecting
+             "-nolisten", "tcp", "-noreset"],  # a reset would disconnect new clients
             pass_fds=[write_end],
             stdout=subprocess.DEVNULL,
             stderr=subprocess.DEVNULL,
@@ -188,7 +189,7 @@ class Desktop:
     def is_managed(self):
         if self.manager.poll() is not None:
             raise RuntimeError(f"openbox ended with {self.manager.returncode}")
-        # While it starts it says already that it is there, and loses the windows that come then.
+        # While it starts, the window manager already announces itself, but ignores new windows.
         self.run([tool("xdotool"), "set_num_desktops", "1"])
         return "_NET_NUMBER_OF_DESKTOPS(CARDINAL) = 1\n" in self.run(
             ["xprop", "-root", "_NET_NUMBER_OF_DESKTOPS"])
@@ -197,13 +198,13 @@ class Desktop:
         return dict(os.environ, DISPLAY=self.display)
 
     def run(self, command):
-        tool("xwininfo")  # xprop comes in the same package
+        tool("xwininfo")  # xprop is in the same package
         return subprocess.run(
             command, env=self.environment(), capture_output=True, text=True, check=False
         ).stdout
 
     def place_of(self, window):
-        """Where a window is on the screen and how large, or None while it is not shown."""
+        """Returns the position and size of a window on the screen, or None while it is hidden."""
         text = self.run([tool("xwininfo"), "-id", window])
         if "Map State: IsViewable" not in text:
             return None
@@ -211,7 +212,7 @@ class Desktop:
             "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
     def picture(self, file):
-        """Writes what the screen shows."""
+        """Saves a picture of the screen."""
         subprocess.run([tool("import"), "-window", "root", str(file)], env=self.environment(),
                        check=True)
 
@@ -231,7 +232,7 @@ class Program:
         environment.update({
             "HOME": str(home.path), "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANG": "C.UTF-8",
-            # No test asks a server of the world for tiles.
+            # Tests must not contact a tile server on the internet.
             "TROLLEO_TILE_SERVER": "http://127.0.0.1:9", **extra,
         })
         self.desktop = desktop
@@ -240,7 +241,7 @@ class Program:
         )
 
     def application(self):
-        """The program on the accessibility bus, or None while it is not there."""
+        """Returns the program's object on the accessibility bus, or None while there is none."""
         for application in pyatspi.Registry.getDesktop(0):
             try:
                 if application is not None and application.get_process_id() == self.process.pid:
@@ -253,14 +254,14 @@ class Program:
         return wait_for("the window on the accessibility bus", lambda: self.find("frame", "Trolleo"))
 
     def focused(self):
-        """What has the keyboard focus, or None."""
+        """Returns the object with the keyboard focus, or None."""
         nodes = [node for role in ("button", "text", "spin button", "list", "list item")
                  for node in self.find_all(role)]
         return next((node for node in nodes
                      if node.getState().contains(pyatspi.STATE_FOCUSED)), None)
 
     def find_all(self, role, name=None):
-        """What is showing with a role, and a name unless that is None."""
+        """Returns the visible objects with a role and, unless it is None, a name."""
         found = []
 
         def visit(node, depth):
@@ -287,7 +288,7 @@ class Program:
         return found[0] if found else None
 
     def press(self, name):
-        # One that can be checked goes as a check box.
+        # A checkable button has the role of a check box.
         self.push(wait_for(f"the button {name}", lambda: self.find("button", name)
                            or self.find("check box", name)))
 
@@ -296,16 +297,16 @@ class Program:
         actions = button.queryAction()
         names = [actions.getName(index) for index in range(actions.nActions)]
         actions.doAction(names.index("Press" if "Press" in names else "Toggle"))
-        # Qt shows the button pressed for a moment, and acts when it comes up again.
+        # Qt shows the button pressed for a moment, and acts when it is released.
         wait_for(f"the button {name} to come up",
                  lambda: not button.getState().contains(pyatspi.STATE_PRESSED))
 
     def rows(self):
-        """What is said of the rows of the page's list."""
+        """Returns the accessible names of the rows in the page's list."""
         return [row.name for row in self.find_all("list item")]
 
     def select_row(self, name):
-        """Goes to a row by keys, as one does who cannot see it."""
+        """Moves to a row with the keyboard, like a user who cannot see it."""
         wait_for(f"the row {name}", lambda: self.find("list item", name))
 
         def list_has_focus():
@@ -322,32 +323,32 @@ class Program:
             "list item", name).getState().contains(pyatspi.STATE_SELECTED))
 
     def window_ids(self):
-        """The X windows of the program that are to be seen."""
+        """Returns the visible X windows of the program."""
         return self.desktop.run(
             [tool("xdotool"), "search", "--onlyvisible", "--pid", str(self.process.pid),
              "--name", "^Trolleo$"]
         ).split()
 
     def menu_windows(self):
-        """The X windows of menus, also of those that are not shown yet."""
+        """Returns the X windows of menus, including those that are not shown yet."""
         # The other windows of this name have no class.
         return re.findall(r'(0x\w+) "trolleo": \("trolleo" "trolleo"\)',
                           self.desktop.run([tool("xwininfo"), "-root", "-tree"]))
 
     def menu(self):
-        """Where the menu is on the screen and how large, or None while nobody sees one.
+        """Returns the position and size of the menu on the screen, or None while it is not visible.
 
-        Qt makes the window of a menu before it knows its place and size, and shows it
-        after that: a click at the place it had before would go beside the menu and close it.
+        Qt creates the window of a menu before its position and size are known, and shows it later. A
+        click at the earlier position would miss the menu and close it.
         """
         places = map(self.desktop.place_of, self.menu_windows())
         return next((place for place in places if place), None)
 
     def place_of(self, node):
-        """Where something in the window is on the screen and how large.
+        """Returns the position and size of an object of the window on the screen.
 
-        The window manager places the window and then shows it, and the program hears of that at
-        last: what it said before would lead a click beside the window.
+        The window manager places the window and then shows it, and the program is notified last. With
+        the earlier position a click would miss the window.
         """
         def extents(of):
             place = of.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
@@ -371,7 +372,7 @@ class Program:
 
 
 class ProgramTest(unittest.TestCase):
-    """A test of the program, which runs on a desktop of its own with an empty home."""
+    """A test of the program on a separate desktop with an empty home."""
 
     def setUp(self):
         self.home = Home()

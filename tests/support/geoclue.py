@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
-"""A real GeoClue on a system bus of its own, which hears a receiver that the test plays. It needs the
-namespace that enter_namespace() makes: GeoClue reads its configuration from one place only, and the
-machine's own must not be touched."""
+"""A real GeoClue on a separate system bus, with a receiver simulated by the test. It needs the namespace
+that enter_namespace() creates: GeoClue reads its configuration from only one place, and that of the host
+must not be changed."""
 import contextlib
 import os
 import pathlib
@@ -20,7 +20,7 @@ from namespace import is_inside
 import nmea
 from systembus import SystemBus
 
-DAEMON = pathlib.Path("/usr/libexec/geoclue")  # on the path of nobody
+DAEMON = pathlib.Path("/usr/libexec/geoclue")  # not in the path of any user
 NAME = "org.freedesktop.GeoClue2"
 CONFIGURATION_FOLDER = "/etc/geoclue"
 PACKAGES["geoclue"] = "geoclue-2.0"
@@ -30,8 +30,8 @@ SERVICE = """
 Name=org.freedesktop.GeoClue2
 Exec={daemon} --timeout={timeout}
 """
-# Nothing but the receiver says where this is. The GeoClue of Debian 12 does not know the last section,
-# takes it for a program's, and complains of it in its log.
+# The receiver is the only source of positions. The GeoClue of Debian 12 does not know the last section,
+# takes it for that of a program, and reports it in its log.
 CONFIGURATION = """
 [agent]
 whitelist=trolleo-test-agent
@@ -78,7 +78,7 @@ AGENT = """
   </interface>
 </node>
 """
-EXACT, NOWHERE = 8, 0  # levels of accuracy
+EXACT, NOWHERE = 8, 0  # accuracy levels
 
 
 def second_of_day():
@@ -86,14 +86,14 @@ def second_of_day():
 
 
 class Receiver:
-    """A receiver behind a UNIX socket. Whoever connects hears what it says from then on."""
+    """A receiver behind a UNIX socket. A client gets the sentences that are sent after it has connected."""
 
     def __init__(self, path):
         self.listeners = []
         self.is_speaking = threading.Event()
         self.is_speaking.set()
         self.is_over = threading.Event()
-        self.said = []  # (time, latitude, longitude) that somebody heard
+        self.said = []  # (time, latitude, longitude) that a client has received
         self.server = socket.socket(socket.AF_UNIX)
         self.server.bind(str(path))
         self.server.listen()
@@ -102,28 +102,29 @@ class Receiver:
         self.threads[0].start()
 
     def serve(self):
-        with contextlib.suppress(OSError):  # the test is over
+        with contextlib.suppress(OSError):  # the test has ended
             while True:
                 connection, _ = self.server.accept()
                 self.listeners.append(connection)
 
     def feed(self, text):
-        """Says something at once; returns whether somebody heard it."""
+        """Sends a text at once; returns whether a client received it."""
         is_heard = False
         for listener in list(self.listeners):
             try:
                 listener.sendall(text.encode())
                 is_heard = True
-            except OSError:  # it has gone
+            except OSError:  # the client has disconnected
                 self.listeners.remove(listener)
                 listener.close()
         return is_heard
 
     def play(self, walk, seconds_per_fix=1):
-        """Begins a walk as soon as somebody listens. From then on it takes its time, heard or not.
+        """Starts a walk as soon as a client is connected. After that it continues with or without
+        clients.
 
-        Every fix is said with the time that it is then: GeoClue tells its clients when a fix was, and
-        drops one that is older than what it knows.
+        Every fix has the current time: GeoClue passes the time of a fix to its clients, and drops a fix
+        that is older than the last one.
         """
         places = [place for line in walk.splitlines() if (place := nmea.place_of(line)) is not None]
         self.threads.append(threading.Thread(
@@ -143,7 +144,7 @@ class Receiver:
                     break
 
     def hang_up(self):
-        """Ends the connections; who wants to hear more has to connect again."""
+        """Closes the connections; clients must reconnect to receive more."""
         for listener in list(self.listeners):
             listener.shutdown(socket.SHUT_RDWR)
 
@@ -159,15 +160,15 @@ class Receiver:
 
 
 class Agent:
-    """The part of a desktop that tells GeoClue how exactly a person wants to be found."""
+    """The part of a desktop that tells GeoClue how exactly the user may be located."""
 
     PATH = "/org/freedesktop/GeoClue2/Agent"
 
     def __init__(self, address, level):
         self.address = address
         self.level = level
-        self.is_known = threading.Event()  # to the GeoClue that runs now
-        # In a thread of its own, since it answers while a test may wait for GeoClue.
+        self.is_known = threading.Event()  # the running GeoClue knows the agent
+        # Runs in a separate thread, since it must answer while a test waits for GeoClue.
         self.context = GLib.MainContext()
         self.loop = GLib.MainLoop.new(self.context, False)
         self.thread = threading.Thread(target=self.serve, daemon=True)
@@ -182,8 +183,8 @@ class Agent:
         interface = Gio.DBusNodeInfo.new_for_xml(AGENT).lookup_interface(NAME + ".Agent")
         self.connection.register_object(self.PATH, interface, self.authorize,
                                         lambda *_: GLib.Variant("u", self.level), None)
-        # Like that of a real desktop it comes before any program asks, and knows a GeoClue that
-        # comes back.
+        # Like the agent of a real desktop, it registers before any program connects, and again after
+        # GeoClue has restarted.
         Gio.bus_watch_name_on_connection(
             self.connection, NAME, Gio.BusNameWatcherFlags.AUTO_START,
             lambda *_: self.introduce(), lambda *_: self.is_known.clear())
@@ -193,7 +194,7 @@ class Agent:
 
     def introduce(self):
         def done(connection, result):
-            with contextlib.suppress(GLib.Error):  # it has gone again
+            with contextlib.suppress(GLib.Error):  # GeoClue has exited again
                 connection.call_finish(result)
                 self.is_known.set()
 
@@ -227,10 +228,10 @@ def connect(address):
 
 class GeoClue:
     def __init__(self, allowed=True, is_on=True, has_agent=True, activatable=False, timeout=0):
-        """`allowed` is what the configuration says of the program, or None if it says nothing. `is_on`
-        is whether the person wants to be found by any program. `activatable` has the bus start
-        GeoClue whenever somebody calls it. `timeout` is after how many seconds without a client
-        GeoClue ends by itself; 0 is never."""
+        """`allowed` is the permission of the program in the configuration, or None for no entry. `is_on`
+        is whether the user allows location for any program. With `activatable` the bus starts GeoClue at
+        every call. `timeout` is the time in seconds after which GeoClue exits without clients; 0 means
+        never."""
         if not is_inside():
             raise RuntimeError("a GeoClue for tests runs only in a namespace of its own")
         if not DAEMON.exists():
@@ -292,7 +293,7 @@ class GeoClue:
         self.agent = Agent(self.address, EXACT if is_on else NOWHERE)
 
     def is_in_use(self):
-        """Whether it looks for the place for anyone. Does not bring it back."""
+        """Returns whether GeoClue locates the user for any client. Does not start it."""
         if not self.is_there():
             return False
         return self.connection.call_sync(
@@ -307,15 +308,14 @@ class GeoClue:
         self.receiver.play(walk, seconds_per_fix)
 
     def pause(self):
-        """The walker stands still, and the receiver is silent."""
+        """The walk stops, and the receiver sends nothing."""
         self.receiver.is_speaking.clear()
 
     def resume(self):
         self.receiver.is_speaking.set()
 
     def kill(self):
-        """Ends GeoClue at once and without a farewell, whoever started it. The bus may have started
-        it again when this returns."""
+        """Kills GeoClue, whoever started it. The bus may already have restarted it on return."""
         owner = self.ask_bus("GetNameOwner", GLib.Variant("(s)", (NAME,)))
         os.kill(self.ask_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (owner,))),
                 signal.SIGKILL)
@@ -326,7 +326,7 @@ class GeoClue:
                  lambda: not self.ask_bus("NameHasOwner", GLib.Variant("(s)", (owner,))))
 
     def restart(self):
-        """Has it leave the bus, unless it has left, and come back with the configuration of now."""
+        """Stops GeoClue, if it is running, and starts it with the current configuration."""
         if self.process is not None:
             stop(self.process)
             self.process = None
@@ -335,8 +335,8 @@ class GeoClue:
             wait_for("GeoClue to know the agent", self.agent.is_known.is_set)
 
     def deny(self):
-        """The configuration forbids the program to know the place. GeoClue reads it when it starts
-        only, so it leaves the bus and comes back."""
+        """Forbids the program in the configuration. GeoClue reads it only at its start, so it is
+        restarted."""
         self.configure(False)
         self.restart()
 
@@ -345,7 +345,7 @@ class GeoClue:
         self.restart()
 
     def switch(self, is_on):
-        """The person turns location on or off for all programs, while GeoClue runs."""
+        """Switches location on or off for all programs while GeoClue runs."""
         self.agent.set_level(EXACT if is_on else NOWHERE)
 
     def stop(self):
@@ -353,7 +353,7 @@ class GeoClue:
             self.agent.stop()
         if self.connection is not None:
             self.connection.close_sync(None)
-        # What the bus started ends with the bus.
+        # A process started by the bus ends with the bus.
         if self.process is not None:
             stop(self.process)
         if self.bus is not None:

@@ -10,8 +10,8 @@
 #include "platform/gpsdclient.h"
 #include "tests/support/stoppable.h"
 
-/// Stands in for gpsd where the real one cannot be made to misbehave, or to tell a position at a
-/// given moment. What it answers to ?POLL is set by tell(); it says more by say().
+/// Simulates gpsd in cases where the real one cannot be made to fail, or to report a position at a
+/// given moment. tell() sets its answer to ?POLL; say() sends anything else.
 class MadeUpGpsd : public QTcpServer
 {
 public:
@@ -59,7 +59,7 @@ public:
         client->flush();
     }
 
-    /// One receiver as gpsd 3.22 tells it; `more` is what follows in the object.
+    /// Returns one receiver as reported by gpsd 3.22; `more` is appended to the object.
     static QByteArray receiver(const QByteArray &device, const QByteArray &time,
                                const QGeoCoordinate &place, const QByteArray &more = {})
     {
@@ -85,7 +85,7 @@ public:
                 .toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzzZ"))
                 .toStdString());
     }
-    /// From now on this is what it answers: one receiver there, at that second of its clock.
+    /// Sets the answer: one receiver at that place, at that second of its clock.
     void tell(int second, double latitude, double longitude = 20, const QByteArray &more = {})
     {
         answer = poll({receiver("/dev/ttyS0", time(second),

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: MIT
-"""Gives a test script a network and mounts of its own, so that services of the system can run in it
-for real and reach nothing of the machine.
+"""Gives a test script its own network and mounts, so that real system services can run in it without
+access to the host.
 
-Call enter_namespace() before anything else is imported: it starts the script anew, and whatever the
-first one had already started would stay behind.
+Call enter_namespace() before any other import: it restarts the script, and everything that the first one
+has started would be left behind.
 """
 import os
 import shutil
@@ -12,9 +12,10 @@ import sys
 
 MARK = "TROLLEO_TEST_NAMESPACE"
 NETWORK = os.readlink("/proc/self/ns/net")
-SKIPPED = 77  # the exit code by which a test says that it could not run here
+SKIPPED = 77  # the exit code of a test that cannot run here
 
-# What the fixtures need in there; a namespace that can be made does not yet permit all of it.
+# The operations that the fixtures need. A namespace may be created although it does not permit all of
+# them.
 PROBE = """
 {ip} link set lo up &&
 {ip} link add name probe type veth peer name probe-peer &&
@@ -24,13 +25,13 @@ mount -t tmpfs tmpfs /run
 
 
 def is_inside():
-    """Whether this runs in a network other than the one enter_namespace() was first called in."""
+    """Returns whether this process runs in another network than the first call of enter_namespace()."""
     return os.environ.get(MARK, NETWORK) != NETWORK
 
 
 def enter_namespace():
-    """Returns inside a namespace with a loopback that is up; from outside it never returns."""
-    # Not by way of desktop.py, which starts a session bus when it is imported.
+    """Returns inside a namespace whose loopback is up; outside it restarts the script and never returns."""
+    # desktop.py is not used here, because importing it starts a session bus.
     ip = shutil.which("ip", path=f"{os.environ['PATH']}:/usr/sbin:/sbin")
     if ip is None:
         raise FileNotFoundError("ip is missing; install the package iproute2")

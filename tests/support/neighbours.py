@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Real programs that Trolleo talks to: a gpsd fed with a recorded walk, and a sound server whose
-output is recorded."""
+"""Real programs that Trolleo communicates with: a gpsd that plays a recorded walk, and a sound server
+whose output is recorded."""
 import array
 import contextlib
 import os
@@ -25,7 +25,7 @@ PACKAGES.update({
 
 
 def wake_ups(pid):
-    """How often each thread of a process has gone to sleep so far."""
+    """Returns how often each thread of a process has gone to sleep so far."""
     counts = {}
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
         with contextlib.suppress(FileNotFoundError):  # it has just ended
@@ -36,7 +36,8 @@ def wake_ups(pid):
 
 
 def woken(before, after):
-    """The wake-ups between two such counts. What ended between them is left out."""
+    """Returns the number of wake-ups between two such counts. Threads that ended between them are left
+    out."""
     return sum(count - before.get(task, 0) for task, count in after.items())
 
 
@@ -47,7 +48,7 @@ def free_port():
 
 
 class NmeaHost:
-    """A receiver on the network: whoever connects is told a walk, from the beginning."""
+    """A receiver on the network: each client gets a walk from its beginning."""
 
     def __init__(self, walk, seconds_per_sentence):
         self.lines = walk.splitlines(keepends=True)
@@ -75,8 +76,8 @@ class NmeaHost:
 
 
 class Receiver:
-    """A gpsd that plays a walk, a sentence every so many seconds, and notes when it says what. With
-    several walks it has as many receivers."""
+    """A gpsd that plays a walk, one sentence at each interval, and records the time of each sentence.
+    With several walks it has as many receivers."""
 
     def __init__(self, walks, port, seconds_per_sentence, again_and_again=False):
         walks = [walks] if isinstance(walks, str) else walks
@@ -90,13 +91,13 @@ class Receiver:
         self.process = subprocess.Popen(
             [tool("gpsfake"), *([] if again_and_again else ["-1"]), "-q", "-P", str(port),
              "-c", str(seconds_per_sentence), *map(str, files)],
-            env=dict(os.environ, TMPDIR=str(self.folder)),  # killed, it leaves a socket behind
+            env=dict(os.environ, TMPDIR=str(self.folder)),  # a killed gpsd leaves a socket behind
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True,
         )
         wait_for("gpsd to listen", self.listens)
         self.listener = threading.Thread(target=self.listen, daemon=True)
         self.listener.start()
-        # While gpsd opens what it takes for a serial line it answers nobody.
+        # gpsd does not answer clients while it opens what it takes for a serial line.
         wait_for("the walk to begin", lambda: any(line.startswith("$") for _, line in self.said))
 
     @property
@@ -117,7 +118,7 @@ class Receiver:
             pass  # it was killed
 
     def kill(self):
-        """Ends gpsd and what feeds it, at once and without a farewell."""
+        """Kills gpsd and the process that feeds it."""
         if self.process.poll() is not None:
             return
         os.killpg(self.process.pid, signal.SIGKILL)
@@ -127,7 +128,7 @@ class Receiver:
 
 
 class SoundServer:
-    """A PulseAudio without a device; what it would play is recorded."""
+    """A PulseAudio without a device, whose output is recorded."""
 
     RATE = 44100  # samples per second
 
@@ -152,11 +153,11 @@ class SoundServer:
         wait_for("the recording", lambda: self.recorded() > 0)
 
     def recorded(self):
-        """Seconds that have been recorded."""
+        """Returns the duration of the recording in seconds."""
         return self.file.stat().st_size / 2 / self.RATE
 
     def loudness(self, begin, end=None):
-        """The highest level, 0 to 1, in every hundredth of a second of a part of the recording."""
+        """Returns the highest level, 0 to 1, in every hundredth of a second of a part of the recording."""
         samples = array.array("h")
         data = self.file.read_bytes()
         samples.frombytes(data[:len(data) // 2 * 2])
@@ -166,13 +167,13 @@ class SoundServer:
                 for index in range(int(begin * self.RATE), last - step, step)]
 
     def roles(self):
-        """What the streams that play at the moment say that they are."""
+        """Returns the media roles of the streams that are playing."""
         lines = subprocess.run([tool("pactl"), "list", "sink-inputs"], env=self.environment,
                                capture_output=True, text=True, check=True).stdout.splitlines()
         return [line.split('"')[1] for line in lines if "media.role" in line]
 
     def freeze(self):
-        """From now on it answers nobody."""
+        """Suspends the server's process, so that it no longer answers."""
         self.server.send_signal(signal.SIGSTOP)
 
     def stop(self):

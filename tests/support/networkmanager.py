@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""A real NetworkManager on a system bus of its own, with cables that lead nowhere. It needs the
-namespace that enter_namespace() makes: outside it would take over the network of the machine."""
+"""A real NetworkManager on a separate system bus, with virtual cables. It needs the namespace that
+enter_namespace() creates: outside it would control the network of the host."""
 import os
 import pathlib
 import shutil
@@ -38,9 +38,9 @@ unmanaged-devices=interface-name:*-peer
 [connectivity]
 enabled=false
 """
-# Fresh and read-only, /sys shows the devices of this namespace, and nobody waits for a udev to
-# announce them. The others are where NetworkManager keeps things whatever it is told; all of /run,
-# since a folder in it is not there before the first start.
+# A newly mounted, read-only /sys shows the devices of this namespace, and NetworkManager then does not
+# wait for udev to announce them. The other folders hold NetworkManager's state, which cannot be
+# configured; all of /run is mounted, since its own folder does not exist before the first start.
 MOUNTS = {
     "/sys": "sysfs",
     "/run": "tmpfs",
@@ -51,10 +51,10 @@ MOUNTS = {
 
 class NetworkManager:
     def __init__(self, denied=None):
-        """`denied` is a method of NetworkManager's main interface that nobody may call."""
+        """`denied` is a method of NetworkManager's main interface that the bus refuses."""
         if not is_inside():
             raise RuntimeError("a NetworkManager for tests runs only in a namespace of its own")
-        tool("NetworkManager")  # its package brings folders that are mounted over
+        tool("NetworkManager")  # its package contains folders that are mount points
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-network-"))
         self.address = f"unix:path={self.folder}/bus"
         self.environment = dict(os.environ, DBUS_SYSTEM_BUS_ADDRESS=self.address, LC_ALL="C.UTF-8")
@@ -76,7 +76,7 @@ class NetworkManager:
             raise
 
     def start(self):
-        # --debug: it stays no daemon, and logs to its output rather than to the machine's log.
+        # --debug: it does not become a daemon, and logs to its output and not to the host's log.
         with open(self.log, "a") as log:
             self.process = subprocess.Popen(
                 [tool("NetworkManager"), "--debug", f"--config={self.folder}/main.conf",
@@ -93,10 +93,10 @@ class NetworkManager:
         try:
             return self.nmcli("-g", "STARTUP", "general") == "started"
         except RuntimeError:
-            return False  # nobody there yet
+            return False  # not running yet
 
     def run(self, program, *arguments):
-        """What a program prints; that it fails is an error that shows what it complained about."""
+        """Returns the output of a program. If it fails, the exception contains its error output."""
         done = subprocess.run([program, *arguments], env=self.environment, text=True, check=False,
                               stdin=subprocess.DEVNULL, capture_output=True)
         if done.returncode != 0:
@@ -110,7 +110,7 @@ class NetworkManager:
         return self.run(tool("ip"), *arguments)
 
     def add_link(self, name):
-        """A network card with a cable in it: something is at the other end, but nothing answers."""
+        """Adds a network card with a cable: the link has a carrier, but no host answers."""
         self.ip("link", "add", "name", name, "type", "veth", "peer", "name", f"{name}-peer")
         self.links.append(name)
         self.ip("link", "set", f"{name}-peer", "up")
@@ -118,16 +118,16 @@ class NetworkManager:
         wait_for(f"NetworkManager to manage {name}", lambda: self.state(name) == "disconnected")
 
     def state(self, name):
-        """The state of a link, in the words of NetworkManager."""
+        """Returns NetworkManager's name for the state of a link."""
         states = self.nmcli("-g", "DEVICE,STATE", "device").splitlines()
         return dict(line.split(":", 1) for line in states).get(name)
 
     def plug(self, name, is_plugged):
-        """Puts the cable of a link in or pulls it out."""
+        """Plugs or unplugs the cable of a link."""
         self.ip("link", "set", f"{name}-peer", "up" if is_plugged else "down")
 
     def add_profile(self, name, device, address, autoconnect=False):
-        """A profile with a fixed address, such as 10.0.0.1/24. Returns its uuid."""
+        """Adds a profile with a fixed address, such as 10.0.0.1/24. Returns its UUID."""
         self.nmcli("connection", "add", "type", "ethernet", "con-name", name, "ifname", device,
                    "autoconnect", "yes" if autoconnect else "no", "ipv4.method", "manual",
                    "ipv4.addresses", address, "ipv6.method", "disabled")
@@ -143,19 +143,19 @@ class NetworkManager:
         self.nmcli("connection", "delete", "id", name)
 
     def active(self):
-        """The uuids of the profiles that are activated. NetworkManager makes one for the loopback
-        by itself; that does not count."""
+        """Returns the UUIDs of the activated profiles, without the one that NetworkManager creates for
+        the loopback."""
         lines = self.nmcli("-g", "UUID,TYPE,STATE", "connection", "show", "--active").splitlines()
         rows = [line.split(":") for line in lines]
         return {uuid for uuid, kind, state in rows if state == "activated" and kind != "loopback"}
 
     def uuid_of(self, device):
-        """The uuid of the profile that a device is connected with, or None."""
+        """Returns the UUID of the profile that is active on a device, or None."""
         lines = self.nmcli("-g", "DEVICE,UUID", "connection", "show", "--active").splitlines()
         return dict(line.split(":") for line in lines).get(device)
 
     def kill(self):
-        """Ends NetworkManager at once and without a farewell; the links stay as they are."""
+        """Kills NetworkManager; the links remain unchanged."""
         self.process.kill()
         self.process.wait()
 

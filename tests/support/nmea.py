@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Sentences as a receiver writes them."""
+"""NMEA sentences as a receiver writes them."""
 import math
 
 METERS_PER_DEGREE = 111195.0  # of latitude
@@ -19,7 +19,7 @@ def angle(degrees, width, letters):
 
 
 def rounded(degrees):
-    """The angle as a sentence holds it."""
+    """Returns the angle with the precision of a sentence."""
     magnitude = abs(degrees)
     whole = int(magnitude)
     return math.copysign(whole + float(f"{(magnitude - whole) * 60:.6f}") / 60, degrees)
@@ -34,18 +34,18 @@ def place(latitude, longitude):
 
 
 def rmc(second, latitude, longitude):
-    """The place, time and date, in one second of the day."""
+    """Returns an RMC sentence: position, time and date, for one second of the day."""
     return sentence(f"GPRMC,{time_of_day(second)},A,{place(latitude, longitude)},2.7,0.0,211126,,,A")
 
 
 def fix(second, latitude, longitude):
-    """What a receiver says in one second of the day, with the altitude."""
+    """Returns the sentences of a receiver for one second of the day, including the altitude."""
     return (sentence(f"GPGGA,{time_of_day(second)},{place(latitude, longitude)},1,08,0.9,12.5,M,"
                      "39.0,M,,") + rmc(second, latitude, longitude))
 
 
 def walk_north(start, meters, meters_per_second, longitude, first_second=36000):
-    """A walk along a meridian from a latitude, a fix a second."""
+    """Returns a walk northwards along a meridian, with one fix per second."""
     seconds = int(meters / meters_per_second)
     return "".join(
         fix(first_second + second, start + second * meters_per_second / METERS_PER_DEGREE, longitude)
@@ -53,7 +53,7 @@ def walk_north(start, meters, meters_per_second, longitude, first_second=36000):
 
 
 def place_of(line):
-    """The latitude and longitude in an RMC sentence, or None for any other line."""
+    """Returns the latitude and longitude in an RMC sentence, or None for any other line."""
     fields = line.split(",")
     if not line.startswith("$GPRMC") or fields[2] != "A":
         return None

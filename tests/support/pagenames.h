@@ -5,10 +5,10 @@
 
 #include "base/pages.h"
 
-Q_DECLARE_METATYPE(Page) // for tables of tests
+Q_DECLARE_METATYPE(Page) // for test data tables
 
-/// How many pages the window has.
+/// Number of pages of the window.
 inline constexpr int PageCount = 20;
 
-/// So a failed comparison tells pages by their names.
+/// Makes a failed comparison print the names of pages.
 char *toString(Page page);

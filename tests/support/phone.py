@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What a phone has beside the screen: a real feedbackd, a real systemd-logind on a system bus of its
-own, and somebody who hears what is said on a bus."""
+"""The services of a phone apart from the screen: a real feedbackd, a real systemd-logind on a separate
+system bus, and a monitor that records the messages on a bus."""
 import json
 import os
 import pathlib
@@ -46,7 +46,7 @@ def service(path):
 
 
 class Overheard:
-    """What is said on a bus from now on that one of the matches fits, in the order in which it is said."""
+    """Records the messages on a bus that match one of the rules, in their order."""
 
     def __init__(self, *matches, address=None):
         self.messages = []
@@ -65,7 +65,8 @@ class Overheard:
             raise
 
     def hears(self):
-        """Says something, and tells whether that was heard: no message tells when listening begins."""
+        """Sends a probe signal and returns whether it was recorded. busctl does not report when it
+        begins to listen."""
         subprocess.run([*self.busctl, "emit", "/", PROBE, "Probe"], check=True)
         return self.said("Probe")
 
@@ -74,7 +75,7 @@ class Overheard:
             self.messages.append(json.loads(line))
 
     def said(self, member):
-        """The values of every call or signal of a name, each a list."""
+        """Returns the arguments of every recorded call or signal of that name, each as a list."""
         return [message["payload"]["data"] for message in self.messages
                 if message.get("member") == member and message["type"] in ("method_call", "signal")]
 
@@ -110,11 +111,11 @@ class FeedbackDaemon:
         return "'org.sigxcpu.Feedback' was acquired" in self.log.read_text()
 
     def triggered(self):
-        """The events that were asked for, each with the program that did."""
+        """Returns the requested events, each with the program that requested it."""
         return TRIGGERED.findall(self.log.read_text())
 
     def running(self):
-        """The numbers of the events whose feedback was begun and has not ended."""
+        """Returns the numbers of the events whose feedback has started and not ended."""
         log = self.log.read_text()
         begun = {event for count, event in RUNNING.findall(log) if count != "0"}
         return begun - set(ENDED.findall(log))
@@ -124,7 +125,7 @@ class FeedbackDaemon:
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
-# It leaves the consoles and the keys of the machine alone.
+# It must not use the consoles and keys of the host.
 LOGIND_CONFIGURATION = """
 [Login]
 NAutoVTs=0
@@ -134,13 +135,13 @@ IdleAction=ignore
     "PowerKey", "PowerKeyLongPress", "RebootKey", "RebootKeyLongPress", "SuspendKey",
     "SuspendKeyLongPress", "HibernateKey", "HibernateKeyLongPress", "LidSwitch",
     "LidSwitchExternalPower", "LidSwitchDocked"))
-# Where it keeps things, and where it looks for its configuration.
+# The folders of its state and its configuration.
 MOUNTS = ("/run", "/etc/systemd")
 
 
 class LoginManager:
-    """A systemd-logind on a system bus of its own. It can put nothing to sleep, since no systemd is
-    on that bus. It needs the namespace that enter_namespace() makes."""
+    """A systemd-logind on a separate system bus. It cannot suspend the host, since there is no systemd
+    on that bus. It needs the namespace that enter_namespace() creates."""
 
     def __init__(self):
         if not is_inside():
@@ -155,7 +156,7 @@ class LoginManager:
             for place in MOUNTS:
                 subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", place], check=True)
                 self.mounts.append(place)
-            pathlib.Path("/run/systemd").mkdir()  # it makes folders in it, but not this one
+            pathlib.Path("/run/systemd").mkdir()  # it creates folders in it, but not the folder itself
             pathlib.Path("/etc/systemd/logind.conf").write_text(LOGIND_CONFIGURATION)
             self.bus = SystemBus(self.folder)
             with open(self.log, "w") as log:
@@ -177,10 +178,10 @@ class LoginManager:
         try:
             return self.inhibitors() == []
         except GLib.Error:
-            return False  # nobody there yet
+            return False  # not running yet
 
     def inhibitors(self):
-        """What holds sleep and the like off: (what, who, why, mode, pid) each."""
+        """Returns the inhibitors, each as (what, who, why, mode, pid)."""
         answer = self.connection.call_sync(
             "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager",
             "ListInhibitors", None, None, Gio.DBusCallFlags.NONE, 1000, None).unpack()[0]
@@ -212,14 +213,14 @@ MANAGER = """
 
 
 class SleepRecorder:
-    """Stands in for systemd-logind on a system bus of its own. A mock: the real one refuses root
-    nothing, asks a polkit about everybody else, and lets no test machine go to sleep."""
+    """Simulates systemd-logind on a separate system bus. The real one never refuses root, asks polkit
+    for other users, and cannot put a test machine to sleep."""
 
     def __init__(self, refuses=()):
-        """`refuses` are the modes, "block" or "delay", that nobody is granted."""
+        """`refuses` are the modes, "block" or "delay", that are never granted."""
         self.refuses = refuses
         self.calls = []  # (what, who, why, mode)
-        self.pipes = []  # (mode, the end that tells when all others have let go)
+        self.pipes = []  # (mode, our end of the pipe, which reports when all other ends are closed)
         self.bus = subprocess.Popen(
             [tool("dbus-daemon"), "--session", "--nofork", "--print-address=1"],
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
@@ -255,22 +256,22 @@ class SleepRecorder:
         ours, theirs = os.pipe()
         self.pipes.append((mode, ours))
         handles = Gio.UnixFDList.new()
-        handles.append(theirs)  # a copy, that goes with the list when the answer is out
+        handles.append(theirs)  # a copy, which is closed with the list after the reply
         os.close(theirs)
         invocation.return_value_with_unix_fd_list(GLib.Variant("(h)", (0,)), handles)
 
     def held(self):
-        """The modes of what was granted and has not been let go."""
+        """Returns the modes of the locks that were granted and not released."""
         return [mode for mode, ours in self.pipes if not self.is_let_go(ours)]
 
     @staticmethod
     def is_let_go(pipe):
         waiter = select.poll()
-        waiter.register(pipe, 0)  # a hang-up is told unasked
+        waiter.register(pipe, 0)  # a hang-up is always reported
         return bool(waiter.poll(0))
 
     def prepare_for_sleep(self, begins):
-        """Says that the machine is about to sleep, or has woken up."""
+        """Announces that the machine is about to sleep, or has woken up."""
         self.connection.emit_signal(
             None, "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
             GLib.Variant("(b)", (begins,)))

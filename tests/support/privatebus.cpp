@@ -46,7 +46,8 @@ static const char busConfiguration[] = R"(
 
 PrivateBus::PrivateBus(const Caller &by)
 {
-    // One of a desktop would start that desktop's services, and keep calls for them.
+    // The desktop's own configuration would start services of the desktop, and queue calls for
+    // them.
     if (!configuration.open() || configuration.write(busConfiguration) < 0 ||
         !configuration.flush())
         stopTest("cannot write the configuration of a bus", by);

@@ -14,7 +14,7 @@
 
 #include "tests/support/stoppable.h"
 
-/// A message bus of a test's own.
+/// A separate message bus for a test.
 class PrivateBus
 {
 public:
@@ -22,7 +22,7 @@ public:
     ~PrivateBus();
 
     QString address() const;
-    /// It answers nobody until it is thawed.
+    /// Stops answering until it is thawed.
     void freeze() const;
     void thaw() const;
 
@@ -32,14 +32,14 @@ private:
     QString addressText;
 };
 
-/// Stands in for a service on a private bus where the real one cannot be made to refuse, to fall
-/// silent or to answer with other types than it promises. It notes what it is asked.
+/// Simulates a service on a private bus, in cases where the real one cannot be made to refuse, to
+/// stop answering or to answer with wrong types. It records the calls.
 class MadeUpService : public QDBusVirtualObject
 {
 public:
     using Answer = std::function<QDBusMessage(const QDBusMessage &)>;
 
-    /// Takes calls of all objects below `path` under the bus name `name`.
+    /// Handles calls of all objects below `path` under the bus name `name`.
     MadeUpService(const QString &busAddress, const QString &name, const QString &path,
                   const Caller &by = Caller::here());
     ~MadeUpService() override;
@@ -47,15 +47,15 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
     QString introspect(const QString &path) const override;
 
-    /// Leaves the bus, with its name; or comes back.
+    /// Disconnects from the bus, which releases the name; or connects again.
     void leave();
     void comeBack(const Caller &by = Caller::here());
     void emitSignal(const QString &path, const QString &interface, const QString &signal,
                     const QVariantList &arguments) const;
-    /// The calls of a method, in order.
+    /// Returns the calls of a method, in order.
     QList<QDBusMessage> calls(const QString &method) const;
 
-    /// By method; one that is not here is never answered.
+    /// By method. A method that is missing here is never answered.
     QHash<QString, Answer> answers;
     QList<QDBusMessage> heard;
 
@@ -66,16 +66,16 @@ private:
     QString connectionName;
 };
 
-/// A location service of that kind: org.freedesktop.GeoClue2.
+/// A simulated location service: org.freedesktop.GeoClue2.
 class MadeUpGeoClue : public MadeUpService
 {
 public:
     explicit MadeUpGeoClue(const QString &busAddress);
 
-    /// Tells its client where it is; `second` is its clock's.
+    /// Reports a position to its client; `second` is the time of its clock.
     void locate(double latitude, double longitude, int second, double accuracy = 10);
     bool isStarted() const;
-    /// What the client has set, by the name of the property.
+    /// The properties that the client has set, by name.
     QVariantMap properties;
     bool refuses = false;
     bool isSilent = false;

@@ -6,11 +6,11 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
-/// What tests that draw lots have in common: they are brief in a run of all tests, and as long as
-/// one likes by hand.
+/// Functions for randomised tests. They are short in a run of all tests, and arbitrarily long when
+/// run by hand.
 namespace RandomRun {
 
-/// How often to do it: as the environment's `variable` says, else `usual`.
+/// Returns the number of repetitions: the environment's `variable`, or else `usual`.
 inline int count(const char *variable, int usual)
 {
     bool isNumber = false;
@@ -18,7 +18,8 @@ inline int count(const char *variable, int usual)
     return isNumber ? wanted : usual;
 }
 
-/// TROLLEO_TEST_SEED, else any. It is printed, so that a failure can be seen again.
+/// Returns TROLLEO_TEST_SEED, or else a random seed. Prints it, so that a failure can be
+/// reproduced.
 inline quint32 seed()
 {
     const quint32 result = qEnvironmentVariableIsSet("TROLLEO_TEST_SEED")
@@ -28,8 +29,8 @@ inline quint32 seed()
     return result;
 }
 
-/// To be called before the test runs: where `variable` is set, it may take longer than a test of
-/// its kind may otherwise.
+/// Must be called before the test runs. If `variable` is set, it removes the usual time limit of a
+/// test.
 inline void takeYourTime(const char *variable)
 {
     if (qEnvironmentVariableIsSet(variable))

@@ -9,7 +9,7 @@
 
 #include "lists/liststate.h"
 
-/// What is in the database before a test, as one would tell it:
+/// Describes the contents of the database before a test:
 ///
 ///     const Records records{
 ///         category(1, "Food"),
@@ -17,8 +17,9 @@
 ///         list("Weekend", ListEmpty),
 ///     };
 ///
-/// A list is of the store before it in its line, or of none; a good is on the list before it. An id
-/// that does not matter can be left out: it is one more than the largest before it of its kind.
+/// A list belongs to the store before it in the same line, or to none; a good is on the list before
+/// it. An id that does not matter can be omitted; it is then the largest id before it of that kind,
+/// plus one.
 class Records
 {
 public:
@@ -30,37 +31,38 @@ public:
 
     Records &store(const QString &name);
     Records &store(int id, const QString &name);
-    /// Of the store before it.
+    /// Sets the category of the preceding store.
     Records &inCategory(int id);
     Records &at(double latitude, double longitude, double altitude = 0);
 
-    /// `state` is any number, since files may have states that are not known.
+    /// `state` is any number, since files may contain unknown states.
     Records &list(const QString &name, int state);
     Records &list(int id, const QString &name, int state);
     Records &openList(const QString &name);
     Records &openList(int id, const QString &name);
-    /// Of the list before it, whose store is this one, which need not exist.
+    /// Applies to the preceding list. The store need not exist.
     Records &ofStore(int id);
 
     Records &good(const QString &name, int amount = 1);
     Records &good(int id, const QString &name, int amount = 1);
     Records &checkedGood(const QString &name, int amount = 1);
     Records &checkedGood(int id, const QString &name, int amount = 1);
-    /// Of the good before it, whose list is this one, which need not exist.
+    /// Applies to the preceding good. The list need not exist.
     Records &onList(int id);
 
-    /// What is too odd to be told otherwise; it is run after what stands before it.
+    /// Adds a statement for records that cannot be described otherwise. It runs after the preceding
+    /// records.
     Records &sql(const QString &statement);
 
     bool isEmpty() const;
-    /// What makes it, in a database that has the tables.
+    /// Returns the statements that create the records in a database with the tables.
     QStringList statements() const;
 
 private:
     struct Row
     {
-        QString table;      // none: the value is a statement
-        QStringList values; // a null one is to be found out
+        QString table;      // empty: the value is a complete statement
+        QStringList values; // a null value is replaced by an id
         qsizetype parent = -1;
     };
 
@@ -68,14 +70,14 @@ private:
     Records &setInLast(qsizetype last, int column, int value);
 
     QList<Row> rows;
-    // Where the last of each stands; -1 when there is none.
+    // Index of the last record of each kind; -1 if there is none.
     qsizetype lastCategory = -1;
     qsizetype lastStore = -1;
     qsizetype lastList = -1;
     qsizetype lastGood = -1;
 };
 
-/// The first of a line.
+/// These functions start a line.
 Records category(const QString &name);
 Records category(int id, const QString &name);
 Records store(const QString &name);

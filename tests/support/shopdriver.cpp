@@ -26,13 +26,13 @@ ShopDriver::ShopDriver(const Caller &by)
 ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings, const Caller &by)
     : home(std::make_unique<TestHome>())
 {
-    // Silent, and without the cost of loading the sound system, unless a test wants it to ring.
+    // Silent, and without loading the sound system, unless a test needs the alarm.
     if (!settings.isEmpty())
         QSettings("Vantor", "Trolleo").setValue("SoundFileName", home->path() + "/no sound.wav");
     for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
         QSettings("Vantor", "Trolleo").setValue(setting.key(), setting.value());
     if (!records.isEmpty()) {
-        const Window first; // makes the tables
+        const Window first; // creates the tables
         SecondConnection(home->databaseFile()).add(records, by);
     }
     start(by);
@@ -92,7 +92,7 @@ QAbstractButton *ShopDriver::visibleButton(const char *name, const Caller &by) c
 
 void ShopDriver::waitForReminder() const
 {
-    constexpr int pause = 1100; // milliseconds; for so long it is deaf to what was on its way
+    constexpr int pause = 1100; // milliseconds for which the reminder ignores input
     if (page() == PageReminder)
         QTest::qWait(pause);
 }
@@ -102,14 +102,14 @@ void ShopDriver::pressByScreenReader(const char *button, const Caller &by) const
     auto *widget = visibleButton(button, by);
     QAccessible::queryAccessibleInterface(widget)->actionInterface()->doAction(
         QAccessibleActionInterface::pressAction());
-    // It shows the button pressed for a moment, and acts when it comes up again.
+    // Qt shows the button pressed for a moment, and acts when it is released.
     const QPointer<QAbstractButton> pressed(widget);
     std::ignore = QTest::qWaitFor([&] { return !pressed || !pressed->isDown(); });
 }
 
 void ShopDriver::press(const char *button, const Caller &by) const
 {
-    QCoreApplication::processEvents(); // lets a page that has just come be laid out
+    QCoreApplication::processEvents(); // lays out a page that has just been shown
     auto *widget = visibleButton(button, by);
     if (auto *area = pageWidget()->findChild<QScrollArea *>(); area && area->isAncestorOf(widget))
         area->ensureWidgetVisible(widget);
@@ -190,7 +190,7 @@ QListWidget *ShopDriver::list(const Caller &by) const
     return list;
 }
 
-/// In the list's viewport.
+/// In coordinates of the list's viewport.
 QRect ShopDriver::rowArea(int row, const Caller &by) const
 {
     const QListWidgetItem *item = list(by)->item(row);
@@ -274,7 +274,7 @@ void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget 
                 QCoreApplication::processEvents();
                 check(page);
             }
-            // Tabs are seen only in the view that has them, the second.
+            // Tabs are visible only in the second view, which contains them.
             views->setCurrentIndex(tabs ? 1 : 0);
         }
         for (int tab = 0; tabs && tab < tabs->count(); ++tab) {

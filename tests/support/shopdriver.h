@@ -26,13 +26,13 @@ inline constexpr Page pagesWithHelp[] = {
     PageStoreList,  PageStoreEdit, PageCategoryList,  PageCategoryEdit,
     PageDoShopping, PageOptions,   PageTrackedList,   PageCoordinates};
 
-/// The real window in a home of its own, used as a person uses it: by what is to be seen on the
-/// page that shows. A test that wants what is not there fails where it does, and stops.
+/// The real window in a separate home, used as a user does: by the visible widgets of the current
+/// page. If a widget is missing, the test fails in the line of the call, and stops.
 class ShopDriver
 {
 public:
-    /// The window, with what no page offers: to be without any position source, and, for a
-    /// benchmark, to build its pages and do nothing else.
+    /// The window, with functions that no page offers: to simulate a missing position source, and,
+    /// for a benchmark, to build its pages only.
     class Window : public ShopWindow
     {
     public:
@@ -41,10 +41,10 @@ public:
     };
 
     explicit ShopDriver(const Caller &by = Caller::here());
-    /// Starts the program on a database with these records, with these settings stored.
+    /// Starts the program with these records in the database and these settings.
     explicit ShopDriver(const Records &records, const QVariantMap &settings = {},
                         const Caller &by = Caller::here());
-    /// Starts the program in a home that is as it is.
+    /// Starts the program in the given home without changing it.
     explicit ShopDriver(std::unique_ptr<TestHome> made, const Caller &by = Caller::here());
 
     /// Ends the program and starts it again.
@@ -62,26 +62,27 @@ public:
     }
     bool has(const char *name) const;
 
-    /// Presses a button of the page that shows, with the mouse; one of the reminder when it
-    /// listens.
+    /// Clicks a button of the current page with the mouse. On the reminder it waits until input is
+    /// accepted.
     void press(const char *button, const Caller &by = Caller::here()) const;
-    /// Presses a button as a screen reader does, which the reminder hears at once.
+    /// Presses a button like a screen reader, which the reminder accepts at once.
     void pressByScreenReader(const char *button, const Caller &by = Caller::here()) const;
-    /// Waits as someone who reads what the reminder says, if that shows.
+    /// If the reminder is shown, waits until it accepts input.
     void waitForReminder() const;
     /// Taps a point of the window with a finger.
     void touch(const QPoint &position) const;
-    /// Double taps with a finger a button where the page `next`, as large as this one, has a button
-    /// too; false when there is no such place. The window's pages may be others afterwards.
+    /// Double taps a button with a finger, at a place where the page `next`, of the same size, has a
+    /// button too. Returns false if there is no such place. The pages of the window may have been
+    /// rebuilt afterwards.
     bool doubleTap(const char *button, int next, const Caller &by = Caller::here());
-    /// Goes from the main page to the options, and back with another language. The window's pages
-    /// are others afterwards.
+    /// Goes from the main page to the options, selects a language and returns. The pages of the
+    /// window are rebuilt.
     void changeLanguage(const char *radio, const Caller &by = Caller::here());
     bool isEnabled(const char *button, const Caller &by = Caller::here()) const;
     QString buttonText(const char *button, const Caller &by = Caller::here()) const;
     QString labelText(const char *label, const Caller &by = Caller::here()) const;
 
-    /// Replaces what stands in the field by keys.
+    /// Replaces the contents of the field by typing.
     void type(const QString &text, const char *field = "nameField",
               const Caller &by = Caller::here()) const;
 
@@ -89,15 +90,16 @@ public:
     /// Taps a row of the page's list.
     void tap(int row, const Caller &by = Caller::here()) const;
     void doubleTap(int row, const Caller &by = Caller::here()) const;
-    /// Rows as "name" or "name|second column", checked ones with a trailing "*".
+    /// Returns rows as "name" or "name|second column", checked ones with a trailing "*".
     QStringList rows(const Caller &by = Caller::here()) const;
 
-    /// The page's map.
+    /// Returns the page's map.
     MapsWidget *map(const Caller &by = Caller::here()) const;
-    /// Taps the middle of the page's map and chooses from its menu; a separator counts as well.
+    /// Taps the middle of the page's map and chooses the entry with that index; separators are
+    /// counted.
     void chooseInMapMenu(int entry, const Caller &by = Caller::here()) const;
 
-    /// The title of the message or question that shows, with its text.
+    /// Returns the title of the current message or question, with its text.
     QString message() const;
 
     std::unique_ptr<TestHome> home;
@@ -114,5 +116,5 @@ private:
     std::unique_ptr<QPointingDevice> finger;
 };
 
-/// Shows every page, those with views and tabs once for each of them, and lets `check` look.
+/// Shows every page, once for each of its views and tabs, and calls `check`.
 void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget *page)> &check);

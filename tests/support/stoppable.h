@@ -5,10 +5,11 @@
 #include <QString>
 #include <QtTest>
 
-/// Where a test calls a helper. To be a helper's last argument, with Caller::here() as its default.
+/// The place where a test calls a helper. It must be the last parameter of a helper, with the
+/// default Caller::here().
 struct Caller
 {
-    // std::source_location is not for every compiler that builds the tests.
+    // Not all supported compilers have std::source_location.
     static Caller here(const char *file = __builtin_FILE(), int line = __builtin_LINE())
     {
         return {file, line};
@@ -18,20 +19,22 @@ struct Caller
     int line;
 };
 
-/// What a helper throws when the test cannot go on; the test has failed then.
+/// Thrown by a helper if the test cannot continue; the test has then failed.
 struct TestStopped
 {};
 
-/// Lets the test function fail where it calls a helper, and go no further. Outside of a test, the
-/// process ends.
+/// Makes the test function fail in the line of the call, and stops it. Outside a test it ends the
+/// process.
 [[noreturn]] void stopTest(const QString &why, const Caller &caller = Caller::here());
 
-/// The test whose functions helpers can stop: the next ones run. Qt Test would end the process.
+/// A test whose functions can be stopped by helpers; the next function then runs. Qt Test alone
+/// would end the process.
 template <typename Test>
 class Stoppable : public Test
 {
 public:
-    /// Qt Test calls by the class's own table of functions, so it gets one that catches.
+    /// Qt Test calls test functions through the meta-object, so this class provides one that
+    /// catches the exception.
     const QMetaObject *metaObject() const override
     {
         static const QMetaObject guarded = [] {
@@ -48,11 +51,11 @@ private:
         try {
             Test::staticMetaObject.d.static_metacall(object, what, index, arguments);
         } catch (const TestStopped &) {
-            return; // it has been told
+            return; // already reported
         }
     }
 };
 
-/// As QTEST_MAIN and QTEST_GUILESS_MAIN, for tests that use helpers.
+/// Like QTEST_MAIN and QTEST_GUILESS_MAIN, for tests that use helpers.
 #define STOPPABLE_TEST_MAIN(Test) QTEST_MAIN(Stoppable<Test>)
 #define STOPPABLE_TEST_GUILESS_MAIN(Test) QTEST_GUILESS_MAIN(Stoppable<Test>)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A system bus of a test's own, on which everybody may do everything."""
+"""A separate system bus for a test, with all operations allowed."""
 import subprocess
 
 from desktop import stop, tool, wait_for
@@ -23,8 +23,8 @@ CONFIGURATION = """
 
 class SystemBus:
     def __init__(self, folder, more="", **options):
-        """It lives in a folder of whoever makes it. `more` is what else its configuration says,
-        `options` are for its process."""
+        """It uses a folder of the caller. `more` is appended to its configuration, and `options` are
+        passed to its process."""
         self.address = f"unix:path={folder}/bus"
         (folder / "bus.conf").write_text(CONFIGURATION.format(address=self.address, more=more))
         options = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options

@@ -30,7 +30,7 @@ void TestHome::enter()
 {
     qputenv("HOME", QFile::encodeName(home));
     qputenv("XDG_CACHE_HOME", QFile::encodeName(home + "/.cache"));
-    // No test asks a server of the world for tiles.
+    // Tests must not contact a tile server on the internet.
     if (!qEnvironmentVariableIsSet("TROLLEO_TILE_SERVER"))
         qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home + "/.config");
@@ -92,7 +92,7 @@ SecondConnection::~SecondConnection()
 
 void SecondConnection::add(const Records &records, const Caller &by)
 {
-    // One commit, since each waits for the disk.
+    // One commit for all, since each waits for the disk.
     database.transaction();
     for (const QString &statement : records.statements()) {
         if (!run(statement))

@@ -13,13 +13,13 @@
 
 class Records;
 
-/// A home of its own, empty, for as long as it lives: the data folder and the settings go there.
+/// A temporary, empty home for the data folder and the settings. It exists as long as this object.
 class TestHome
 {
 public:
     /// `name` is the last part of the home's path.
     explicit TestHome(const QString &name = QStringLiteral("home"));
-    /// A home that another process has made, which removes it.
+    /// A home that another process has created and removes.
     struct OfAnother
     {
         QString path;
@@ -34,7 +34,7 @@ public:
     QString databaseFile() const;
     QString settingsFile() const;
 
-    /// Makes the data folder with `content` as the database file.
+    /// Creates the data folder with `content` as the database file.
     void writeDatabaseFile(const QByteArray &content, const Caller &by = Caller::here()) const;
     QByteArray readDatabaseFile() const;
 
@@ -46,7 +46,7 @@ private:
     QByteArray earlierHome;
 };
 
-/// Looks into a database file from outside, over a connection of its own.
+/// Accesses a database file over a separate connection.
 class SecondConnection
 {
 public:
@@ -55,13 +55,13 @@ public:
     SecondConnection(const SecondConnection &) = delete;
     SecondConnection &operator=(const SecondConnection &) = delete;
 
-    /// Adds these, all or none.
+    /// Adds all records in one transaction.
     void add(const Records &records, const Caller &by = Caller::here());
-    /// Runs `statement`; false when it fails.
+    /// Runs `statement`; returns false if it fails.
     bool run(const QString &statement);
-    /// The rows `statement` yields.
+    /// Returns the rows of `statement`.
     QList<QVariantList> rows(const QString &statement);
-    /// The first column of what `statement` yields.
+    /// Returns the first column of the rows of `statement`.
     QVariantList column(const QString &statement);
     QStringList tables();
     QStringList columnsOf(const QString &table);

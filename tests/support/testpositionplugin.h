@@ -5,8 +5,8 @@
 #include <QGeoPositionInfoSourceFactory>
 #include <QStringList>
 
-/// A position source that tells nothing by itself: a test counts what is asked of it and delivers
-/// positions when it likes. No receiver does that, so this one is made up.
+/// A simulated position source that reports nothing by itself: a test checks the calls and delivers
+/// positions at chosen moments, which no real receiver could do.
 class TestPositionSource : public QGeoPositionInfoSource
 {
     Q_OBJECT
@@ -15,9 +15,9 @@ public:
     explicit TestPositionSource(QObject *parent);
     ~TestPositionSource() override;
 
-    /// How many were made.
+    /// Number of sources created.
     static int made();
-    /// The source made last, or null when it is gone.
+    /// Returns the source created last, or null if it has been deleted.
     static TestPositionSource *instance();
 
     void deliver(double latitude, double longitude, double altitude = 0);
@@ -36,9 +36,9 @@ public:
     int requests = 0;
     int lastTimeout = -1;
     bool updating = false;
-    /// What was called, in order: "start", "stop", "interval 3000", "request".
+    /// The calls, in order: "start", "stop", "interval 3000", "request".
     QStringList calls;
-    /// A request reports a time-out before it returns.
+    /// If true, a request reports a timeout before it returns.
     bool refuses = false;
 };
 

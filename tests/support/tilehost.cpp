@@ -44,7 +44,7 @@ QByteArray TileHost::response(const QByteArray &body, const QByteArray &type,
 QColor TileHost::colorOf(const QString &path)
 {
     const auto hash = qHash(path, 1);
-    return QColor(QColor::fromHsv(int(hash % 360), 200, 200).rgb()); // as a picture has it
+    return QColor(QColor::fromHsv(int(hash % 360), 200, 200).rgb()); // 8 bits, as in a file
 }
 
 void TileHost::accept()
@@ -83,7 +83,7 @@ void TileHost::hear(QTcpSocket *socket)
 
 void TileHost::finish(QTcpSocket *socket, const QByteArray &bytes)
 {
-    // Counted before the bytes are on their way: the next request may follow at once.
+    // Counted before the bytes are sent, since the next request may follow at once.
     waiting.remove(socket);
     socket->write(bytes);
 }

@@ -15,36 +15,36 @@
 
 class QTcpSocket;
 
-/// A tile server on loopback that counts what it is asked, and answers as a test likes: with tiles
-/// of one colour each, that are fresh for an hour, unless told otherwise.
+/// A tile server on loopback that counts requests. By default it answers with single-coloured tiles
+/// that are fresh for an hour; a test can set another answer.
 class TileHost : public QTcpServer
 {
 public:
     explicit TileHost(const Caller &by = Caller::here());
 
-    /// As TROLLEO_TILE_SERVER takes it.
+    /// Returns the address in the format of TROLLEO_TILE_SERVER.
     QByteArray address() const;
 
-    /// The picture of one colour in `format`, with a given extent.
+    /// Returns a single-coloured picture in `format`, with the given extent.
     static QByteArray picture(const QColor &color, const char *format = "png", int extent = 256);
-    /// An answer with the headers that it takes.
+    /// Returns a response with the required headers.
     static QByteArray response(const QByteArray &body, const QByteArray &type = "image/png",
                                const QByteArray &headers = "Cache-Control: max-age=3600\r\n",
                                const QByteArray &status = "200 OK");
     static QColor colorOf(const QString &path);
 
-    /// Sends an answer, or its last part. Nothing may follow on that connection but requests.
+    /// Sends a response, or its last part. Only requests may follow on that connection.
     void finish(QTcpSocket *socket, const QByteArray &bytes);
     /// Answers with the tile of that path.
     void sendTile(QTcpSocket *socket, const QString &path);
 
-    /// What answers; sendTile() at first. May be changed at any time.
+    /// Handles requests; sendTile() by default. It can be changed at any time.
     std::function<void(QTcpSocket *socket, const QString &path)> answer;
 
-    /// In the order in which they came.
+    /// In the order of the requests.
     QStringList paths;
     QList<QHash<QByteArray, QByteArray>> headers;
-    /// How many requests were waiting for their answer at most.
+    /// The highest number of requests that waited for an answer at the same time.
     int mostWaiting = 0;
 
 private:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A tile server that counts what it is asked."""
+"""A tile server that records its requests."""
 import http.server
 import struct
 import threading
@@ -10,7 +10,7 @@ from desktop import wait_for
 
 
 def tile(red, green, blue):
-    """A picture of 256 x 256 pixels of one colour, as PNG."""
+    """Returns a single-coloured picture of 256 x 256 pixels as PNG."""
     def chunk(kind, data):
         return (struct.pack(">I", len(data)) + kind + data
                 + struct.pack(">I", zlib.crc32(kind + data)))
@@ -21,12 +21,12 @@ def tile(red, green, blue):
 
 
 def colored(zoom, column, row):
-    """A tile of one of a few colours."""
+    """Returns a tile in one of a few colours."""
     return tile(column * 40 % 256, row * 40 % 256, 160)
 
 
 class TileServer:
-    """Serves the tiles that `draw` makes, fresh for an hour, on loopback or another address."""
+    """Serves the tiles that `draw` returns, fresh for an hour, on loopback or another address."""
 
     def __init__(self, host="127.0.0.1", draw=colored):
         self.paths = []
@@ -42,7 +42,7 @@ class TileServer:
                 server.agents.add(self.headers["User-Agent"])
                 try:
                     body = draw(*map(int, self.path.removesuffix(".png").split("/")[1:]))
-                except Exception as error:  # whatever it is, whoever waits for tiles is told
+                except Exception as error:  # any error is sent to the client that requested the tile
                     server.failures.append(error)
                     self.send_error(500)
                     return
@@ -66,8 +66,8 @@ class TileServer:
         return f"http://{host}:{port}"
 
     def wait_until_idle(self):
-        """Waits until tiles have been served, and no more are asked for in half a second."""
-        seen = []  # (moment, how much had been asked for then)
+        """Waits until tiles have been served, and no more have been requested for half a second."""
+        seen = []  # (time, number of requests up to that time)
 
         def is_idle():
             now = time.monotonic()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A Wayland desktop as phones have one, without a screen: a real compositor, and a real daemon that
+"""A Wayland desktop like that of a phone, without a screen: a real compositor, and a real daemon that
 shows notifications above every window."""
 import json
 import os
@@ -20,14 +20,14 @@ PACKAGES.update({
     "unshare": "util-linux",
 })
 
-# A window that asks for attention gets no focus of its own: it is marked as urgent.
+# A window that requests attention does not get the focus: it is marked as urgent.
 COMPOSITOR = """
 xwayland disable
 output * resolution {width}x{height}
 default_border none
 focus_on_window_activation urgent
 """
-# One colour for each urgency, so that a picture tells what of it is to be seen.
+# One colour for each urgency, so that a picture shows which notification is visible.
 NOTIFICATIONS = """
 layer=overlay
 default-timeout=0
@@ -42,13 +42,13 @@ background-color=#0000ffff
 background-color=#ff00ffff
 """
 LOW, NORMAL, CRITICAL = (bytes.fromhex(color) for color in ("00ff00", "0000ff", "ff00ff"))
-ENOUGH = 2000  # pixels; a notification has over 10000, and no text has its colours
+ENOUGH = 2000  # pixels; a notification has more than 10000, and no text has its colours
 
 
 class WaylandDesktop:
-    """A compositor with one output of the given size. What it starts talks on the session bus.
+    """A compositor with one output of the given size. Programs that it starts use the session bus.
 
-    Its seat has neither keyboard nor pointer: programs are driven over the accessibility bus.
+    Its seat has neither keyboard nor pointer: programs are controlled over the accessibility bus.
     """
 
     def __init__(self, width=1024, height=768):
@@ -60,7 +60,8 @@ class WaylandDesktop:
         (self.folder / "mako").write_text(NOTIFICATIONS)
         command = [tool("sway"), "--config", str(self.folder / "sway")]
         if os.geteuid() == 0:
-            # It refuses root, so it runs as somebody who is root's equal with files and no more.
+            # The compositor refuses to run as root. In this user namespace it is another user with
+            # root's file access.
             command[:0] = [tool("unshare"), "--user", "--map-user=1000", "--map-group=1000"]
         with open(self.log, "w") as log:
             self.compositor = subprocess.Popen(
@@ -87,8 +88,8 @@ class WaylandDesktop:
         return [file for file in self.folder.glob("wayland-*") if file.suffix != ".lock"]
 
     def environment(self):
-        """Of a program on this desktop. One that uses Qt wants QT_QPA_PLATFORM=wayland as well."""
-        # The socket by its whole name: the runtime folder of programs is the one of the session.
+        """The environment of a program on this desktop. A Qt program also needs QT_QPA_PLATFORM=wayland."""
+        # The full path of the socket, because programs keep the runtime folder of the session.
         return dict(os.environ, WAYLAND_DISPLAY=str(self.sockets()[0]), SWAYSOCK=str(self.ipc))
 
     def start_notifier(self):
@@ -100,7 +101,7 @@ class WaylandDesktop:
         def is_there():
             if self.notifier.poll() is not None:
                 raise RuntimeError(f"mako ended:\n{self.log.read_text()[-2000:]}")
-            # Not by asking it something: the bus would start another one.
+            # The daemon is not called, because the bus would start a second one.
             return "org.freedesktop.Notifications" in self.run(
                 ["busctl", "--user", "--acquired", "--no-legend", "list"])
 
@@ -112,12 +113,12 @@ class WaylandDesktop:
         ).stdout
 
     def ask(self, what):
-        """What the compositor says of itself, such as get_tree."""
+        """Returns a reply of the compositor, such as that to get_tree."""
         answer = self.run([tool("swaymsg"), "--socket", str(self.ipc), "--raw", "--type", what])
         return json.loads(answer or "[]")
 
     def windows(self):
-        """The windows, as the compositor describes them: pid, focused, urgent, visible and so on."""
+        """Returns the compositor's descriptions of the windows: pid, focused, urgent, visible and so on."""
         found = []
 
         def visit(node):
@@ -130,11 +131,11 @@ class WaylandDesktop:
         return found
 
     def window(self, pid):
-        """The window of a process, or None."""
+        """Returns the window of a process, or None."""
         return next((window for window in self.windows() if window["pid"] == pid), None)
 
     def cover(self):
-        """Puts another program's window over the whole screen, and returns its process."""
+        """Opens another program's window that covers the whole screen, and returns its process."""
         other = subprocess.Popen([tool("foot"), "--fullscreen", "sleep", "infinity"],
                                  env=dict(self.environment(), LC_ALL="C.UTF-8"),
                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -148,11 +149,11 @@ class WaylandDesktop:
             and window["visible"]
 
     def picture(self, file):
-        """Writes what the screen shows."""
+        """Saves a picture of the screen."""
         subprocess.run([tool("grim"), str(file)], env=self.environment(), check=True)
 
     def pixels(self, color):
-        """How much of the screen has a colour."""
+        """Returns the number of pixels of a colour on the screen."""
         picture = subprocess.run([tool("grim"), "-t", "ppm", "-"], env=self.environment(), check=True,
                                  capture_output=True).stdout
         # P6, width and height, 255, each with a newline
@@ -160,12 +161,12 @@ class WaylandDesktop:
         return sum(1 for pixel in zip(data[0::3], data[1::3], data[2::3]) if pixel == tuple(color))
 
     def shows(self, urgency):
-        """Whether a notification of an urgency is to be seen."""
+        """Returns whether a notification of that urgency is visible."""
         return self.pixels(urgency) > ENOUGH
 
     def notifications(self):
-        """The notifications that the daemon shows: their id, summary, body and actions."""
-        # Not by makoctl: what it prints of them is for people from 1.10 on.
+        """Returns the notifications shown by the daemon: id, summary, body and actions."""
+        # makoctl is not used, because since 1.10 its output is not machine-readable.
         answer = json.loads(self.run(
             ["busctl", "--user", "--json=short", "call", "org.freedesktop.Notifications",
              "/fr/emersion/Mako", "fr.emersion.Mako", "ListNotifications"]))
@@ -173,11 +174,11 @@ class WaylandDesktop:
                 for notification in answer["data"][0]]
 
     def invoke(self, notification, action):
-        """Chooses an action of a notification. It stays until somebody closes it."""
+        """Chooses an action of a notification, which stays until it is closed."""
         self.run([tool("makoctl"), "invoke", "-n", str(notification["id"]), action])
 
     def dismiss(self, notification):
-        """Puts a notification away, as a person does who does not want to see it."""
+        """Dismisses a notification like a user."""
         self.run([tool("makoctl"), "dismiss", "-n", str(notification["id"])])
 
     def stop(self):

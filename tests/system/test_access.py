@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a screen reader gets of every page, in both languages."""
+"""What a screen reader is told about every page, in both languages."""
 import contextlib
 import pathlib
 import re
@@ -40,21 +40,21 @@ TITLES = {
 }
 ROLES = {"12-message": "dialog", "15-waiting": "dialog", "16-confirmation": "dialog",
          "18-reminder": "alert"}
-# Whether the Tab key leads to them or not.
+# Roles of controls, whether they can have the focus or not.
 CONTROLS = {"button", "check box", "list", "list item", "page tab", "radio button", "spin button",
             "text"}
 PICTURE = re.compile(r"\.(svg|png)|:/|\ufffc")
 
 
 class Listener(Tour):
-    """Goes through the pages and hears what is said of each."""
+    """Visits the pages and records what a screen reader is told about each."""
 
     def __init__(self, test, language, folder, desktop, surroundings):
         super().__init__(folder, desktop, surroundings, language)
         self.test = test
         self.language = language
         self.shown = []
-        self.page = ("panel", self.tr["Main Page"])  # the first; nothing changes to it
+        self.page = ("panel", self.tr["Main Page"])  # the first page; there is no event for it
         self.visited = []
         self.roles = set()
         pyatspi.Registry.registerEventListener(self.note, "object:state-changed:showing")
@@ -67,7 +67,7 @@ class Listener(Tour):
         pyatspi.Registry.deregisterEventListener(self.note, "object:state-changed:showing")
 
     def picture(self, name):
-        """Where the tour would take a picture."""
+        """Called where the tour would take a picture."""
         with self.test.subTest(page=name, language=self.language):
             self.check(name)
         self.visited.append(name)
@@ -92,7 +92,7 @@ class Listener(Tour):
         for node in nodes:
             self.test.assertNotRegex(node.name, PICTURE)
             self.test.assertNotRegex(node.description, PICTURE)
-        if name != "00-main":  # where the focus is only once a key was pressed
+        if name != "00-main":  # the initial page sets the focus only after a key press
             wait_for("the focus on the page", lambda: any(
                 node.getState().contains(pyatspi.STATE_FOCUSED) for node in [page, *self.nodes(page)]))
         if name == "18-reminder":
@@ -124,7 +124,7 @@ class TestAccess(unittest.TestCase):
             cleanup.callback(tour.stop)
             tour.run()
             self.assertEqual(sorted(tour.visited), sorted(TITLES))
-            # A role that no page has is one that goes by another name, and was not looked at.
+            # If a role does not occur on any page, it has another name now and was not checked.
             self.assertEqual(CONTROLS - tour.roles, set())
 
     def test_english(self):

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the services do that bring a reminder to a person: the notification daemon, feedbackd and
-systemd-logind. No program but this script talks to them."""
+"""Tests the services that bring a reminder to the user: the notification daemon, feedbackd and
+systemd-logind. Only this script uses them, not the program."""
 import contextlib
 import os
 import pathlib
@@ -22,7 +22,7 @@ ACTIONS = ["default", "Show", "next", "Next Store", "stop", "Stop tracking",
 
 
 class Client:
-    """A connection of its own to a bus, as another program has one."""
+    """A separate connection to a bus, like that of another program."""
 
     def __init__(self, address=None):
         self.connection = Gio.DBusConnection.new_for_address_sync(
@@ -31,7 +31,7 @@ class Client:
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
 
     def call(self, name, method, signature, *arguments):
-        """Calls a method of what has the name of its interface, or begins with it."""
+        """Calls a method of the service whose name is that of the interface, or its beginning."""
         bus_name = name.removesuffix(".Manager")
         answer, handles = self.connection.call_with_unix_fd_list_sync(
             bus_name, "/" + bus_name.replace(".", "/"), name, method,
@@ -84,7 +84,7 @@ class TestAlertServices(unittest.TestCase):
 
         desktop.invoke(shown, "next")
         wait_for("the action", lambda: overheard.said("ActionInvoked") == [[reminder, "next"]])
-        self.assertTrue(desktop.shows(CRITICAL))  # it is for the program to close it
+        self.assertTrue(desktop.shows(CRITICAL))  # the program must close it
         client.call("org.freedesktop.Notifications", "CloseNotification", "(u)", reminder)
         wait_for("the notification to go", lambda: not desktop.shows(CRITICAL))
         self.assertTrue(desktop.shows(LOW))

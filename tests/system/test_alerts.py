@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The installed program on a walk, on a Wayland desktop and behind another window that fills the
-screen: how a reminder reaches somebody who does not look, and what keeps the device awake for it."""
+"""The installed program on a walk, on a Wayland desktop and behind another window that fills the screen:
+how a reminder reaches a user who does not look at the program, and what keeps the device awake."""
 import pathlib
 import sys
 import unittest
@@ -25,8 +25,8 @@ STORES = f"""
     insert into shoplist values (1, 'Bread', 1, 1), (2, 'Milk', 2, 1);
     insert into purchase values (1, 'Rye', 1, 2, 0);
 """
-NEAR = 320  # meters; the reminder comes a moment after the start
-FAR = 3000  # and here it does not come
+NEAR = 320  # metres; the reminder comes shortly after the start
+FAR = 3000  # metres; the reminder does not come
 ACTIONS = {"next": "Next Store", "stop": "Stop tracking", "start": "Start Shopping"}
 NOTIFICATIONS = "interface='org.freedesktop.Notifications'"
 FEEDBACK = "interface='org.sigxcpu.Feedback'"
@@ -46,7 +46,7 @@ class AlertTest(unittest.TestCase):
         return fixture
 
     def start(self, manager, distance):
-        """Starts the program on a walk to Bakery that begins so many meters before it."""
+        """Starts the program on a walk to Bakery that begins at that distance in metres."""
         self.manager = self.add(manager)
         receiver = Receiver(nmea.walk_north(BAKERY - distance / nmea.METERS_PER_DEGREE, 600, 10,
                                             LONGITUDE), free_port(), 0.25)
@@ -65,12 +65,12 @@ class AlertTest(unittest.TestCase):
         wait_for("tracking to run", lambda: self.program.find("button", "Stop"))
 
     def urgent(self):
-        """The Notify calls of the highest urgency: one for each reminder."""
+        """Returns the Notify calls of the highest urgency: one for each reminder."""
         return [call for call in self.overheard.said("Notify")
                 if call[6].get("urgency", {}).get("data") == 2]
 
     def shown(self):
-        """The notification of the reminder, as the daemon has it, or None."""
+        """Returns the daemon's data of the reminder's notification, or None."""
         return next((shown for shown in self.desktop.notifications() if "next" in shown["actions"]),
                     None)
 
@@ -78,7 +78,7 @@ class AlertTest(unittest.TestCase):
         return max(self.sound.loudness(self.sound.recorded() - 1), default=0) > 0.3
 
     def wait_for_reminder(self):
-        """Waits until the reminder reaches a person in every way, and returns its notification."""
+        """Waits until the reminder is seen, felt and heard, and returns its notification."""
         wait_for("the call for the notification", self.urgent, 30)
         wait_for("the notification on the screen", lambda: self.desktop.shows(CRITICAL), 3)
         wait_for("the feedback", self.feedback.running, 3)
@@ -86,7 +86,7 @@ class AlertTest(unittest.TestCase):
         return wait_for("the notification", self.shown, 3)
 
     def assert_answered(self, sound_at):
-        """Nothing of the reminder is seen, felt or heard any more."""
+        """Checks that the reminder is no longer seen, felt or heard."""
         wait_for("the notification to go", lambda: not self.desktop.shows(CRITICAL), 3)
         self.assertIsNone(self.shown())
         wait_for("the feedback to end", lambda: not self.feedback.running(), 3)
@@ -104,7 +104,7 @@ class TestReminderAlert(AlertTest):
         return self.wait_for_reminder()
 
     def answer(self, action):
-        """Has the reminder answered by its notification."""
+        """Answers the reminder by its notification."""
         shown = self.remind()
         sound_at = self.sound.recorded()
         self.desktop.invoke(shown, action)
@@ -112,7 +112,7 @@ class TestReminderAlert(AlertTest):
 
     def test_seen_over_another_window(self):
         shown = self.remind()
-        # The other window still has the screen and the focus; the notification is above it.
+        # The other window still covers the screen and has the focus; the notification is above it.
         self.assertTrue(self.desktop.is_covered_by(self.other))
         self.assertEqual(len(self.urgent()), 1)
         name, replaces, _icon, summary, body, actions, hints, _timeout = self.urgent()[0]
@@ -147,7 +147,7 @@ class TestReminderAlert(AlertTest):
         sound_at = self.sound.recorded()
         self.program.press("Next Store")
         self.assert_answered(sound_at)
-        # The program has closed it: the daemon names that as the reason.
+        # The daemon's reason says that the program has closed it.
         self.assertIn([shown["id"], 3], self.overheard.said("NotificationClosed"))
 
     def test_dismissed_notification_answers_nothing(self):
@@ -157,7 +157,7 @@ class TestReminderAlert(AlertTest):
         wait_for("the daemon to tell", lambda: [shown["id"], 2]
                  in self.overheard.said("NotificationClosed"))
         self.assertIsNotNone(self.program.find("button", "Next Store"))
-        # And the answer in the window still counts.
+        # The answer in the window still works.
         sound_at = self.sound.recorded()
         self.program.press("Next Store")
         self.assert_answered(sound_at)

@@ -16,7 +16,7 @@ PNG = b"\x89PNG\r\n\x1a\n"
 
 class TestDemo(unittest.TestCase):
     def setUp(self):
-        # A copy, whose pictures and data are its own.
+        # A copy, with its own pictures and data.
         folder = tempfile.TemporaryDirectory(prefix="trolleo-demo-")
         self.addCleanup(folder.cleanup)
         self.sources = pathlib.Path(folder.name) / "sources"
@@ -48,7 +48,7 @@ class TestDemo(unittest.TestCase):
         contents = {picture.read_bytes() for picture in self.pictures()}
         self.assertEqual(len(contents), len(STEPS))
         self.assertTrue(all(content.startswith(PNG) for content in contents))
-        # Nothing is left of its home, its receiver and its screen.
+        # Its home, its receiver and its screen have been removed.
         self.assertEqual(list(self.temporary.iterdir()), [])
 
     def test_failing_step_is_named(self):

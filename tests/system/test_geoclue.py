@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Without a gpsd the installed program is told by a real GeoClue where it is."""
+"""Without a gpsd the installed program gets positions from a real GeoClue."""
 import pathlib
 import sys
 
@@ -20,7 +20,7 @@ import nmea  # noqa: E402
 
 REMINDER_METERS = 250
 METERS_PER_SECOND = 10
-RETURN_SECONDS = 40  # from when the service is back, at the latest
+RETURN_SECONDS = 40  # from the service's return, at the latest
 
 
 class TestGeoClue(unittest.TestCase):
@@ -31,7 +31,7 @@ class TestGeoClue(unittest.TestCase):
         self.addCleanup(self.desktop.stop)
 
     def walk(self, meters, **options):
-        """A GeoClue that hears a walk, which begins so far before Bakery and leads past it."""
+        """Starts a GeoClue with a walk that begins at that distance before Bakery and leads past it."""
         self.service = GeoClue(**options)
         self.addCleanup(self.service.stop)
         start = bakery.LATITUDE - meters / nmea.METERS_PER_DEGREE
@@ -45,7 +45,7 @@ class TestGeoClue(unittest.TestCase):
         self.addCleanup(self.program.stop)
         self.program.wait_for_window()
         self.home.run(bakery.ROWS)
-        # Before anyone asks for a position the service is left alone.
+        # Before a position is needed, the service is not used.
         self.assertFalse(self.service.is_in_use())
         self.program.press("Reminder")
         self.program.press("Start")
@@ -55,7 +55,7 @@ class TestGeoClue(unittest.TestCase):
                      if label.name.startswith("Bakery (at ")), None)
 
     def reminded(self, seconds):
-        """Waits for the reminder and returns when it was there."""
+        """Waits for the reminder and returns the time of it."""
         name = wait_for("the reminder of Bakery", self.is_reminded, seconds)
         now = time.monotonic()
         self.assertLess(float(name.removeprefix("Bakery (at ").removesuffix(" meters)")),
@@ -63,11 +63,11 @@ class TestGeoClue(unittest.TestCase):
         return now
 
     def wait_for_walk(self, seconds):
-        """Waits until the program has been told where it is for some time."""
+        """Waits until the program has received positions for some time."""
         wait_for("the walk", lambda: len(self.service.receiver.said) > seconds)
 
     def wait_until_asked(self):
-        """Waits until the program has asked for what it does not get yet."""
+        """Waits until the program has requested positions that it does not get yet."""
         wait_for("the program to ask", lambda: any(
             words in self.service.log.read_text()
             for words in ("Number of connected clients: 1", "waiting for agent")))
@@ -87,7 +87,8 @@ class TestGeoClue(unittest.TestCase):
         wait_for("the service to be left alone", lambda: not self.service.is_in_use())
 
     def assert_returns(self):
-        """The service dies when the program knows where it is, and the walk goes on without it."""
+        """Starts tracking, then kills the service and pauses the walk. No reminder may come until both
+        return."""
         self.start_tracking()
         self.wait_for_walk(3)
         self.service.kill()
@@ -106,7 +107,7 @@ class TestGeoClue(unittest.TestCase):
         self.assert_reminded_after_return()
 
     def test_service_dies_and_is_called_back(self):
-        # Here the bus starts it again as soon as the program calls it.
+        # Here the bus restarts it as soon as the program calls it.
         self.walk(355, activatable=True)
         self.assert_returns()
         self.assert_reminded_after_return()
@@ -148,7 +149,7 @@ class TestGeoClue(unittest.TestCase):
         self.assert_reminded_after_return()
 
     def test_nobody_asks_the_person(self):
-        # Without an agent GeoClue answers nobody at all until there is one.
+        # Without an agent GeoClue answers no client until there is one.
         self.walk(355, has_agent=False)
         self.start_tracking()
         self.wait_until_asked()

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""Every way in which a real gpsd, and what else stands around the program, may come, go or fail: the
-reminder comes all the same."""
+"""Tests the ways in which a real gpsd and the other services may start, stop or fail. The reminder must
+always come."""
 import fcntl
 import os
 import pathlib
@@ -19,11 +19,11 @@ from neighbours import NmeaHost, Receiver, free_port  # noqa: E402
 import nmea  # noqa: E402
 
 PACKAGES["systemd-socket-activate"] = "systemd"
-POSITION_SECONDS = 40  # from when somebody delivers them, at the latest
+POSITION_SECONDS = 40  # from the first delivery, at the latest
 
 
 def walk(sentences, meters_before=300, first_second=36000, seconds=90):
-    """A minute's walk of 10 m a second towards the store and past it."""
+    """A walk at 10 m a second towards the store and past it."""
     start = bakery.LATITUDE - meters_before / nmea.METERS_PER_DEGREE
     return "".join(sentences(first_second + second, start + second * 10 / nmea.METERS_PER_DEGREE,
                              bakery.LONGITUDE) for second in range(seconds))
@@ -94,7 +94,7 @@ class TestGpsd(unittest.TestCase):
     def test_gpsd_comes_late(self):
         port = free_port()
         self.start(f"127.0.0.1:{port}")
-        time.sleep(8)  # it has been tried after 1, 2 and 4 s
+        time.sleep(8)  # attempts were made after 1, 2 and 4 s
         self.receiver(stand(nmea.fix), port=port)
         self.assert_reminded()
 
@@ -114,7 +114,7 @@ class TestGpsd(unittest.TestCase):
         self.addCleanup(host.stop)
         port = free_port()
         activator = subprocess.Popen(
-            # The first socket is that for its control, as gpsd.socket has it.
+            # The first socket is the control socket, as in gpsd.socket.
             [tool("systemd-socket-activate"), "-l", str(self.home.path / "control"), "-l",
              f"127.0.0.1:{port}", tool("gpsd"), "-N", "-n", f"tcp://127.0.0.1:{host.port}"],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

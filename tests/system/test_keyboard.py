@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A whole shopping trip, and a reminder, with the installed program and nothing but keys."""
+"""A complete shopping trip, and a reminder, with the installed program and only the keyboard."""
 import contextlib
 import pathlib
 import sys
@@ -13,7 +13,7 @@ from screenshots import FIXES_BEFORE_THE_BAKERY  # noqa: E402
 from surroundings import Surroundings  # noqa: E402
 from desktop import ProgramTest, pyatspi, role_of, tool, wait_for  # noqa: E402
 
-MOST_STOPS = 20  # of the Tab key on a page
+MOST_STOPS = 20  # presses of the Tab key on a page
 
 
 class TestKeyboard(ProgramTest):
@@ -35,7 +35,7 @@ class TestKeyboard(ProgramTest):
         return node and role_of(node)
 
     def go_to(self, names):
-        """Presses Tab until one of them has the focus."""
+        """Presses Tab until one of these has the focus."""
         wait_for(f"{names}", lambda: any(self.program.find("button", name)
                                          or self.program.find("list", name) for name in names))
         for _ in range(MOST_STOPS):
@@ -95,7 +95,7 @@ class TestKeyboard(ProgramTest):
         self.press("Select")
 
         self.press("Start")
-        # What the list's own key does, and what the page's button does.
+        # The list's own key, and the page's button.
         self.select("Bread, 3, unchecked")
         self.keys("Return")
         wait_for("bread checked", lambda: "Bread, 3, checked" in self.program.rows())
@@ -128,7 +128,7 @@ class TestKeyboard(ProgramTest):
             self.wait_for_title("Reminders (GPS tracking)")
             self.press("Start")
             wait_for("the reminder", lambda: self.program.find("button", "Start Shopping"), 60)
-            time.sleep(1.2)  # it is deaf at first to what was on its way
+            time.sleep(1.2)  # input is ignored at first
             self.press("Start Shopping")
             self.wait_for_title("Do Shopping")
             wait_for("the goods", lambda: len(self.program.rows()) == 3)

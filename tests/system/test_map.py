@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The installed program's map in a real window, with tiles of a server on loopback."""
+"""The map of the installed program in a real window, with tiles from a server on loopback."""
 import functools
 import pathlib
 import signal
@@ -14,7 +14,7 @@ from desktop import Desktop, Home, Program, tool, wait_for  # noqa: E402
 from tiles import TileServer  # noqa: E402
 
 HOLD = 0.701  # seconds
-# Degrees of longitude that a pixel is wide at zoom 16; at the equator a pixel is as high.
+# Width of a pixel at zoom 16 in degrees of longitude; at the equator its height is the same.
 DEGREES_PER_PIXEL = 360 / 2 ** 16 / 256
 
 
@@ -35,7 +35,7 @@ class TestMap(unittest.TestCase):
         self.program.wait_for_window()
 
     def open_map(self):
-        """Opens the map of a new store; it shows 0, 0, the last position of a new home."""
+        """Opens the map of a new store. It shows 0, 0, the last position in a new home."""
         self.program.press("Shops")
         self.program.press("New")
         self.program.press("(set Coordinates)")
@@ -44,12 +44,12 @@ class TestMap(unittest.TestCase):
 
     @functools.cached_property
     def middle(self):
-        """Where the middle of the map is on a screen that is not dense."""
+        """Returns the middle of the map on a screen with a pixel ratio of 1."""
         x, y, width, height = self.program.place_of(self.program.find("filler", "Map"))
         return x + width // 2, y + height // 2
 
     def wait_for_tiles(self):
-        """All that the view needs, and how many that were."""
+        """Waits for all tiles of the view and returns their number."""
         self.tiles.wait_until_idle()
         return len(self.tiles.paths)
 
@@ -57,7 +57,7 @@ class TestMap(unittest.TestCase):
         self.desktop.run([tool("xdotool"), *map(str, commands)])
 
     def move_to(self, x, y):
-        """What puts the pointer at a distance from the middle of the map."""
+        """Returns the command that moves the pointer to a distance from the middle of the map."""
         return "mousemove", self.middle[0] + x, self.middle[1] + y
 
     def move(self, x, y):
@@ -70,7 +70,7 @@ class TestMap(unittest.TestCase):
             time.sleep(0.05)
 
     def choose(self, entry):
-        """Clicks an entry of the menu, of which there are two."""
+        """Clicks an entry of the menu, which has two."""
         x, y, width, height = wait_for("the menu", self.program.menu)
         self.mouse("mousemove", x + width // 2, y + height * (1 + 2 * entry) // 4, "click", 1)
         wait_for("the menu to be gone", lambda: self.program.menu() is None)
@@ -92,7 +92,7 @@ class TestMap(unittest.TestCase):
         self.assertGreaterEqual(time.monotonic() - start, HOLD)
         self.assertLess(time.monotonic() - start, HOLD + 1)
         self.assertEqual(menu[:2], (self.middle[0] + 40, self.middle[1] + 30))
-        # Lifting the finger over an entry chooses nothing.
+        # Releasing the finger over an entry chooses nothing.
         self.move(80, 50)
         self.mouse("mouseup", 1)
         time.sleep(0.2)
@@ -109,12 +109,13 @@ class TestMap(unittest.TestCase):
         wait_for("the menu", self.program.menu)
         self.mouse("key", "Escape")
         wait_for("the menu to be gone", lambda: self.program.menu() is None)
-        # The page is still there: Escape was for the menu.
+        # The page is still shown, so Escape closed only the menu.
         self.assertIsNotNone(self.program.find("filler", "Map"))
 
     def test_window_that_is_placed_late(self):
         self.program.stop()
-        # Stopped as soon as it is said to be there, and still shows every window that comes then.
+        # The window manager is stopped as soon as it has announced itself; new windows must still be
+        # shown.
         self.desktop = Desktop(1920, 1200)
         self.desktop.manager.send_signal(signal.SIGSTOP)
         self.addCleanup(self.desktop.stop)
@@ -131,7 +132,7 @@ class TestMap(unittest.TestCase):
         self.open_map()
         self.mouse("key", "Menu")
         place = wait_for("the menu", self.program.menu)
-        # What the X server has as well while Qt is about to place and show a menu.
+        # The state of the X server while Qt is about to place and show a menu.
         [window] = self.program.menu_windows()
         self.mouse("windowunmap", window)
         wait_for("the menu to be hidden", lambda: "IsUnMapped" in self.desktop.run(
@@ -151,7 +152,7 @@ class TestMap(unittest.TestCase):
     def test_press_that_moves_ten_pixels(self):
         self.open_map()
         self.move(0, 0)
-        # At once: a finger that rests on its way would hold.
+        # Without a pause: a finger that rests would open the menu.
         self.mouse("mousedown", 1, *self.move_to(10, 0))
         self.assert_no_menu()
         self.mouse("mouseup", 1)
@@ -161,7 +162,7 @@ class TestMap(unittest.TestCase):
         self.open_map()
         before = self.wait_for_tiles()
         self.move(150, 0)
-        # At once: a finger that rests on its way would hold.
+        # Without a pause: a finger that rests would open the menu.
         way = [step for x in range(140, -151, -10)
                for step in (*self.move_to(x, 0), "sleep", 0.005)]
         self.mouse("mousedown", 1, *way, "mouseup", 1)
@@ -204,12 +205,12 @@ class TestMap(unittest.TestCase):
         usual = self.wait_for_tiles()
         self.program.stop()
         self.tiles.paths.clear()
-        # Of the tiles that were fetched some come from the disk, so another home.
+        # A new home, because some of the tiles would come from the disk cache.
         self.home = Home()
         self.addCleanup(self.home.remove)
         self.start(QT_SCALE_FACTOR="2")
         self.open_map()
-        # A tile's pixels are the screen's own, so it takes more of them to fill the view.
+        # A pixel of a tile is one pixel of the screen, so the view needs more tiles.
         self.assertGreater(self.wait_for_tiles(), 2 * usual)
 
     def test_second_start_asks_for_nothing(self):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The network session that the map opens, over a real NetworkManager in a network of its own."""
+"""The network session that the map opens, with a real NetworkManager in a separate network."""
 import pathlib
 import sys
 
@@ -28,7 +28,7 @@ class TestNetwork(unittest.TestCase):
         self.addCleanup(self.tiles.stop)
 
     def make_network(self, **options):
-        """Two network cards, and a profile for each of them."""
+        """Adds two network cards, and a profile for each of them."""
         self.network = NetworkManager(**options)
         self.addCleanup(self.network.stop)
         self.network.add_link("house0")
@@ -63,7 +63,7 @@ class TestNetwork(unittest.TestCase):
         wait_for("the profile to be stored", lambda: self.stored() == uuid)
 
     def assert_nothing_happens(self, stored=None):
-        """The map still shows, nobody is told anything, and no profile is stored."""
+        """Checks that the map is still shown, there is no message, and no profile is stored."""
         end = time.monotonic() + 1
         while time.monotonic() < end:
             self.assertIsNotNone(self.program.find("filler", "Map"))
@@ -82,7 +82,7 @@ class TestNetwork(unittest.TestCase):
         self.make_network()
         for name in ("House", "Office"):
             self.network.up(name)
-            time.sleep(1.1)  # uses are told apart by the second
+            time.sleep(1.1)  # the time of use is stored in seconds
             self.network.down(name)
         self.start()
         self.assert_opens(self.office)
@@ -122,7 +122,7 @@ class TestNetwork(unittest.TestCase):
 
     def test_connected_device_is_left_alone(self):
         self.make_network()
-        # Leads nowhere, but is what the device was connected to.
+        # A network without a default route, to which the device was connected.
         other = self.network.add_profile("Other house", "house0", "10.4.0.2/24")
         self.network.up("Other house")
         self.start(self.house)
@@ -151,7 +151,7 @@ class TestNetwork(unittest.TestCase):
         self.start(self.house)
         wait_for("the tiles", lambda: len(self.tiles.paths) >= 12)
         self.assert_nothing_happens(self.house)
-        # Each time the map is shown, it is looked for.
+        # A connection is searched for each time the map is shown.
         self.network.restart()
         self.program.press("Type")
         self.open_map()
@@ -165,7 +165,7 @@ class TestNetwork(unittest.TestCase):
                  lambda: "connecting" in (self.network.state("office0") or ""))
         self.network.kill()
         self.assert_nothing_happens(self.office)
-        # No second attempt is made.
+        # There is no second attempt.
         self.network.restart()
         self.program.press("Type")
         self.open_map()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The installed program on a computer that has no network but its loopback."""
+"""The installed program on a computer whose only network is the loopback."""
 import pathlib
 import sys
 
@@ -14,7 +14,7 @@ import unittest  # noqa: E402
 
 from desktop import Desktop, Home, Program, wait_for  # noqa: E402
 
-LONGEST_PAUSE = 0.1  # seconds that the window may be deaf
+LONGEST_PAUSE = 0.1  # seconds for which the window may not respond
 STORES = """
     insert into magazin values (1, 'Bakery', null, null);
     insert into gpscoord values (1, 10.01, 20.0, 0);
@@ -29,7 +29,7 @@ class TestOffline(unittest.TestCase):
         self.addCleanup(self.home.remove)
         self.desktop = Desktop()
         self.addCleanup(self.desktop.stop)
-        # The public server, which nothing here leads to.
+        # The public server, which cannot be reached here.
         self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER="",
                                DBUS_SYSTEM_BUS_ADDRESS="unix:path=/nonexistent/bus")
         self.addCleanup(self.program.stop)
@@ -37,8 +37,8 @@ class TestOffline(unittest.TestCase):
         self.home.run(STORES)
 
     def longest_pause(self, button, seconds):
-        """Presses a button and returns the longest that the window took to answer, the press and
-        what follows it included."""
+        """Presses a button and returns the longest response time of the window during the press and the
+        following seconds."""
         component = self.program.find("frame", "Trolleo").queryComponent()
         actions = self.program.find("check box", button).queryAction()
         longest = 0
@@ -66,7 +66,7 @@ class TestOffline(unittest.TestCase):
         self.program.press("New")
         self.program.press("(set Coordinates)")
         pauses = []
-        # The machine may be busy with something else; the program is not, each time.
+        # A single pause may be caused by a busy machine, a repeated one by the program.
         for _ in range(3):
             pauses.append(self.longest_pause("Map", 3))
             self.assertIsNotNone(self.program.find("filler", "Map"))

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The installed program on a walk: a real gpsd tells it where it is, and what it plays is recorded."""
+"""The installed program on a walk: a real gpsd delivers the positions, and the sound output is recorded."""
 import pathlib
 import subprocess
 import sys
@@ -57,7 +57,7 @@ class TestReminder(unittest.TestCase):
         self.assertIsNotNone(self.program.find("button", "Stop"))
 
     def reminded_of(self, store, seconds):
-        """Waits for the reminder and returns when it was there."""
+        """Waits for the reminder and returns the time of it."""
         label = wait_for(
             f"the reminder of {store}",
             lambda: next((label for label in self.program.find_all("label")
@@ -72,9 +72,10 @@ class TestReminder(unittest.TestCase):
             (moment for moment, line in receiver.said
              if (place := nmea.place_of(line)) is not None
              and meters(place[0], store) < REMINDER_METERS), None), 2)
-        # To find it on the accessibility bus takes a moment as well.
+        # Finding it on the accessibility bus takes some time as well.
         self.assertLess(when - near, UPDATE_SECONDS + 1.5)
-        # What notes the moment shares a processor with what watches the window, and may be late.
+        # The recorder of sentences may be late, since it shares a processor with the observer of the
+        # window.
         self.assertGreater(when, near - 1)
 
     def window(self):
@@ -83,7 +84,7 @@ class TestReminder(unittest.TestCase):
              "^Trolleo$"]).split()[-1])
 
     def is_above(self, upper, lower):
-        """Whether the X server has one window above another."""
+        """Returns whether the X server has one window above another."""
         order = [line.split()[0] for line in self.desktop.run(
             [tool("xwininfo"), "-root", "-tree"]).splitlines() if line.strip().startswith("0x")]
         return order.index(hex(upper)) < order.index(hex(lower))
@@ -107,7 +108,7 @@ class TestReminder(unittest.TestCase):
         return int(answer, 16) if answer.startswith("0x") else None
 
     def cover(self):
-        """Puts another program's window over everything, and has the person use it."""
+        """Opens another program's window above all others, and uses it."""
         other = subprocess.Popen([tool("xev"), "-geometry", "1000x700+0+0"],
                                  env=self.desktop.environment(), stdout=subprocess.DEVNULL)
         self.addCleanup(stop, other)
@@ -136,7 +137,7 @@ class TestReminder(unittest.TestCase):
     def test_walk_past_three_stores(self):
         sound = SoundServer()
         self.addCleanup(sound.stop)
-        # Starts 800 m before Bakery and goes on far enough beyond Tools.
+        # Starts 800 m before Bakery and continues beyond Tools.
         start = BAKERY - 800 / nmea.METERS_PER_DEGREE
         receiver = self.play(nmea.walk_north(start, 4000, 20, LONGITUDE))
         self.start(receiver.address, sound.address)
@@ -165,14 +166,14 @@ class TestReminder(unittest.TestCase):
         wait_for("tracking to end", lambda: self.program.find("button", "Start"))
 
     def listen_to_three_loops(self, sound):
-        """Counts what rings from now on."""
+        """Waits for the end of the alarm, and checks that exactly three loops were recorded."""
         begin = max(0, sound.recorded() - 3)
         wait_for("the alarm to have ended",
                  lambda: (levels := sound.loudness(begin)) and max(levels) > 0.3
                  and len(levels) > 900 and max(levels[-100:]) == 0)
         levels = sound.loudness(begin)
         self.assertGreater(max(levels), 0.5)
-        self.assertLess(max(levels), 0.95)  # nothing clips
+        self.assertLess(max(levels), 0.95)  # no clipping
         # Each loop has two groups of chimes, with silence after each.
         groups = []
         ringing = False
@@ -181,7 +182,7 @@ class TestReminder(unittest.TestCase):
                 groups.append(index)
             ringing = level > 0.02 if ringing else level > 0.2
         self.assertEqual(len(groups), 6, f"groups of chimes at {groups} hundredths of a second")
-        # Without a gap: what comes between two loops is the silence within the file.
+        # There is no gap: the silence between two loops is that within the file.
         for earlier, later in zip(groups, groups[1:]):
             self.assertAlmostEqual(later - earlier, 120, delta=15)
 
@@ -241,14 +242,14 @@ class TestReminder(unittest.TestCase):
         self.start(receiver.address)
 
         def woken_within_three_seconds():
-            time.sleep(1)  # what was begun comes to its end
+            time.sleep(1)  # started actions finish
             before = wake_ups(self.program.process.pid)
             time.sleep(3)
             return woken(before, wake_ups(self.program.process.pid))
 
         self.assertLessEqual(woken_within_three_seconds(), 1)
         self.start_tracking()
-        # A poll, its answer, and what a receiver that is read costs no more.
+        # The receiver may cause no wake-ups except those of a poll and its answer.
         counts = [woken_within_three_seconds() for _ in range(3)]
         self.assertGreater(sum(counts), 2)
         self.assertLessEqual(sum(counts), 9)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The installed program, started as a person starts it and used as a screen reader uses it."""
+"""The installed program, started like a user does and used like a screen reader does."""
 import os
 import pathlib
 import re
@@ -104,7 +104,7 @@ class TestFirstSize(SystemTest):
                 window_width, window_height, x, y = self.window_size(width, height)
                 self.assertLessEqual(x + window_width, width)
                 self.assertLessEqual(y + window_height, height)
-                # What is not the window's is its frame's.
+                # The rest of the width is the window frame.
                 self.assertGreater(window_width, width - 20)
                 self.assertGreater(window_height, height - 40)
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A whole shopping trip with the installed program, driven as a screen reader drives it."""
+"""A complete shopping trip with the installed program, controlled like a screen reader does."""
 import pathlib
 import sys
 import time
