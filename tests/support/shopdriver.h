@@ -71,8 +71,8 @@ public:
     void waitForReminder() const;
     /// Taps a point of the window with a finger.
     void touch(const QPoint &position) const;
-    /// Double taps a button with a finger, at a place where the page `next`, of the same size, has a
-    /// button too. Returns false if there is no such place. The pages of the window may have been
+    /// Double taps a button with a finger, at a place where the page `next`, of the same size, has
+    /// a button too. Returns false if there is no such place. The pages of the window may have been
     /// rebuilt afterwards.
     bool doubleTap(const char *button, int next, const Caller &by = Caller::here());
     /// Goes from the main page to the options, selects a language and returns. The pages of the

@@ -22,7 +22,7 @@ struct Recording
     QList<double> samples;
 };
 
-/// The alarm file and how it is played; what is heard of it is for a sound server to tell.
+/// The alarm file and how it is played. The audible result is tested with a sound server.
 class TestAlarmSound : public QObject
 {
     Q_OBJECT
@@ -101,14 +101,14 @@ void TestAlarmSound::fileLoopsCleanly()
     QVERIFY(isSilent(alarm.samples.first()));
     const int tenMilliseconds = alarm.rate / 100;
     QVERIFY(std::all_of(alarm.samples.end() - tenMilliseconds, alarm.samples.end(), isSilent));
-    // Nowhere does it jump, as a click does.
+    // There are no jumps, which would be heard as clicks.
     for (qsizetype index = 1; index < alarm.samples.size(); ++index)
         QVERIFY(std::abs(alarm.samples[index] - alarm.samples[index - 1]) < 0.5);
 }
 
 void TestAlarmSound::fileIsWhereALoudspeakerIsGood()
 {
-    // The power at a frequency in the first second, by correlation.
+    // Power at a frequency in the first second, by correlation.
     Recording alarm = recording();
     alarm.samples.resize(alarm.rate);
     const auto power = [&alarm](double frequency) {
@@ -169,7 +169,7 @@ void TestAlarmSound::playingNeverWaits()
         QVERIFY2(clock.elapsed() < 100, qPrintable(QString::number(clock.elapsed())));
         QTest::qWait(200);
     }
-    // Destroyed while it plays, it waits for its thread, which has nothing to wait for.
+    // If destroyed while it plays, it waits for its thread, which ends at once.
     QVERIFY(!AlarmSound::isAnyStuck());
 }
 

@@ -17,7 +17,7 @@ static constexpr int soon = 5000; // milliseconds
 static const QString notifications = "org.freedesktop.Notifications";
 static const QString notificationsPath = "/org/freedesktop/Notifications";
 
-/// A notification service that shows nothing.
+/// A simulated notification service that shows nothing.
 struct Notifications : MadeUpService
 {
     explicit Notifications(const QString &busAddress)
@@ -55,7 +55,7 @@ struct Feedback : MadeUpService
     }
 };
 
-/// A login service that hands out real descriptors, and grants what it is told to.
+/// A simulated login service that returns real descriptors, and grants only the requested modes.
 struct Login : MadeUpService
 {
     explicit Login(const QString &busAddress)
@@ -79,7 +79,7 @@ struct Login : MadeUpService
         for (const int end : std::as_const(held))
             close(end);
     }
-    /// How many inhibitors are held at the moment.
+    /// Returns the number of inhibitors that are held.
     int inhibitors() const
     {
         int count = 0;
@@ -143,7 +143,7 @@ void TestAlerts::notificationIsShownAndClosed()
     QCOMPARE(hints.value("desktop-entry"), "trolleo");
     QCOMPARE(hints.value("suppress-sound"), true);
     QCOMPARE(hints.value("resident"), true);
-    QCOMPARE(arguments.at(7), 0); // never by itself
+    QCOMPARE(arguments.at(7), 0); // no timeout
     QTest::qWait(100);
     notifier.close();
     QTRY_COMPARE_WITH_TIMEOUT(service.closed(), QList<uint>{1}, soon);
@@ -161,7 +161,7 @@ void TestAlerts::bodyIsNoMarkup()
     notifier.show({.summary = "<b>B & B</b>", .body = "<b>B & B</b>"});
     QTRY_COMPARE_WITH_TIMEOUT(service.calls("Notify").size(), 1, soon);
     const QVariantList arguments = service.calls("Notify").constFirst().arguments();
-    QCOMPARE(arguments.at(3), "<b>B & B</b>"); // never markup
+    QCOMPARE(arguments.at(3), "<b>B & B</b>"); // no markup
     QCOMPARE(arguments.at(4), "&lt;b&gt;B &amp; B&lt;/b&gt;");
 }
 
@@ -188,7 +188,7 @@ void TestAlerts::actionsOfTheOneThatShows()
     service.tell("ActionInvoked", {0U, "next"});
     QTest::qWait(200);
     QCOMPARE(actions.count(), 1);
-    notifier.close(); // it is closed already
+    notifier.close(); // it is already closed
     QTest::qWait(100);
     QVERIFY(service.closed().isEmpty());
 }
@@ -203,7 +203,7 @@ void TestAlerts::closedBeforeItShows()
     QTRY_VERIFY_WITH_TIMEOUT(isReady, soon);
     Notifier notifier(bus);
     notifier.show({.summary = "Bakery"});
-    notifier.close(); // its number is not known yet
+    notifier.close(); // its id is not known yet
     QTRY_COMPARE_WITH_TIMEOUT(service.closed(), QList<uint>{1}, soon);
 }
 
@@ -266,7 +266,7 @@ void TestAlerts::alertIsShownAndFelt()
     QCOMPARE(trigger.arguments().at(0), "trolleo");
     QCOMPARE(trigger.arguments().at(1), "alarm-clock-elapsed");
     QCOMPARE(qdbus_cast<QVariantMap>(trigger.arguments().at(2)),
-             (QVariantMap{{"profile", "quiet"}})); // the alarm is heard already
+             (QVariantMap{{"profile", "quiet"}})); // the alarm has a sound of its own
     QTest::qWait(100);
     service.tell("ActionInvoked", {1U, "stop"});
     QTRY_COMPARE_WITH_TIMEOUT(actions.count(), 1, soon);
@@ -345,7 +345,7 @@ void TestAlerts::sleepThatComesAllTheSame()
     QTRY_COMPARE_WITH_TIMEOUT(login.inhibitors(), 1, soon);
     login.prepareForSleep(true);
     QTRY_COMPARE_WITH_TIMEOUT(asleep.count(), 1, soon);
-    QTRY_COMPARE_WITH_TIMEOUT(login.inhibitors(), 0, soon); // it is not kept waiting
+    QTRY_COMPARE_WITH_TIMEOUT(login.inhibitors(), 0, soon); // the lock is released without delay
     login.prepareForSleep(false);
     QTRY_COMPARE_WITH_TIMEOUT(awake.count(), 1, soon);
     QTRY_COMPARE_WITH_TIMEOUT(login.inhibitors(), 1, soon);

@@ -18,8 +18,8 @@ static const QDBusObjectPath profilePath("/org/freedesktop/NetworkManager/Settin
 static const QDBusObjectPath devicePath("/org/freedesktop/NetworkManager/Devices/1");
 static const QDBusObjectPath activePath("/org/freedesktop/NetworkManager/ActiveConnection/1");
 
-/// A NetworkManager with one profile and one device, which answers with other types than it
-/// promises. The real one, which does not, is met by the system tests.
+/// A simulated NetworkManager with one profile and one device, which answers with wrong types. The
+/// system tests use the real one.
 class TestBearer : public QObject
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ private:
     std::unique_ptr<PrivateBus> bus;
 };
 
-/// What an honest one knows; `change` is put in for one property.
+/// Returns the regular objects; `change` replaces one property.
 static Objects objects(const QString &property = {}, const QVariant &change = {})
 {
     QVariantMap active{{"State", 2U},
@@ -58,7 +58,7 @@ static Interfaces settings()
     return {{"connection", {{"uuid", "one"}, {"type", "802-3-ethernet"}}}};
 }
 
-/// A service at the two places where NetworkManager has its objects.
+/// A service with NetworkManager's two object paths.
 struct Network : MadeUpService
 {
     explicit Network(const QString &busAddress)

@@ -104,7 +104,7 @@ void TestCoordinates::nothingIsOffByMoreThanHalfADigit()
     const double noise = 1e-11;
     for (int round = 0; round < 100000; ++round) {
         double value = random.bounded(360.0) - 180;
-        if (round % 3 == 0) // what fields with six decimals hold
+        if (round % 3 == 0) // values that fields with six decimals can hold
             value = std::round(value * 1e6) / 1e6;
         if (round % 5 == 0) // whole minutes
             value = std::round(value * 60) / 60;
@@ -234,7 +234,7 @@ void TestCoordinates::fieldShowsWhatItsMaskHolds()
     field.setValue(given);
     QCOMPARE(field.text(), shown);
     QCOMPARE(field.value(), given.isEmpty() ? shown : given);
-    // Digits end at the mask's point.
+    // Digits end at the point of the mask.
     const auto point = field.displayText().indexOf('.');
     if (mask.contains('.'))
         QCOMPARE(point, mask.indexOf('.'));
@@ -244,9 +244,9 @@ void TestCoordinates::whatIsTypedCounts()
 {
     MaskedField field("#00.000000");
     field.setValue("-122.41942");
-    QTest::keyClicks(&field, "-12.5"); // from the first place on
+    QTest::keyClicks(&field, "-12.5"); // from the first position
     QCOMPARE(field.value(), "-12.5");
-    // Also when it is nothing.
+    // Also if nothing remains in the field.
     field.setValue("-122.41942");
     QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClicks(&field, "7");
@@ -326,11 +326,11 @@ void TestCoordinates::signIsPutToDigits()
     QCOMPARE(field.value(), "-33.5");
     QTest::keyClicks(&field, "+");
     QCOMPARE(field.value(), "33.5");
-    // There is no place for the sign of three digits.
+    // A number of three digits leaves no room for a sign.
     field.setValue("122.5");
     QTest::keyClicks(&field, "-");
     QCOMPARE(field.value(), "122.5");
-    // It replaces what is selected, as any key does.
+    // Like any key, it replaces the selection.
     field.selectAll();
     QTest::keyClicks(&field, "-7");
     QCOMPARE(field.value(), "-7.");

@@ -58,7 +58,7 @@ static QList<QLatin1StringView> statements()
     };
 }
 
-/// Runs every test on an opened, empty database.
+/// Runs every test on an open, empty database.
 class TestDatabase : public QObject
 {
     Q_OBJECT
@@ -129,7 +129,7 @@ void TestDatabase::tablesHaveExactlyTheirColumns()
             column.replace(" int", " INT").replace(" FLOAT", " float");
         QCOMPARE(found, columns.value(table));
     }
-    // Created in this order.
+    // The tables were created in this order.
     QCOMPARE(second.column("select name from sqlite_master where type = 'table' order by rowid"),
              (QVariantList{"category", "magazin", "shoplist", "purchase", "purref", "gpscoord",
                            "reminders"}));
@@ -194,7 +194,7 @@ void TestDatabase::valuesArePastedOneAfterTheOther()
     Database::run(Statements::insertList, 1, QString("a%3"), 7, 0);
     SecondConnection second(home->databaseFile());
     QCOMPARE(second.rows("select * from category"), (QList<QVariantList>{{1, "a\\b \"c\" 100%"}}));
-    // The %3 within the name is a placeholder like the statement's own.
+    // The %3 within the name is replaced like a placeholder of the statement.
     QCOMPARE(second.rows("select * from shoplist"), (QList<QVariantList>{{1, "a7", 7, 0}}));
 }
 
@@ -219,7 +219,7 @@ void TestDatabase::twoStatementsInOneTextFailWhole()
 
 void TestDatabase::tablesAreMadeToTheLetter()
 {
-    // Files in the field have these, so a changed blank is a changed product.
+    // Existing files have exactly these texts, so even a changed space changes the product.
     SecondConnection second(home->databaseFile());
     QCOMPARE(
         second.column("select sql from sqlite_master where type = 'table' order by rowid"),

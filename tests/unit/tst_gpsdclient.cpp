@@ -91,7 +91,7 @@ void TestGpsdClient::refusedAddressIsToldOnce()
 void TestGpsdClient::answers_data()
 {
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<int>("fixes"); // -1: it is no answer
+    QTest::addColumn<int>("fixes"); // -1: not an answer
     const QByteArray good =
         MadeUpGpsd::receiver("/dev/a", MadeUpGpsd::time(1), QGeoCoordinate(10, 20, 30));
     const auto with = [&good](const char *from, const char *to) {
@@ -151,13 +151,13 @@ void TestGpsdClient::whatIsTold()
     QVERIFY(qIsNaN(flat.position.coordinate().altitude()));
     QVERIFY(flat.position.timestamp().isValid());
     QVERIFY(!flat.position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy));
-    // As releases before 3.20 tell it.
+    // The format of releases before 3.20.
     QCOMPARE(
         only(R"({"device":"a","mode":3,"lat":1,"lon":2,"alt":3})").position.coordinate().altitude(),
         3);
 }
 
-/// Counts positions, and knows the latitude of the last.
+/// Counts positions, and stores the latitude of the last one.
 class Listener
 {
 public:
@@ -190,7 +190,7 @@ void TestGpsdClient::pollsWhileWanted()
     client.setWanted(true);
     QTRY_COMPARE_WITH_TIMEOUT(gpsd.heard, watch + "?POLL;\n", soon);
     QTest::qWait(300);
-    QCOMPARE(heard.count(), 0); // that was known before
+    QCOMPARE(heard.count(), 0); // it was known before
     gpsd.tell(2, 10.6);
     QTRY_COMPARE_WITH_TIMEOUT(heard.count(), 1, soon);
     QCOMPARE(heard.latitude(), 10.6);
@@ -278,7 +278,7 @@ void TestGpsdClient::twoReceivers()
     QCOMPARE(heard.latitude(), 10.2); // the most accurate
     gpsd.answer = both(6, 2);
     QTRY_COMPARE_WITH_TIMEOUT(heard.count(), 2, soon);
-    QCOMPARE(heard.latitude(), 10.1); // the others have told nothing new
+    QCOMPARE(heard.latitude(), 10.1); // the others have reported nothing new
 }
 
 void TestGpsdClient::rubbishIsSurvived()
@@ -293,12 +293,12 @@ void TestGpsdClient::rubbishIsSurvived()
     QRandomGenerator random(1);
     random.fillRange(reinterpret_cast<quint32 *>(noise.data()), noise.size() / 4);
     gpsd.say(noise + "\r\n");
-    // Without a single line end, and with lines of nothing else.
+    // A text without line end, and then empty lines.
     gpsd.say(QByteArray(1 << 20, '{') + "\r\n");
     gpsd.say(QByteArray(1 << 16, '\n'));
     gpsd.say(QByteArray("{\"class\":\"POLL\"\r\n").repeated(1 << 12));
     gpsd.say(QByteArray("{}\n").repeated(1 << 15));
-    // The end of a line that is too long is no line.
+    // The end of a line that is too long is ignored as well.
     QByteArray longLine(100000, ' ');
     gpsd.say(longLine);
     QTest::qWait(50);
@@ -327,12 +327,12 @@ void TestGpsdClient::connectionThatEndsIsMadeAnew()
     gpsd->tell(100, 10.5);
     QTRY_COMPARE_WITH_TIMEOUT(heard.count(), 1, soon);
     gpsd.reset();
-    // The end of the connection and the failing attempt after a second.
+    // The end of the connection, and the failed attempt a second later.
     QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 2, soon);
     gpsd = std::make_unique<MadeUpGpsd>(port);
     gpsd->tell(100, 10.6); // known before
     QTRY_COMPARE_WITH_TIMEOUT(gpsd->polls(), 1, soon);
-    gpsd->tell(99, 10.7); // with a clock that is behind the one before
+    gpsd->tell(99, 10.7); // its clock is behind the previous one
     QTRY_COMPARE_WITH_TIMEOUT(heard.count(), 2, soon);
     QCOMPARE(heard.latitude(), 10.7);
 }
@@ -371,7 +371,7 @@ void TestGpsdClient::startingAnewAtOnce()
     const Listener heard(client);
     client.setWanted(true);
     QTRY_COMPARE_WITH_TIMEOUT(gpsd.heard.count("WATCH"), 1, soon);
-    // What is told late of the first connection must not end the second.
+    // Late signals of the first connection must not end the second one.
     client.setWanted(false);
     client.setWanted(true);
     QTRY_COMPARE_WITH_TIMEOUT(gpsd.connections, 2, soon);
@@ -389,7 +389,7 @@ void TestGpsdClient::silentGpsdIsLeft()
     client.setWanted(true);
     QTRY_COMPARE_WITH_TIMEOUT(gpsd.polls(), 1, soon);
     gpsd.answers = false;
-    // What is no answer is no sign of life.
+    // Lines that are not answers do not prolong the connection.
     QTimer chatter;
     connect(&chatter, &QTimer::timeout, this, [&] {
         if (gpsd.isConnected())
@@ -402,7 +402,7 @@ void TestGpsdClient::silentGpsdIsLeft()
 
 void TestGpsdClient::lateGreeting()
 {
-    // As one does that was started by its socket, without a device to wait for.
+    // Behaves like a socket-activated gpsd without a device.
     MadeUpGpsd gpsd;
     gpsd.greets = false;
     GpsdClient client(gpsd.address());

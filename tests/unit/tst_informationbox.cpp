@@ -141,7 +141,7 @@ void TestInformationBox::isReadableInBothOrientations()
 
 void TestInformationBox::isAnnounced()
 {
-    // That it is spoken when it shows is seen on the accessibility bus, which this platform lacks.
+    // This platform has no accessibility bus, so the system tests check the announcement.
     Window window;
     window.showNow();
     InformationBox *box = InformationBox::information(&window, "text", 3000ms);

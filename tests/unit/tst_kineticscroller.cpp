@@ -17,7 +17,7 @@ constexpr int middle = 10000;
 constexpr int movesBeforeScrolling = 5;
 const QString missingAreaArgument = QStringLiteral("--missing-area");
 
-/// A scroll area in a window of its own with a scroller on it, and the finger on it.
+/// A scroll area in its own window, with a scroller and a simulated finger.
 struct Flickable
 {
     explicit Flickable(QAbstractScrollArea *scrollArea)
@@ -56,8 +56,8 @@ struct Flickable
         QTest::mouseMove(area->windowHandle(), at(y));
     }
 
-    /// Presses at `y` and moves just as often as needed for the next move to scroll. The moves
-    /// swing around `y` and end there.
+    /// Presses at `y` and moves just often enough that the next move scrolls. The moves are around
+    /// `y` and end there.
     void beginDrag(int y)
     {
         press(y);
@@ -142,7 +142,7 @@ void TestKineticScroller::contentsFollowTheFingerFromTheSixthMove()
     for (int count = 1; count <= movesBeforeScrolling; ++count) {
         f.move(200 - 2 * count);
         QCOMPARE(f.bar()->value(), middle);
-        // A move that reached the area twice would count twice.
+        // A move that reaches the area twice must not count twice.
         QCOMPARE(f.scroller->isMoving(), count == movesBeforeScrolling);
     }
     f.move(180);
@@ -264,7 +264,7 @@ void TestKineticScroller::secondPressOfADoubleClickDrags()
     Flickable f(tallArea());
     f.press(200);
     f.release(200);
-    // Clicks made by the test library are never quick enough for a double click.
+    // Clicks of the test library are never quick enough for a double click.
     const QPointF position(100, 200);
     QMouseEvent second(QEvent::MouseButtonDblClick, position,
                        f.area->viewport()->mapToGlobal(position), Qt::LeftButton, Qt::LeftButton,
@@ -364,7 +364,7 @@ void TestKineticScroller::areaMayDieFirst()
 #ifndef QT_NO_DEBUG
 void TestKineticScroller::missingAreaIsAProgrammingError()
 {
-    // An assertion ends the process, so it is a process of its own.
+    // An assertion ends the process, so this runs in a separate process.
     QProcess process;
     process.start(QCoreApplication::applicationFilePath(), {missingAreaArgument});
     QVERIFY(process.waitForFinished());

@@ -7,8 +7,8 @@
 #include "widgets/listrow.h"
 #include "widgets/trlistdelegate.h"
 
-/// How the rows of lists are drawn, and the rule for a list's state. Drawings are compared by their
-/// pixels, at device pixel ratios 1 and 2.
+/// Tests how rows of lists are drawn, and the rule for the state of a list. Drawings are compared
+/// by pixels, at device pixel ratios 1 and 2.
 class TestListRows : public QObject
 {
     Q_OBJECT
@@ -100,7 +100,7 @@ QStyleOptionViewItem TestListRows::option(bool selected) const
     return result;
 }
 
-/// A row as the delegate draws it, on white.
+/// Returns a row drawn by the delegate on white.
 QImage TestListRows::drawn(int row, int ratio, bool selected)
 {
     QImage image(size * ratio, QImage::Format_RGB32);
@@ -111,7 +111,7 @@ QImage TestListRows::drawn(int row, int ratio, bool selected)
     return image;
 }
 
-/// The smallest rectangle around what is drawn in `within`, in device-independent pixels.
+/// Returns the bounding rectangle of the drawing in `within`, in device-independent pixels.
 QRect TestListRows::ink(const QImage &image, const QRect &within, const QColor &background)
 {
     const int ratio = int(image.devicePixelRatio());
@@ -169,7 +169,7 @@ void TestListRows::checkedRowIsStruckOut()
 {
     QFETCH(int, ratio);
     list.clear();
-    auto *row = new ListRow("i i", 1); // plain, no line goes through both
+    auto *row = new ListRow("i i", 1); // plain text, so no line crosses it
     row->setData(SecondColumnRole, QString("i i"));
     row->setData(CheckableRole, 1);
     row->setData(Qt::CheckStateRole, 0);
@@ -178,7 +178,7 @@ void TestListRows::checkedRowIsStruckOut()
     row->setData(Qt::CheckStateRole, 2);
     const QImage struck = drawn(0, ratio);
 
-    // The line goes through name and amount, so between letters there is ink on one height.
+    // The line crosses name and amount, so there is ink between the letters in one pixel row.
     const auto fullLines = [&](const QImage &image, const QRect &text) {
         int lines = 0;
         for (int y = text.top() * ratio; y <= text.bottom() * ratio; ++y) {
@@ -272,8 +272,8 @@ void TestListRows::rowIsDrawnWhereItIsAndNowhereElse()
 
 void TestListRows::widthOfTheAmountIsThatOfThePlainFont()
 {
-    // A text that is wider than the third in the row's font, though not in the smaller one it is
-    // drawn in, counts as wide.
+    // A text that exceeds the third of the row in the row's font is wide, even if it fits in the
+    // smaller font in which it is drawn.
     const QStyleOptionViewItem style = option(false);
     QFont drawnFont = style.font;
     drawnFont.setItalic(true);
@@ -304,7 +304,7 @@ void TestListRows::longNameEndsBeforeTheSecondColumn()
     auto *row = new ListRow(QString("W").repeated(25), 1);
     list.addItem(row);
     QVERIFY(ink(drawn(0, ratio), QRect(QPoint(0, 0), size)).right() > size.width() - 4);
-    row->setData(SecondColumnRole, QString(QChar::Nbsp)); // takes its column and draws nothing
+    row->setData(SecondColumnRole, QString(QChar::Nbsp)); // takes its column and is blank
     QVERIFY(ink(drawn(0, ratio), QRect(QPoint(0, 0), size)).right() <= size.width() - 102);
 }
 
@@ -336,7 +336,7 @@ void TestListRows::plainRowStartsAtTheLeftEdge()
     auto *row = new ListRow("HHH", 1);
     list.addItem(row);
     QVERIFY(ink(drawn(0, ratio), QRect(QPoint(0, 0), size)).left() <= 3);
-    row->setData(Qt::CheckStateRole, 2); // without the mark's own role it is no mark
+    row->setData(Qt::CheckStateRole, 2); // without the mark's own role there is no mark
     QVERIFY(ink(drawn(0, ratio), QRect(QPoint(0, 0), size)).left() <= 3);
     row->setData(CheckableRole, 1);
     const QRect beside(size.height(), 0, size.width() - size.height(), size.height());
@@ -351,7 +351,7 @@ void TestListRows::selectedRowHasTheHighlightColours()
     list.addItem(new ListRow("HHH", 2));
     const QImage image = drawn(1, ratio, true);
     QCOMPARE(image.pixelColor(image.width() - 1, image.height() / 2), QColor(Qt::blue));
-    QCOMPARE(image.pixelColor(image.width() - 1, 0), QColor(Qt::blue)); // over the line
+    QCOMPARE(image.pixelColor(image.width() - 1, 0), QColor(Qt::blue)); // above the line
     bool yellow = false;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)

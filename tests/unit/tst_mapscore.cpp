@@ -21,13 +21,13 @@
 #include "tests/support/testhome.h"
 #include "tests/support/tilehost.h"
 
-// The map's own pictures are compiled into a static library.
+// The pictures of the map are compiled into a static library.
 static void initPictures()
 {
     Q_INIT_RESOURCE(pictures);
 }
 
-/// A reply that has come, with what a server could have sent.
+/// A finished reply with contents that a server could send.
 class CannedReply : public QNetworkReply
 {
 public:
@@ -58,7 +58,7 @@ private:
     QByteArray bytes;
 };
 
-/// Keeps what libraries print out of the log, for as long as it lives.
+/// Suppresses the output of libraries while it exists.
 class Silence
 {
 public:
@@ -127,7 +127,7 @@ private slots:
     void damagedPictures();
 
 private:
-    /// A map of that size whose centre is that far into the grid of tiles.
+    /// Returns a map of that size whose centre is at that place of the tile grid.
     std::unique_ptr<MapsCore> mapAt(double tx, double ty, const QSize &size, int zoom = 16);
     static void moveTo(MapsCore &core, double tx, double ty, int zoom = 16);
     static QImage drawing(MapsCore &core, const QSize &size);
@@ -136,7 +136,7 @@ private:
         list.sort();
         return list;
     }
-    /// The host has been asked for that many tiles and nothing else comes.
+    /// Waits until the host has received that many requests, and no more.
     void waitForPaths(int count);
     void redirectElsewhere();
 
@@ -196,9 +196,9 @@ void TestMapsCore::requestsFollowTheRule_data()
     QTest::addColumn<QSize>("size");
     QTest::addColumn<int>("zoom");
     QTest::addColumn<QStringList>("paths");
-    // The middle tile's corner is at 128 - 64 = 64 both ways: a tile more is needed left of it and
-    // above it, none right of it and below. With the column and the row beyond that is 99..101 and
-    // 199..201; the rightmost column comes first, from its top.
+    // The middle tile's corner is at 128 - 64 = 64 in both directions: one more tile is needed to
+    // the left and above, none to the right and below. With the column and the row beyond the view
+    // that is 99..101 and 199..201. The rightmost column is fetched first, from its top.
     QTest::newRow("a little more than a tile")
         << QPointF(100.25, 200.25) << QSize(256, 256) << 16
         << QStringList{"/16/101/199.png", "/16/101/200.png", "/16/101/201.png",
@@ -211,8 +211,8 @@ void TestMapsCore::requestsFollowTheRule_data()
                                          "/16/1001/500.png", "/16/1001/501.png", "/16/1001/502.png",
                                          "/16/1000/500.png", "/16/1000/501.png", "/16/1000/502.png",
                                          "/16/999/500.png",  "/16/999/501.png",  "/16/999/502.png"};
-    // The corner is at 128 - 16 = 112: column 16382 to 16383, of which the world ends with the
-    // latter; the same for rows.
+    // The corner is at 128 - 16 = 112: columns 16382 to 16383, and the world ends at the latter.
+    // The rows are the same.
     QTest::newRow("corner of the world")
         << QPointF(16383.0625, 16383.0625) << QSize(256, 256) << 14
         << QStringList{"/14/16383/16382.png", "/14/16383/16383.png", "/14/16382/16382.png",
@@ -312,7 +312,7 @@ void TestMapsCore::emptyViewsComputeNothing()
 
 void TestMapsCore::firstTileOfTheWorldIsNeverFetched()
 {
-    // Rows 0 to 2 of columns 0 to 2. Of column 0 the topmost is (0, 0), which stands for none.
+    // Rows 0 to 2 of columns 0 to 2. The topmost tile of column 0 is (0, 0), which means none.
     const auto core = mapAt(0.75, 0.75, {256, 256}, 14);
     waitForPaths(6);
     QCOMPARE(host->paths, (QStringList{"/14/2/0.png", "/14/2/1.png", "/14/2/2.png", "/14/1/0.png",
@@ -329,7 +329,7 @@ void TestMapsCore::panningMovesTheMap()
     core->pan({-64, 32});
     QVERIFY(core->centerLongitude() == float(WebMercator::longitudeFromTile(100.5, 16)));
     QVERIFY(core->centerLatitude() == float(WebMercator::latitudeFromTile(200.125, 16)));
-    // The middle tile's corner goes along.
+    // The corner of the middle tile moves as well.
     const QImage image = drawing(*core, {256, 256});
     QCOMPARE(image.pixelColor(0, 96), TileHost::colorOf("/16/100/200.png"));
     QCOMPARE(image.pixelColor(0, 95), TileHost::colorOf("/16/100/199.png"));
@@ -337,7 +337,7 @@ void TestMapsCore::panningMovesTheMap()
 
 void TestMapsCore::slowDragsDoNotDrift()
 {
-    // A float knows a longitude of 170 degrees to half a pixel only at this zoom.
+    // At this zoom a float has a resolution of only half a pixel at a longitude of 170 degrees.
     const auto core = mapAt(64500.25, 200.25, {256, 256}, 16);
     const float latitude = core->centerLatitude();
     const float longitude = core->centerLongitude();
@@ -347,7 +347,7 @@ void TestMapsCore::slowDragsDoNotDrift()
         core->pan({100, 100});
     QVERIFY(core->centerLatitude() == latitude);
     QVERIFY(core->centerLongitude() == longitude);
-    // Nor towards a whole pixel: a thousand steps are a thousand pixels.
+    // There is no rounding to whole pixels either: a thousand steps are a thousand pixels.
     for (int step = 0; step < 1024; ++step)
         core->pan({-1, 0});
     QVERIFY(core->centerLongitude() ==
@@ -388,7 +388,7 @@ void TestMapsCore::farTilesAreDroppedByTheNextReply()
     QTRY_COMPARE(drawing(*core, size).pixelColor(128, 128), TileHost::colorOf("/16/110/200.png"));
     waitForPaths(18);
     moveTo(*core, 112.25, 200.25);
-    waitForPaths(18 + 6); // columns 112 and 113; 111 was there
+    waitForPaths(18 + 6); // columns 112 and 113; 111 was kept
     moveTo(*core, 110.25, 200.25);
     QCOMPARE(drawing(*core, size).pixelColor(0, 0), TileHost::colorOf("/16/109/199.png"));
 }
@@ -407,7 +407,7 @@ void TestMapsCore::secondStartTakesFreshTilesFromTheDisk()
 
 void TestMapsCore::oldTilesAreShownWithoutANetwork_data()
 {
-    // Each to be asked for anew every time.
+    // The server must be asked again each time.
     QTest::addColumn<QByteArray>("headers");
     QTest::newRow("expired") << QByteArray("Date: Sat, 01 Jan 2022 00:00:00 GMT\r\n"
                                            "Expires: Sat, 01 Jan 2022 01:00:00 GMT\r\n");
@@ -429,7 +429,7 @@ void TestMapsCore::oldTilesAreShownWithoutANetwork()
         const auto core = mapAt(100.25, 200.25, {256, 256});
         waitForPaths(18);
     }
-    // A server that fails is no better than none.
+    // A server that fails is treated like none.
     host->answer = [this](QTcpSocket *socket, const QString &) {
         host->finish(socket, TileHost::response("no", "text/plain", "", "503 Overloaded"));
     };
@@ -446,7 +446,7 @@ void TestMapsCore::oldTilesAreShownWithoutANetwork()
     QSignalSpy updated(core.get(), &MapsCore::updated);
     QTRY_COMPARE(updated.count(), 9);
     QCOMPARE(drawing(*core, {256, 256}).pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
-    // What was never there is grey, and is asked for once.
+    // A tile that was never cached is grey, and is requested once.
     updated.clear();
     moveTo(*core, 300.25, 200.25);
     QTRY_COMPARE(updated.count(), 10);
@@ -532,17 +532,17 @@ void TestMapsCore::failedTileIsGreyAndTheNextIsFetched()
     QTRY_COMPARE(drawing(*core, {300, 256}).pixelColor(0, 0), TileHost::colorOf("/16/99/199.png"));
     QCOMPARE(drawing(*core, {300, 256}).pixelColor(299, 0), grey);
     QCOMPARE(host->mostWaiting, 1);
-    // It is not asked for again while the view stays.
+    // It is not requested again while the view stays the same.
     const auto count = host->paths.count(bad);
     core->invalidate();
     QTest::qWait(50);
     QCOMPARE(host->paths.count(bad), count);
-    QVERIFY(count <= 7); // a redirection that leads nowhere is given up
+    QVERIFY(count <= 7); // a redirection loop is given up
 }
 
 void TestMapsCore::serversThatNeverFinishAreLeft()
 {
-    // Side by side: one that says nothing, and one that sends a byte a second.
+    // Two servers at once: one that sends nothing, and one that sends a byte per second.
     TileHost silent;
     TileHost slow;
     silent.answer = [&silent](QTcpSocket *socket, const QString &path) {
@@ -624,7 +624,7 @@ void TestMapsCore::endlessBodyIsNotTakenIn()
     };
     const auto core = mapAt(100.25, 200.25, {1, 1});
     QTRY_COMPARE(host->paths.size(), 4);
-    // The limit, and what fits into the buffers of two sockets.
+    // The limit, plus the capacity of the buffers of two sockets.
     QVERIFY(sent >= TileImage::largestBody);
     QVERIFY2(sent < TileImage::largestBody + 16 * 1024 * 1024, qPrintable(QString::number(sent)));
 }
@@ -680,7 +680,7 @@ void TestMapsCore::coordinatesThatNoMapShows()
     QVERIFY(std::abs(core.pinLatitude()) <= 85.0512F);
     QVERIFY(std::abs(core.pinLongitude()) <= 180);
     drawing(core, {800, 480});
-    // Only tiles that the world has, and not more than the view holds.
+    // Only tiles that exist, and not more than fit into the view.
     QTest::qWait(200);
     QVERIFY(host->paths.size() <= 5 * 4 * 3);
     for (const QString &path : std::as_const(host->paths)) {
@@ -691,7 +691,7 @@ void TestMapsCore::coordinatesThatNoMapShows()
     }
 }
 
-/// The smallest rectangle around what two pictures differ in.
+/// Returns the bounding rectangle of the differences between two pictures.
 static QRect difference(const QImage &one, const QImage &other)
 {
     QRect result;
@@ -707,7 +707,7 @@ void TestMapsCore::markersStandAtTheirPlaces()
     const QSize size(400, 300);
     MapsCore core;
     core.setFetching(false);
-    core.invalidate(); // as large as it is at first
+    core.invalidate(); // the initial size
     const QImage plain = drawing(core, size);
     QCOMPARE(plain.pixelColor(200, 150), grey);
     core.setStorePin(core.centerLatitude(), core.centerLongitude());
@@ -726,7 +726,7 @@ void TestMapsCore::markersStandAtTheirPlaces()
     QVERIFY(QRect(180, 130, 20, 20).contains(mark));
     QVERIFY(mark.width() > 17 && mark.height() > 17);
 
-    // The mark is above the pin.
+    // The mark is drawn above the pin.
     core.setStorePin(core.centerLatitude(), core.centerLongitude());
     QCOMPARE(drawing(core, size).pixelColor(190, 140), marked.pixelColor(190, 140));
 
@@ -788,7 +788,7 @@ void TestMapsCore::nothingIsFetchedUnseen()
     QCOMPARE(host->paths, QStringList());
     core.setFetching(true);
     QTRY_VERIFY(held);
-    // Given up in mid-request, and asked for again later.
+    // Aborted during the request, and requested again later.
     core.setFetching(false);
     QTRY_VERIFY(!held);
     core.invalidate();
@@ -822,7 +822,7 @@ void TestMapsCore::changedZoomShowsNoOldTiles()
     const auto core = mapAt(100.25, 200.25, {1, 1});
     waitForPaths(4);
     QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
-    // One is still on its way.
+    // One request is still pending.
     host->answer = [&](QTcpSocket *socket, const QString &path) {
         held = socket;
         heldPath = path;
@@ -861,7 +861,7 @@ void TestMapsCore::damagedPictures()
     originals
         << QByteArray::fromBase64("R0lGODlhAQABAIAAAAAAAAAAACH5BAAAAAAALAAAAAABAAEAAAICRAEAOw==")
         << QByteArray::fromBase64("UklGRiQAAABXRUJQVlA4IBgAAAAwAQCdASoBAAEAAgA0JaQAA3AA/vuUAAA=");
-    // The decoders complain about each of them.
+    // The decoders print a warning for each of them.
     QLoggingCategory::setFilterRules("qt.gui.imageio*=false");
     const Silence silence;
     MapsCore core;

@@ -128,7 +128,7 @@ void TestMessageBus::nobodyWaitsWhoIsGone()
     QCOMPARE(service.calls("Ask").size(), 3);
 }
 
-/// Counts a signal's arrivals.
+/// Counts received signals.
 class Counter : public QObject
 {
     Q_OBJECT

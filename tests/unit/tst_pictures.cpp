@@ -87,8 +87,8 @@ void TestPictures::noTwoPicturesShowTheSame()
             for (int y = 0; y < size.height(); ++y)
                 for (int x = 0; x < size.width(); ++x)
                     differing += one.value().pixel(x, y) != other.value().pixel(x, y);
-            // Signs on the same ground, the closest there are, differ in a sixteenth of their
-            // pixels.
+            // The most similar pictures, signs on the same background, differ in a sixteenth of
+            // their pixels.
             QVERIFY2(differing > size.width() * size.height() / 32,
                      qPrintable(one.key() + " and " + other.key()));
         }

@@ -22,7 +22,7 @@ static double latitudeOf(const QSignalSpy &positions)
     return positions.last().first().value<QGeoPositionInfo>().coordinate().latitude();
 }
 
-/// A bus with a location service, a gpsd, and what asks them.
+/// A bus with a location service, a gpsd, and the source that uses them.
 struct World
 {
     explicit World(const PositionSource::Patience &patience = {500ms, 60s})
@@ -69,7 +69,7 @@ private slots:
 
 void TestPositionSource::pluginIsAskedBeforeQtsOwn()
 {
-    const TrShopGps gps; // brings the plugin into the program
+    const TrShopGps gps; // links the plugin into the program
     QElapsedTimer clock;
     clock.start();
     const std::unique_ptr<QGeoPositionInfoSource> source(
@@ -107,7 +107,7 @@ void TestPositionSource::geoClueRunsWhileGpsdIsSilent()
     QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 2, soon);
     QCOMPARE(latitudeOf(world.positions), 10.5);
     QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted(), soon);
-    // And falls silent again.
+    // gpsd stops delivering again.
     QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
     world.source.stopUpdates();
     QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted(), soon);
@@ -146,7 +146,7 @@ void TestPositionSource::sameTimestampIsTheSamePosition()
     QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted(), soon);
     world.source.startUpdates();
     QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
-    world.geoClue.locate(50, 14, 1); // as the service does for a new client
+    world.geoClue.locate(50, 14, 1); // the service does this for a new client
     QTest::qWait(300);
     QCOMPARE(world.positions.count(), 1);
     world.geoClue.locate(50, 14, 2);
@@ -180,7 +180,7 @@ void TestPositionSource::roughPositionsAreToldApart()
     world.geoClue.locate(50, 14, 3, 250);
     QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
     QCOMPARE(world.rough.count(), 2);
-    // A receiver that sees too few satellites is no better, and does not send GeoClue away.
+    // A receiver with too few satellites is as inaccurate, and does not stop GeoClue.
     world.gpsd.tell(1, 10.5, 20, "\"eph\":1000.0");
     QTRY_COMPARE_WITH_TIMEOUT(world.rough.count(), 3, soon);
     QTest::qWait(200);
@@ -216,7 +216,7 @@ void TestPositionSource::switchedOffWhileItRuns()
     change(false);
     QTRY_COMPARE_WITH_TIMEOUT(world.refusals.count(), 1, soon);
     change(true);
-    world.geoClue.locate(50, 14, 1); // it goes on by itself
+    world.geoClue.locate(50, 14, 1); // it continues by itself
     QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
 }
 
@@ -246,7 +246,7 @@ void TestPositionSource::requestIsServedOnce()
     QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
     QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted() && !world.gpsd.isConnected(), soon);
     world.source.requestUpdate(0);
-    // gpsd was silent the last time: the person need not wait for it again.
+    // gpsd delivered nothing the last time, so GeoClue starts without waiting for it.
     QTRY_VERIFY_WITH_TIMEOUT(world.gpsd.isConnected() && world.geoClue.isStarted(), 400);
 }
 
@@ -260,7 +260,7 @@ void TestPositionSource::requestThatIsCancelled()
     world.source.startUpdates();
     world.source.requestUpdate(0);
     world.source.cancelRequest();
-    QTRY_VERIFY_WITH_TIMEOUT(world.gpsd.isConnected(), soon); // updates go on
+    QTRY_VERIFY_WITH_TIMEOUT(world.gpsd.isConnected(), soon); // updates continue
 }
 
 void TestPositionSource::requestThatTimesOut()
@@ -272,7 +272,7 @@ void TestPositionSource::requestThatTimesOut()
     world.source.requestUpdate(1000);
     QTRY_VERIFY_WITH_TIMEOUT(world.gpsd.isConnected(), soon);
     QTest::qWait(700);
-    world.source.requestUpdate(1000); // does not prolong it
+    world.source.requestUpdate(1000); // does not prolong the request
     QTRY_COMPARE_WITH_TIMEOUT(errors.count(), 1, soon);
     QVERIFY2(clock.elapsed() < 1500, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(errors.first().first().value<QGeoPositionInfoSource::Error>(),
@@ -320,9 +320,9 @@ void TestPositionSource::otherTypesThanPromised()
     QTest::qWait(200);
     world.geoClue.locate(50, 14, 1);
     QTest::qWait(200);
-    if (method != "Set") // what was asked for before comes all the same
+    if (method != "Set") // the calls after "Set" are sent without waiting for its reply
         QCOMPARE(world.positions.count(), 0);
-    // As it should be, it is used again.
+    // With correct answers it is used again.
     world.geoClue.answers[method] = right;
     int second = 1;
     QTRY_VERIFY_WITH_TIMEOUT((world.geoClue.locate(50, 14, ++second), !world.positions.isEmpty()),
@@ -367,7 +367,7 @@ void TestPositionSource::busThatComesBack()
     QTRY_COMPARE_WITH_TIMEOUT(positions.count(), 1, soon);
 }
 
-/// One order in which both neighbours come and go. Each has four states and goes through all.
+/// One order in which both services change their state. Each goes through all four states.
 class Order : public QObject
 {
 public:
@@ -416,7 +416,7 @@ public:
         waits = gpsdState == Delivering || geoClueState == Delivering;
         clock.start();
     }
-    /// What is awaited has come, or nothing is.
+    /// Returns whether a position has arrived, or none can be expected.
     bool isServed() const
     {
         return !waits;
@@ -468,10 +468,10 @@ void TestPositionSource::comingAndGoing()
         names << name;
     } while (std::ranges::next_permutation(states).found);
     QCOMPARE(orders.size(), 24U);
-    // All at once, since each takes its time.
+    // All orders run in parallel, since each takes some time.
     for (std::size_t phase = 0; phase < states.size(); ++phase) {
         if (phase > 0) {
-            QTest::qWait(12000); // long enough that what is gone is missed
+            QTest::qWait(12000); // long enough that the missing service is noticed
             for (const auto &order : orders)
                 order->enter(phase);
         }

@@ -46,7 +46,7 @@ void TestPositionWait::init()
 void TestPositionWait::asksUntilThereIsAPosition()
 {
     QVERIFY(!wait.waitingForFix());
-    wait.refused(); // nobody waits
+    wait.refused(); // there is no wait
     QCOMPARE(asked, 0);
     wait.begin();
     QVERIFY(wait.waitingForFix());
@@ -57,7 +57,7 @@ void TestPositionWait::asksUntilThereIsAPosition()
     }
     wait.arrived();
     QVERIFY(wait.haveGpsFix());
-    QVERIFY(wait.waitingForFix()); // until who waits has taken it
+    QVERIFY(wait.waitingForFix()); // until the waiting page has taken the position
     wait.satisfy();
     QVERIFY(!wait.waitingForFix());
     QCOMPARE(givenUp, 0);
@@ -86,7 +86,7 @@ void TestPositionWait::asksNobodyAfterTheEnd()
     QCOMPARE(givenUp, 1);
     QTest::qWait(1500);
     QCOMPARE(asked, 1);
-    wait.end(); // nothing is left to give up
+    wait.end(); // there is nothing left to give up
     QCOMPARE(givenUp, 1);
 }
 

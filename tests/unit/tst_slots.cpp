@@ -4,7 +4,7 @@
 
 #include "app/shopwindow.h"
 
-/// The window's slots are its interface to everything that calls by name.
+/// The slots of the window are its interface for calls by name.
 class TestSlots : public QObject
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ private slots:
 
 private:
     QStringList methods(QMetaMethod::MethodType type, int access = -1);
-    /// What is in `all` and not in `others`.
+    /// Returns the elements of `all` that are not in `others`.
     static QStringList without(QStringList all, const QStringList &others);
 };
 

@@ -16,7 +16,7 @@ private slots:
     void storedPlaceIsNotTaken();
 };
 
-/// A draft of store 3 with a position taken for it.
+/// Returns a draft of store 3 with a position taken for it.
 static StoreDraft takenDraft()
 {
     StoreDraft draft;

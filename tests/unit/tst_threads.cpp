@@ -4,7 +4,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
-/// Everything runs on one thread but what could block it: no data is shared that needs a lock.
+/// Everything runs on one thread, except what could block it, so no shared data needs a lock.
 class TestThreads : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ void TestThreads::onlyTheSoundHasAThread_data()
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QStringList>("files");
-    // A sound system that hangs must not keep the window.
+    // A sound system that hangs must not block the window.
     const QStringList sound{"platform/alarmsound.cpp"};
     const QStringList none;
     QTest::newRow("threads, subclasses too") << "new QThread|QThread \\w+[;{(]|public QThread|"
@@ -48,7 +48,7 @@ void TestThreads::onlyTheSoundHasAThread()
                 found << sources.relativeFilePath(file.fileName());
         }
     }
-    QVERIFY(read > 80); // else nobody has looked
+    QVERIFY(read > 80); // otherwise the sources were not read
     found.sort();
     QCOMPARE(found, files);
 }

@@ -51,10 +51,10 @@ void TestTiles::tileOfACoordinate_data()
         << WebMercator::latitudeLimit << -180.0 << 14 << QPointF(0, 0);
     QTest::newRow("south-east corner")
         << -WebMercator::latitudeLimit << 180.0 << 14 << QPointF(16384, 16384);
-    // gd(pi / 2) is the latitude half way up the map.
+    // gd(pi / 2) is the latitude half way to the upper edge of the map.
     QTest::newRow("half way up") << 66.513260443111858 << 90.0 << 2 << QPointF(3, 1);
     QTest::newRow("half way down") << -66.513260443111858 << -90.0 << 2 << QPointF(1, 3);
-    // By an independent computation with 50 digits.
+    // From an independent computation with 50 digits.
     QTest::newRow("Oslo") << 59.913822 << 10.738741 << 16
                           << QPointF(34722.928139377778, 19062.966527997473);
     QTest::newRow("Sydney") << -33.868820 << 151.209290 << 14
@@ -252,13 +252,13 @@ void TestTiles::nothingHugeIsUnpacked()
     buffer.open(QIODevice::WriteOnly);
     QVERIFY(image.save(&buffer, "png"));
     QVERIFY(bomb.size() < TileImage::largestBody);
-    // Qt's own limit would let it pass.
+    // Qt's own limit would accept it.
     QBuffer input(&bomb);
     QVERIFY(QImageReader(&input).canRead());
     QVERIFY(TileImage::read(bomb).isNull());
 }
 
-/// A chunk of a PNG file.
+/// Returns a chunk of a PNG file.
 static QByteArray chunk(const QByteArray &name, const QByteArray &data)
 {
     const auto number = [](quint32 value) {
@@ -276,10 +276,10 @@ static QByteArray chunk(const QByteArray &name, const QByteArray &data)
 
 void TestTiles::packedTextsAreLeftOut()
 {
-    // Each of them is 8 MB of blanks.
+    // Each chunk holds about 8 MB of spaces.
     const QByteArray packed = qCompress(QByteArray(7'900'000, ' '), 9).mid(4);
     QByteArray bomb = TileHost::picture(Qt::red);
-    const auto firstChunk = 8 + 25; // behind signature and header
+    const auto firstChunk = 8 + 25; // after signature and header
     for (int index = 0; index < 100; ++index)
         bomb.insert(firstChunk, chunk("zTXt", "a" + QByteArray(2, 0) + packed));
     QVERIFY(bomb.size() < TileImage::largestBody);
@@ -290,7 +290,7 @@ void TestTiles::packedTextsAreLeftOut()
     QVERIFY(image.textKeys().isEmpty());
     QVERIFY2(clock.elapsed() < 300, qPrintable(QString::number(clock.elapsed())));
 
-    // What is transparent stays so.
+    // Transparent pixels stay transparent.
     QImage paletted(4, 4, QImage::Format_Indexed8);
     paletted.setColorTable({qRgba(0, 0, 0, 0), qRgb(255, 0, 0)});
     paletted.fill(0);
@@ -300,7 +300,7 @@ void TestTiles::packedTextsAreLeftOut()
     paletted.save(&buffer, "png");
     QCOMPARE(TileImage::read(bytes).pixelColor(0, 0).alpha(), 0);
 
-    // A chunk that says it is longer than the file.
+    // A chunk whose stated length exceeds the file.
     QByteArray broken = TileHost::picture(Qt::red);
     broken[8 + 25] = '\x7f';
     QVERIFY(TileImage::read(broken).isNull());
@@ -308,7 +308,7 @@ void TestTiles::packedTextsAreLeftOut()
 
 void TestTiles::jpegOfManyScansIsRefused()
 {
-    // An empty scan of the first component, again and again.
+    // Many empty scans of the first component.
     QByteArray jpeg = TileHost::picture(Qt::red, "jpg");
     const QByteArray scan = QByteArray::fromHex("ffda0008010100003f00");
     for (int index = 0; index < 40; ++index)

@@ -5,7 +5,7 @@
 
 Q_DECLARE_METATYPE(Sight)
 
-/// Degrees of latitude, which are equally far everywhere.
+/// Degrees of latitude, which have the same length everywhere.
 static constexpr float here = 10;
 static constexpr float near = 10.002F; // 222 m
 static constexpr float far = 10.003F;  // 334 m
@@ -48,7 +48,7 @@ void TestTrackingRun::effectOfAPosition_data()
     QTest::newRow("list, near") << Sight::TrackedList << near << true << false << true << false;
     QTest::newRow("map, far") << Sight::TrackedMap << far << false << true << false << false;
     QTest::newRow("store, far") << Sight::StorePage << far << false << false << false << true;
-    // The reminder takes over: nobody sees the distance.
+    // The reminder replaces the page, so the distance is not visible.
     QTest::newRow("store, near") << Sight::StorePage << near << false << false << true << false;
 }
 
@@ -86,7 +86,7 @@ void TestTrackingRun::distancesStayUnderTheMap()
     run.watch({storeAt(1, near)});
     QVERIFY(run.take(here, meridian, Sight::OtherPage).rings);
     const float distance = run.trackedStores.first().distance;
-    // And so does what rings.
+    // The decision to ring does not change either.
     QVERIFY(run.take(here + 1, meridian, Sight::TrackedMap).rings);
     QCOMPARE(run.trackedStores.first().distance, distance);
     QVERIFY(!run.take(here + 1, meridian, Sight::TrackedList).rings);
@@ -94,7 +94,7 @@ void TestTrackingRun::distancesStayUnderTheMap()
 
 void TestTrackingRun::otherStoresAreMeasured()
 {
-    // At the very place where the others were.
+    // Exactly where the other stores were measured.
     TrackingRun run;
     run.watch({storeAt(1, far)});
     QVERIFY(!run.take(here, meridian, Sight::OtherPage).rings);

@@ -9,10 +9,10 @@
 
 #include "tests/support/stoppable.h"
 
-/// Source texts with their translations; nothing for one that is not finished.
+/// Source texts with their translations; an unfinished translation has no value.
 using Texts = QMap<QString, QString>;
 
-/// Texts that read the same in Russian.
+/// Texts that are the same in Russian.
 static const QSet<QString> sameInRussian{
     "OK",  // an international word on buttons
     "GPS", // a name
@@ -57,7 +57,7 @@ Texts TestTranslations::read(const QString &fileName)
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
-        // Texts of another class would need a key of their own here.
+        // Texts of another class would need keys with a context.
         if (xml.name() == QLatin1String("context")) {
             xml.readNextStartElement();
             const QString context = xml.readElementText();
@@ -98,7 +98,7 @@ void TestTranslations::everyTextIsThere()
     lupdate.start(LUPDATE, arguments << "-ts" << copy);
     QVERIFY(lupdate.waitForFinished());
     QCOMPARE(lupdate.exitCode(), 0);
-    // A new text is not finished there, and one that is gone is obsolete.
+    // A new text would be unfinished there, and a removed one obsolete.
     const Texts here = read(fileOf(language));
     const Texts there = read(copy);
     QVERIFY(there.size() > 200);
@@ -127,7 +127,7 @@ void TestTranslations::placeholdersAndTagsMatch()
     const Texts texts = read(fileOf(language));
     for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
         QCOMPARE(specials(text.value()), specials(text.key()));
-        // Captions end as they do, and values that follow stand apart from them.
+        // A trailing space separates a caption from a value, so the translation needs it as well.
         QCOMPARE(text.value().endsWith(' '), text.key().endsWith(' '));
     }
 }

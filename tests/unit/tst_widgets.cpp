@@ -77,11 +77,11 @@ void TestWidgets::picturesAreSharp()
     QFETCH(QString, picture);
     PictureLabel label;
     label.setPicture(picture, 60);
-    QVERIFY(label.pixmap().isNull()); // nobody sees it yet
+    QVERIFY(label.pixmap().isNull()); // not visible yet
     QCOMPARE(label.sizeHint(), QSize(60, 60));
     label.show();
     QCOMPARE(label.pixmap().deviceIndependentSize(), QSizeF(60, 60));
-    // Scaling nearest-neighbour from the file's own size would leave no half-transparent edges.
+    // Nearest-neighbour scaling from the file's size would leave no half-transparent edges.
     const QImage image = label.pixmap().toImage();
     QSet<int> alphas;
     for (int y = 0; y < image.height(); ++y)
@@ -127,7 +127,7 @@ void TestWidgets::nameButtonElidesANameThatIsTooLong()
 
 namespace {
 
-/// The columns in which `label` draws something, from the left.
+/// Returns the columns in which `label` draws something, from the left.
 QList<int> inkColumns(QLabel &label)
 {
     const QImage image = label.grab().toImage();
@@ -152,7 +152,8 @@ void TestWidgets::wrapLabelBreaksBetweenWords()
     const int line = label.fontMetrics().height();
     const int oneLine = label.fontMetrics().horizontalAdvance("first second") + 2;
     QVERIFY(label.heightForWidth(oneLine) < 2 * line);
-    // Too narrow for both words: the second goes to the next line whole, and no further.
+    // Too narrow for both words: the second word moves to the next line as a whole, and there is no
+    // third line.
     const int oneWord = label.fontMetrics().horizontalAdvance("second") + 2;
     QCOMPARE(label.heightForWidth(oneLine - 10), label.heightForWidth(oneWord));
     QVERIFY(label.heightForWidth(oneWord) < 3 * line);

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Permissions do not bind root, so root is someone else for as long as this lives.
+/// Permissions do not restrict root, so root becomes another user while this object exists.
 class WithoutPrivileges
 {
 public:
@@ -50,7 +50,7 @@ constexpr auto enterable = QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther;
 
 } // namespace
 
-/// Files and folders that are not as the program would like them.
+/// Tests the program with files and folders that it cannot use.
 class TestBadWorlds : public QObject
 {
     Q_OBJECT
@@ -80,7 +80,8 @@ private:
     QByteArray goodDatabase();
 };
 
-/// The window says what is wrong, works meanwhile, and ends the program when the banner has gone.
+/// Checks that a banner reports the error, that the window works meanwhile, and that the program
+/// ends with the banner.
 void TestBadWorlds::expectBannerAndExit()
 {
     ShopWindow window;
@@ -92,7 +93,7 @@ void TestBadWorlds::expectBannerAndExit()
     QVERIFY(banner);
     QVERIFY(banner->isVisible());
     QCOMPARE(banner->text(), "Can't open database");
-    QCOMPARE(window.children().last(), banner); // over the pages, which were made after it
+    QCOMPARE(window.children().last(), banner); // above the pages, which were created later
 
     QElapsedTimer clock;
     clock.start();
@@ -117,7 +118,7 @@ void TestBadWorlds::expectUsableWindowWithoutBanner(ShopWindow &window)
         QTest::mouseClick(window.findChild<QPushButton *>(button), Qt::LeftButton);
 }
 
-/// A database as the program makes it, with a row in it.
+/// Returns a database created by the program, with one row.
 QByteArray TestBadWorlds::goodDatabase()
 {
     const TestHome home;
@@ -272,7 +273,7 @@ void TestBadWorlds::databaseIsLockedByAnotherProcess()
     QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(home.readDatabaseFile(), content);
 
-    // A lock that is gone in good time costs the person nothing but the wait.
+    // A lock that is released in time causes only a delay.
     lock.releaseAfter(1s);
     QSqlQuery query;
     QVERIFY(query.exec("insert into category values (2, 'Tools')"));

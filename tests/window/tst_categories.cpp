@@ -6,7 +6,7 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
-/// Categories, reached as the person reaches them: by a new store's category button.
+/// Tests the category pages, opened like a user does: by the category button of a new store.
 class TestCategories : public QObject
 {
     Q_OBJECT
@@ -103,7 +103,8 @@ void TestCategories::quickDoubleTapEdits()
     shop.doubleTap(1);
     QCOMPARE(shop.page(), PageCategoryEdit);
     shop.press("backButton");
-    // On a row that is remembered the first tap opens the page; the second presses nothing there.
+    // On the row that was tapped before, the first tap opens the page; the second one must not
+    // press a button there.
     shop.doubleTap(1);
     QCOMPARE(shop.page(), PageCategoryEdit);
 }
@@ -190,7 +191,7 @@ void TestCategories::quoteIsNotStored()
     ShopDriver shop;
     openCategories(shop);
     addCategory(shop, "Joe's");
-    // The page goes on as if it had been.
+    // The page continues as if the statement had worked.
     QCOMPARE(shop.rows(), QStringList("Joe's"));
     QCOMPARE(shop.db->column("select name from category"), QVariantList());
 }

@@ -17,7 +17,7 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
 
-/// Whether what is drawn can be read, measured in the pictures of the pages.
+/// Tests whether texts are legible, by measuring the contrast in pictures of the pages.
 class TestContrast : public QObject
 {
     Q_OBJECT
@@ -42,11 +42,12 @@ static QPalette darkPalette()
     palette.setColor(QPalette::Base, QColor(35, 35, 35));
     palette.setColor(QPalette::AlternateBase, QColor(45, 45, 45));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
-    palette.setColor(QPalette::Link, QColor(0, 0, 255)); // Qt's own, when nothing sets it
+    palette.setColor(QPalette::Link, QColor(0, 0, 255)); // Qt's default link colour
     return palette;
 }
 
-/// The contrast between the commonest colour, which is the ground, and the one that differs most.
+/// Returns the contrast between the most frequent colour, which is the background, and the colour
+/// that differs most from it.
 static double contrastIn(const QImage &picture)
 {
     QHash<QRgb, int> count;
@@ -64,7 +65,7 @@ static double contrastIn(const QImage &picture)
     return best;
 }
 
-/// The part of a widget with its text, without borders and pictures.
+/// Returns the part of a widget with its text, without borders and pictures.
 static QRect textOf(const QWidget *widget, const QString &text)
 {
     if (qobject_cast<const QLabel *>(widget))
@@ -73,7 +74,7 @@ static QRect textOf(const QWidget *widget, const QString &text)
     QRect inside = widget->rect().adjusted(border, border, -border, -border);
     const auto *button = qobject_cast<const QPushButton *>(widget);
     if (button && !button->icon().isNull()) {
-        // The picture stands left of the text, and both in the middle.
+        // The picture is left of the text, and both together are centred.
         const int width = button->fontMetrics().horizontalAdvance(text);
         const int whole = button->iconSize().width() + border + width;
         inside.setLeft(inside.center().x() + whole / 2 - width + border);
@@ -141,12 +142,12 @@ void TestContrast::everyTextCanBeRead()
                                  : button ? button->text()
                                  : field  ? field->text()
                                           : QString();
-            // What is out of use is grey on purpose.
+            // Disabled texts are grey on purpose.
             if (text.trimmed().isEmpty() || !widget->isEnabled())
                 continue;
             const QRect seen = textOf(widget, text) & widget->visibleRegion().boundingRect();
             if (seen.height() < widget->fontMetrics().height() / 2)
-                continue; // scrolled away, or on a view that is not shown
+                continue; // scrolled away, or in a hidden view
             const QRect place = seen.translated(widget->mapTo(page, QPoint()));
             const double contrast = contrastIn(picture.copy(place & page->rect()));
             QVERIFY2(contrast >= 4.5,
@@ -179,7 +180,7 @@ void TestContrast::everyTextCanBeRead()
         QVERIFY(contrastIn(picture.copy(place)) >= 4.5);
     }
 
-    // The map's menu, with an entry selected.
+    // The map's menu, with a selected entry.
     shop.stack->setCurrentIndex(PageTrackedList);
     shop.press("mapViewButton");
     QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {}, {});
@@ -197,7 +198,7 @@ void TestContrast::everyTextCanBeRead()
     }
     menu->close();
 
-    // A link within a text, which is the blue of it, and a banner.
+    // A link within a text, which is blue, and a banner.
     QVERIFY(Contrast::ratio(shop.window->palette().color(QPalette::Link),
                             shop.window->palette().color(QPalette::Window)) >= 4.5);
     auto *banner = InformationBox::information(shop.window.get(), "text", std::chrono::seconds(9));

@@ -72,7 +72,7 @@ private:
         shop.press("shopsButton");
         shop.press("storesButton");
         shop.tap(row);
-        if (shop.page() == PageStoreList) // a tap chooses the store that was edited last
+        if (shop.page() == PageStoreList) // one tap chooses the store that was edited last
             shop.press("selectButton");
         shop.press("editButton");
         shop.press("coordinatesButton");
@@ -90,7 +90,7 @@ private:
     {
         return {field(shop, "latitudeField"), field(shop, "longitudeField")};
     }
-    /// Degrees, minutes, seconds and hemisphere of "latitude" or "longitude".
+    /// Returns degrees, minutes, seconds and hemisphere of "latitude" or "longitude".
     static QStringList sexagesimal(const ShopDriver &shop, const QByteArray &axis)
     {
         return {field(shop, (axis + "Degrees").constData()),
@@ -124,7 +124,7 @@ private:
     }
 };
 
-// The map's own pictures are compiled into a static library.
+// The pictures of the map are compiled into a static library.
 static void initPictures()
 {
     Q_INIT_RESOURCE(pictures);
@@ -132,10 +132,10 @@ static void initPictures()
 
 void TestCoordinatesPage::initTestCase()
 {
-    // What draws the markers is a plugin as well.
+    // The markers need the SVG plugin as well.
     initPictures();
     QVERIFY(!QIcon(":/img/smile.svg").pixmap(20).isNull());
-    // Qt's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources must not be found, since one of them is always available.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }
@@ -152,7 +152,7 @@ void TestCoordinatesPage::startsOnTheEditView()
     auto *tabs = shop.find<QTabWidget>("coordinatesTabs");
     QCOMPARE(tabs->tabText(0), QString::fromUtf8("DD.DD°"));
     QCOMPARE(tabs->tabText(1), QString::fromUtf8("DD°MM'SS''"));
-    // Pressed once more, a view stays what shows.
+    // Pressing the button of the current view again keeps the view.
     shop.press("editViewButton");
     QVERIFY(shop.find<QAbstractButton>("editViewButton")->isChecked());
 }
@@ -202,7 +202,7 @@ void TestCoordinatesPage::newStoreStartsEmpty()
     shop.press("saveButton");
     QCOMPARE(stored(shop, 3), (QVariantList{10.5, 20.25, 0.0}));
     QCOMPARE(stored(shop, 1), (QVariantList{55.755833, -33.5, 7.0}));
-    // Only a new store does.
+    // Only a new store starts with empty fields.
     shop.press("backButton");
     open(shop, 0);
     QCOMPARE(decimals(shop), (QStringList{"55.755833", "-33.5"}));
@@ -367,8 +367,8 @@ void TestCoordinatesPage::sexagesimalIsConvertedOnlyWhereItShows()
     shop.press("saveButton");
     QCOMPARE(stored(shop, 2), (QVariantList{7.5, 8.0, 0.0}));
 
-    // The tab is still the chosen one when the map sets a mark; what counts then is the mark, which
-    // is finer than a hundredth of a second.
+    // The tab is still selected when the map sets a mark. The mark counts, which is more precise
+    // than a hundredth of a second.
     ShopDriver other(
         stores,
         {{"GpsEnabled", true}, {"LastLatitude", 1.2345678F}, {"LastLongitude", 2.3456789F}});
@@ -421,7 +421,7 @@ void TestCoordinatesPage::valueBeyondTheMaskIsKept()
     shop.press("setButton");
     shop.press("saveButton");
     QCOMPARE(stored(shop, 1).value(1), QVariant(-122.41942));
-    // What is typed replaces it.
+    // Typing replaces it.
     shop.press("backButton");
     open(shop, 0);
     chooseTab(shop, 0);
@@ -464,13 +464,13 @@ void TestCoordinatesPage::positionFromTheGps()
     shop.press("getFromGpsButton");
     QCOMPARE(source()->requests, 1);
     QCOMPARE(shop.labelText("gpsStatus"), "Requesting NEW store Coordinates from GPS...");
-    shop.press("getFromGpsButton"); // impatient
+    shop.press("getFromGpsButton"); // a second press
     source()->deliver(59.913822, 10.738741, 12.5);
     QCOMPARE(shop.labelText("gpsStatus"), "Current store Coordinates UPDATED");
     QCOMPARE(shop.labelText("gpsLatitude"), "59.913822");
     QCOMPARE(shop.labelText("gpsLongitude"), "10.738741");
     QCOMPARE(decimals(shop), (QStringList{"59.913822", "10.738741"}));
-    // A later one is not asked for.
+    // No further position is taken.
     source()->deliver(1, 2);
     QCOMPARE(shop.labelText("gpsLatitude"), "59.913822");
     shop.press("setButton");
@@ -500,7 +500,7 @@ void TestCoordinatesPage::positionIsAwaited()
     shop.press("gpsViewButton");
     shop.press("getFromGpsButton");
     source()->deliver(3.5, 4.5);
-    // The next one waits for a position of its own.
+    // The next request waits for a new position.
     shop.press("getFromGpsButton");
     QCOMPARE(shop.labelText("gpsStatus"), "Requesting NEW store Coordinates from GPS...");
     QCOMPARE(shop.labelText("gpsLatitude"), "3.5");
@@ -584,7 +584,7 @@ void TestCoordinatesPage::gpsOff()
     typeInto(shop, "latitudeField", "12.5");
     shop.press("setButton");
     QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
-    // The map's "Center by GPS" has nothing to wait for, and does no harm.
+    // "Center by GPS" on the map has nothing to wait for, and has no effect.
     shop.press("coordinatesButton");
     shop.press("mapViewButton");
     shop.chooseInMapMenu(2);
@@ -605,14 +605,14 @@ void TestCoordinatesPage::mapStartsAtTheLastPosition()
     QCOMPARE(shop.map()->centerLatitude(), 48.5F);
     QCOMPARE(shop.map()->centerLongitude(), 9.5F);
     QTRY_VERIFY(host.paths.size() > 8);
-    // All of them lie around that place, at zoom 16.
+    // All of them are around that place, at zoom 16.
     const QPointF tile = WebMercator::tileForCoordinate(48.5, 9.5, 16);
     for (const QString &path : std::as_const(host.paths)) {
         const QStringList parts = path.split('/');
         QCOMPARE(parts.at(1), "16");
         QVERIFY2(std::abs(parts.at(2).toInt() - tile.x()) < 5, qPrintable(path));
     }
-    // No pin: a store of before has one.
+    // There is no pin, although the previous store has one.
     QTest::qWait(300);
     const QImage without = shop.map()->grab().toImage();
     shop.press("backButton");
@@ -637,7 +637,7 @@ void TestCoordinatesPage::mapStartsAtTheStore()
     shop.press("mapViewButton");
     QCOMPARE(shop.map()->centerLatitude(), 55.755833F);
     QCOMPARE(shop.map()->centerLongitude(), -33.5F);
-    // What is typed counts, also before it is set.
+    // Typed coordinates count even before they are set.
     shop.press("editViewButton");
     typeInto(shop, "latitudeField", "12.5");
     shop.press("mapViewButton");
@@ -679,7 +679,7 @@ void TestCoordinatesPage::mapReturnsToItsMark()
     shop.press("editViewButton");
     shop.press("mapViewButton");
     QVERIFY(std::abs(shop.map()->centerLongitude() - marked) < 0.00001F);
-    // A mark counts also without "Set".
+    // A mark counts even without "Set".
     shop.press("backButton");
     shop.press("saveButton");
     QVERIFY(float(stored(shop, 2).value(1).toDouble()) == marked);
@@ -695,7 +695,7 @@ void TestCoordinatesPage::mapIsCentredByTheGps()
     QCOMPARE(shop.map()->centerLatitude(), 3.5F);
     QCOMPARE(shop.map()->centerLongitude(), 4.5F);
     QCOMPARE(source()->requests, 0);
-    // Another time it waits for a position of its own.
+    // The next time it waits for a new position.
     shop.chooseInMapMenu(2);
     QCOMPARE(source()->requests, 1);
     source()->deliver(5.5, 6.5);
@@ -714,7 +714,7 @@ void TestCoordinatesPage::mapWaitsForThePosition()
     source()->deliver(3.5, 4.5);
     QCOMPARE(shop.map()->centerLatitude(), 3.5F);
     QCOMPARE(shop.map()->centerLongitude(), 4.5F);
-    // "Set" takes what the fields hold, which the position did not change.
+    // "Set" takes the contents of the fields, which the position has not changed.
     QCOMPARE(decimals(shop), (QStringList{"55.755833", "-33.5"}));
 }
 

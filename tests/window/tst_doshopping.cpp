@@ -50,7 +50,8 @@ private:
     }
 };
 
-/// Of A, B, C and so on, 1, 2, 3 of each; the last of them are checked. There is another list.
+/// Goods A, B, C and so on with the amounts 1, 2, 3; the last ones are checked. There is another
+/// list.
 static Records listOf(int goods, int checked = 0)
 {
     Records records{openList("Weekend"), openList("zzz").good(1000, "elsewhere")};
@@ -172,7 +173,7 @@ void TestDoShopping::quickDoubleTapActsOnce()
     openShopping(shop);
     shop.doubleTap(0);
     QCOMPARE(shop.rows(), (QStringList{"B|2", "C|3", "A|1*"}));
-    // B is remembered now; its first tap checks it, and the second is not for C.
+    // B is remembered now. The first tap checks it; the second one is not for C.
     shop.doubleTap(0);
     QCOMPARE(shop.rows(), (QStringList{"C|3", "B|2*", "A|1*"}));
 }
@@ -267,7 +268,7 @@ void TestDoShopping::fromAReminderAllListsOfTheStoreAreShopped()
     shop.list()->setCurrentRow(0);
     shop.press("checkButton");
     shop.press("okButton");
-    // Only the active list's state is recomputed.
+    // Only the state of the active list is recomputed.
     QCOMPARE(shop.db->column("select state from shoplist order by id"), (QVariantList{3, 1, 1}));
     // The next start is for the active list again.
     shop.press("startButton");
@@ -367,7 +368,7 @@ void TestDoShopping::randomTogglesMatchAModel()
                           shop.list()->item(row)->checkState() == Qt::Checked};
         int remembered = 0;
         for (int step = 0; step < 100; ++step) {
-            // Sometimes the row that is remembered, so that one tap toggles.
+            // Sometimes the remembered row, so that one tap toggles it.
             int row = random.bounded(count);
             if (random.bounded(2) == 0 && shop.list()->currentRow() >= 0)
                 row = shop.list()->currentRow();

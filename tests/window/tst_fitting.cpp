@@ -19,8 +19,8 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/namebutton.h"
 
-/// Whether the pages fit their window, in both languages. Runs once for each of several sizes of
-/// the text, which the platform's screen tells.
+/// Tests whether the pages fit their window, in both languages. Runs once for each of several text
+/// sizes, which the platform's screen reports.
 class TestFitting : public QObject
 {
     Q_OBJECT
@@ -56,14 +56,14 @@ static int leastWidth(const QWidget *widget)
     return widget->minimumWidth() > 0 ? widget->minimumWidth() : widget->minimumSizeHint().width();
 }
 
-/// Fails if a text of `page` is not to be seen whole; what scrolls may go on below.
+/// Fails if a text of `page` is cut off. Scrolling areas may continue below.
 static void checkNothingIsCut(const QWidget *page)
 {
-    // A text that is broken anew asks for another height, and so may what is around it.
+    // A text that wraps differently needs another height, and so may the widgets around it.
     for (int round = 0; round < 3; ++round)
         QCoreApplication::processEvents();
     const QWidget *window = page->window();
-    // At the usual size of the text, a page has all it shows on the screen at once.
+    // At the normal text size, a page shows everything without scrolling.
     if (fontScale() == 1)
         QVERIFY2(!page->findChild<QScrollArea *>("pageArea"), qPrintable(page->objectName()));
     for (const QWidget *widget : page->findChildren<QWidget *>()) {
@@ -82,7 +82,7 @@ static void checkNothingIsCut(const QWidget *page)
             QVERIFY2(label->height() >= label->heightForWidth(label->width()), qPrintable(what));
         else if (label || bar || name)
             QVERIFY2(widget->sizeHint().width() <= widget->width(), qPrintable(what));
-        // One that breaks its text asks for the height of its lines.
+        // A button that wraps its text must get the height of its lines.
         if (button)
             QVERIFY2(widget->sizeHint().height() <= widget->height(), qPrintable(what));
         if (!label)
@@ -137,7 +137,7 @@ void TestFitting::nothingIsCut()
     }
     shop.stack->setCurrentIndex(PageMain);
     press("aboutButton");
-    // Values that are shown, a question, messages.
+    // Pages with values, a question and messages.
     press("messageOkButton");
     press("shoppingButton");
     press("listsButton");
@@ -179,7 +179,7 @@ static QList<const QWidget *> tabStops(const QWidget *page)
     QList<const QWidget *> stops;
     for (const QWidget *widget : page->findChildren<QWidget *>()) {
         const auto *radio = qobject_cast<const QRadioButton *>(widget);
-        // The arrow keys lead to the other ones.
+        // The others are reached by the arrow keys.
         if (widget->isVisible() && widget->isEnabled() && !widget->focusProxy() &&
             (widget->focusPolicy() & Qt::TabFocus) != 0 && (!radio || radio->isChecked()))
             stops << widget;
@@ -187,8 +187,8 @@ static QList<const QWidget *> tabStops(const QWidget *page)
     return stops;
 }
 
-/// Whoever goes through a page by the Tab key comes to everything, and sees it as far as the window
-/// is large enough for it.
+/// Tests that the Tab key reaches every control of a page, and that the control is visible as far
+/// as the window is large enough.
 void TestFitting::everythingIsInReach()
 {
     QFETCH(QSize, size);
@@ -207,7 +207,7 @@ void TestFitting::everythingIsInReach()
             QVERIFY(widget);
             missing.removeOne(widget);
             if (qobject_cast<const QScrollArea *>(widget))
-                continue; // what it shows is seen, not itself
+                continue; // its contents are visible, not the widget itself
             const QSize seen = widget->visibleRegion().boundingRect().size();
             const QSize expected = widget->size().boundedTo(room);
             QVERIFY2(seen.width() >= expected.width() && seen.height() >= expected.height(),

@@ -108,7 +108,8 @@ void TestHelp::helpNamesEveryButton()
     QCoreApplication::processEvents(); // the page has its layout
     QList<const QPushButton *> unnamed;
     for (const QPushButton *button : shop.pageWidget()->findChildren<QPushButton *>()) {
-        // The main page's help is the model for all others, and leaves its way out to itself.
+        // The help of the main page is the model for all others, and does not mention its exit
+        // button.
         if (!button->icon().isNull() && button->objectName() != "exitButton")
             unnamed << button;
     }
@@ -124,7 +125,8 @@ void TestHelp::helpNamesEveryButton()
                     return drawing(candidate->icon()) == picture;
                 });
             QVERIFY2(button != unnamed.cend(), qPrintable(name));
-            // In the page's order, down or to the right; some buttons are in a view not shown.
+            // In the order of the page, downwards or to the right; some buttons are in a hidden
+            // view.
             if ((*button)->isVisible()) {
                 const QPoint place = (*button)->mapTo(shop.pageWidget(), QPoint(0, 0));
                 QVERIFY2(place.x() > last.x() || place.y() > last.y(), qPrintable(name));
@@ -200,7 +202,7 @@ void TestHelp::about()
     QCOMPARE(lines.at(3), "Developed with: Qt 4.6.3");
     const QRegularExpression link(
         "^Send reports to: <a href=\"mailto:([^@\"]+@[^@\"]+)\">\\1</a>$");
-    // A narrow window breaks the address where there is room for it of no width.
+    // In a narrow window the address wraps at zero-width spaces.
     QVERIFY(link.match(QString(lines.at(4)).remove(QChar(0x200b))).hasMatch());
     QVERIFY(lines.at(5).contains(QString("Qt ") + qVersion()));
     QVERIFY(lines.at(5).contains("MIT"));
@@ -216,7 +218,7 @@ void TestHelp::keysOfTheTranslations_data()
     const auto add = [](Page page, const char *words) {
         QTest::newRow(words) << page << words;
     };
-    // Spelling included.
+    // Misspellings must remain.
     add(PageTrackedList, "vew");
     add(PageCoordinates, "enetered");
     add(PageShoppingLists, "previuos");
@@ -225,7 +227,7 @@ void TestHelp::keysOfTheTranslations_data()
     add(PageOptions, "defualt");
     add(PageOptions, "Interface languge:");
     add(PageTrackedList, "Buttons at the bottom bottom:");
-    // What the program keeps to.
+    // Values that the program uses.
     add(PageTracking, "250 meters or less");
     add(PageTrackedList, "List updates every 3 seconds");
     add(PageTrackedList, "this view is available only when GPS is active");

@@ -191,7 +191,7 @@ void TestItems::tapTwiceEdits()
     shop.tap(0);
     QCOMPARE(shop.page(), PageItemEdit);
     shop.press("backButton");
-    // Goods that are not stored yet share one id: any second tap on one of them opens it.
+    // Goods that are not stored yet share one id, so a second tap on any of them opens it.
     add(shop, "Eggs");
     add(shop, "Salt");
     shop.tap(2);
@@ -259,7 +259,7 @@ void TestItems::quoteIsSkippedAndTheOthersAreStored()
 void TestItems::namesAndStatements_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("stored"); // null: nothing is
+    QTest::addColumn<QString>("stored"); // null: nothing is stored
     const QList<std::pair<QString, QString>> rows{
         {"100%", "100%"},
         {"a%3", "a1"},
@@ -331,7 +331,7 @@ void TestItems::strangeAmounts()
     QCOMPARE(shop.find<QSpinBox>("amountField")->value(), 99);
     shop.press("backButton");
     shop.press("okButton");
-    // Every good is written again as it is shown.
+    // Every good is stored as it is shown.
     QCOMPARE(shop.db->column("select amount from purchase order by id"),
              (QVariantList{0, 0, 100, 0}));
 }

@@ -27,13 +27,13 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/listrow.h"
 
-// Stores get coordinates only where there is a position source.
+// Stores have coordinates only if there is a position source.
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 namespace {
 
-/// The rows of all tables, as "table/id" and the other columns; a change has rows without columns
-/// for those that it removes.
+/// The rows of all tables: "table/id" and the other columns. In a change, a row without columns is
+/// removed.
 using Rows = QMap<QString, QStringList>;
 
 const QString null = "null";
@@ -83,7 +83,7 @@ Rows fromJson(const QJsonObject &json)
     return rows;
 }
 
-/// What differs, for whoever reads a failure.
+/// Returns the differences for the failure message.
 QString difference(const Rows &found, const Rows &expected)
 {
     QStringList lines;
@@ -97,12 +97,12 @@ QString difference(const Rows &found, const Rows &expected)
     return lines.join('\n');
 }
 
-/// Uses the window without end, and tells on the standard output what it is about to change and,
-/// once the window shows it as done, that it is.
+/// Uses the window endlessly. Before each change it writes the expected change to standard output,
+/// and once the window shows the change as done, it confirms it.
 ///
-/// A change is a row of steps, one for each statement, in the order in which the program runs them:
-/// since every statement commits by itself, whoever is killed between two of them leaves the first
-/// and not the second.
+/// A change is a sequence of steps, one for each statement, in the order of the program. Every
+/// statement commits by itself, so a program that is killed between two statements leaves only the
+/// first one.
 class Writer
 {
 public:
@@ -125,7 +125,7 @@ public:
             case 1:
                 stores();
                 break;
-            default: // what people do most
+            default: // the most frequent user actions
                 lists();
             }
         }
@@ -134,7 +134,8 @@ public:
 private:
     using Steps = QList<Rows>;
 
-    /// A line at once: what is said is out even when the next instruction is never reached.
+    /// Writes one line and flushes it, so that it is read even if the next instruction is never
+    /// reached.
     static void say(const QJsonObject &what)
     {
         const QByteArray line = QJsonDocument(what).toJson(QJsonDocument::Compact) + '\n';
@@ -202,7 +203,7 @@ private:
         }
         return -1;
     }
-    /// Taps a row until it opens another page, which is by the first tap or the second.
+    /// Taps a row until it opens another page, with the first or the second tap.
     void tapOpen(int row) const
     {
         const Page page = shop.page();
@@ -249,7 +250,7 @@ private:
             } else {
                 goTo("deleteButton", PageConfirmation);
                 Steps steps;
-                // It is the store with the id of the category that loses its category.
+                // The category is cleared in the store with the id of the category.
                 QStringList store = rows.value(key("magazin", id));
                 if (!store.isEmpty()) {
                     store[1] = null;
@@ -266,7 +267,7 @@ private:
         goTo("backButton", PageMain);
     }
 
-    /// On the store edit page: gives the store a category, if there is one. Returns its id.
+    /// On the store edit page: chooses a category for the store, if there is one. Returns its id.
     QString chooseCategory()
     {
         goTo("categoryButton", PageCategoryList);
@@ -278,7 +279,7 @@ private:
         goTo("selectButton", PageStoreEdit);
         return QString::number(id);
     }
-    /// On the store edit page: types coordinates, and returns what is to be stored of them.
+    /// On the store edit page: types coordinates, and returns their columns in the database.
     QStringList typeCoordinates()
     {
         goTo("coordinatesButton", PageCoordinates);
@@ -338,12 +339,12 @@ private:
         if (chance(70)) {
             const QString name = newName();
             shop.type(name);
-            // A category that is gone is forgotten when the store is saved.
+            // A deleted category is cleared when the store is saved.
             const QString category = rows.value(key("magazin", id)).at(1);
             const bool known = rows.contains("category/" + category);
             steps << Rows{{key("magazin", id), {name, known ? category : null, null}}};
             if (chance(50)) {
-                // Killed between these two, the store has no coordinates at all.
+                // If the program is killed between these two, the store has no coordinates.
                 steps << Rows{{coordinates, {}}} << Rows{{coordinates, typeCoordinates()}};
             }
             change(
@@ -387,7 +388,7 @@ private:
         goTo("backButton", PageMain);
     }
 
-    /// On the page of all lists; leads to the goods of the new list, whose id it returns.
+    /// On the page of all lists: adds a list, which opens its goods. Returns its id.
     int addList()
     {
         goTo("createButton", PageListEdit);
@@ -468,7 +469,7 @@ private:
         columns[2] = QString::number(state);
         return {{key("shoplist", list), columns}};
     }
-    /// The list's state as it is computed when its goods have been looked at.
+    /// Returns the step that stores the list's state, computed when its goods were shown.
     Rows stateStep(int list, const Rows &all) const
     {
         QList<bool> marks;
@@ -479,10 +480,10 @@ private:
         return stateStep(list, stateOfList(marks), all);
     }
 
-    /// On the page of a list's goods: edits them and saves them all. What is saved is on disk by
-    /// parts, in this order: what was deleted goes, one good after the other; then each good that
-    /// is left is updated or inserted; then comes the state of the list. Only a good that was
-    /// deleted on the page is ever removed, and one that stays is never removed and written anew.
+    /// On the page of a list's goods: edits them and saves them all. They are written in this
+    /// order: deleted goods are removed, one after the other; then each remaining good is updated
+    /// or inserted; then the state of the list is written. Only goods that were deleted on the page
+    /// are removed; the others are never removed and inserted again.
     void editGoods(int list)
     {
         struct Good
@@ -575,7 +576,7 @@ private:
                 "check good", {{{key("purchase", id), columns}}},
                 [&] {
                     shop.tap(row);
-                    if (isChecked() == before) // else it was the second tap on this row
+                    if (isChecked() == before) // otherwise it was the second tap on this row
                         shop.press(before ? "uncheckButton" : "checkButton");
                 },
                 [&] { return isChecked() != before; });
@@ -590,7 +591,7 @@ private:
     Rows rows;
 };
 
-/// What a writer has said, line by line.
+/// Interprets the output of a writer, line by line.
 class Account
 {
 public:
@@ -617,9 +618,9 @@ public:
 
     bool isReady = false;
     Rows found;
-    /// What has to be in the file.
+    /// The required contents of the file.
     Rows confirmed;
-    /// What the change in flight is called, and what it consists of.
+    /// The name and the steps of the change in progress.
     QString what;
     QList<Rows> steps;
     int begun = 0;
@@ -628,8 +629,8 @@ public:
 
 } // namespace
 
-/// The program is killed at any moment, as a phone does that runs out of memory. What it has shown
-/// as done is in the file.
+/// Kills the program at any moment, as a phone does when memory is low. Everything it had shown as
+/// done must be in the file.
 class TestKilled : public QObject
 {
     Q_OBJECT
@@ -640,12 +641,13 @@ private slots:
 
 void TestKilled::whatWasShownAsDoneIsInTheFile()
 {
-    // By hand as many as one likes; otherwise what fits into a run of all tests.
+    // The number is unlimited by hand, and limited by time in a run of all tests.
     const int most = RandomRun::count("TROLLEO_TEST_KILLS", 60);
     const QDeadlineTimer deadline = qEnvironmentVariableIsSet("TROLLEO_TEST_KILLS")
                                         ? QDeadlineTimer(QDeadlineTimer::Forever)
                                         : QDeadlineTimer(std::chrono::seconds(30));
-    // The seed brings back what is done, but not the very moments, which depend on the machine.
+    // The seed reproduces the actions, but not the moments of the kills, which depend on the
+    // machine.
     QRandomGenerator random(RandomRun::seed());
 
     const TestHome home;
@@ -669,8 +671,8 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
         writer.start(QCoreApplication::applicationFilePath(),
                      {"write", home.path(), QString::number(random.generate())});
         QVERIFY(writer.waitForStarted());
-        // By the clock most kills meet a program that paints; others wait for a change to begin, or
-        // for the tables to be made.
+        // At random moments most kills hit a program that paints. Other kills therefore wait for
+        // the beginning of a change, or for the creation of the tables.
         const bool meetsTables = isFresh && random.bounded(2) == 0;
         const bool meetsChange = !meetsTables && random.bounded(3) > 0;
         const int count = int(random.bounded(1, 10));
@@ -712,7 +714,7 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
                                      .arg(account.what)
                                      .toUtf8();
 
-        // The next program has to find its way out of what this one leaves, so a copy is looked at.
+        // The next program must recover from the state of this one, so only a copy is read.
         const QTemporaryDir folder;
         const QString copy = folder.filePath("trolleo.db");
         if (!QFile::exists(home.databaseFile())) {
@@ -734,8 +736,8 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
         const QStringList tables = connection.tables();
         if (tables.size() < 7) {
             QVERIFY2(isFresh && !account.isReady, about);
-            // Each table commits by itself, and where the table of stores is, the others are never
-            // made: nothing can be confirmed on such a file.
+            // Each table commits by itself, and once the table of stores exists, the others are
+            // never created. Nothing can be confirmed on such a file.
             QVERIFY(QDir(home.dataFolder()).removeRecursively());
             continue;
         }
@@ -769,7 +771,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "write") {
-        // No writer outlives the test.
+        // The writer must not outlive the test.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         Writer(arguments.value(2), arguments.value(3).toUInt()).run();
     }

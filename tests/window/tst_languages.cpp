@@ -11,7 +11,7 @@
 #include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
-// Translations are installed resources; scripts/test installs before it tests.
+// Translations are installed resources; scripts/test installs them before it runs the tests.
 
 class TestLanguages : public QObject
 {
@@ -44,7 +44,7 @@ void TestLanguages::storedLanguageDecides()
     QCOMPARE(shop.buttonText("shoppingButton"), text);
 }
 
-/// What a person sees or a screen reader says on a page, but for what reads the same in Russian.
+/// Returns the visible and accessible texts of a page, without those that are the same in Russian.
 static QStringList textsOf(const QWidget *page)
 {
     QStringList texts{page->accessibleName()};
@@ -65,7 +65,7 @@ static QStringList textsOf(const QWidget *page)
     return texts;
 }
 
-/// Opens every help, and About, and looks whether it is in that language.
+/// Opens every help, and About, and checks their language.
 static void checkHelps(const ShopDriver &shop, bool isRussian)
 {
     const auto check = [&shop, isRussian](Page page, const char *button) {
@@ -110,7 +110,7 @@ void TestLanguages::languageChangesEveryText()
 
 void TestLanguages::oldLanguageGoes()
 {
-    // There is no translation for the locale of this test, so nothing hides an old one.
+    // There is no translation for the locale of this test that could hide an old text.
     ShopDriver shop({}, {{"LanguageId", 2}});
     QCOMPARE(shop.buttonText("shoppingButton"), "Покупки");
     shop.press("optionsButton");

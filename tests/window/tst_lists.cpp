@@ -9,7 +9,7 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/TrKineticScroller.h"
 
-/// The shopping page, the lists to choose from, and editing one of them.
+/// Tests the shopping page, the selection of a list, and editing a list.
 class TestLists : public QObject
 {
     Q_OBJECT
@@ -162,7 +162,7 @@ void TestLists::tapTwiceOpens()
     shop.tap(1);
     QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.labelText("listName"), "Weekend");
-    // A fill forgets the tap.
+    // Filling the list forgets the tap.
     shop.press("listsButton");
     shop.tap(1);
     QCOMPARE(shop.page(), PageShoppingLists);
@@ -263,7 +263,7 @@ void TestLists::creating()
     QCOMPARE(shop.page(), PageItemsList);
     QCOMPARE(shop.labelText("title"), "Camping");
     QCOMPARE(shop.list()->count(), 0);
-    // It is the active list already: its goods are stored for it.
+    // It is already the active list, so its goods are stored.
     shop.press("addButton");
     shop.type("Tent");
     shop.press("saveButton");
@@ -344,7 +344,7 @@ void TestLists::updating()
     shop.press("storeButton");
     shop.tap(0);
     shop.press("selectButton");
-    // The state in the file is left alone, whatever it has become.
+    // The state in the file is not changed, whatever it is.
     QVERIFY(shop.db->run("update shoplist set state = 3 where id = 2"));
     shop.press("saveButton");
     QCOMPARE(shop.page(), PageShopping);
@@ -405,7 +405,7 @@ void TestLists::resetIsForCheckedListsOnly()
 
 void TestLists::deletingRemovesTheGoodsFirst()
 {
-    // Remembers which rows were left when a list went.
+    // Records the remaining goods when a list is deleted.
     ShopDriver shop({twoLists, sql("create table seen (goods int)"),
                      sql("create trigger seen before delete on shoplist begin insert into seen "
                          "select count(*) from purchase where shoplistid = old.id; end")});
@@ -473,7 +473,7 @@ void TestLists::namesAreUpTo25Characters()
 void TestLists::namesAndStatements_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("stored"); // null: nothing is
+    QTest::addColumn<QString>("stored"); // null: nothing is stored
     const QList<std::pair<QString, QString>> rows{
         {"100%", "100%"},
         {"a%3", "a0"},
@@ -502,7 +502,7 @@ void TestLists::namesAndStatements()
     ShopDriver shop(list("other", ListEmpty));
     openLists(shop);
     shop.press("createButton");
-    // Pasted, as a person would who cannot type it.
+    // Pasted, because it cannot be typed.
     QGuiApplication::clipboard()->setText(name);
     shop.find<QLineEdit>("nameField")->paste();
     shop.press("saveButton");
@@ -552,7 +552,7 @@ void TestLists::strangeRecords()
     shop.press("createButton");
     shop.type("next");
     shop.press("saveButton");
-    // The largest id plus one is no id any more, so the new one is 1.
+    // The largest id plus one overflows, so the new id is 1.
     QCOMPARE(shop.db->column("select id from shoplist where name = 'next'"), QVariantList{1});
 }
 

@@ -22,7 +22,7 @@ static void initPictures()
     Q_INIT_RESOURCE(pictures);
 }
 
-/// A map that tells what it paints, and has a magnifier.
+/// A map that records what it paints, and has a magnifier.
 class Map : public MapsWidget
 {
 public:
@@ -90,7 +90,7 @@ private:
         return map->findChild<QMenu *>();
     }
     static QStringList entries(const QMenu *menu);
-    /// How far the centre has moved, in pixels, since the map was shown.
+    /// Returns how far the centre has moved since the map was shown, in pixels.
     QPoint moved() const;
     void press(const QPoint &position, Qt::MouseButton button = Qt::LeftButton) const;
     void move(const QPoint &position, Qt::MouseButton button = Qt::LeftButton) const;
@@ -116,7 +116,7 @@ void TestMapsWidget::init()
     map->setCenter(10, 20);
     map->show();
     QVERIFY(QTest::qWaitForWindowExposed(map.get()));
-    QTRY_COMPARE(host->paths.size(), tilesOfView); // none follows
+    QTRY_COMPARE(host->paths.size(), tilesOfView); // no more follow
     before = WebMercator::tileForCoordinate(10, 20, zoom);
 }
 
@@ -147,7 +147,7 @@ void TestMapsWidget::press(const QPoint &position, Qt::MouseButton button) const
     QTest::mousePress(map->windowHandle(), button, {}, position);
 }
 
-/// With the button held.
+/// The button is held.
 void TestMapsWidget::move(const QPoint &position, Qt::MouseButton button) const
 {
     QMouseEvent event(QEvent::MouseMove, position, map->mapToGlobal(position), Qt::NoButton, button,
@@ -155,7 +155,7 @@ void TestMapsWidget::move(const QPoint &position, Qt::MouseButton button) const
     QCoreApplication::sendEvent(map.get(), &event);
 }
 
-/// The first of all, as no other has moved the pointer yet.
+/// The first test, because no other test must have moved the pointer.
 void TestMapsWidget::clickBeforeThePointerEverMoved()
 {
     QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
@@ -189,7 +189,7 @@ void TestMapsWidget::shortTapOpensTheMenu()
     QTest::mouseClick(map->windowHandle(), Qt::LeftButton, {}, middle);
     QTRY_VERIFY(menu());
     QVERIFY(clock.elapsed() >= 701 && clock.elapsed() < 1400);
-    // And once.
+    // It opens only once.
     menu()->close();
     QTRY_VERIFY(!menu());
     QTest::qWait(800);
@@ -221,9 +221,9 @@ void TestMapsWidget::pressThatMovesDrags()
     QFETCH(QPoint, by);
     press(middle);
     move(middle + by);
-    // The map goes with the finger, so its centre goes the other way.
+    // The map moves with the finger, so its centre moves the other way.
     QCOMPARE(moved(), -by);
-    // From then on every pixel counts, also back to where it began.
+    // From then on every pixel counts, even back to the start.
     move(middle + by + QPoint(1, 1));
     QCOMPARE(moved(), -by - QPoint(1, 1));
     move(middle);
@@ -236,7 +236,8 @@ void TestMapsWidget::pressThatMovesDrags()
 void TestMapsWidget::moveThatWaitsWhileTheProgramIsBusyDrags()
 {
     press(middle);
-    // What the finger did while nobody looked is handled after the timers that are due by then.
+    // Events that arrive while the program is busy are handled after the timers that are due by
+    // then.
     QTimer::singleShot(750, Qt::PreciseTimer, map.get(), [this] { move(middle + QPoint(50, 0)); });
     QTest::qSleep(900);
     QTRY_COMPARE(moved(), QPoint(-50, 0));
@@ -290,7 +291,7 @@ void TestMapsWidget::releaseOfTheOpeningPressChoosesNothing()
     QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
     press(middle);
     QTRY_VERIFY(menu());
-    // The finger is above an entry when it is lifted.
+    // The finger is above an entry when it is released.
     const QPoint entry = menu()->actionGeometry(menu()->actions().constFirst()).center();
     QTest::mouseRelease(menu()->windowHandle(), Qt::LeftButton, {}, entry);
     QTest::qWait(50);
@@ -346,7 +347,7 @@ void TestMapsWidget::menuOfTracking()
 void TestMapsWidget::menuByKeyboard()
 {
     QSignalSpy marked(map.get(), &MapsWidget::markUpdated);
-    // A press elsewhere is not where the mark comes.
+    // A press elsewhere does not move the mark.
     press({10, 10});
     QTest::mouseRelease(map->windowHandle(), Qt::LeftButton, {}, {10, 10});
     QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, map->mapToGlobal(QPoint()));
@@ -367,7 +368,7 @@ void TestMapsWidget::menuGoesWithTheMap()
     QTRY_VERIFY(menu());
     map->hide();
     QTRY_VERIFY(!menu());
-    // A map that goes altogether takes its menu along.
+    // Deleting the map also deletes its menu.
     map->show();
     press(middle);
     QTRY_VERIFY(menu());
@@ -405,7 +406,7 @@ void TestMapsWidget::setCoordsElsewhere()
              float(WebMercator::latitudeFromTile(before.y() - 0.125, zoom)));
     QCOMPARE(marked.first().at(1).toFloat(),
              float(WebMercator::longitudeFromTile(before.x() + 0.25, zoom)));
-    // The pin stands there: its tip is at that point.
+    // The tip of the pin is at that point.
     const QImage image = map->grab().toImage();
     int differing = 0;
     for (int y = 118 - 30; y < 118; ++y)
@@ -511,7 +512,7 @@ void TestMapsWidget::focusComesWithTheMap()
     button->setFocus();
     other->show();
     QTRY_VERIFY(other->hasFocus());
-    // Not with one that nobody gets to see.
+    // This must not happen for a map that is never visible.
     other->hide();
     button->setFocus();
     other->show();
@@ -533,7 +534,7 @@ void TestMapsWidget::onlyWhatChangedIsPainted()
     QTRY_VERIFY(held);
     QTest::qWait(50);
     map->painted = {};
-    // Those beyond the view are not painted at all.
+    // Tiles beyond the view are not painted.
     for (int sent = 0; sent < 9 && map->painted.isEmpty(); ++sent) {
         QTRY_VERIFY(held);
         host->sendTile(std::exchange(held, nullptr), path);
@@ -567,7 +568,7 @@ void TestMapsWidget::attributionIsLegible()
     map->setCenter(30, 40);
     QTRY_COMPARE(map->grab().toImage().pixelColor(200, 20), tiles);
     const QImage image = map->grab().toImage();
-    // At the lower left: dark strokes on a light ground, whatever is below.
+    // At the lower left: dark letters on a light background, on any tile.
     int dark = 0;
     int light = 0;
     for (int y = 286; y < 299; ++y) {

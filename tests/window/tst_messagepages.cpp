@@ -14,7 +14,7 @@
 
 namespace {
 
-/// A window that has something to say. The pages that say and ask are still empty.
+/// A window that shows messages. Its message and question pages are still empty.
 class SpeakingWindow : public ShopWindow
 {
 public:
@@ -148,7 +148,7 @@ void TestMessagePages::longTextStartsAtItsTopEachTime()
     window->showMessage("Title", longText(), ":/img/info.png", PageMain);
     QTRY_VERIFY(bar->maximum() > 1000);
     bar->setValue(500);
-    // Also when one message follows another without the page being left.
+    // Also if one message follows another without leaving the page.
     window->showMessage("Title", longText(), ":/img/info.png", PageMain);
     QCOMPARE(bar->value(), 0);
 }
@@ -167,7 +167,7 @@ void TestMessagePages::longTextIsFlicked()
         QTest::mouseMove(window->windowHandle(), start - QPoint(0, dy));
     QCOMPARE(area->verticalScrollBar()->value(), 100);
     QVERIFY(scroller->isMoving());
-    // Let the scroller see the finger move between two ticks, then let go.
+    // Let the scroller see the finger move between two ticks, then release it.
     QSignalSpy ticks(scroller->findChild<QTimer *>(), &QTimer::timeout);
     QTest::mouseMove(window->windowHandle(), start - QPoint(0, 120));
     QVERIFY(!ticks.isEmpty() || ticks.wait());
@@ -211,7 +211,7 @@ void TestMessagePages::yesRunsTheConfirmingSlotOnly()
     QCOMPARE(find<QLabel>("confirmationText")->text(), "Sure?");
     click("confirmationYesButton");
     QCOMPARE(window->confirmed, QStringList("first"));
-    // Which page follows is the slot's business.
+    // The slot decides which page follows.
     QCOMPARE(page(), PageConfirmation);
 }
 
@@ -240,7 +240,7 @@ void TestMessagePages::noLeadsBackAndRunsNothing()
         QCOMPARE(page(), opener);
     }
     QCOMPARE(window->confirmed, QStringList());
-    // "No" shares its slot with the message page's "OK", which clears the message.
+    // "No" and the message page's "OK" share a slot, which clears the message.
     window->showMessage("Title", "Text", ":/img/info.png", PageMain);
     window->ask("Sure?", &SpeakingWindow::firstConfirmed, PageMain);
     click("confirmationNoButton");

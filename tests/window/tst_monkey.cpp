@@ -23,7 +23,7 @@ Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 namespace {
 
-/// How many connections a signal has is told to subclasses only.
+/// Only subclasses can call receivers().
 struct Listeners : QPushButton
 {
     using QPushButton::receivers;
@@ -39,8 +39,8 @@ constexpr std::array sizes{QSize(800, 480), QSize(480, 800), QSize(360, 720), QS
 
 } // namespace
 
-/// Somebody who taps, drags, types, turns and walks without any sense. Whatever comes of it, the
-/// window is whole.
+/// Taps, drags, types, turns the window and delivers positions at random. The window must stay
+/// consistent.
 class TestMonkey : public QObject
 {
     Q_OBJECT
@@ -75,7 +75,7 @@ QString TestMonkey::anyText()
     return words.at(below(int(words.size()))) + QString::number(below(100));
 }
 
-/// Rows that refer to each other, or to nothing.
+/// Returns rows that refer to each other, or to missing rows.
 Records TestMonkey::anyDatabase()
 {
     Records records;
@@ -111,7 +111,7 @@ void TestMonkey::tap(ShopDriver &shop)
         QTest::mouseClick(target->windowHandle(), Qt::LeftButton, {}, anyPointOf(target));
 }
 
-/// Most points of a page are nothing, so what is something is hit more often.
+/// Most points of a page are empty, so buttons are hit on purpose.
 void TestMonkey::tapButton(ShopDriver &shop)
 {
     QList<QWidget *> targets;
@@ -146,7 +146,7 @@ void TestMonkey::press(ShopDriver &shop)
         QTest::sendKeyEvent(QTest::Click, target, Qt::Key_unknown, QString(character), {});
 }
 
-/// Near the stores, far from them, and where nobody can be; or no position in time.
+/// Delivers positions near the stores, far from them, and invalid ones; or a timeout.
 void TestMonkey::walk()
 {
     TestPositionSource *source = TestPositionSource::instance();
@@ -198,7 +198,7 @@ void TestMonkey::step(ShopDriver &shop)
         QTest::qWait(below(800));
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    // The exit button closes the window, and no event loop runs that would end.
+    // The exit button closes the window, but there is no event loop that would end.
     if (!shop.window->isVisible())
         shop.window->show();
     shop.stack = qobject_cast<QStackedWidget *>(shop.window->centralWidget());
@@ -217,7 +217,7 @@ void TestMonkey::check(const ShopDriver &shop)
             if (button->isVisible())
                 QCOMPARE(count, 1);
             else
-                QVERIFY(count <= 1); // none before its page first came up
+                QVERIFY(count <= 1); // none before its page is first shown
         }
     }
 
@@ -260,7 +260,7 @@ void TestMonkey::nothingBreaksTheWindow()
     std::array<int, PageCount> seen{};
 
     ShopDriver shop(anyDatabase(), {{"GpsEnabled", true}});
-    // Whoever chooses a file does nothing else meanwhile.
+    // While a file is selected, nothing else can be done.
     QTimer closing;
     connect(&closing, &QTimer::timeout, this, [] {
         if (QWidget *dialog = QApplication::activeModalWidget())

@@ -14,8 +14,8 @@ static const Records bakery = store("Bakery").at(10.01, 20).openList("Bread");
 static const QVariantMap gpsOn{{"GpsEnabled", true}};
 static constexpr int soon = 5000; // milliseconds
 
-/// The window with the real position source, whose neighbours are made up: they say what a test
-/// wants at the moment it wants.
+/// Tests the window with the real position source and simulated services, which act at the moment
+/// that a test chooses.
 class TestNeighbours : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ private:
         shop.press("startButton");
         QVERIFY(shop.isEnabled("stopButton"));
     }
-    /// What a desktop's notification service is asked, and answers.
+    /// Returns the answers of a notification service, with increasing ids.
     static MadeUpService::Answer numbered(uint first)
     {
         return [number = first](const QDBusMessage &message) mutable {
@@ -59,7 +59,7 @@ private:
 void TestNeighbours::initTestCase()
 {
     qputenv("TROLLEO_GPSD", gpsd.environment());
-    // The program's buses, for the whole of the test.
+    // The buses of the program, for all test functions.
     bus = std::make_unique<PrivateBus>();
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus->address().toUtf8());
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toUtf8());
@@ -74,7 +74,7 @@ void TestNeighbours::roughPositionNeitherRingsNorIsAStore()
     gpsd.tell(1, 10.01, 20, "\"eph\":24300.0");
     QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 25 km only.", soon);
     QCOMPARE(shop.page(), PageTracking);
-    // Nor does it end a wait.
+    // It does not end a wait either.
     shop.press("viewButton");
     QCOMPARE(shop.page(), PageWaiting);
     delete shop.window->findChild<InformationBox *>();
@@ -84,7 +84,7 @@ void TestNeighbours::roughPositionNeitherRingsNorIsAStore()
     delete shop.window->findChild<InformationBox *>();
     gpsd.tell(3, 10.01, 20, "\"eph\":252.0");
     QTest::qWait(3500);
-    QCOMPARE(banner(shop), QString()); // once a wait
+    QCOMPARE(banner(shop), QString()); // once in each wait
     gpsd.tell(4, 10.01, 20, "\"eph\":249.0");
     QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageReminder, soon);
 }
@@ -118,7 +118,7 @@ void TestNeighbours::refusalIsToldOnce()
     QTRY_VERIFY_WITH_TIMEOUT(geoClue.calls("Start").size() > refused, 12000);
     QTest::qWait(100);
     QCOMPARE(banner(shop), QString());
-    QVERIFY(shop.isEnabled("stopButton")); // tracking goes on
+    QVERIFY(shop.isEnabled("stopButton")); // tracking continues
     geoClue.refuses = false;
     QTRY_VERIFY_WITH_TIMEOUT(geoClue.isStarted(), 25000);
     geoClue.locate(10.01, 20, 1);
@@ -181,7 +181,7 @@ void TestNeighbours::notificationsComeAndGo()
         QTRY_COMPARE_WITH_TIMEOUT(summaries().size(), 2, soon);
         QCOMPARE(summaries().last(), "Bakery (at 0.00 meters)");
         QTest::qWait(100);
-        shop.press("stopButton"); // both go
+        shop.press("stopButton"); // both disappear
         QTRY_COMPARE_WITH_TIMEOUT(closed().size(), 2, soon);
         const QList<uint> ids = closed();
         QCOMPARE(QSet<uint>(ids.cbegin(), ids.cend()), (QSet<uint>{1, 2}));
@@ -189,7 +189,7 @@ void TestNeighbours::notificationsComeAndGo()
         QTRY_COMPARE_WITH_TIMEOUT(summaries().size(), 3, soon);
         QTest::qWait(100);
     }
-    // So it does when the program ends.
+    // The same happens when the program ends.
     QTRY_COMPARE_WITH_TIMEOUT(closed().size(), 3, soon);
 }
 
@@ -227,7 +227,7 @@ void TestNeighbours::answersByNotification()
     };
     answer();
     QTRY_COMPARE_WITH_TIMEOUT(shop.page(), page, soon);
-    answer(); // the reminder is answered already, or it is no answer
+    answer(); // the reminder is already answered, or it is not an answer
     QTest::qWait(200);
     QCOMPARE(shop.page(), page);
     QCOMPARE(shop.window->findChild<QWidget *>("trackingPage")

@@ -25,7 +25,7 @@ Q_IMPORT_PLUGIN(TestPositionPlugin)
 
 static const Records oneStore = store("Bakery").at(10.01, 20).openList("Bread");
 
-/// Lets what is to be deleted go before a press, as it does between two taps of a person.
+/// Deletes pending objects before a press, as the event loop does between two taps of a user.
 class DeletingBeforePresses : public QObject
 {
 public:
@@ -37,7 +37,7 @@ public:
     }
 };
 
-/// Looks into the settings when the window gets its first new widget, the stack of the new pages.
+/// Reads the settings when the window gets its first new widget, the stack of the new pages.
 class LookingAtNewWidgets : public QObject
 {
 public:
@@ -96,7 +96,7 @@ private:
     {
         return QSettings("Vantor", "Trolleo").value(name);
     }
-    /// Makes a file of that name and chooses it in the dialog; returns its path.
+    /// Creates a file of that name and chooses it in the dialog; returns its path.
     static QString choose(const ShopDriver &shop, const QString &name)
     {
         const QString path = shop.home->path() + '/' + name;
@@ -112,8 +112,7 @@ private:
         edit->setText(path);
         QTest::keyClick(edit, Qt::Key_Return);
     }
-    /// Chooses another language on the options page, and has the pages that follow.
-    /// Of the three boxes: "+" checked, "-" unchecked, "." disabled.
+    /// Returns the state of the three check boxes: "+" checked, "-" unchecked, "." disabled.
     static QString boxes(const ShopDriver &shop)
     {
         QString result;
@@ -123,7 +122,7 @@ private:
         }
         return result;
     }
-    /// Presses the sound button and does `act` with the dialog that it opens.
+    /// Presses the sound button and calls `act` with the dialog.
     static void withDialog(const ShopDriver &shop, const std::function<void(QFileDialog *)> &act)
     {
         bool came = false;
@@ -135,7 +134,7 @@ private:
             came = true;
             act(dialog);
             if (QTest::currentTestFailed())
-                dialog->reject(); // else nobody would
+                dialog->reject(); // otherwise it would stay open
         });
         timer.start(20);
         shop.press("soundButton");
@@ -145,7 +144,7 @@ private:
 
 void TestOptions::initTestCase()
 {
-    // Qt's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources must not be found, since one of them is always available.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }
@@ -197,7 +196,7 @@ void TestOptions::uncheckingGoesDownTheLine()
     QCOMPARE(boxes(shop), "-..");
     shop.press("enableGpsBox");
     shop.press("gpsAlwaysActiveBox");
-    QCOMPARE(boxes(shop), "++-"); // what was unchecked stays so
+    QCOMPARE(boxes(shop), "++-"); // unchecked boxes stay unchecked
 }
 
 void TestOptions::withoutGpsItIsOff()
@@ -242,7 +241,7 @@ void TestOptions::savedAndReadBack()
     QCOMPARE(setting("GpsAutoStart").toBool(), true);
     QCOMPARE(setting("TrackAutoStart").toBool(), false);
     QVERIFY(!QSettings("Vantor", "Trolleo").contains("LanguageId"));
-    // The alarm that came with the program is stored by its name.
+    // The installed alarm is stored by its path.
     QCOMPARE(setting("SoundFileName").toString(), "/opt/trolleo/Alarm5.wav");
     shop.window.reset();
     shop.window = std::make_unique<ShopDriver::Window>();
@@ -315,7 +314,7 @@ void TestOptions::autoStartWithNothingToTrackSaysSo()
     QCOMPARE(shop.labelText("messageTitle"), "Tracking Warning");
     shop.press("messageOkButton");
     shop.press("backButton");
-    // In another language nothing is left of it.
+    // Nothing of it is left after a change of language.
     const QPointer<QStackedWidget> before = shop.stack;
     save("englishRadio");
     QTRY_VERIFY(!before);
@@ -352,9 +351,9 @@ void TestOptions::soundFileIsChosen()
     QVERIFY(!QSettings("Vantor", "Trolleo").contains("SoundFileName"));
     shop.press("okButton");
     QCOMPARE(setting("SoundFileName").toString(), path);
-    // From now on it is what rings.
+    // From now on this file rings.
     QCOMPARE(shop.window->findChildren<AlarmSound *>().last()->fileName(), path);
-    // Opened again, the page shows the name whole.
+    // When the page is opened again, it shows the whole name.
     shop.press("optionsButton");
     QCOMPARE(shop.buttonText("soundButton"), name);
 }
@@ -431,7 +430,7 @@ void TestOptions::trackingGoesOnInAnotherLanguage()
     shop.press("selectButton");
     shop.press("startButton");
     shop.press("backButton");
-    // What is chosen later is not what is tracked.
+    // A later choice does not change what is tracked.
     shop.press("shopsButton");
     shop.press("newButton");
     shop.press("categoryButton");
@@ -529,7 +528,7 @@ void TestOptions::languageIsStoredBeforeThePagesAreBuilt()
 void TestOptions::doubleTapOnOkPressesNothingElse()
 {
     ShopDriver shop;
-    shop.window->showMaximized(); // as it is after the change
+    shop.window->showMaximized(); // the state after the change
     QCoreApplication::processEvents();
     shop.press("optionsButton");
     shop.press("russianRadio");
@@ -546,7 +545,7 @@ void TestOptions::thousandLanguagesLeaveNothingBehind()
     const auto change = [&shop](int round) {
         shop.changeLanguage(round % 2 ? "englishRadio" : "russianRadio");
     };
-    // But for the silent predecessors of the alarm, one for each "OK".
+    // Except for the silent predecessors of the alarm, one for each "OK".
     const auto objects = [&shop] {
         auto all = shop.window->findChildren<QObject *>().size();
         for (const auto *alarm : shop.window->findChildren<AlarmSound *>())
@@ -591,7 +590,7 @@ void TestOptions::reminderClosesWhatTheChoiceHasOpened()
             boxCame = top && top != dialog;
             source()->deliver(10.0095, 20);
         });
-        enter(dialog, "/nothing here.wav"); // which the dialog says in a box of its own
+        enter(dialog, "/nothing here.wav"); // the dialog reports this in a message box
     });
     QVERIFY(boxCame);
     QVERIFY(!QApplication::activeModalWidget());
@@ -626,7 +625,7 @@ void TestOptions::choiceOfAFileFitsThePhone_data()
     QTest::newRow("portrait") << QSize(480, 800);
 }
 
-/// Its controls have room in a window of that size, and a finger has room on them.
+/// Checks that its controls fit into a window of that size, and are large enough for a finger.
 static void checkFits(const QFileDialog *dialog, const QSize &size)
 {
     QVERIFY(dialog->width() <= size.width() && dialog->height() <= size.height());

@@ -56,7 +56,7 @@ private:
     {
         return TestPositionSource::instance();
     }
-    /// Lets "View tracked" wait for a position.
+    /// Makes "View tracked" wait for a position.
     static void waitForPosition(ShopDriver &shop)
     {
         shop.press("reminderButton");
@@ -67,7 +67,7 @@ private:
 
 void TestPositions::initTestCase()
 {
-    // Qt's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources must not be found, since one of them is always available.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }
@@ -191,7 +191,7 @@ void TestPositions::withoutASourceTheWindowSaysSo()
     QCOMPARE(shop.message(), "GPS: Failed to start GPS system");
     shop.press("messageOkButton");
     QCOMPARE(shop.page(), PageMain);
-    // Nothing ever comes of asking.
+    // A request never has a result here.
     waitForPosition(shop);
     shop.press("waitingCancelButton");
     QCOMPARE(shop.page(), PageTracking);
@@ -213,7 +213,8 @@ void TestPositions::everyPositionTellsWhoeverWaits()
 {
     ShopDriver shop(oneStore, gpsOn);
     waitForPosition(shop);
-    // Whoever waits may let positions pass; the page does not, it listens once.
+    // The signal is emitted for every position during a wait. The page disconnects after the first
+    // one, so the test takes its place.
     QObject::disconnect(shop.window.get(), &ShopWindow::requestedGpsUpdate, nullptr, nullptr);
     QSignalSpy told(shop.window.get(), &ShopWindow::requestedGpsUpdate);
     source()->deliver(10, 20);
@@ -245,7 +246,7 @@ void TestPositions::timeoutsWhileNobodyWaitsAskNothing()
     ShopDriver shop(oneStore, gpsOn);
     source()->fail(QGeoPositionInfoSource::UpdateTimeoutError);
     QCOMPARE(source()->requests, 0);
-    // The stores page asks once and does not insist.
+    // The stores page asks once and does not repeat the request.
     shop.press("shopsButton");
     shop.press("storesButton");
     shop.tap(0);
@@ -321,7 +322,7 @@ void TestPositions::currentPositionIsTakenForAStore()
     shop.press("newButton");
     shop.type("Fish");
     source()->deliver(59.913822, 10.738741, altitude);
-    // No button of the page leads there yet.
+    // No button of the page calls this yet.
     QVERIFY(QMetaObject::invokeMethod(shop.window.get(), "fixCurrentGps"));
     QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (update...)");
     QCOMPARE(source()->requests, 0);

@@ -17,7 +17,7 @@
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-/// Three stores one kilometre apart on a meridian; Bakery has three lists, two of them open.
+/// Three stores one kilometre apart on a meridian. Bakery has three lists, two of them open.
 static const Records threeStores{
     store(3, "Bakery")
         .at(10.01, 20)
@@ -86,7 +86,7 @@ private:
         QVERIFY(shop.isEnabled("stopButton"));
         source()->calls.clear();
     }
-    /// Walks to 167 metres before Bakery.
+    /// Moves to 167 metres before Bakery.
     static void remind(ShopDriver &shop)
     {
         track(shop);
@@ -110,7 +110,7 @@ void TestReminder::farAwayNothingHappens()
     source()->deliver(10, 20);
     QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(source()->calls, QStringList());
-    // Near, but tracking is off.
+    // Near the store, but tracking is off.
     shop.press("stopButton");
     source()->deliver(10.01, 20);
     QCOMPARE(shop.page(), PageTracking);
@@ -125,7 +125,7 @@ void TestReminder::nearAStoreTheReminderShows()
     QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(shop.labelText("reminderHeading"), "You have a Shopping List for this Store:");
     QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 166."));
-    // The source rests until the person has answered, and tracking goes on.
+    // The source is stopped until the user has answered; tracking continues.
     QCOMPARE(source()->calls, QStringList{"stop"});
     QVERIFY(isTracking(shop));
 }
@@ -143,8 +143,8 @@ void TestReminder::reminderTextHasTwoDecimals()
 
 void TestReminder::thresholdIsExact()
 {
-    // A place just 250.0 m from where equator and prime meridian meet, in single precision, which
-    // there resolves far less than a metre; and the next one that is nearer.
+    // A place exactly 250.0 m from the intersection of equator and prime meridian, in single
+    // precision, which resolves far less than a metre there; and the next nearer one.
     float latitude = 0;
     float longitude = 0;
     const auto meters = [&] {
@@ -156,7 +156,7 @@ void TestReminder::thresholdIsExact()
         while (meters() < 250.0F)
             latitude = std::nextafter(latitude, 1.0F);
     }
-    QVERIFY(meters() == 250.0F); // Qt's comparison would be a fuzzy one
+    QVERIFY(meters() == 250.0F); // Qt's comparison would be fuzzy
     const float just = latitude;
     while (meters() == 250.0F)
         latitude = std::nextafter(latitude, 0.0F);
@@ -175,7 +175,7 @@ void TestReminder::thresholdIsExact()
     source()->deliver(0, 0);
     QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(shop.labelText("reminderStore"), "Bakery (at 250.00 meters)");
-    // And 249.99 m, as the person reads it.
+    // At 249.99 m, the distance that is shown.
     shop.press("stopButton");
     shop.db->run(QString("update gpscoord set latitude = %1").arg(text(just * 249.99F / 250)));
     shop.press("startButton");
@@ -217,10 +217,11 @@ void TestReminder::positionsDuringTheReminderChangeNothing()
     QCOMPARE(shop.labelText("reminderStore"), text);
     QCOMPARE(shop.page(), PageReminder);
     QCOMPARE(source()->calls, QStringList());
-    // Order and distances are those of the reminder: the next one is told with the next position.
+    // Order and distances are those of the reminder: the next store is reported with the next
+    // position.
     shop.press("nextButton");
     QCOMPARE(shop.page(), PageTracking);
-    // It is the last position all the same.
+    // It is still the last known position.
     shop.press("viewButton");
     QCOMPARE(shop.rows().first(), "Dairy|0.000000");
     shop.press("okButton");
@@ -302,7 +303,7 @@ void TestReminder::stopTrackingWithGpsAutostart()
     QVERIFY(!source()->updating);
     shop.press("stopButton");
     QVERIFY(!isTracking(shop));
-    QVERIFY(source()->updating); // paused by the reminder, and wanted again
+    QVERIFY(source()->updating); // paused by the reminder, and started again
 }
 
 void TestReminder::nextStoreOnTheLastOneWithGpsAutostart()
@@ -321,7 +322,7 @@ void TestReminder::startShopping()
     remind(shop);
     shop.press("startShoppingButton");
     QCOMPARE(shop.page(), PageDoShopping);
-    // The goods of all lists of the store, those that are checked last.
+    // The goods of all lists of the store, with checked ones last.
     QCOMPARE(shop.rows(), (QStringList{"Rye|2", "Plain|6", "Tart|1*"}));
     QCOMPARE(shop.labelText("title"), "Bread");
     QVERIFY(!isTracking(shop));
@@ -434,7 +435,7 @@ void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver()
     shop.tap(0);
     source()->deliver(10.0085, 20);
     QCOMPARE(shop.page(), PageReminder);
-    // Else Dairy would ring at the next start, with nothing left to buy.
+    // Otherwise Dairy would ring at the next start, although there is nothing left to buy.
     QCOMPARE(shop.db->column("select state from shoplist where id = 4"), QVariantList{3});
 }
 
@@ -520,7 +521,7 @@ void TestReminder::noButtonHasTheFocus()
              "You have a Shopping List for this Store: Bakery");
 }
 
-/// Somebody types and taps without looking, around the moment at which the reminder comes.
+/// Types and taps at random around the moment of the reminder.
 void TestReminder::whatIsOnItsWayAnswersNothing()
 {
     const int times = RandomRun::count("TROLLEO_TEST_ACCIDENTS", 8);
@@ -547,7 +548,8 @@ void TestReminder::whatIsOnItsWayAnswersNothing()
                 source()->deliver(10.0085, 20);
                 clock.start();
             }
-            // One who types does it in a field, before; a tap anywhere may have another meaning.
+            // Before the reminder only keys in a field are used, since a tap could do something
+            // else.
             if (input < before)
                 QTest::keyClick(surface, random.bounded(4) == 0 ? Qt::Key_Space : Qt::Key_X);
             else if (random.bounded(3) == 0)
@@ -557,7 +559,7 @@ void TestReminder::whatIsOnItsWayAnswersNothing()
             else
                 QTest::keyClick(surface, keys.at(random.bounded(keys.size())),
                                 random.bounded(5) == 0 ? Qt::AltModifier : Qt::NoModifier);
-            // To the end of the second, and beyond it.
+            // Until the end of the second, and beyond.
             while (input > before && clock.elapsed() < (input - before) * 1700 / (inputs - before))
                 QTest::qWait(1);
         }
@@ -566,7 +568,7 @@ void TestReminder::whatIsOnItsWayAnswersNothing()
         QVERIFY(isTracking(shop));
         QVERIFY(field->text().contains('x'));
         QCOMPARE(shop.db->column("select count(*) from shoplist"), QVariantList{5});
-        shop.press("nextButton"); // and now somebody means it
+        shop.press("nextButton"); // a deliberate press
         QCOMPARE(shop.page(), PageTracking);
     }
     qInfo("%d reminders, %d keys and taps around each; answered by accident: %d", times, inputs,
@@ -591,7 +593,7 @@ void TestReminder::pressThatIsUnderWay()
     shop.press("stopButton");
     QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
-    // The button that was left pressed is none any more.
+    // The button that was pressed and not released has no effect any more.
     shop.press("startButton");
     QVERIFY(isTracking(shop));
 }
@@ -615,7 +617,7 @@ void TestReminder::touchThatIsUnderWay()
     QTest::touchEvent(surface, finger.get()).release(0, next);
     QCOMPARE(shop.page(), PageReminder);
     QVERIFY(isTracking(shop));
-    // One that begins too early is none either, however late it ends.
+    // A touch that begins too early has no effect either, however late it ends.
     QTest::touchEvent(surface, finger.get()).press(0, next);
     QTest::qWait(600);
     QTest::touchEvent(surface, finger.get()).release(0, next);
@@ -632,7 +634,7 @@ void TestReminder::windowThatComesToTheFrontLate()
     ShopDriver shop(threeStores, gpsOn);
     remind(shop);
     shop.waitForReminder();
-    QWidget other; // what the person is using meanwhile
+    QWidget other; // the window that the user uses meanwhile
     other.show();
     other.activateWindow();
     QTRY_VERIFY(QApplication::activeWindow() == &other);
@@ -684,7 +686,7 @@ void TestReminder::keysAnswerLater()
 
 void TestReminder::startForgetsThePosition()
 {
-    // The map view, too, is to show and to ring for where one is now, not where one was.
+    // The map view must also show and ring for the current position, not the previous one.
     ShopDriver shop(threeStores, gpsAlwaysOn);
     source()->deliver(10.01, 20);
     track(shop);
@@ -699,10 +701,9 @@ void TestReminder::startForgetsThePosition()
 
 void TestReminder::alarmRingsInAThreadOfItsOwn()
 {
-    // What can be heard is for a sound server to tell; here it is that the thread has begun and
-    // that nothing waits for it, with a file that is no sound, with none, and with a folder.
-    // Not how many: threads that the sound system starts bear this name, too, until they
-    // have given themselves another.
+    // The audible result is tested with a sound server. This checks that the thread starts and that
+    // nothing waits for it, with a file that is not a sound, with a missing one, and with a folder.
+    // It does not count threads: those of the sound system have the same name until they change it.
     const auto hasAlarmThread = [] {
         const QString tasks = "/proc/self/task/";
         for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
@@ -719,7 +720,7 @@ void TestReminder::alarmRingsInAThreadOfItsOwn()
         QElapsedTimer clock;
         clock.start();
         source()->deliver(10.0085, 20);
-        QVERIFY(clock.elapsed() < 2000); // what it must not do is hang
+        QVERIFY(clock.elapsed() < 2000); // it must not hang
         QCOMPARE(shop.page(), PageReminder);
         QTRY_VERIFY_WITH_TIMEOUT(hasAlarmThread(), 30000);
         shop.press("stopButton");
@@ -757,7 +758,7 @@ void TestReminder::hundredThousandPositionsTakeNoMemory()
     walk(1);
     QCOMPARE(shop.page(), PageTrackedList);
     QCOMPARE(shop.rows().size(), 100);
-    walk(20); // the list that shows is filled anew each time
+    walk(20); // the visible list is filled again each time
     shop.press("okButton");
     walk(1000);
     QCoreApplication::processEvents();

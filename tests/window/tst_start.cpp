@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Translates every text into one and the same.
+/// Translates every text into the same one.
 class EverythingTranslator : public QTranslator
 {
 public:
@@ -222,11 +222,11 @@ void TestStart::everyControlHasItsName()
     const TestHome home;
     const ShopWindow window;
     for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
-        // Those of scroll bars and the like belong to Qt.
+        // Buttons of scroll bars and the like belong to Qt.
         if (button->objectName().startsWith("qt_"))
             continue;
         QVERIFY2(!button->objectName().isEmpty(), qPrintable(button->text()));
-        // A button for a name not chosen yet goes by its caption.
+        // A button for a name that is not chosen yet has its caption as accessible name.
         QAccessibleInterface *accessible =
             QAccessible::queryAccessibleInterface(const_cast<QAbstractButton *>(button));
         QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), qPrintable(button->objectName()));
@@ -293,7 +293,7 @@ void TestStart::titleIsTheSameInEveryLanguage()
     QVERIFY(QCoreApplication::installTranslator(&translator));
     const ShopWindow window;
     QCOMPARE(window.windowTitle(), "Trolleo");
-    // Texts come from the program's own translation, and else from this one.
+    // Texts come from the program's own translation, or else from this one.
     const QString expected = languageId == 1 ? "Shopping" : languageId == 2 ? "Покупки" : "Перевод";
     QCOMPARE(window.findChild<QPushButton *>("shoppingButton")->text(), expected);
 }
@@ -302,7 +302,7 @@ void TestStart::firstSize()
 {
     const TestHome home;
     ShopWindow window;
-    // This platform's screen is 800 x 800.
+    // The screen of this platform is 800 x 800.
     QCOMPARE(QGuiApplication::primaryScreen()->availableSize(), QSize(800, 800));
     QCOMPARE(window.size(), QSize(800, 480));
     window.show();
@@ -383,7 +383,7 @@ void TestStart::everyListIsDrawnByTheOneDelegate()
     QCOMPARE(lists.size(), 6);
     for (const QListWidget *list : lists) {
         QVERIFY(qobject_cast<TrListDelegate *>(list->itemDelegate()));
-        // Distances with six decimals take a smaller one.
+        // Distances with six decimals use a smaller font.
         const bool hasDistances =
             window.findChild<QWidget *>("trackedListPage")->isAncestorOf(list);
         QCOMPARE(list->font().pointSize(), hasDistances ? 13 : 22);

@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Why this process cannot mount anything; empty when it can.
+/// The reason why this process cannot mount anything; empty if it can.
 QByteArray whyNoMounts = "nobody has asked the kernel";
 
 bool writeTo(const char *file, const QByteArray &text)
@@ -37,8 +37,8 @@ bool writeTo(const char *file, const QByteArray &text)
     return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() && target.flush();
 }
 
-/// Gives this process mounts of its own, which nobody else sees and which end with it. To be called
-/// before there is any thread.
+/// Gives this process separate mounts, which are invisible to others and end with it. Must be
+/// called before any thread is started.
 void takeOwnMounts()
 {
     const auto user = getuid();
@@ -59,7 +59,7 @@ void takeOwnMounts()
     whyNoMounts.clear();
 }
 
-/// A file system of a given size, mounted on a folder for as long as this lives.
+/// A file system of a given size, mounted on a folder while this object exists.
 class SmallDisk
 {
 public:
@@ -79,7 +79,7 @@ public:
     SmallDisk(const SmallDisk &) = delete;
     SmallDisk &operator=(const SmallDisk &) = delete;
 
-    /// Fills it with a file, but for so many pages of 4 KiB.
+    /// Fills it with a file, except for that many pages of 4 KiB.
     void fill(int pagesLeft = 0)
     {
         QFile filler(fillerName());
@@ -95,9 +95,9 @@ public:
         if (!QFile::remove(fillerName()))
             stopTest("the filler stays");
     }
-    /// The kernel makes nothing read-only in which someone has a file open for writing, as the
-    /// program has. So a read-only view of the folder is laid over it: a statement that writes has
-    /// to open its journal first, and finds it there.
+    /// The kernel does not make a file system read-only while a file is open for writing, as the
+    /// program's is. Therefore a read-only view of the folder is mounted over it: a writing
+    /// statement must open its journal first, and finds the folder read-only.
     void setReadOnly()
     {
         const char *folder = path.constData();
@@ -126,8 +126,8 @@ private:
 
 } // namespace
 
-/// What the program stands on goes bad while it runs. It is told nothing of it and tells nothing:
-/// it goes on, alters nothing it cannot alter whole, and saves again as soon as it can.
+/// Storage fails while the program runs. The program neither notices nor reports it: it continues,
+/// changes nothing that it cannot change completely, and saves again as soon as it can.
 class TestStorage : public QObject
 {
     Q_OBJECT
@@ -185,7 +185,7 @@ void TestStorage::openCategories(const ShopDriver &shop)
     QCOMPARE(shop.page(), PageCategoryList);
 }
 
-/// A file is replaced as a whole, as by moving one to its name, or gets other contents.
+/// Replaces a file as a whole, as by renaming another one, or its contents in place.
 void TestStorage::replace(const QString &file, const QByteArray &content, bool inPlace)
 {
     QFile written(inPlace ? file : file + ".new");
@@ -196,8 +196,8 @@ void TestStorage::replace(const QString &file, const QByteArray &content, bool i
         QCOMPARE(std::rename(QFile::encodeName(written.fileName()), QFile::encodeName(file)), 0);
 }
 
-/// Goes from the main page and back, by a new category, store and list with goods that are saved
-/// and checked. The pages come in their order whether or not a statement has an effect.
+/// Goes from the main page and back, with a new category, store and list with goods that are saved
+/// and checked. The pages follow each other whether or not the statements have an effect.
 void TestStorage::useEverything(ShopDriver &shop)
 {
     QElapsedTimer clock;
@@ -238,7 +238,7 @@ void TestStorage::useEverything(ShopDriver &shop)
     QCOMPARE(shop.page(), PageShopping);
     shop.press("startButton");
     QCOMPARE(shop.page(), PageDoShopping);
-    // What was not stored is not there.
+    // Goods that were not stored are not there.
     for (int good = 0; good < shop.list()->count(); ++good) {
         shop.tap(0);
         shop.press("checkButton");
@@ -293,7 +293,7 @@ void TestStorage::diskIsFull()
         QCOMPARE(integrity(shop), "ok");
         QCOMPARE(shop.db->rows("select * from purchase where id <= 2 order by id"), goods);
     }
-    if (pagesLeft == 0) // else we could not tell whether it has been full at all
+    if (pagesLeft == 0) // otherwise the disk may not have been full
         QCOMPARE(shop.db->rows("select * from purchase"), goods);
     disk.empty();
     expectEverythingIsSaved(shop);
@@ -306,8 +306,8 @@ void TestStorage::diskIsFullAtTheFirstStart_data()
         QTest::addRow("%d pages left", pages) << pages;
 }
 
-/// Each table commits by itself, so there may be room for some of them. Where the table of stores
-/// is among those, no other is ever made.
+/// Each table commits by itself, so there may be room for some of them. Once the table of stores
+/// exists, the others are never created.
 void TestStorage::diskIsFullAtTheFirstStart()
 {
     QFETCH(int, pagesLeft);
@@ -421,7 +421,7 @@ void TestStorage::databaseIsReplacedByGarbage()
         QVERIFY(shop.home->readDatabaseFile() == content);
         shop.restart();
     }
-    // Whoever takes the file away has a program that works.
+    // After the user has removed the file, the program works.
     shop.window.reset();
     QVERIFY(QFile::remove(shop.home->databaseFile()));
     shop.restart();
@@ -448,7 +448,7 @@ void TestStorage::databaseIsTruncated()
         return;
     shop.restart();
     useEverything(shop);
-    if (size != 0) { // which is like no file at all
+    if (size != 0) { // the same as no file
         shop.window.reset();
         QVERIFY(QFile::remove(shop.home->databaseFile()));
         shop.restart();
@@ -478,7 +478,7 @@ void TestStorage::databaseIsLockedWhileSaving()
     QVERIFY(lock.waitUntilReleased());
     QCOMPARE(shop.db->column("select name from category"), QVariantList{lastCategory});
 
-    // What is saved again is saved.
+    // What is saved again is stored.
     shop.tap(0);
     if (shop.page() == PageCategoryList)
         shop.tap(0);
@@ -492,7 +492,7 @@ void TestStorage::databaseIsLockedWhileSaving()
     expectEverythingIsSaved(shop);
 }
 
-/// Each statement waits by itself, and those that come after the lock has gone have their effect.
+/// Each statement waits by itself, and those after the release of the lock have an effect.
 void TestStorage::databaseIsLockedWhileSavingGoods()
 {
     ShopDriver shop(list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread"));
@@ -519,7 +519,7 @@ void TestStorage::databaseIsLockedWhileSavingGoods()
     QCOMPARE(integrity(shop), "ok");
 }
 
-/// A page that shows no goods since they could not be read says nothing of what shall be there.
+/// A page without goods, because they could not be read, must not delete the stored ones.
 void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
 {
     ShopDriver shop(list("Weekend", ListPartlyChecked).good("Milk", 2).checkedGood("Bread"));
@@ -528,7 +528,7 @@ void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
     shop.tap(0);
     shop.press("selectButton");
     DatabaseLock lock(*shop.home);
-    lock.releaseAfter(11s); // the title is waited for as well
+    lock.releaseAfter(11s); // the query of the title waits as well
     shop.press("goodsButton");
     QCOMPARE(shop.page(), PageItemsList);
     QCOMPARE(shop.rows(), QStringList());
@@ -542,7 +542,7 @@ void TestStorage::goodsThatCouldNotBeReadAreNotDeleted()
         shop.db->rows("select * from purchase order by id"),
         (QList<QVariantList>{{1, "Milk", 1, 2, 0}, {2, "Bread", 1, 1, 1}, {3, "Butter", 1, 1, 0}}));
 
-    // Once they can be read, whoever deletes them does so.
+    // Once the goods can be read, the user can delete them.
     shop.press("goodsButton");
     QCOMPARE(shop.rows(), (QStringList{"Milk|2", "Bread|1", "Butter|1"}));
     shop.list()->setCurrentRow(0);

@@ -86,7 +86,7 @@ void TestStores::doubleTapThatOpensAPagePressesNothingThere()
     ShopDriver shop;
     QVERIFY(shop.doubleTap("shopsButton", PageStores));
     QCOMPARE(shop.page(), PageStores);
-    // The next tap is for the page that shows.
+    // The next tap is for the page that is shown.
     shop.press("newButton");
     QCOMPARE(shop.page(), PageStoreEdit);
 }
@@ -236,7 +236,7 @@ void TestStores::distanceIsAskedForOncePerFill()
     QCOMPARE(source->requests, 2);
     TestPositionSource::instance()->deliver(59.9, 10.7);
     QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
-    // It is told once; the next position finds nobody asking.
+    // It is shown once; the next position has no effect.
     TestPositionSource::instance()->deliver(59.901, 10.7);
     QCOMPARE(shop.labelText("storeDistance"), "0.00 meters");
     choose(shop, 1);
@@ -259,7 +259,7 @@ void TestStores::newCoordinatesReplaceTheRow()
     shop.press("saveButton");
     QCOMPARE(shop.db->rows("select id, latitude, longitude, altitude from gpscoord where id = 6"),
              (QList<QVariantList>{{6, 1.0, 2.0, 0.0}}));
-    // What was taken for one store is not the next one's.
+    // The coordinates taken for one store are not used for the next one.
     shop.press("newButton");
     shop.type("Meat");
     shop.press("saveButton");
@@ -384,7 +384,7 @@ void TestStores::editing()
     QCOMPARE(shop.labelText("storeCategory"), "Food");
     QCOMPARE(shop.db->rows("select name, categoryid, gpsid is null from magazin where id = 5"),
              (QList<QVariantList>{{"Better tools", 1, 1}}));
-    // Coordinates that were not touched stay.
+    // Coordinates that were not edited remain.
     QCOMPARE(shop.db->rows("select * from gpscoord"), (QList<QVariantList>{{5, 59.9, 10.7, 12.5}}));
 }
 
@@ -448,8 +448,8 @@ void TestStores::quickDoubleTapChooses()
     shop.doubleTap(2);
     QCOMPARE(shop.page(), PageStores);
     QCOMPARE(shop.labelText("storeName"), "Tools");
-    // The row is remembered: its first tap chooses, and the second presses nothing on the page that
-    // comes, though a button lies under it.
+    // The row is remembered: its first tap chooses the store, and the second one must not press a
+    // button at the same place on the next page.
     shop.press("storesButton");
     shop.doubleTap(2);
     QCOMPARE(shop.page(), PageStores);
@@ -470,8 +470,8 @@ void TestStores::emptyNameIsRefused()
 void TestStores::namesAndStatements_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("added");   // null: nothing is
-    QTest::addColumn<QString>("updated"); // null: nothing is
+    QTest::addColumn<QString>("added");   // null: nothing is added
+    QTest::addColumn<QString>("updated"); // null: nothing is updated
     QTest::newRow("percent") << "100%"
                              << "100%"
                              << "100%";

@@ -5,7 +5,7 @@
 #include "base/pages.h"
 #include "tests/support/shopdriver.h"
 
-/// On a system that speaks Russian. Translations are installed resources, as for the other
+/// Tests the program on a Russian system. Translations are installed resources, as for the other
 /// languages.
 class TestSystemLanguage : public QObject
 {

@@ -7,7 +7,7 @@
 #include "tests/support/shopdriver.h"
 #include "tests/support/stoppable.h"
 
-/// Fails on purpose, in a process of its own: each function once, in the line after `line`.
+/// Fails on purpose, in a separate process: each function once, in the line after `line`.
 class Failing : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ private slots:
     }
     void isStoppedInASlot()
     {
-        // As where a timer presses a button while a file is being chosen.
+        // As when a timer presses a button while a file is selected.
         const ShopDriver shop;
         QTimer::singleShot(0, this, [&shop] {
             line();
@@ -88,8 +88,8 @@ private:
     }
 };
 
-/// What our helpers do for tests: one that wants what is not there fails where it does, and does
-/// nothing more; the others go on.
+/// Tests the helpers: a function whose helper does not find its widget fails in the line of the
+/// call and stops; the other functions run.
 class TestTestKit : public QObject
 {
     Q_OBJECT
@@ -113,13 +113,13 @@ void TestTestKit::initTestCase()
     QProcess child;
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(QCoreApplication::applicationFilePath(), {"fail"});
-    QVERIFY(child.waitForFinished(300000)); // as long as any test may take
+    QVERIFY(child.waitForFinished(300000)); // the time limit of any test
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(child.exitCode(), 7); // as many as have failed
+    QCOMPARE(child.exitCode(), 7); // the number of failed functions
     said = QString::fromUtf8(child.readAll()).split('\n');
 }
 
-/// What was said in a function and its rows, with the lines that say where.
+/// Returns the output of a function and its rows, with the lines that name the location.
 QStringList TestTestKit::linesOf(const QString &function) const
 {
     QStringList result;

@@ -49,7 +49,7 @@ private:
     {
         return TestPositionSource::instance();
     }
-    /// Looks at the tracked stores from that latitude.
+    /// Shows the tracked stores from that latitude.
     static void view(ShopDriver &shop, double latitude)
     {
         shop.press("reminderButton");
@@ -58,7 +58,7 @@ private:
         source()->deliver(latitude, 20);
         QCOMPARE(shop.page(), PageTrackedList);
     }
-    /// Tracks all stores, and looks at them.
+    /// Tracks all stores, and shows them.
     static void track(ShopDriver &shop, double latitude)
     {
         shop.press("reminderButton");
@@ -75,7 +75,7 @@ private:
     {
         return shop.find<QAbstractButton>(button)->isChecked();
     }
-    /// Whether something is painted in the square that ends at a point of the map.
+    /// Returns whether something is painted in the square that ends at a point of the map.
     static bool isMarked(const ShopDriver &shop, const QPoint &tip, int extent)
     {
         const QImage image = map(shop)->grab().toImage();
@@ -85,10 +85,10 @@ private:
                 differing += image.pixelColor(x, y) != QColor(Qt::lightGray);
         return differing > 50;
     }
-    /// Where a place lies on the map.
+    /// Returns the position of a place on the map.
     static QPoint onMap(const ShopDriver &shop, double latitude, double longitude)
     {
-        QCoreApplication::processEvents(); // lets the map be laid out
+        QCoreApplication::processEvents(); // lays out the map
         const MapsWidget *widget = map(shop);
         return QPoint(widget->width() / 2, widget->height() / 2) +
                WebMercator::pixelOffset(latitude, longitude, widget->centerLatitude(),
@@ -97,7 +97,7 @@ private:
     }
 };
 
-// The map's own pictures are compiled into a static library.
+// The pictures of the map are compiled into a static library.
 static void initPictures()
 {
     Q_INIT_RESOURCE(pictures);
@@ -105,10 +105,10 @@ static void initPictures()
 
 void TestTrackedViews::initTestCase()
 {
-    // What draws the markers is a plugin as well.
+    // The markers need the SVG plugin as well.
     initPictures();
     QVERIFY(!QIcon(":/img/smile.svg").pixmap(20).isNull());
-    // Qt's own sources are found no more: one of them offers itself everywhere.
+    // Qt's own sources must not be found, since one of them is always available.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
     QCoreApplication::setLibraryPaths({});
 }
@@ -158,7 +158,6 @@ void TestTrackedViews::mapShowsPositionAndNearestStore()
 
 void TestTrackedViews::mapWithoutAPositionStaysWhereItIs()
 {
-    // A store's coordinates that were taken by hand centre it as well, on no position yet.
     ShopDriver shop(threeStores, gpsOn);
     const float start = map(shop)->centerLatitude();
     QCOMPARE(start, 59.913822F);
@@ -216,7 +215,7 @@ void TestTrackedViews::reminderOnDistancesOfBefore()
     ShopDriver shop(threeStores, gpsOn);
     track(shop, 10.005);
     shop.press("mapViewButton");
-    // The distances stay those of 550 m away.
+    // The distances are still those at 550 m.
     source()->deliver(10.0099, 20);
     QCOMPARE(shop.page(), PageTrackedList);
     shop.press("listViewButton");
@@ -225,7 +224,7 @@ void TestTrackedViews::reminderOnDistancesOfBefore()
     QCOMPARE(shop.page(), PageReminder);
     QVERIFY(shop.labelText("reminderStore").startsWith("Bakery (at 11."));
 
-    // And a reminder can come of distances that were computed before.
+    // A reminder can also result from distances that were computed before.
     ShopDriver other(threeStores, gpsOn);
     track(other, 10.005);
     other.press("mapViewButton");
@@ -248,7 +247,7 @@ void TestTrackedViews::nextStoreMovesTheMap()
     shop.press("nextButton");
     QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(map(shop)->centerLatitude(), 10.02F);
-    // In list view it stays where it is.
+    // In list view the map stays where it is.
     ShopDriver other(threeStores, gpsOn);
     track(other, 10.005);
     const float before = map(other)->centerLatitude();
@@ -310,7 +309,7 @@ void TestTrackedViews::noTilesOfTheStartPlace()
     TileHost host;
     qputenv("TROLLEO_TILE_SERVER", host.address());
     ShopDriver shop(threeStores, gpsOn);
-    shop.window->resize(480, 800); // turns, and shows every page for a moment
+    shop.window->resize(480, 800); // turns the window, which shows every page for a moment
     QTest::qWait(50);
     view(shop, 10.005);
     QTest::qWait(50);

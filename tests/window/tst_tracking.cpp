@@ -102,7 +102,7 @@ private:
             stopTest("the buttons do not agree");
         return tracking;
     }
-    /// What "View tracked" lists, without a position.
+    /// Returns the rows of "View tracked" without a position.
     static QStringList view(ShopDriver &shop)
     {
         shop.press("viewButton");
@@ -130,7 +130,7 @@ void TestTracking::pageAtFirst()
     QVERIFY(shop.isEnabled("viewButton"));
     QCOMPARE(shop.buttonText("categoryButton"), "(click to select)");
     QCOMPARE(shop.buttonText("storeButton"), "(click to select)");
-    // One criterion at a time, and its button with it.
+    // One criterion at a time, with its button.
     choose(shop, "byCategoryRadio");
     QVERIFY(shop.isEnabled("categoryButton"));
     QVERIFY(!shop.isEnabled("storeButton"));
@@ -152,7 +152,7 @@ void TestTracking::noPositionSource()
     QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList());
-    // The message waits where nobody sees it.
+    // The message is on a page that is not shown.
     QCOMPARE(hidden<QLabel>(shop, "messageTitle")->text(), "No GPS available");
     QCOMPARE(hidden<QLabel>(shop, "messageText")->text(),
              "GPS tracking can not be started, cause no GPS available on this device.");
@@ -198,7 +198,7 @@ void TestTracking::startAndStop()
     QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QCOMPARE(source()->calls, QStringList{"stop"});
-    // And again.
+    // Once more.
     shop.press("startButton");
     QVERIFY(isTracking(shop));
     QVERIFY(source()->updating);
@@ -226,7 +226,7 @@ void TestTracking::switchingGpsOffStops()
     shop.press("optionsButton");
     shop.press("enableGpsBox");
     shop.press("okButton");
-    // Nobody is to trust in tracking that gets no positions.
+    // Tracking must not seem active when there are no positions.
     QCOMPARE(shop.page(), PageTracking);
     QVERIFY(!isTracking(shop));
     QVERIFY(!source()->updating);
@@ -298,7 +298,7 @@ void TestTracking::captionOfTheLastCriterion()
     choose(shop, "byCategoryRadio");
     pick(shop, "categoryButton", 1);
     QCOMPARE(view(shop), QStringList{"nothing"});
-    // All stores leave the caption, which a category without a match has set.
+    // For all stores the title is not changed; it was set by a category without a match.
     choose(shop, "allStoresRadio");
     shop.press("viewButton");
     QCOMPARE(shop.labelText("title"), "By category: Hardware");
@@ -335,7 +335,7 @@ void TestTracking::noCriterion()
 {
     ShopDriver shop(fourStores, gpsOn);
     openTracking(shop);
-    // The buttons do not let go of one another by hand.
+    // Auto-exclusive buttons cannot be unchecked by the user.
     auto *all = shop.find<QRadioButton>("allStoresRadio");
     all->setAutoExclusive(false);
     all->setChecked(false);
@@ -367,7 +367,7 @@ void TestTracking::choicesAreNamedAsTheyAreNow()
     choose(shop, "byStoreRadio");
     pick(shop, "storeButton", 0);
     shop.press("backButton");
-    // Another page makes another store the current one.
+    // Another page changes the current store.
     shop.press("shopsButton");
     shop.press("storesButton");
     shop.tap(1);
@@ -383,7 +383,7 @@ void TestTracking::choicesAreNamedAsTheyAreNow()
     choose(shop, "byCategoryRadio");
     pick(shop, "categoryButton", 0);
     QCOMPARE(shop.buttonText("categoryButton"), "Food");
-    // Renamed in the picker, where the row is still remembered, and which is left without choosing.
+    // Renamed on the selection page, where the row is still remembered, and left without a choice.
     shop.press("categoryButton");
     shop.tap(0);
     QCOMPARE(shop.page(), PageCategoryEdit);
@@ -392,7 +392,7 @@ void TestTracking::choicesAreNamedAsTheyAreNow()
     shop.press("backButton");
     QCOMPARE(shop.page(), PageTracking);
     QCOMPARE(shop.buttonText("categoryButton"), "Groceries");
-    // Deleted in the picker.
+    // Deleted on the selection page.
     shop.press("categoryButton");
     shop.tap(0);
     shop.press("deleteButton");
@@ -416,7 +416,7 @@ void TestTracking::choicesWhileTrackingNameWhatIsTracked()
     shop.press("backButton");
     openTracking(shop);
     QCOMPARE(shop.buttonText("storeButton"), "Bakery");
-    // The next start would take the store that is current now.
+    // The next start would use the current store.
     shop.press("stopButton");
     QCOMPARE(shop.buttonText("storeButton"), "Dairy");
 }
@@ -526,10 +526,10 @@ void TestTracking::viewWaitsForAPosition()
         QVERIFY2(shop.rows().last().startsWith("Bakery|3335.8"), qPrintable(shop.rows().last()));
         QCOMPARE(shop.rows().first().section('.', 1).size(), 6);
         shop.press("okButton");
-        // It listened once.
+        // It waited for one position only.
         source()->deliver(10.04, 20);
         QCOMPARE(shop.page(), PageTracking);
-        // The next view has a position at hand, until tracking stops.
+        // The next view has a position, until tracking stops.
         shop.press("viewButton");
         QCOMPARE(shop.page(), PageTrackedList);
         shop.press("okButton");
@@ -552,7 +552,7 @@ void TestTracking::viewWaitsWhileTracking()
     source()->deliver(10, 20);
     QCOMPARE(shop.page(), PageTrackedList);
     QVERIFY(shop.rows().first().startsWith("Bakery|1111.9"));
-    // One that is near enough ends the view.
+    // A position that is near enough ends the view.
     source()->deliver(10.01, 20);
     QCOMPARE(shop.page(), PageReminder);
 }
@@ -566,7 +566,7 @@ void TestTracking::viewThatNobodyWaitsForAnyMore()
     QCOMPARE(shop.page(), PageTracking);
     source()->deliver(10, 20);
     QCOMPARE(shop.page(), PageTracking);
-    // A wait that a reminder has ended does not come back either.
+    // A wait that a reminder has ended does not return either.
     shop.press("startButton");
     source()->deliver(10, 20);
     shop.press("stopButton");
@@ -601,7 +601,8 @@ void TestTracking::viewOfBrokenRecords()
     openTracking(shop);
     shop.press("viewButton");
     source()->deliver(0, 1);
-    // What is no number reads as 0, and what is no place on earth is farther than everything.
+    // A text that is not a number is read as 0, and invalid coordinates are farther than
+    // everything.
     QStringList rows = shop.rows();
     QCOMPARE(rows.size(), 3);
     QCOMPARE(rows.last(), "Nowhere|unknown");

@@ -107,7 +107,7 @@ void TestTurning::resizeTo(const QSize &size)
     QTRY_COMPARE(window->size(), size);
 }
 
-/// How many objects the window has, less those that are about to be deleted.
+/// Returns the number of objects of the window, without those that are about to be deleted.
 qsizetype TestTurning::objectCount() const
 {
     QCoreApplication::processEvents();
@@ -135,7 +135,7 @@ void TestTurning::mainPageTurns()
 {
     QFETCH(QSize, size);
     QFETCH(bool, isLandscape);
-    // Come from the other orientation.
+    // Change from the other orientation.
     resizeTo(isLandscape ? portrait : landscape);
     resizeTo(size);
 
@@ -149,7 +149,7 @@ void TestTurning::mainPageTurns()
     QCOMPARE(line->frameShadow(), QFrame::Sunken);
     QCOMPARE(box()->stretch(2), 1);
 
-    // What the person sees: the toolbar beside the three buttons, or above them.
+    // The visible result: the toolbar beside the three buttons, or above them.
     const auto *exit = find<QWidget>("exitButton");
     const auto *shopping = find<QWidget>("shoppingButton");
     if (isLandscape)
@@ -240,7 +240,7 @@ void TestTurning::pagesBuiltAnewAreTurnedAndLaidOut()
     for (int index = 0; index < stack->count(); ++index)
         QCOMPARE(stack->widget(index)->size(), stack->size());
     const auto *layout = qobject_cast<QBoxLayout *>(stack->widget(PageMain)->layout());
-    QCOMPARE(layout->direction(), QBoxLayout::TopToBottom); // this platform's screen is a square
+    QCOMPARE(layout->direction(), QBoxLayout::TopToBottom); // the screen of this platform is square
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!earlier);
 }
@@ -269,7 +269,7 @@ void TestTurning::everyPageFitsBothOrientations()
                                     .arg(page->objectName())
                                     .arg(needed.width())
                                     .arg(needed.height())));
-            // A label that wraps needs the height for its width, whatever it says is its least.
+            // A wrapping label needs the height for its width, whatever its minimum size is.
             for (const WrapLabel *label : page->findChildren<WrapLabel *>())
                 QVERIFY2(!label->isVisible() ||
                              label->height() >= label->heightForWidth(label->width()),
@@ -335,12 +335,12 @@ void TestTurning::turningFiveHundredTimesLeaksNothing()
 {
     QFETCH(int, current);
     stack->setCurrentIndex(current);
-    // What Qt makes when it is first needed is there after one turn.
+    // Objects that Qt creates when they are first needed exist after one turn.
     resizeTo(portrait);
     resizeTo(landscape);
     const qsizetype objects = objectCount();
-    // A leak grows in every stretch of turns: one layout item a turn by 5 KiB and more. The
-    // Qt's caches do so too at first, but come to an end.
+    // A leak grows in every series of turns: one layout item a turn takes 5 KiB or more. Qt's
+    // caches also grow at first, but not for ever.
     constexpr int stretch = 50;
     constexpr qint64 leak = 2048;
     auto memory = static_cast<qint64>(mallinfo2().uordblks);

@@ -14,7 +14,7 @@
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
-/// Qt's own reading of a sentence, without the receiver's clock.
+/// Qt's own parser of sentences, without the receiver's clock.
 class SentenceReader : public QNmeaPositionInfoSource
 {
 public:
@@ -22,7 +22,7 @@ public:
         : QNmeaPositionInfoSource(RealTimeMode)
     {}
 
-    /// Whether `line` tells a position; `position` is then set.
+    /// Returns whether `line` is a position, and then sets `position`.
     bool read(const QByteArray &line, QGeoPositionInfo &position)
     {
         bool hasFix = false;
@@ -38,7 +38,7 @@ struct Reminder
     QString text;
 };
 
-/// What stands beside a walk: see make-walks.py.
+/// The table of a walk: see make-walks.py.
 struct Table
 {
     Records records;
@@ -76,7 +76,7 @@ struct Table
     }
 };
 
-/// Recorded walks, at full speed through the real window.
+/// Plays recorded walks at full speed to the real window.
 class TestWalks : public QObject
 {
     Q_OBJECT
@@ -96,7 +96,7 @@ private:
     static void answer(ShopDriver &shop, const QString &answer);
 
     QStringList results;
-    /// Positions that the program has said to have.
+    /// Number of positions that the program has reported.
     static inline int told = 0;
 };
 
@@ -164,7 +164,7 @@ void TestWalks::walk()
     ShopDriver shop(table.records, {{"GpsEnabled", true}});
     startTracking(shop, table.criterion);
     QVERIFY(!QTest::currentTestFailed());
-    // What is known at first is not told.
+    // Positions that are known at first are not reported.
     const auto connect = [&gpsd](int earlier) {
         QTRY_VERIFY(gpsd.polls() > earlier);
         QTest::qWait(20);

@@ -27,7 +27,7 @@ struct Place
     QGeoCoordinate coordinate;
 };
 
-/// MiB of this process that are in memory, but for what is free already.
+/// Returns the resident memory of this process in MiB, without memory that is already free.
 double memory()
 {
     malloc_trim(0);
@@ -37,7 +37,7 @@ double memory()
     return file.readAll().split(' ').at(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024 / 1024;
 }
 
-/// Stores in a row, a kilometre and a half apart: none is near when another is.
+/// Returns stores in a row, 1.5 km apart, so that only one is near at a time.
 QList<Place> places()
 {
     QList<Place> result;
@@ -60,8 +60,8 @@ Records database()
 
 } // namespace
 
-/// Somebody who walks all week with tracking on: every store that comes near rings, nothing else
-/// does, and the program does not grow.
+/// Walks for a week with tracking on: every store that comes near rings, nothing else does, and
+/// memory does not grow.
 class TestWeek : public QObject
 {
     Q_OBJECT
@@ -74,16 +74,16 @@ private:
     void answer(ShopDriver &shop);
 
     QRandomGenerator random;
-    /// What tracking watches.
+    /// The tracked stores.
     QList<Place> tracked;
 };
 
-/// Looks at another page, of those that the person may look at while tracking runs.
+/// Changes the page, among those that the user may see while tracking runs.
 void TestWeek::view(ShopDriver &shop)
 {
     if (shop.page() == PageTracking) {
         shop.pressByScreenReader("viewButton");
-        if (shop.page() == PageWaiting) // which the next position ends
+        if (shop.page() == PageWaiting) // ended by the next position
             return;
         shop.pressByScreenReader(random.bounded(2) == 0 ? "mapViewButton" : "listViewButton");
     } else if (shop.page() == PageTrackedList) {
@@ -137,7 +137,7 @@ void TestWeek::everyReminderComes()
             step = -step;
         if (random.bounded(20) == 0)
             view(shop);
-        // The map shows where the person is, and distances stay as they were meanwhile.
+        // The map shows the position; the distances are not updated meanwhile.
         const bool showsMap = shop.page() == PageTrackedList && shop.map()->isVisible();
         const QGeoCoordinate here(latitude, 20);
         std::ranges::stable_sort(tracked, {}, [&here](const Place &place) {
@@ -145,7 +145,7 @@ void TestWeek::everyReminderComes()
         });
         const bool isNear = here.distanceTo(tracked.first().coordinate) < 250;
         TestPositionSource::instance()->deliver(latitude, 20);
-        TestPositionSource::instance()->calls.clear(); // which the source would keep all week
+        TestPositionSource::instance()->calls.clear(); // otherwise they accumulate
         if (isNear && !showsMap) {
             QCOMPARE(shop.page(), PageReminder);
             QVERIFY(shop.labelText("reminderStore").startsWith(tracked.first().name + " (at "));
@@ -156,7 +156,7 @@ void TestWeek::everyReminderComes()
         } else {
             QVERIFY(shop.page() != PageReminder);
         }
-        // What the program's event loop does, and that of a test does not.
+        // The program's event loop does this, that of a test does not.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (position == positions / 4)
             settled = memory();
@@ -167,7 +167,7 @@ void TestWeek::everyReminderComes()
     qInfo("%d reminders, memory %.1f MiB after a quarter, %+.2f MiB since", reminders, settled,
           growth);
     QVERIFY(reminders > positions / 200);
-#ifndef __SANITIZE_ADDRESS__ // which keeps what was freed
+#ifndef __SANITIZE_ADDRESS__ // AddressSanitizer keeps freed memory
     QVERIFY2(growth < 1.5, qPrintable(QString::number(growth)));
 #endif
 }
