@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The least that a program of Qt Widgets is: a window with a label.
+// The smallest program with Qt Widgets: a window with a label.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>

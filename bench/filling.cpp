@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What filling a page with many rows costs, from the click to the painted page, and what one good
-// that is checked off costs, against the same statements run and read alone.
+// Measures the cost of filling a page with many rows, from the click to the painted page, and the
+// cost of checking off one good, against running and reading the same statements alone.
 #include <functional>
 #include <initializer_list>
 
@@ -27,7 +27,7 @@ namespace {
 constexpr double fillingGoal = 1.5;
 constexpr double toggleGoal = 2;
 
-/// A database with `count` of everything: categories, stores, lists, and goods of list 1.
+/// Returns a database with `count` categories, stores, lists, and goods of list 1.
 Records manyOfAll(int count)
 {
     Records records;
@@ -43,8 +43,8 @@ Records manyOfAll(int count)
     return records;
 }
 
-/// Runs a statement and reads these columns of each row, and for each row does what `more` does
-/// with the last of them.
+/// Runs a statement, reads these columns of each row, and calls `more` with the value of the last
+/// column.
 void readAll(QSqlQuery query, std::initializer_list<const char *> names,
              const std::function<void(int value)> &more = {})
 {
@@ -62,7 +62,7 @@ void readAll(QSqlQuery query, std::initializer_list<const char *> names,
 void measure(int count)
 {
     const ShopDriver shop(manyOfAll(count));
-    // How long the disk takes is nothing of ours.
+    // The speed of the disk must not affect the results.
     Database::execute("pragma synchronous = off");
     const auto back = [&shop](Page page) {
         return [&shop, page] {
@@ -92,7 +92,7 @@ void measure(int count)
                    }},
                    fillingGoal);
 
-    // List 1 has the goods.
+    // The goods belong to list 1.
     shop.stack->setCurrentIndex(PageShopping);
     click("listsButton")();
     for (int row = 0; row < shop.list()->count(); ++row) {
@@ -124,7 +124,7 @@ void measure(int count)
 
 } // namespace
 
-/// Usage: bench_filling [number of rows]; without one, how the costs grow.
+/// Usage: bench_filling [number of rows]; without a number it prints how the costs grow.
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);

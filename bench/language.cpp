@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a change of the language costs, from the click on the options page to the painted window,
-// against building the pages once.
+// Measures the cost of a change of language, from the click on the options page to the painted
+// window, against building the pages once.
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QRadioButton>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a frame costs while the map is dragged, against drawing the same pixmaps alone, and what the
-// map's chain of requests costs, against the same requests alone.
+// Measures the cost of a frame while the map is dragged, against drawing the same pixmaps alone,
+// and the cost of the map's chain of requests, against the same requests alone.
 #include <functional>
 #include <memory>
 
@@ -30,7 +30,7 @@ constexpr double tilesGoal = 1.1;
 constexpr int columns = 9;
 constexpr int rows = 6;
 
-/// A widget that draws as many tiles as the map does, of the same pictures, and both markers.
+/// A widget that draws as many tiles as the map does, from the same pictures, and both markers.
 class Tiles : public QWidget
 {
 public:
@@ -45,7 +45,7 @@ public:
         }
     }
 
-    QPoint offset{-240, -120}; // so that they cover all of it wherever they are dragged to
+    QPoint offset{-240, -120}; // the tiles cover the whole widget wherever they are dragged
 
 protected:
     void paintEvent(QPaintEvent * /*event*/) override
@@ -103,7 +103,7 @@ void measureFrames(TileHost &host)
             QApplication::processEvents();
         }
     };
-    drag(); // what comes into view first is fetched
+    drag(); // fetches the tiles that come into view first
     QTest::qWait(500);
     const auto draw = [&] {
         for (int frame = 0; frame < frames; ++frame) {
@@ -116,7 +116,7 @@ void measureFrames(TileHost &host)
                    frames);
 }
 
-/// Fetches what `paths` name one after the other, as little as a chain can do.
+/// Fetches `paths` one after the other, with the least possible work.
 void fetchBare(const QByteArray &server, const QStringList &paths)
 {
     const QTemporaryDir folder;
@@ -148,7 +148,7 @@ void fetchBare(const QByteArray &server, const QStringList &paths)
 void measureTiles(TileHost &host)
 {
     constexpr int tiles = 200;
-    // 20 by 10 tiles with those that are fetched beyond the view.
+    // 20 by 10 tiles, including those fetched beyond the view.
     const QSize view(18 * WebMercator::tileExtent, 8 * WebMercator::tileExtent);
     std::unique_ptr<TestHome> home;
     std::unique_ptr<MapsCore> core;
@@ -157,7 +157,7 @@ void measureTiles(TileHost &host)
                                 core->setFetching(true);
                                 while (host.paths.size() < tiles)
                                     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-                                // The last one counts when it is there.
+                                // The time ends when the last tile is there.
                                 QEventLoop loop;
                                 QObject::connect(core.get(), &MapsCore::updated, &loop,
                                                  &QEventLoop::quit);

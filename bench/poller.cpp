@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The least that following a gpsd takes: a program without a window that asks it every 3 s and
-// reads what it answers. Its argument is gpsd's port on this machine.
+// The minimum for following a gpsd: a program without a window that polls it every 3 s and reads
+// the answers. The argument is the local port of gpsd.
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QTcpSocket>

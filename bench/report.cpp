@@ -13,7 +13,7 @@ namespace {
 double roundOf(const Bench::Work &work)
 {
     work.prepare();
-    // What is left from before is not of this round.
+    // Work left over from before must not count for this round.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
     QElapsedTimer clock;

@@ -3,11 +3,11 @@
 
 #include <functional>
 
-/// How a benchmark measures something of the program against the least that the same work can cost,
-/// and what it prints of it: a line of the table that scripts/bench makes.
+/// Measures work of the program against the least possible cost of the same work, and prints a line
+/// of the table of scripts/bench.
 namespace Bench {
 
-/// Something that takes time. What is done before each of its rounds is not measured.
+/// Work to be measured. `prepare` is called before each round and is not measured.
 struct Work
 {
     std::function<void()> run;
@@ -15,9 +15,9 @@ struct Work
     };
 };
 
-/// Runs both in turns, so that whatever else the machine does meets both alike, and prints the
-/// medians. `scale` is of what: how many rows, tiles or stores. `times` is how often one round does
-/// it, and what is printed is for one time.
+/// Runs both alternately, so that the load of the machine affects both equally, and prints the
+/// medians. `scale` is the number of rows, tiles or stores. `times` is how often one round does the
+/// work; the printed time is for one of them.
 void compare(const char *what, int scale, const Work &ours, const Work &floor, double goal,
              int rounds = 7, int times = 1);
 

@@ -1,12 +1,12 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""What a start of the program costs against that of a bare window: from the start to the first
-painted window, memory 3 s later, and what the program does in 10 s while nobody does anything.
+"""Measures the start of the program against that of a bare window: the time from the start to the first
+painted window, the memory 3 s later, and the activity in 10 s without input.
 
 Usage: bench/startup.py PROGRAM BARE [ROUNDS]
 
-Both run in turns on a screen of their own, each time in a new home, with files the system has read
-before. Prints three lines of the table of scripts/bench.
+Both run alternately on a separate screen, each time in a new home, with their files in the disk cache.
+Prints three lines of the table of scripts/bench.
 """
 import contextlib
 import glob
@@ -27,7 +27,7 @@ TICKS_PER_SECOND = os.sysconf("SC_CLK_TCK")
 
 @contextlib.contextmanager
 def screen():
-    """An X server that nobody sees: its name, and its pixels as a memory map of 4-byte values."""
+    """Starts an invisible X server. Provides its name, and its pixels as a memory map of 4-byte values."""
     with tempfile.TemporaryDirectory() as folder:
         read_end, write_end = os.pipe()
         server = subprocess.Popen(
@@ -53,7 +53,8 @@ def is_painted(pixels):
 
 
 def memory_mib(pid):
-    """What the program takes of the memory, shared pages divided among those that share them."""
+    """Returns the memory of the process in MiB; shared pages are divided among the processes that share
+    them."""
     with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as file:
         for line in file:
             if line.startswith("Pss:"):
@@ -68,7 +69,7 @@ def cpu_ticks(pid):
 
 
 def wake_ups(pid):
-    """Of all threads, since the start."""
+    """Returns the wake-ups of all threads since the start."""
     count = 0
     for status in glob.glob(f"/proc/{pid}/task/*/status"):
         with contextlib.suppress(FileNotFoundError), open(status, encoding="ascii") as file:
@@ -78,7 +79,8 @@ def wake_ups(pid):
 
 
 def run(program, idle):
-    """Milliseconds to the first paint, MiB, and with `idle` milliseconds of CPU and wake-ups."""
+    """Returns the milliseconds to the first paint, the memory in MiB, and with `idle` the milliseconds
+    of CPU time and the wake-ups."""
     with screen() as (display, pixels), tempfile.TemporaryDirectory() as home:
         environment = {
             "PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display, "LC_ALL": "C.UTF-8",
@@ -119,7 +121,7 @@ def main():
     program, bare = sys.argv[1:3]
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 7
     for path in (program, bare):
-        run(path, False)  # so that its files are in memory
+        run(path, False)  # loads its files into the disk cache
     ours, floor = [], []
     for _ in range(rounds):
         ours.append(run(program, False))

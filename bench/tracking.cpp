@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The time that one position takes while tracking runs and the tracked stores show, from the
-// source's signal to the painted list, against the distances, one sort and one text per row alone.
+// Measures the time of one position while tracking runs and the tracked stores are shown, from the
+// source's signal to the painted list, against computing the distances, one sort and one text per
+// row alone.
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -28,7 +29,7 @@ struct Place
     float distance;
 };
 
-/// Stores on a grid, about a hundred metres apart, at least 100 km from where the walk is.
+/// Returns stores on a grid, about a hundred metres apart and at least 100 km from the walk.
 std::vector<Place> places(int count)
 {
     std::vector<Place> result;
@@ -98,7 +99,7 @@ void measure(int count)
 
 } // namespace
 
-/// Usage: bench_tracking [number of stores]; without one, how the costs grow.
+/// Usage: bench_tracking [number of stores]; without a number it prints how the costs grow.
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);

@@ -1,7 +1,7 @@
 #!/usr/bin/python3 -B
 # SPDX-License-Identifier: MIT
-"""How often tracking wakes the processor, beside a program that only polls gpsd. Arguments: the
-program that polls. Prints rows of the table of scripts/bench."""
+"""Measures how often tracking wakes the processor, against a program that only polls gpsd. The argument
+is the polling program. Prints rows of the table of scripts/bench."""
 import pathlib
 import subprocess
 import sys
@@ -14,18 +14,18 @@ from neighbours import Receiver, free_port, wake_ups, woken  # noqa: E402
 import nmea  # noqa: E402
 
 SECONDS = 30
-GOAL = 1.0  # a second
+GOAL = 1.0  # per second
 
 
 def rate(pid):
-    time.sleep(5)  # what was begun comes to its end
+    time.sleep(5)  # started actions finish
     before = wake_ups(pid)
     time.sleep(SECONDS)
     return woken(before, wake_ups(pid)) / SECONDS
 
 
 def measure(fixes_per_second, poller):
-    """Of the program and of the one that polls, while both follow the same receiver."""
+    """Returns the rates of the program and of the polling program, which follow the same receiver."""
     walk = nmea.walk_north(0, 3000, 1, 20)  # far from the store
     receiver = Receiver(walk, free_port(), 1 / fixes_per_second / 2)
     home = Home()

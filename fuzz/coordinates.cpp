@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Coordinates as texts. Each line of an input is one: it is read as a number and as the parts of an
-// angle, and set to and typed into a field: the first line with the mask of decimal degrees, the
-// second with that of degrees and minutes, the third with that of seconds, and so on. Keys without
-// a letter are typed as:
+// Coordinates as texts. Each line of an input is one text. It is parsed as a number and as the
+// parts of an angle, and it is set and typed in a field: the first line with the mask of decimal
+// degrees, the second with that of degrees and minutes, the third with that of seconds, and so on.
+// These characters stand for keys:
 //
-//     <  >    one place to the left, to the right
-//     [  ]    to the first place, to the last
-//     ~  ^    erases backwards, forwards
+//     <  >    cursor left, right
+//     [  ]    cursor to the first position, to the last
+//     ~  ^    Backspace, Delete
 //     @       selects all
 //     V       pastes the line
 #include <algorithm>
@@ -34,8 +34,8 @@ namespace {
 constexpr double secondsPerDegree = 3600;
 constexpr double largestDegrees = 1e6;
 
-/// A field as the program has them, and what it holds: a number that matches, typed from the first
-/// place on, is what the field then shows.
+/// A field as in the program, and the numbers that fit: such a number, typed from the first
+/// position, is then the value of the field.
 struct Field
 {
     std::unique_ptr<MaskedField> widget;
@@ -97,7 +97,7 @@ void requirePlace(double latitude, double longitude)
     require(std::isnan(first) || Coordinates::areEqual(first, first), "what is the same is equal");
 }
 
-/// The bytes of a number itself: no text is needed to write any of them.
+/// Interprets the bytes of `line` as numbers, so that any bit pattern can occur.
 void requireRaw(const QByteArray &line)
 {
     std::array<double, 2> numbers{};
@@ -149,7 +149,7 @@ void type(MaskedField &field, QChar character)
     }
 }
 
-/// Whatever was typed or set before.
+/// Holds whatever was typed or set before.
 void requireField(const MaskedField &field)
 {
     static const QRegularExpression shown(u"[-+]?[0-9 ]*[.]?[0-9 ]*"_s);
@@ -225,7 +225,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
                                       .seconds = parts.value(2)});
         if (text.contains(u'V'))
             QGuiApplication::clipboard()->setText(QString(text).remove(u'V'));
-        // Each field takes its time, so they take turns.
+        // Testing a field takes time, so each text is tested on only one of them.
         requireSet(fields->at(turn % fields->size()), text);
         requireTyped(fields->at(turn % fields->size()), text);
         ++turn;

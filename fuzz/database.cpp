@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
-// The database file with rows of any values, or any bytes at all, and the window used on it. After
-// the line "file" an input is the file itself. Else its lines are rows and steps. A row is
+// The window on a database file with arbitrary values in its rows, or with arbitrary bytes. If the
+// first line is "file", the rest of the input is the file itself. Otherwise the lines are rows and
+// steps. A row is
 //
 //     mi4|tDairy|n|r1e300     a row of "magazin", the table with that initial (others: see below)
 //
-// with values that are (n)ull, an (i)nteger, a (r)eal, a (t)ext, a (b)lob, or a text repeated a
-// number of times (x2000 text); in texts and blobs \00 is the byte of that hexadecimal number.
-// Steps are a line of letters behind ">":
+// Its values are (n)ull, an (i)nteger, a (r)eal, a (t)ext, a (b)lob, or a text repeated a number of
+// times (x2000 text). In texts and blobs \00 is the byte with that hexadecimal number. Steps are a
+// line of letters after ">":
 //
 //     L G D S C T    pages of lists, goods, shopping, stores, coordinates, tracking
 //     B              goes back to the main page
-//     P              a position comes, at each store in turn
+//     P              a position arrives, at each store in turn
 //
-// Who presses anything at all is tst_monkey.
+// Random presses on all widgets are tested by tst_monkey.
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -61,7 +62,7 @@ constexpr std::array<Table, 7> tables{{
     {'r', "insert into reminders values (?, ?, ?)"},
 }};
 
-/// `text` with the bytes that are written as a backslash and two digits.
+/// Returns `text` with each backslash and two digits replaced by the byte.
 QByteArray unescaped(const QByteArray &text)
 {
     constexpr qsizetype length = 3;
@@ -100,7 +101,7 @@ QVariant valueOf(const QByteArray &told)
     }
 }
 
-/// The rows and steps that an input tells.
+/// The rows and steps in an input.
 struct Script
 {
     QByteArray file;
@@ -148,7 +149,7 @@ void writeRows(const TestHome &home, const QList<QByteArray> &rows)
             const auto count = QByteArrayView(table->insert).count('?');
             for (qsizetype column = 0; column < count; ++column)
                 query.addBindValue(valueOf(values.value(column)));
-            // The second row of an id is refused.
+            // A second row with the same id is refused.
             query.exec();
         }
         database.commit();
@@ -156,7 +157,7 @@ void writeRows(const TestHome &home, const QList<QByteArray> &rows)
     QSqlDatabase::removeDatabase(name);
 }
 
-/// The places that the rows tell of, and one where no store is.
+/// Returns the coordinates in the rows, and a place without a store.
 std::vector<QGeoCoordinate> placesOf(const QList<QByteArray> &rows)
 {
     std::vector<QGeoCoordinate> places{{10, 20}};
@@ -170,7 +171,7 @@ std::vector<QGeoCoordinate> placesOf(const QList<QByteArray> &rows)
     return places;
 }
 
-/// A person who presses what is there.
+/// Simulates a user who presses the visible buttons.
 class Visitor
 {
 public:
@@ -183,7 +184,7 @@ public:
     {
         for (const char step : steps) {
             if (!window.isVisible())
-                return; // somebody has left the program
+                return; // the program was closed
             take(step);
             QCoreApplication::processEvents();
             FuzzSupport::requireSoundWindow(window);
@@ -193,16 +194,16 @@ public:
 private:
     QWidget *page() const
     {
-        // Made anew with every change of the language.
+        // Created again by every change of language.
         return window.findChild<QStackedWidget *>(u"pageStack"_s)->currentWidget();
     }
 
-    /// The buttons that can be pressed.
+    /// Returns the buttons that can be pressed.
     QList<QAbstractButton *> buttons() const
     {
         QList<QAbstractButton *> result = page()->findChildren<QAbstractButton *>();
         result.removeIf([](const QAbstractButton *button) {
-            // The dialog that chooses a sound looks around on this computer.
+            // The dialog for the sound file would read this computer's folders.
             return !button->isVisible() || !button->isEnabled() ||
                    button->objectName() == u"soundButton"_s;
         });
@@ -224,7 +225,7 @@ private:
         click(button, button->rect().center());
     }
 
-    /// Does nothing where the page has no such button.
+    /// Does nothing if the page has no such button.
     bool press(const char *name)
     {
         const QList<QAbstractButton *> all = buttons();
@@ -366,7 +367,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     {
         QSettings settings(u"Vantor"_s, u"Trolleo"_s);
         settings.setValue(u"GpsEnabled"_s, true);
-        // The alarm stays silent, and no sound system is loaded.
+        // The alarm is silent, and the sound system is not loaded.
         settings.setValue(u"SoundFileName"_s, home.path() + u"/no sound.wav"_s);
     }
     if (script.isFile)

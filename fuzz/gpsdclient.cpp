@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// What a gpsd sends, in pieces of any size. The first line of an input tells how; it is a row of
-// steps that begins anew when it is through, each a letter and a number:
+// Data from a gpsd, in pieces of any size. The first line of an input is a sequence of steps, which
+// is repeated. Each step is a letter and a number:
 //
-//     c100    sends the next 100 bytes of what follows the line
-//     x100    sends the next 100 bytes fifty times over
+//     c100    sends the next 100 bytes of the data
+//     x100    sends the next 100 bytes fifty times
 //     w0      lets the program receive
 //     e0      ends the connection
-//     r1      positions are wanted no more, and then wanted again
+//     r1      stops the client and starts it again
 //
-// Everything else is what gpsd sends.
+// The rest of the input is the data.
 #include <algorithm>
 #include <chrono>
 #include <vector>
@@ -28,7 +28,7 @@ using FuzzSupport::require;
 
 namespace {
 
-/// Bytes that one input may let gpsd send.
+/// The number of bytes that one input may make gpsd send.
 constexpr qint64 mostSent = 1 << 20;
 
 struct Step
@@ -51,7 +51,7 @@ std::vector<Step> stepsOf(const QByteArray &line)
     return steps;
 }
 
-/// Runs the event loop until `condition` holds, which is a matter of microseconds.
+/// Runs the event loop until `condition` holds, normally for some microseconds.
 template <typename Condition>
 void waitFor(const Condition &condition, const char *what)
 {
@@ -62,7 +62,7 @@ void waitFor(const Condition &condition, const char *what)
     }
 }
 
-/// Stands where a gpsd listens, on loopback.
+/// Simulates a gpsd on loopback.
 class Daemon
 {
 public:
@@ -74,12 +74,12 @@ public:
     {
         return {.host = QStringLiteral("127.0.0.1"), .port = server.serverPort()};
     }
-    /// Takes the connection that somebody has asked for.
+    /// Accepts the pending connection.
     void accept()
     {
         waitFor([this] { return server.hasPendingConnections(); }, "a connection comes");
         client = server.nextPendingConnection();
-        // Thousands of connections a minute, kept for a minute each, would use up all ports.
+        // Thousands of closed connections a minute, each kept for a minute, would use up all ports.
         const linger atOnce{.l_onoff = 1, .l_linger = 0};
         setsockopt(static_cast<int>(client->socketDescriptor()), SOL_SOCKET, SO_LINGER, &atOnce,
                    sizeof atOnce);
@@ -91,12 +91,12 @@ public:
         client->write(bytes);
         client->flush();
     }
-    /// What nobody takes is not waited for.
+    /// Closes the connection and discards data that was not sent.
     void hangUp()
     {
         client->abort();
     }
-    /// Ends the connection, when the other side has ended it or not.
+    /// Closes the connection, whether or not the other side has closed it.
     void drop()
     {
         delete client;
@@ -112,12 +112,12 @@ private:
 
 void receive()
 {
-    // What the daemon has sent over loopback is there already.
+    // Data that was sent over loopback has already arrived.
     for (int round = 0; round < 2; ++round)
         QCoreApplication::processEvents();
 }
 
-/// Lets `daemon` do what the steps tell, and `client` listen.
+/// Executes the steps with `daemon` and `client`.
 void play(Daemon &daemon, GpsdClient &client, const std::vector<Step> &steps,
           const QByteArray &words)
 {
@@ -152,7 +152,7 @@ void play(Daemon &daemon, GpsdClient &client, const std::vector<Step> &steps,
             daemon.accept();
             break;
         default:
-            ++at; // so that a row without a step that sends comes to its end
+            ++at; // ends an input without sending steps
         }
     }
     receive();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs a harness without a fuzzer, once with each file that is named or that a named folder has.
+// Runs a harness without a fuzzer, once for each given file and each file in a given folder.
 #include <cstdlib>
 
 #include <QByteArray>
@@ -20,7 +20,7 @@ bool run(const QString &path)
         return false;
     }
     const QByteArray content = file.readAll();
-    // Told before: what crashes tells nothing afterwards.
+    // Printed before the run, because a crash prints nothing.
     QTextStream(stdout) << path << Qt::endl;
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(content.constData()),
                            static_cast<std::size_t>(content.size()));

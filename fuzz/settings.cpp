@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The settings file, as anyone may have left it. An input that begins with the line "window" has
-// the file after that, and the window is started on it; it is slow, and any other input is the file
-// itself, of which just every setting is read.
+// The settings file with any contents. In an input that begins with the line "window", the rest is
+// the file, and the window is started with it, which is slow. Any other input is the file itself,
+// of which only every setting is read.
 #include <cmath>
 
 #include <QCoreApplication>
@@ -36,7 +36,7 @@ void readAll()
     settings.defaultNetworkConfiguration();
 }
 
-/// What is written can be read, whatever stands around it.
+/// A written value can be read, whatever else is in the file.
 void writeAndRead()
 {
     TrSettings &settings = TrSettings::instance();
@@ -46,7 +46,7 @@ void writeAndRead()
     settings.setGpsEnabled(flag);
     settings.setLastLongitude(degrees);
     settings.setSoundFileName(text);
-    // A file that is none is left alone, and then nothing is written.
+    // An invalid file is not changed, so nothing is written.
     if (QSettings(QStringLiteral("Vantor"), QStringLiteral("Trolleo")).status() !=
         QSettings::NoError)
         return;
@@ -73,8 +73,8 @@ int LLVMFuzzerInitialize(int * /*count*/, char *** /*arguments*/)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    // A folder of its own for each input: Qt takes a file of the same size, written in the
-    // same moment, for the one that it has read.
+    // Each input has its own folder: Qt does not read a file again if its size and time have not
+    // changed.
     const TestHome home;
     QByteArray content = FuzzSupport::bytesOf(data, size);
     const QByteArray mark = "window\n";

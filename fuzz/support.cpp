@@ -21,7 +21,8 @@ void tellFailuresOnly(QtMsgType type, const QMessageLogContext & /*context*/,
 
 } // namespace
 
-// Only sanitizers ask for these two. What leaks in the library of fonts is none of this program's.
+// Only sanitizers call these two functions. The leak in the font library is not caused by this
+// program.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" const char *__lsan_default_suppressions();
 extern "C" const char *__lsan_default_suppressions()
@@ -47,9 +48,10 @@ void FuzzSupport::startApplication()
     static std::array<char, 5> name{"fuzz"};
     static std::array<char *, 2> arguments{name.data(), nullptr};
     static int count = 1;
-    // Never deleted: the fuzzer ends the process while its own objects still live.
+    // Never deleted: the fuzzer ends the process while its own objects still exist.
     [[maybe_unused]] static const auto *application = new QApplication(count, arguments.data());
-    // A window that closes ends a program, and must not end the next window's.
+    // By default closing the last window would end the program, but the next input opens another
+    // one.
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

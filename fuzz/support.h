@@ -9,23 +9,23 @@
 
 class ShopWindow;
 
-/// What every harness defines: called once, and then with each input.
+/// The functions of every harness: the first is called once, the second for each input.
 extern "C" int LLVMFuzzerInitialize(int *count, char ***arguments);
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-/// What the harnesses share.
+/// Functions shared by the harnesses.
 namespace FuzzSupport {
 
-/// Makes the application, cut off from the desktop's buses and silent about all but failures. It
-/// lives as long as the process.
+/// Creates the application, without the desktop's buses and with no messages except failures. It
+/// exists as long as the process.
 void startApplication();
 
 QByteArray bytesOf(const std::uint8_t *data, std::size_t size);
 
-/// Ends the process, as a crash, when something does not hold that has to hold for any input.
+/// Ends the process with a crash if a condition that must hold for any input is false.
 void require(bool holds, const char *what);
 
-/// Requires what holds for a window whatever the files say that it was started on.
+/// Checks the conditions that must hold for a window, whatever files it was started with.
 void requireSoundWindow(const ShopWindow &window);
 
 } // namespace FuzzSupport

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Whole replies of a tile server. An input is one or more replies with the line "----" between
-// them. A reply is lines that tell what it has beside its body, an empty line, and its body:
+// Complete replies of a tile server. An input is one or more replies, separated by the line "----".
+// A reply has lines that describe it, an empty line, and its body:
 //
-//     asked http://127.0.0.1/16/34722/19057.png     the address that was asked for
-//     from http://127.0.0.1/elsewhere.png           the one that answered in the end
+//     asked http://127.0.0.1/16/34722/19057.png     the requested address
+//     from http://127.0.0.1/elsewhere.png           the final address, after redirections
 //     tile 34722 19057                              the attributes of the request, each as a
-//     zoom 16                                       number, or as a text where it is none
-//     error 203
-//     sums                                          PNG chunks get the checksums they have to have
-//     at 59.9 10.7                                  moves the map, and the two marks with it
-//     online                                        tiles are wanted, so that what failed is looked
-//                                                   for in the cache
+//     zoom 16                                       number, or else as a text
+//     error 203                                     a QNetworkReply error
+//     sums                                          corrects the checksums of PNG chunks
+//     at 59.9 10.7                                  moves the map, and the two markers with it
+//     online                                        tiles are wanted, so failed ones are searched
+//                                                   in the cache
 //     Cache-Control: max-age=3600                   every other line is a header
 #include <algorithm>
 #include <array>
@@ -49,8 +49,8 @@ quint32 checksum(const QByteArray &bytes)
     return ~rest;
 }
 
-/// The PNG picture `body` with right checksums: a changed byte would else go no further than to
-/// the comparison of the sums.
+/// Returns the PNG picture `body` with correct checksums. Otherwise a changed byte would be
+/// rejected by the checksum test.
 QByteArray withChecksums(QByteArray body)
 {
     constexpr qsizetype signature = 8;
@@ -66,7 +66,7 @@ QByteArray withChecksums(QByteArray body)
     return body;
 }
 
-/// A reply that has come, as the lines before its body tell.
+/// A finished reply, described by the lines before its body.
 class ToldReply : public QNetworkReply
 {
 public:
@@ -109,7 +109,8 @@ protected:
     }
 
 private:
-    /// Attributes are the program's own: wrong ones may come, but none that are no tile's at all.
+    /// The program sets the attributes itself, so they can be wrong but must be possible for a
+    /// tile.
     static int tileNumber(int number)
     {
         constexpr int farBeyondTheGrid = 1 << 20;
@@ -191,7 +192,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         auto *reply = new ToldReply(input.mid(begin, end - begin));
         begin = end + separator.size();
         if (reply->isOnline) {
-            // The only tile of that zoom is never fetched, so nothing goes out.
+            // The only tile of that zoom is never fetched, so there is no request.
             core.setZoom(0);
             core.setFetching(true);
         }
@@ -205,7 +206,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     render(core);
-    // What one input has left must not be found by the next.
+    // The next input must not find the cache entries of this one.
     if (const auto *network = core.findChild<QNetworkAccessManager *>())
         network->cache()->clear();
     return 0;
