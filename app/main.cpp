@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <span>
 
 #include <QApplication>
 #include <QIcon>
@@ -8,6 +10,7 @@
 #include "app/shopwindow.h"
 #include "platform/alarmsound.h"
 #include "platform/standarderror.h"
+#include "widgets/touchstyle.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,7 +18,13 @@ int main(int argc, char **argv)
 {
     // Whoever started the program may not read what it says.
     StandardError::takeMessages();
+    const auto arguments = std::span(argv, static_cast<std::size_t>(argc));
+    const bool isStyleChosen = std::ranges::any_of(arguments, [](const char *argument) {
+        const QLatin1StringView text(argument);
+        return text.startsWith("-style"_L1) || text.startsWith("--style"_L1);
+    });
     const QApplication application(argc, argv);
+    TouchStyle::applyUnlessChosen(isStyleChosen);
     // What the location service asks permission for, whatever the file is called that was started.
     QApplication::setApplicationName(u"trolleo"_s);
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));

@@ -21,7 +21,7 @@ constexpr int helpExtent = 52;
 /// The three large buttons share the height of the page.
 QPushButton *largeButton(const QString &objectName, const QString &picture, const QString &text)
 {
-    QPushButton *button = Controls::textButton(objectName, picture, largeButtonExtent, text);
+    QPushButton *button = Controls::door(objectName, picture, largeButtonExtent, text);
     QSizePolicy policy = button->sizePolicy();
     policy.setVerticalPolicy(QSizePolicy::Preferred);
     button->setSizePolicy(policy);
@@ -48,17 +48,19 @@ void ShopWindow::buildMainPage()
     PictureLabel *logo = Controls::pictureLabel(u"logo"_s);
     logo->setPicture(u":/img/House.png"_s, Controls::logoExtent);
 
+    for (QPushButton *button : {p.options, p.exit, p.help, p.about})
+        button->setFlat(true);
     auto *toolbar = new QBoxLayout(QBoxLayout::TopToBottom);
+    toolbar->setSpacing(Controls::toolGap);
     toolbar->addWidget(logo);
     toolbar->addStretch();
     toolbar->addWidget(p.options);
-    toolbar->addStretch();
     toolbar->addWidget(p.help);
     toolbar->addWidget(p.about);
     toolbar->addWidget(p.exit);
 
     auto *buttons = new QVBoxLayout;
-    buttons->setSpacing(0);
+    buttons->setSpacing(0); // the style draws them smaller than they are
     buttons->addWidget(p.shopping);
     buttons->addWidget(p.reminder);
     buttons->addWidget(p.shops);

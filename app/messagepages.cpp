@@ -40,7 +40,8 @@ QLabel *titleLabel(const QString &objectName)
 {
     auto *title = new WrapLabel;
     title->setObjectName(objectName);
-    title->setAlignment(Qt::AlignCenter);
+    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    Controls::setBold(title);
     return title;
 }
 
@@ -53,6 +54,16 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
     text->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     text->setFont(resized(page, 1));
     return text;
+}
+
+/// A sheet with `text` below `icon`, both in the middle.
+void addIconAndText(QBoxLayout *box, QWidget *icon, QWidget *text)
+{
+    QVBoxLayout *sheet = Frames::addSheet(box);
+    sheet->addStretch(1);
+    sheet->addWidget(icon);
+    sheet->addWidget(text);
+    sheet->addStretch(1);
 }
 
 } // namespace
@@ -86,6 +97,8 @@ void ShopWindow::buildMessagePage()
     area->setAccessibleName(tr("Message"));
     area->setWidgetResizable(true);
     area->setWidget(p.text);
+    area->viewport()->setBackgroundRole(QPalette::Base);
+    p.text->setAutoFillBackground(false); // the area has turned it on
     p.scrollBar = area->verticalScrollBar();
     auto *scroller = new TrKineticScroller(area);
     scroller->enableKineticScrollFor(area);
@@ -95,6 +108,7 @@ void ShopWindow::buildMessagePage()
     header->addWidget(p.title, 1);
 
     auto *box = new QVBoxLayout(page);
+    Controls::setMain(p.ok);
     Controls::setPageSpacing(box);
     box->addLayout(header);
     box->addWidget(Controls::separator(QFrame::HLine));
@@ -125,8 +139,7 @@ void ShopWindow::buildWaitingPage()
     Controls::setPageSpacing(box);
     box->addWidget(title);
     box->addWidget(Controls::separator(QFrame::HLine));
-    box->addWidget(icon);
-    box->addWidget(text, 1);
+    addIconAndText(box, icon, text);
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(p.cancel);
 
@@ -150,15 +163,15 @@ void ShopWindow::buildConfirmationPage()
                                 Controls::pictureExtent, tr("No"));
 
     auto *answers = new QHBoxLayout;
-    answers->addWidget(p.yes);
-    answers->addWidget(p.no);
+    answers->setSpacing(Controls::stackGap);
+    answers->addWidget(p.yes, 1);
+    answers->addWidget(p.no, 1);
 
     auto *box = new QVBoxLayout(page);
     Controls::setPageSpacing(box);
     box->addWidget(p.title);
     box->addWidget(Controls::separator(QFrame::HLine));
-    box->addWidget(icon);
-    box->addWidget(p.text, 1);
+    addIconAndText(box, icon, p.text);
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addLayout(answers);
 

@@ -48,9 +48,7 @@ QLabel *groupTitle(const QString &text)
 {
     auto *label = new WrapLabel;
     label->setText(text);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
+    Controls::setBold(label);
     return label;
 }
 
@@ -66,7 +64,7 @@ void ShopWindow::buildOptionsPage()
     p.enableGps = new RowCheckBox(u"enableGpsBox"_s, tr("Enable use of GPS"));
     p.gpsAlwaysActive = new RowCheckBox(u"gpsAlwaysActiveBox"_s, tr("GPS always active"));
     p.autoStartTracking = new RowCheckBox(u"autoStartTrackingBox"_s, tr("AutoStart tracking"));
-    auto *soundCaption = new QLabel(tr("Alarm Sound: "));
+    QLabel *soundCaption = Controls::caption(tr("Alarm Sound: "));
     p.sound = new NameButton;
     p.sound->setObjectName(u"soundButton"_s);
     p.sound->setMaximumWidth(textWidth);
@@ -78,12 +76,16 @@ void ShopWindow::buildOptionsPage()
 
     auto *body = new QWidget;
     auto *rows = new QVBoxLayout(body);
+    rows->setContentsMargins(Controls::sheetMargins);
+    rows->setSpacing(Controls::captionGap);
     rows->addWidget(groupTitle(tr("GPS settings")));
     for (QCheckBox *box : {p.enableGps, p.gpsAlwaysActive, p.autoStartTracking})
         rows->addWidget(box);
+    rows->addSpacing(Controls::paneGap);
     rows->addWidget(groupTitle(tr("Alarm settings")));
     rows->addWidget(soundCaption);
     rows->addWidget(p.sound);
+    rows->addSpacing(Controls::paneGap);
     rows->addWidget(groupTitle(tr("Interface Language")));
     for (QRadioButton *radio : {p.autoDetect, p.english, p.russian})
         rows->addWidget(radio);
@@ -92,19 +94,23 @@ void ShopWindow::buildOptionsPage()
     scrollArea->setObjectName(u"optionsScrollArea"_s);
     scrollArea->setAccessibleName(page->accessibleName());
     scrollArea->setWidgetResizable(true);
-    scrollArea->setFrameShape(QFrame::NoFrame);
+    scrollArea->viewport()->setBackgroundRole(QPalette::Base);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setWidget(body);
+    body->setAutoFillBackground(false); // the area has turned it on
     (new TrKineticScroller(scrollArea))->enableKineticScrollFor(scrollArea);
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
     p.cancel = Controls::textButton(u"cancelButton"_s, u":/img/red_round_error.svg"_s,
                                     Controls::pictureExtent, cancelText);
+    Controls::setMain(p.ok);
     auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(Controls::stackGap);
     buttons->addWidget(p.ok, 1);
     buttons->addWidget(p.cancel, 1);
     auto *column = new QVBoxLayout;
+    column->setSpacing(Controls::paneGap);
     column->addWidget(scrollArea, 1);
     column->addLayout(buttons);
     p.contents->addLayout(column, 1);

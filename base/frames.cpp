@@ -4,7 +4,6 @@
 #include <QBoxLayout>
 #include <QCoreApplication>
 #include <QFontMetrics>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -21,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Device-independent pixels.
+constexpr int fieldGap = 12;
 constexpr int leastTitleCharacters = 8;
 constexpr int leastFieldCharacters = 9;
 
@@ -28,6 +29,13 @@ QPushButton *helpButton(int extent)
 {
     return Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, extent,
                                    QCoreApplication::translate("ShopWindow", "Help"));
+}
+
+/// A tool of a header: its picture is a tile by itself.
+QPushButton *flat(QPushButton *button)
+{
+    button->setFlat(true);
+    return button;
 }
 
 QPushButton *backButton(QWidget *page, int extent)
@@ -43,18 +51,19 @@ QPushButton *backButton(QWidget *page, int extent)
 void makeToolbar(ToolbarFrame &frame, TurningPage *page)
 {
     frame.picture = Controls::pictureLabel(u"picture"_s);
-    frame.help = helpButton(Controls::pictureExtent);
-    frame.back = backButton(page, Controls::pictureExtent);
+    frame.help = flat(helpButton(Controls::pictureExtent));
+    frame.back = flat(backButton(page, Controls::pictureExtent));
     auto *toolbar = new QVBoxLayout;
     frame.toolbar = toolbar;
     toolbar->addWidget(frame.picture);
+    toolbar->setSpacing(Controls::toolGap);
     toolbar->addStretch();
     toolbar->addWidget(frame.help);
-    toolbar->addStretch();
     toolbar->addWidget(frame.back);
 
     QFrame *line = Controls::separator(QFrame::VLine);
     frame.contents = new QHBoxLayout;
+    frame.contents->setSpacing(Controls::besideSeparator);
     auto *box = new QHBoxLayout(page);
     Controls::setPageSpacing(box);
     box->addLayout(toolbar);
@@ -73,13 +82,16 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.picture->setPicture(picture, listPictureExtent);
     frame.title = new WrapLabel;
     frame.title->setObjectName(u"title"_s);
-    frame.title->setAlignment(Qt::AlignCenter);
+    frame.title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     frame.title->setText(title);
+    QFont bold = frame.title->font();
+    bold.setBold(true);
+    frame.title->setFont(bold);
     // On a narrow screen the buttons leave little room for the title.
     frame.title->setMinimumWidth(leastTitleCharacters *
                                  QFontMetrics(page->font()).averageCharWidth());
-    frame.help = helpButton(listToolExtent);
-    frame.back = backButton(page, listToolExtent);
+    frame.help = flat(helpButton(listToolExtent));
+    frame.back = flat(backButton(page, listToolExtent));
     frame.header = new QHBoxLayout;
     frame.header->addWidget(frame.picture);
     frame.header->addWidget(frame.title, 1);
@@ -92,12 +104,14 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.list->setFont(page->font()); // its style sheet blocks font inheritance
     frame.list->setItemDelegate(new TrListDelegate(frame.list));
     auto *contents = new QVBoxLayout;
+    contents->setSpacing(Controls::toolGap);
     contents->addLayout(frame.header);
     contents->addWidget(frame.list, 1);
 
     frame.buttons = new QVBoxLayout;
+    frame.buttons->setSpacing(Controls::stackGap);
     auto *box = new QHBoxLayout(page);
-    Controls::setPageSpacing(box);
+    Controls::setPaneSpacing(box);
     box->addLayout(contents, 1);
     box->addLayout(frame.buttons);
     page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}, .separators = {}};
@@ -124,9 +138,12 @@ EditFrame Frames::makeEditFrame(TurningPage *page)
         Controls::textButton(u"deleteButton"_s, u":/img/trash.svg"_s, Controls::pictureExtent,
                              QCoreApplication::translate("ShopWindow", "Delete"));
     frame.remove->setEnabled(false);
+    Controls::setMain(frame.save);
     auto *buttons = new QVBoxLayout;
-    buttons->addWidget(frame.save);
-    buttons->addWidget(frame.remove);
+    buttons->setSpacing(Controls::stackGap);
+    // One above the other they are far apart, and side by side as wide as each other.
+    buttons->addWidget(frame.save, 1, Qt::AlignTop);
+    buttons->addWidget(frame.remove, 1, Qt::AlignBottom);
 
     QFrame *line = Controls::separator(QFrame::VLine);
     frame.contents->addWidget(line);
@@ -136,18 +153,49 @@ EditFrame Frames::makeEditFrame(TurningPage *page)
     return frame;
 }
 
-QFormLayout *Frames::addFields(QBoxLayout *contents)
+QVBoxLayout *Frames::addSheet(QBoxLayout *contents)
 {
-    auto *fields = new QFormLayout;
-    fields->setRowWrapPolicy(QFormLayout::WrapLongRows);
-    fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    fields->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    auto *column = new QVBoxLayout;
-    column->addStretch();
-    column->addLayout(fields);
-    column->addStretch();
-    contents->addLayout(column, 1);
+    QFrame *sheet = Controls::sheet();
+    contents->addWidget(sheet, 1);
+    return Controls::layOutSheet(sheet);
+}
+
+QVBoxLayout *Frames::addFields(QBoxLayout *contents)
+{
+    QVBoxLayout *fields = addSheet(contents);
+    fields->setSpacing(fieldGap);
+    // The fields begin at the top, where no keyboard on the screen covers them.
+    fields->addStretch();
     return fields;
+}
+
+void Frames::addField(QVBoxLayout *fields, const QString &caption, QWidget *field)
+{
+    auto *row = new QVBoxLayout;
+    row->addWidget(field);
+    addField(fields, caption, field, row);
+}
+
+void Frames::addField(QVBoxLayout *fields, const QString &caption, QWidget *field, QLayout *row)
+{
+    QLabel *label = Controls::caption(caption);
+    label->setBuddy(field); // names the field for a screen reader
+    auto *box = new QVBoxLayout;
+    box->setSpacing(Controls::captionGap);
+    box->addWidget(label);
+    box->addLayout(row);
+    fields->insertLayout(fields->count() - 1, box); // above the stretch
+}
+
+void Frames::addButtons(TurningPage *page, const ToolbarFrame &frame,
+                        const QList<QPushButton *> &buttons)
+{
+    QFrame *line = Controls::separator(QFrame::VLine);
+    auto *stack = new QVBoxLayout;
+    Controls::addStack(stack, buttons);
+    frame.contents->addWidget(line);
+    frame.contents->addLayout(stack);
+    page->turningBoxes.separators << line;
 }
 
 void Frames::pressOnEscape(QWidget *page, QPushButton *button)

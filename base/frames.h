@@ -6,10 +6,11 @@
 
 class PictureLabel;
 class QBoxLayout;
-class QFormLayout;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
+class QVBoxLayout;
 class QWidget;
 class TouchList;
 class TurningPage;
@@ -42,7 +43,7 @@ struct ToolbarFrame
 /// The parts that all edit pages share: a toolbar, fields, "Save" and "Delete".
 struct EditFrame : ToolbarFrame
 {
-    QFormLayout *fields = nullptr;
+    QVBoxLayout *fields = nullptr;
     QPushButton *save = nullptr;
     QPushButton *remove = nullptr;
 };
@@ -59,8 +60,18 @@ ListFrame makeListFrame(TurningPage *page, const QString &picture, const QString
 ToolbarFrame makeToolbarFrame(TurningPage *page);
 EditFrame makeEditFrame(TurningPage *page);
 
-/// Adds a form with captions and fields to `contents`. It takes all remaining space.
-QFormLayout *addFields(QBoxLayout *contents);
+/// Adds a sheet to `contents`, which takes what room is free, and returns the layout on it.
+QVBoxLayout *addSheet(QBoxLayout *contents);
+
+/// Adds a sheet for captions and fields to `contents`.
+QVBoxLayout *addFields(QBoxLayout *contents);
+
+/// Adds `field` below `caption`; `row` is what has the field, if not the field alone.
+void addField(QVBoxLayout *fields, const QString &caption, QWidget *field);
+void addField(QVBoxLayout *fields, const QString &caption, QWidget *field, QLayout *row);
+
+/// Adds `buttons` to the contents of `frame`, one above the other.
+void addButtons(TurningPage *page, const ToolbarFrame &frame, const QList<QPushButton *> &buttons);
 
 /// Makes the Escape key press `button` while `page` is visible.
 void pressOnEscape(QWidget *page, QPushButton *button);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "base/recordrows.h"
 
-#include <algorithm>
-
 #include "data/database.h"
 #include "widgets/listrow.h"
 
@@ -24,7 +22,10 @@ QList<QListWidgetItem *> recordRows(QSqlQuery &query,
 QListWidgetItem *rowOfRecord(const QList<QListWidgetItem *> &rows, int id,
                              QListWidgetItem *otherwise)
 {
-    const auto found = std::find_if(rows.crbegin(), rows.crend(),
-                                    [id](const QListWidgetItem *row) { return rowId(*row) == id; });
-    return found == rows.crend() ? otherwise : *found;
+    // From the end: of two rows with the same id, the last one counts.
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
+        if (rowId(**row) == id)
+            return *row;
+    }
+    return otherwise;
 }

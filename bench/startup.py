@@ -84,7 +84,7 @@ def run(program, idle):
     with screen() as (display, pixels), tempfile.TemporaryDirectory() as home:
         environment = {
             "PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display, "LC_ALL": "C.UTF-8",
-            "XDG_RUNTIME_DIR": home, "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion",
+            "XDG_RUNTIME_DIR": home, "QT_QPA_PLATFORM": "xcb",
             "TROLLEO_TILE_SERVER": "http://127.0.0.1:9", "TROLLEO_GPSD": "127.0.0.1:9",
             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
             "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",

@@ -2,13 +2,13 @@
 #include "gps/coordinatespage.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTabWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "base/trsettings.h"
 #include "data/database.h"
 #include "data/statements.h"
@@ -25,6 +25,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Of the sheet of a tab, in device-independent pixels.
+constexpr QMargins tabMargins(6, 12, 6, 12);
 const QString decimalMask = u"#00.000000"_s;
 const QString wholeMask = u"00"_s;
 const QString secondsMask = u"00.00"_s;
@@ -43,10 +45,9 @@ MaskedField *maskedField(const QString &objectName, const QString &mask, const Q
 QBoxLayout *axisPane(const QString &caption, QLayout *fields)
 {
     auto *pane = new QVBoxLayout;
-    pane->addStretch();
-    pane->addWidget(new QLabel(caption));
+    pane->setSpacing(Controls::captionGap);
+    pane->addWidget(Controls::caption(caption));
     pane->addLayout(fields);
-    pane->addStretch();
     return pane;
 }
 
@@ -56,10 +57,15 @@ void addTab(QTabWidget *tabs, TurningBoxes &turningBoxes, const QString &title,
 {
     auto *tab = new QWidget;
     QFrame *line = Controls::separator(QFrame::VLine);
-    auto *box = new QHBoxLayout(tab);
+    auto *column = new QVBoxLayout(tab);
+    column->setContentsMargins(tabMargins);
+    auto *box = new QHBoxLayout;
+    box->setSpacing(Controls::besideSeparator);
     box->addLayout(latitude, 1);
     box->addWidget(line);
     box->addLayout(longitude, 1);
+    column->addLayout(box);
+    column->addStretch(1); // a keyboard on the screen covers what is below
     tabs->addTab(tab, title);
     turningBoxes.alongWidth << box;
     turningBoxes.separators << line;
@@ -160,7 +166,9 @@ void ShopWindow::buildCoordinatesPage()
     p.views->setCurrentIndex(CoordinatesPage::EditView);
     p.set = Controls::textButton(u"setButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                  tr("Set"));
+    Controls::setMain(p.set);
     auto *column = new QVBoxLayout;
+    column->setSpacing(Controls::paneGap);
     column->addWidget(p.views, 1);
     column->addWidget(p.set);
     p.contents->addLayout(column, 1);
@@ -196,13 +204,15 @@ void ShopWindow::buildCoordinatesGpsView()
     p.getFromGps = Controls::textButton(u"getFromGpsButton"_s, u":/img/gps.svg"_s,
                                         Controls::pictureExtent, tr("Get from GPS"));
 
-    auto *view = new QWidget;
-    auto *box = new QVBoxLayout(view);
+    QFrame *view = Controls::sheet();
+    QVBoxLayout *box = Controls::layOutSheet(view);
     box->addWidget(heading);
     box->addWidget(p.status, 1);
-    QFormLayout *values = Frames::addFields(box);
-    values->addRow(tr("Lon:"), p.longitudeValue);
-    values->addRow(tr("Lat:"), p.latitudeValue);
+    auto *values = new QVBoxLayout;
+    values->addStretch();
+    box->addLayout(values);
+    Frames::addField(values, tr("Lon:"), p.longitudeValue);
+    Frames::addField(values, tr("Lat:"), p.latitudeValue);
     box->addWidget(p.getFromGps);
     p.views->addWidget(view);
 

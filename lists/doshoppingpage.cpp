@@ -23,6 +23,7 @@ void ShopWindow::buildDoShoppingPage()
     TurningPage *page = addPage(PageDoShopping, u"doShoppingPage"_s, tr("Do Shopping"));
     DoShoppingPage &p = *doShoppingPage;
     p = {Frames::makeListFrame(page, u":/img/check-list.svg"_s, QString())};
+    p.list->setPlaceholder(u":/img/check-list.svg"_s, tr("Nothing to buy on this list."));
 
     p.check = Controls::pictureButton(u"checkButton"_s, u":/img/check_sign_fill.svg"_s,
                                       Controls::pictureExtent, tr("Check"));
@@ -32,7 +33,8 @@ void ShopWindow::buildDoShoppingPage()
                                 tr("OK"));
     p.buttons->addWidget(p.check);
     p.buttons->addWidget(p.uncheck);
-    p.buttons->addWidget(p.ok, 1);
+    Controls::setMain(p.ok);
+    p.buttons->addWidget(p.ok, 1, Qt::AlignBottom);
 
     connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::doShoppingItemClicked);
     connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::doShoppingItemActivated);

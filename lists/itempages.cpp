@@ -2,7 +2,6 @@
 #include "lists/itempages.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -12,6 +11,7 @@
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
@@ -49,13 +49,15 @@ void ShopWindow::buildItemsListPage()
     TurningPage *page = addPage(PageItemsList, u"itemsListPage"_s, tr("Items List"));
     ItemsListPage &p = *itemsListPage;
     p = {Frames::makeListFrame(page, u":/img/shopping-cart.svg"_s, QString())};
+    p.list->setPlaceholder(u":/img/shopping-cart.svg"_s, tr("No goods yet. Press + to add one."));
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New item"));
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
     p.buttons->addWidget(p.add);
-    p.buttons->addWidget(p.ok, 1);
+    Controls::setMain(p.ok);
+    p.buttons->addWidget(p.ok, 1, Qt::AlignBottom);
 
     connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shoppingItemClicked);
     connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::shoppingItemActivated);
@@ -148,7 +150,7 @@ void ShopWindow::buildItemEditPage()
     p.amount->setAccessibleName(tr("Amount"));
     p.amount->setMinimum(1);
     p.amount->setAlignment(Qt::AlignCenter);
-    p.fields->addRow(tr("Name"), p.name);
+    Frames::addField(p.fields, tr("Name"), p.name);
     // The arrows that a spin box has are too small for a finger.
     p.amount->setButtonSymbols(QAbstractSpinBox::NoButtons);
     QPushButton *less = stepButton(u"lessButton"_s, u"−"_s, tr("Less"));
@@ -157,7 +159,7 @@ void ShopWindow::buildItemEditPage()
     amount->addWidget(less);
     amount->addWidget(p.amount, 1);
     amount->addWidget(more);
-    p.fields->addRow(tr("Amount"), amount);
+    Frames::addField(p.fields, tr("Amount"), p.amount, amount);
     connect(less, &QPushButton::clicked, p.amount, &QSpinBox::stepDown);
     connect(more, &QPushButton::clicked, p.amount, &QSpinBox::stepUp);
     Frames::setTabOrder({p.name, p.amount, p.save, p.remove});

@@ -2,13 +2,13 @@
 #include "lists/shoppinglistpages.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
@@ -31,13 +31,15 @@ void ShopWindow::buildShoppingListsPage()
     TurningPage *page = addPage(PageShoppingLists, u"shoppingListsPage"_s, tr("Shopping Lists"));
     ShoppingListsPage &p = *shoppingListsPage;
     p = {Frames::makeListFrame(page, u":/img/listList.png"_s, tr("Shopping Lists"))};
+    p.list->setPlaceholder(u":/img/listList.png"_s, tr("No lists yet. Press + to make one."));
 
     p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
                                     Controls::pictureExtent, tr("Select"));
     p.create = Controls::pictureButton(u"createButton"_s, u":/img/plus.svg"_s,
                                        Controls::pictureExtent, tr("New list"));
     p.buttons->addWidget(p.create);
-    p.buttons->addWidget(p.select, 1);
+    Controls::setMain(p.select);
+    p.buttons->addWidget(p.select, 1, Qt::AlignBottom);
 
     connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shopListItemClicked);
     connect(p.list, &QListWidget::itemActivated, this, &ShopWindow::shopListItemActivated);
@@ -107,10 +109,10 @@ void ShopWindow::buildListEditPage()
     p.state->setText(tr("unknown"));
     p.reset = new QPushButton(tr("Reset"));
     p.reset->setObjectName(u"resetButton"_s);
-    p.fields->addRow(tr("ShopList"), p.name);
-    p.fields->addRow(tr("Store"), p.store);
-    p.fields->addRow(tr("State"), p.state);
-    p.fields->addRow(QString(), p.reset);
+    Frames::addField(p.fields, tr("ShopList"), p.name);
+    Frames::addField(p.fields, tr("Store"), p.store);
+    Frames::addField(p.fields, tr("State"), p.state);
+    p.fields->insertWidget(p.fields->count() - 1, p.reset);
     Frames::setTabOrder({p.name, p.store, p.reset, p.save, p.remove});
 
     connect(p.store, &QPushButton::clicked, this, &ShopWindow::shopListSelectMagazin);

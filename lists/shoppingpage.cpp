@@ -2,7 +2,6 @@
 #include "lists/shoppingpage.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -28,12 +27,13 @@ void ShopWindow::buildShoppingPage()
     frame.picture->setPicture(u":/img/shopping-cart.svg"_s, Controls::pictureExtent);
 
     p.listName = Controls::valueLabel(u"listName"_s);
+    Controls::setBold(p.listName);
     p.store = Controls::valueLabel(u"storeName"_s);
     p.state = Controls::valueLabel(u"listState"_s);
-    QFormLayout *fields = Frames::addFields(frame.contents);
-    fields->addRow(tr("List"), p.listName);
-    fields->addRow(tr("Store"), p.store);
-    fields->addRow(tr("State"), p.state);
+    QVBoxLayout *fields = Frames::addFields(frame.contents);
+    Frames::addField(fields, tr("List"), p.listName);
+    Frames::addField(fields, tr("Store"), p.store);
+    Frames::addField(fields, tr("State"), p.state);
 
     p.start = Controls::textButton(u"startButton"_s, u":/img/check-list.svg"_s,
                                    Controls::pictureExtent, tr("Start"));
@@ -44,10 +44,8 @@ void ShopWindow::buildShoppingPage()
                                    Controls::pictureExtent, tr("Lists"));
     p.edit->setEnabled(false);
     p.goods->setEnabled(false);
-    auto *buttons = new QVBoxLayout;
-    for (QPushButton *button : {p.start, p.edit, p.goods, p.lists})
-        buttons->addWidget(button);
-    frame.contents->addLayout(buttons);
+    Controls::setMain(p.start);
+    Frames::addButtons(page, frame, {p.start, p.edit, p.goods, p.lists});
 
     connect(p.start, &QPushButton::clicked, this, &ShopWindow::startShopping);
     connect(p.edit, &QPushButton::clicked, this, &ShopWindow::listPropertiesEditClicked);

@@ -86,9 +86,16 @@ PICTURES = {
     "storeList.svg": plain("department-store"),
     "tools.svg": plain("hammer-and-wrench"),
     "trash.svg": plain("wastebasket"),
-    "uncheck-aqua.svg": plain("white-large-square"),
     "warning_r.svg": plain("warning"),
 }
+
+# The set's own box is white, which glares on a dark ground; this frame has a clear middle.
+FRAME = (
+    '<g fill="none"><path fill="#7a8794" fill-rule="evenodd" d="M5 1.5A3.5 3.5 0 0 0 1.5 5v22A3.5 3.5 '
+    '0 0 0 5 30.5h22a3.5 3.5 0 0 0 3.5-3.5V5A3.5 3.5 0 0 0 27 1.5zm0 2.4h22A1.1 1.1 0 0 1 28.1 5v22a1.1 '
+    '1.1 0 0 1-1.1 1.1H5A1.1 1.1 0 0 1 3.9 27V5A1.1 1.1 0 0 1 5 3.9"/></g>'
+)
+DRAWN_HERE = {"uncheck-aqua.svg": FRAME}
 
 
 def layer(icons, icon, placement, colours):
@@ -104,8 +111,9 @@ def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     icons = json.loads(pathlib.Path(sys.argv[1]).read_text())["icons"]
-    for name, layers in PICTURES.items():
-        drawing = "".join(layer(icons, *each) for each in layers)
+    drawings = {name: "".join(layer(icons, *each) for each in layers)
+                for name, layers in PICTURES.items()}
+    for name, drawing in (drawings | DRAWN_HERE).items():
         svg = (
             f'<svg xmlns="http://www.w3.org/2000/svg" width="{EXTENT}" height="{EXTENT}" '
             f'viewBox="0 0 {VIEW_BOX} {VIEW_BOX}">{drawing}</svg>\n'

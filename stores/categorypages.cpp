@@ -2,12 +2,12 @@
 #include "stores/categorypages.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
@@ -28,13 +28,15 @@ void ShopWindow::buildCategoryListPage()
     TurningPage *page = addPage(PageCategoryList, u"categoryListPage"_s, tr("Category List"));
     CategoryListPage &p = *categoryListPage;
     p = {Frames::makeListFrame(page, u":/img/bee.png"_s, tr("Category List"))};
+    p.list->setPlaceholder(u":/img/bee.png"_s, tr("No categories yet. Press + to add one."));
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New category"));
     p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
                                     Controls::pictureExtent, tr("Select"));
     p.buttons->addWidget(p.add);
-    p.buttons->addWidget(p.select, 1);
+    Controls::setMain(p.select);
+    p.buttons->addWidget(p.select, 1, Qt::AlignBottom);
 
     connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::categoryItemClicked);
     connect(p.add, &QPushButton::clicked, this, &ShopWindow::addCategoryClicked);
@@ -92,7 +94,7 @@ void ShopWindow::buildCategoryEditPage()
 
     p.name = Frames::nameField(u"nameField"_s, p.save);
     p.name->setAlignment(Qt::AlignCenter);
-    p.fields->addRow(tr("Category"), p.name);
+    Frames::addField(p.fields, tr("Category"), p.name);
     Frames::setTabOrder({p.name, p.save, p.remove});
 
     connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteCategoryClicked);

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "stores/storeeditpage.h"
 
-#include <QFormLayout>
+#include <QBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "data/database.h"
 #include "data/statements.h"
 #include "gps/coordinates.h"
@@ -43,9 +44,9 @@ void ShopWindow::buildStoreEditPage()
     p.coordinates->setMaximumWidth(textWidth);
     p.coordinates->setName(tr("(set Coordinates)"));
     coordinatesTextStoreId = 0;
-    p.fields->addRow(tr("Store"), p.name);
-    p.fields->addRow(tr("Category"), p.category);
-    p.fields->addRow(tr("GPS"), p.coordinates);
+    Frames::addField(p.fields, tr("Store"), p.name);
+    Frames::addField(p.fields, tr("Category"), p.category);
+    Frames::addField(p.fields, tr("GPS"), p.coordinates);
     Frames::setTabOrder({p.name, p.category, p.coordinates, p.save, p.remove});
 
     connect(p.category, &QPushButton::clicked, this, &ShopWindow::showCategoriesClicked);

@@ -2,12 +2,12 @@
 #include "stores/storepages.h"
 
 #include <QBoxLayout>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
 
 #include "app/shopwindow.h"
+#include "base/frames.h"
 #include "base/recordrows.h"
 #include "data/database.h"
 #include "data/statements.h"
@@ -33,15 +33,16 @@ void ShopWindow::buildStoresPage()
     frame.picture->setPicture(u":/img/market.png"_s, Controls::pictureExtent);
 
     p.name = Controls::valueLabel(u"storeName"_s);
+    Controls::setBold(p.name);
     p.name->setText(tr("(empty)"));
     p.category = Controls::valueLabel(u"storeCategory"_s);
     p.category->setText(tr("(not set)"));
     p.distance = Controls::valueLabel(u"storeDistance"_s);
     p.distance->setText(tr("(GPS not active)"));
-    QFormLayout *fields = Frames::addFields(frame.contents);
-    fields->addRow(tr("Store"), p.name);
-    fields->addRow(tr("Category"), p.category);
-    fields->addRow(tr("Distance"), p.distance);
+    QVBoxLayout *fields = Frames::addFields(frame.contents);
+    Frames::addField(fields, tr("Store"), p.name);
+    Frames::addField(fields, tr("Category"), p.category);
+    Frames::addField(fields, tr("Distance"), p.distance);
 
     p.edit = Controls::textButton(u"editButton"_s, u":/img/edit.svg"_s, Controls::pictureExtent,
                                   tr("Edit Store"));
@@ -50,10 +51,8 @@ void ShopWindow::buildStoresPage()
                                     Controls::pictureExtent, tr("Stores"));
     p.create = Controls::textButton(u"newButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New"));
-    auto *buttons = new QVBoxLayout;
-    for (QPushButton *button : {p.edit, p.stores, p.create})
-        buttons->addWidget(button);
-    frame.contents->addLayout(buttons);
+    Controls::setMain(p.stores);
+    Frames::addButtons(page, frame, {p.edit, p.stores, p.create});
 
     connect(p.edit, &QPushButton::clicked, this, &ShopWindow::editShopClicked);
     connect(p.stores, &QPushButton::clicked, this, &ShopWindow::viewShopsClicked);
@@ -123,13 +122,15 @@ void ShopWindow::buildStoreListPage()
     TurningPage *page = addPage(PageStoreList, u"storeListPage"_s, tr("Stores List"));
     StoreListPage &p = *storeListPage;
     p = {Frames::makeListFrame(page, u":/img/market.png"_s, tr("Stores List"))};
+    p.list->setPlaceholder(u":/img/market.png"_s, tr("No stores yet. Press + to add one."));
 
     p.add = Controls::pictureButton(u"addButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New store"));
     p.select = Controls::textButton(u"selectButton"_s, u":/img/commit.png"_s,
                                     Controls::pictureExtent, tr("Select"));
     p.buttons->addWidget(p.add);
-    p.buttons->addWidget(p.select, 1);
+    Controls::setMain(p.select);
+    p.buttons->addWidget(p.select, 1, Qt::AlignBottom);
 
     connect(p.list, &QListWidget::itemClicked, this, &ShopWindow::shopItemClicked);
     connect(p.add, &QPushButton::clicked, this, &ShopWindow::addShopClicked);

@@ -24,6 +24,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int storePointSize = 28;
+
 // Action keys of the notification.
 const QString nextAction = u"next"_s;
 const QString stopAction = u"stop"_s;
@@ -41,9 +43,15 @@ void ShopWindow::buildReminderPage()
     p.heading = Controls::valueLabel(u"reminderHeading"_s);
     p.heading->setText(tr("You have a Shopping List for this Store:"));
     p.heading->setAlignment(Qt::AlignCenter);
+    p.heading->setProperty(Controls::captionProperty, true);
     p.store = Controls::valueLabel(u"reminderStore"_s);
     p.store->setAlignment(Qt::AlignCenter);
     p.store->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    // What a person is to see first.
+    QFont large = page->font();
+    large.setPointSize(storePointSize);
+    large.setBold(true);
+    p.store->setFont(large);
     PictureLabel *picture = Controls::pictureLabel(u"picture"_s);
     picture->setPicture(u":/img/reminder.svg"_s, Controls::pictureExtent);
     p.next = Controls::textButton(u"nextButton"_s, u":/img/next.svg"_s, Controls::pictureExtent,
@@ -54,12 +62,15 @@ void ShopWindow::buildReminderPage()
                                            Controls::pictureExtent, tr("Start Shopping"));
 
     auto *box = new QVBoxLayout(page);
-    Controls::setPageSpacing(box);
-    box->addWidget(p.heading);
-    box->addWidget(p.store, 1);
-    box->addWidget(picture);
-    for (QPushButton *button : {p.next, p.stop, p.startShopping})
-        box->addWidget(button);
+    Controls::setPaneSpacing(box);
+    QVBoxLayout *sheet = Frames::addSheet(box);
+    sheet->addWidget(p.heading);
+    sheet->addWidget(p.store, 1);
+    sheet->addWidget(picture);
+    Controls::setMain(p.startShopping);
+    auto *answers = new QVBoxLayout;
+    Controls::addStack(answers, {p.next, p.stop, p.startShopping});
+    box->addLayout(answers);
 
     connect(p.next, &QPushButton::clicked, this, &ShopWindow::skipStore);
     connect(p.stop, &QPushButton::clicked, this, &ShopWindow::stopTracking);

@@ -36,6 +36,7 @@ void ShopWindow::setupTrackedListPage()
     TurningPage *page = addPage(PageTrackedList, u"trackedListPage"_s, tr("Tracking"));
     TrackedListPage &p = *trackedListPage;
     p = {Frames::makeListFrame(page, u":/img/eye.svg"_s, QString())};
+    p.list->setPlaceholder(u":/img/eye.svg"_s, tr("No stores to show."));
     // The page has the same layout in both orientations.
     page->turningBoxes.turn(Qt::Vertical);
     page->turningBoxes = {};
@@ -69,7 +70,8 @@ void ShopWindow::setupTrackedListPage()
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
-    p.buttons->addWidget(p.ok, 1);
+    Controls::setMain(p.ok);
+    p.buttons->addWidget(p.ok, 1, Qt::AlignBottom);
     Frames::setTabOrder({p.listButton, p.mapButton, p.back, p.help, p.list, p.map, p.ok});
 
     connectView(p.listButton, p.views, TrackedListPage::ListView, &ShopWindow::trackingListShow);

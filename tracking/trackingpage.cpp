@@ -73,17 +73,16 @@ void ShopWindow::buildTrackingPage()
     p.criteria->setObjectName(u"criteria"_s);
     auto *criteria = new QVBoxLayout(p.criteria);
     criteria->setContentsMargins({});
+    criteria->setSpacing(Controls::captionGap);
     for (QWidget *widget : QList<QWidget *>{p.all, p.byCategory, p.category, p.byStore, p.store})
         criteria->addWidget(widget);
-    auto *column = new QVBoxLayout;
-    column->addStretch();
-    column->addWidget(p.criteria);
-    column->addStretch();
-    auto *buttons = new QVBoxLayout;
-    for (QPushButton *button : {p.view, p.stop, p.start})
-        buttons->addWidget(button);
-    frame.contents->addLayout(column, 1);
-    frame.contents->addLayout(buttons);
+    QVBoxLayout *sheet = Frames::addSheet(frame.contents);
+    sheet->addWidget(p.criteria);
+    sheet->addStretch();
+    // Whichever of them is enabled is the main action.
+    Controls::setMain(p.start);
+    Controls::setMain(p.stop);
+    Frames::addButtons(page, frame, {p.view, p.stop, p.start});
 
     connect(p.start, &QPushButton::clicked, this, &ShopWindow::startTracking);
     connect(p.stop, &QPushButton::clicked, this, &ShopWindow::stopTracking);

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/controls.h"
 
+#include <algorithm>
+
 #include <QBoxLayout>
+#include <QFont>
 #include <QLabel>
 #include <QPushButton>
 
@@ -12,16 +15,93 @@
 namespace {
 
 // Device-independent pixels.
-constexpr int pageSpacing = 8;
+constexpr int pageEdge = 12;
+constexpr int rowGap = 8;
 /// An icon does not tell where it is from.
 constexpr const char *pictureProperty = "picture";
+
+using TextButton = WrappingButton<QPushButton, QStyle::CE_PushButton>;
+
+/// Where it is narrow, it has its picture above its text.
+class Door : public TextButton
+{
+public:
+    using TextButton::TextButton;
+
+    QSize minimumSizeHint() const override
+    {
+        const int word = TextBreaking::widestWord(text(), fontMetrics());
+        return {std::max(word, iconSize().width()), sizeHint().height()};
+    }
+};
+
+void prepare(QPushButton *button, const QString &objectName, const QString &picture, int extent)
+{
+    // It may be narrower than its hint.
+    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    button->setObjectName(objectName);
+    button->setIconSize(QSize(extent, extent));
+    button->setProperty(pictureProperty, picture);
+}
 
 } // namespace
 
 void Controls::setPageSpacing(QBoxLayout *box)
 {
-    box->setSpacing(pageSpacing);
-    box->setContentsMargins(pageSpacing, pageSpacing, pageSpacing, pageSpacing);
+    box->setSpacing(besideSeparator);
+    box->setContentsMargins(pageEdge, pageEdge, pageEdge, pageEdge);
+}
+
+void Controls::setPaneSpacing(QBoxLayout *box)
+{
+    box->setSpacing(paneGap);
+    box->setContentsMargins(pageEdge, pageEdge, pageEdge, pageEdge);
+}
+
+QFrame *Controls::sheet()
+{
+    auto *frame = new QFrame;
+    frame->setFrameShape(QFrame::StyledPanel);
+    return frame;
+}
+
+QVBoxLayout *Controls::layOutSheet(QFrame *sheet)
+{
+    auto *layout = new QVBoxLayout(sheet);
+    layout->setContentsMargins(sheetMargins);
+    layout->setSpacing(rowGap);
+    return layout;
+}
+
+QLabel *Controls::caption(const QString &text)
+{
+    auto *label = new WrapLabel;
+    label->setText(text);
+    label->setProperty(captionProperty, true);
+    return label;
+}
+
+void Controls::setBold(QWidget *widget)
+{
+    QFont bold = widget->font();
+    bold.setBold(true);
+    widget->setFont(bold);
+}
+
+void Controls::setMain(QPushButton *button)
+{
+    button->setDefault(true);
+    setBold(button);
+}
+
+void Controls::addStack(QBoxLayout *box, const QList<QPushButton *> &buttons)
+{
+    box->setSpacing(stackGap);
+    box->addStretch();
+    for (QPushButton *button : buttons) {
+        button->setProperty(leadingProperty, true);
+        box->addWidget(button);
+    }
 }
 
 QPushButton *Controls::pictureButton(const QString &objectName, const QString &picture, int extent,
@@ -43,13 +123,18 @@ QPushButton *Controls::viewButton(const QString &objectName, const QString &pict
 QPushButton *Controls::textButton(const QString &objectName, const QString &picture, int extent,
                                   const QString &text)
 {
-    auto *button =
-        new WrappingButton<QPushButton, QStyle::CE_PushButton>(Pictures::icon(picture), text);
-    // It may be narrower than its hint.
-    button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    button->setObjectName(objectName);
-    button->setIconSize(QSize(extent, extent));
-    button->setProperty(pictureProperty, picture);
+    auto *button = new TextButton(Pictures::icon(picture), text);
+    prepare(button, objectName, picture, extent);
+    return button;
+}
+
+QPushButton *Controls::door(const QString &objectName, const QString &picture, int extent,
+                            const QString &text)
+{
+    auto *button = new Door(Pictures::icon(picture), text);
+    prepare(button, objectName, picture, extent);
+    button->setProperty(leadsOnProperty, true);
+    setBold(button);
     return button;
 }
 
@@ -76,6 +161,7 @@ QFrame *Controls::separator(QFrame::Shape shape)
 {
     auto *line = new QFrame;
     line->setFrameShape(shape);
+    line->setMinimumSize(besideSeparator, besideSeparator);
     line->setFrameShadow(QFrame::Sunken);
     return line;
 }

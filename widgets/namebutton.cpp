@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/namebutton.h"
 
+#include <algorithm>
+
 #include <QKeySequence>
 #include <QStyle>
 #include <QStyleOptionButton>
+
+#include "widgets/controls.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Enough to tell most names from each other.
-constexpr int leastCharacters = 18;
+constexpr int leastCharacters = 17;
 
 } // namespace
 
@@ -19,6 +23,7 @@ NameButton::NameButton(QWidget *parent)
 {
     // A layout takes the size hint of a button for its least size else.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setProperty(Controls::leadsOnProperty, true);
 }
 
 void NameButton::setName(const QString &name)
@@ -46,7 +51,8 @@ QSize NameButton::sizeHint() const
 
 QSize NameButton::minimumSizeHint() const
 {
-    return sizeFor(leastCharacters * fontMetrics().averageCharWidth());
+    const int least = leastCharacters * fontMetrics().averageCharWidth();
+    return sizeFor(std::min(least, fontMetrics().horizontalAdvance(text())));
 }
 
 void NameButton::initStyleOption(QStyleOptionButton *option) const

@@ -6,12 +6,29 @@
 #include <QAccessible>
 #include <QFocusEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QShowEvent>
 #include <QSignalBlocker>
 
 #include "widgets/listrow.h"
+#include "widgets/pictures.h"
 #include "widgets/TrKineticScroller.h"
+
+namespace {
+
+// Device-independent pixels.
+constexpr int gapBesideRow = 3; // above and below it
+constexpr int besideRows = 8;   // left and right of them, with the frame 14
+constexpr int selectionBesideRow = 10;
+constexpr int selectionRadius = 10;
+constexpr int selectionLine = 2;
+/// Keeps the rounded ends of a selection that is partly scrolled away out of sight.
+constexpr int pillOverhang = 100;
+constexpr int placeholderExtent = 96;
+constexpr qreal placeholderOpacity = 0.45;
+
+} // namespace
 
 TouchList::TouchList(QWidget *parent)
     : QListWidget(parent)
@@ -20,8 +37,8 @@ TouchList::TouchList(QWidget *parent)
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAutoScroll(false);
-    setAlternatingRowColors(true);
     setUniformItemSizes(true);
+    setSpacing(gapBesideRow);
     scroller->enableKineticScrollFor(this);
 }
 
@@ -65,6 +82,82 @@ void TouchList::chooseInPlace(int row)
 {
     const QScopedValueRollback guard(staysInPlace, true);
     setCurrentRow(row);
+}
+
+void TouchList::setPlaceholder(const QString &picture, const QString &text)
+{
+    placeholderPicture = picture;
+    placeholderText = text;
+}
+
+/// The gaps between rows belong to the rows beside them: a finger in a gap means one of them.
+QModelIndex TouchList::indexAt(const QPoint &position) const
+{
+    for (const int offset : {0, -2 * gapBesideRow, 2 * gapBesideRow}) {
+        const QModelIndex index = QListWidget::indexAt(position + QPoint(0, offset));
+        if (index.isValid())
+            return index;
+    }
+    return {};
+}
+
+QRect TouchList::visualRect(const QModelIndex &index) const
+{
+    const QRect rect = QListWidget::visualRect(index);
+    return rect.isValid()
+               ? rect.adjusted(besideRows - gapBesideRow, 0, gapBesideRow - besideRows, 0)
+               : rect;
+}
+
+/// The delegate fills its own rectangle only; the selection is wider and has rounded corners.
+void TouchList::paintEvent(QPaintEvent *event)
+{
+    {
+        QPainter painter(viewport());
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (count() == 0 && !placeholderText.isEmpty())
+            paintPlaceholder(painter);
+        for (const QModelIndex &index : selectedIndexes()) {
+            const QRectF pill =
+                QRectF(visualRect(index))
+                    .adjusted(-selectionBesideRow, -gapBesideRow + 1, selectionBesideRow,
+                              gapBesideRow - 1)
+                    .intersected(
+                        QRectF(viewport()->rect()).adjusted(0, -pillOverhang, 0, pillOverhang));
+            painter.setBrush(palette().brush(QPalette::Highlight));
+            painter.setPen(QPen(palette().color(QPalette::Link), selectionLine));
+            constexpr qreal half = selectionLine / 2.0;
+            painter.drawRoundedRect(pill.adjusted(half, half, -half, -half), selectionRadius,
+                                    selectionRadius);
+        }
+    }
+    QListWidget::paintEvent(event);
+}
+
+void TouchList::paintPlaceholder(QPainter &painter) const
+{
+    const QFontMetrics metrics = window()->fontMetrics();
+    const QRect room = viewport()->rect().adjusted(besideRows, 0, -besideRows, 0);
+    const QRect text = metrics.boundingRect(QRect(0, 0, room.width(), room.height()),
+                                            Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
+    const int top = room.center().y() - (placeholderExtent + metrics.descent() + text.height()) / 2;
+    painter.setOpacity(placeholderOpacity);
+    Pictures::icon(placeholderPicture)
+        .paint(&painter, QRect(room.center().x() - placeholderExtent / 2, top, placeholderExtent,
+                               placeholderExtent));
+    painter.setOpacity(1);
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.setFont(window()->font());
+    painter.drawText(QRect(room.left(), top + placeholderExtent + metrics.descent(), room.width(),
+                           text.height()),
+                     Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
+}
+
+/// The view repaints rows, and the selection is higher than a row.
+void TouchList::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QListWidget::selectionChanged(selected, deselected);
+    viewport()->update();
 }
 
 QSize TouchList::minimumSizeHint() const

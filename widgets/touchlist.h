@@ -6,6 +6,7 @@
 
 #include "widgets/doubletap.h"
 
+class QPainter;
 class TrKineticScroller;
 
 /// A list for fingers: it flicks, a single tap never activates a row whatever the desktop's style
@@ -34,6 +35,14 @@ public:
     /// Makes `row` the current one, or none for -1, and scrolls nowhere.
     void chooseInPlace(int row);
 
+    /// What the list shows while it has no rows: `picture`, a resource path, and `text`, which says
+    /// what to do.
+    void setPlaceholder(const QString &picture, const QString &text);
+
+    QModelIndex indexAt(const QPoint &position) const override;
+    /// Without the margins at the sides, which the selection reaches into.
+    QRect visualRect(const QModelIndex &index) const override;
+
     /// Room for some rows of some words.
     QSize minimumSizeHint() const override;
 
@@ -50,10 +59,17 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
     void showEvent(QShowEvent *event) override;
 
 private:
+    void paintPlaceholder(QPainter &painter) const;
+
     TrKineticScroller *scroller;
+    QString placeholderPicture;
+    QString placeholderText;
     bool staysInPlace = false;
     bool scrollWhenShown = false;
     /// Of the last press that was not ignored.

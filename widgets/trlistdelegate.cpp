@@ -14,7 +14,15 @@ namespace {
 // Pixels.
 constexpr int roomAboveAndBelowText = 9;
 constexpr int gapBesideColumn = 2;
+constexpr int gapBetweenColumns = 10;
 constexpr int columns = 3; // the second column takes the last third
+
+void drawElided(QPainter *painter, const QRect &rect, const QString &text,
+                const QTextOption &option)
+{
+    const QString elided = painter->fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
+    painter->drawText(QRectF(rect), elided, option);
+}
 
 } // namespace
 
@@ -73,18 +81,18 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
     QTextOption alignment(Qt::AlignLeft | Qt::AlignVCenter);
     alignment.setWrapMode(QTextOption::NoWrap);
     if (second.isEmpty()) {
-        painter->drawText(QRectF(rect.adjusted(left, 0, 0, 0)), text, alignment);
+        drawElided(painter, rect.adjusted(left, 0, 0, 0), text, alignment);
     } else {
         const int third = width / columns;
-        painter->drawText(QRectF(rect.adjusted(left, 0, -(third + gapBesideColumn), 0)), text,
-                          alignment);
+        const QRect first = rect.adjusted(left, 0, -(third + gapBesideColumn), 0);
+        drawElided(painter, first.adjusted(0, 0, -gapBetweenColumns, 0), text, alignment);
         if (option.fontMetrics.horizontalAdvance(second) < third)
             alignment.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         font.setItalic(true);
         font.setPointSize(font.pointSize() - 1);
         painter->setFont(font);
         const int secondLeft = width * (columns - 1) / columns + gapBesideColumn;
-        painter->drawText(QRectF(rect.adjusted(secondLeft, 0, 0, 0)), second, alignment);
+        drawElided(painter, rect.adjusted(secondLeft, 0, 0, 0), second, alignment);
     }
     painter->restore();
 }

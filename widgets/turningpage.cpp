@@ -217,11 +217,23 @@ void TurningPage::scrollWhatIsTooLarge()
     area->show();
     stackWhatIsTooWide(); // the scroll bar takes some of the width
     // Whatever gives something the focus, it is to be seen.
-    connect(qApp, &QApplication::focusChanged, area, [this](QWidget * /*before*/, QWidget *now) {
-        const QWidget *scrolled = area->widget(); // none while the page goes
-        if (scrolled && now && scrolled->isAncestorOf(now))
-            area->ensureWidgetVisible(now);
-    });
+    connect(qApp, &QApplication::focusChanged, area, [this] { showFocused(); });
+    // The contents may get their size only after the focus.
+    connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, area, [this] { showFocused(); });
+}
+
+void TurningPage::showFocused()
+{
+    const QWidget *contents = area->widget(); // none while the page is destroyed
+    const QWidget *focused = QApplication::focusWidget();
+    if (!contents || !focused || !contents->isAncestorOf(focused))
+        return;
+    // ensureWidgetVisible() would only show the cursor of a field.
+    constexpr int around = 8; // device-independent pixels
+    const QRect rect(focused->mapTo(contents, QPoint()), focused->size());
+    const QSize half =
+        (rect.size() / 2 + QSize(around, around)).boundedTo(area->viewport()->size() / 2);
+    area->ensureVisible(rect.center().x(), rect.center().y(), half.width(), half.height());
 }
 
 void TurningPage::fit()

@@ -57,6 +57,7 @@ private:
     bool isTooHigh() const;
     void stackWhatIsTooWide();
     void scrollWhatIsTooLarge();
+    void showFocused();
     void fit();
 
     QAccessible::Role role;

@@ -1091,5 +1091,29 @@
         <source>While the Map shows, distances stay as they were.</source>
         <translation>While the Map shows, distances stay as they were.</translation>
     </message>
+    <message>
+        <source>No lists yet. Press + to make one.</source>
+        <translation>No lists yet. Press + to make one.</translation>
+    </message>
+    <message>
+        <source>No goods yet. Press + to add one.</source>
+        <translation>No goods yet. Press + to add one.</translation>
+    </message>
+    <message>
+        <source>No stores yet. Press + to add one.</source>
+        <translation>No stores yet. Press + to add one.</translation>
+    </message>
+    <message>
+        <source>No categories yet. Press + to add one.</source>
+        <translation>No categories yet. Press + to add one.</translation>
+    </message>
+    <message>
+        <source>Nothing to buy on this list.</source>
+        <translation>Nothing to buy on this list.</translation>
+    </message>
+    <message>
+        <source>No stores to show.</source>
+        <translation>No stores to show.</translation>
+    </message>
 </context>
 </TS>

@@ -1091,5 +1091,29 @@
         <source>While the Map shows, distances stay as they were.</source>
         <translation>Пока показана карта, расстояния не обновляются.</translation>
     </message>
+    <message>
+        <source>No lists yet. Press + to make one.</source>
+        <translation>Списков пока нет. Нажмите +, чтобы создать.</translation>
+    </message>
+    <message>
+        <source>No goods yet. Press + to add one.</source>
+        <translation>Товаров пока нет. Нажмите +, чтобы добавить.</translation>
+    </message>
+    <message>
+        <source>No stores yet. Press + to add one.</source>
+        <translation>Магазинов пока нет. Нажмите +, чтобы добавить.</translation>
+    </message>
+    <message>
+        <source>No categories yet. Press + to add one.</source>
+        <translation>Категорий пока нет. Нажмите +, чтобы добавить.</translation>
+    </message>
+    <message>
+        <source>Nothing to buy on this list.</source>
+        <translation>В этом списке нечего покупать.</translation>
+    </message>
+    <message>
+        <source>No stores to show.</source>
+        <translation>Нет магазинов.</translation>
+    </message>
 </context>
 </TS>

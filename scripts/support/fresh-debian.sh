@@ -14,7 +14,11 @@ make_debian() { # release folder
     mirror=$(apt-get indextargets --format '$(SITE)' | head -n 1)
     mkdir -p "$2"
     debootstrap --variant=minbase --include=ca-certificates "${suites[$1]}" "$2" "$mirror" >/dev/null
-    cp -aL /etc/apt/apt.conf.d "$2/etc/apt/"
+    local file
+    for file in /etc/apt/apt.conf.d/*; do
+        # Those of packages come with the packages there; apt would ask which of the two to keep.
+        dpkg-query --search "$file" >/dev/null 2>&1 || cp -L "$file" "$2/etc/apt/apt.conf.d/"
+    done
     cp -aL /etc/resolv.conf /etc/hosts "$2/etc/"
     cp -a /etc/ssl/certs "$2/etc/ssl/"
     in_debian "$2" apt-get update --quiet >/dev/null

@@ -230,7 +230,7 @@ class Program:
                      != "XDG_RUNTIME_DIR"]:
             del environment[name]
         environment.update({
-            "HOME": str(home.path), "QT_QPA_PLATFORM": "xcb", "QT_STYLE_OVERRIDE": "Fusion",
+            "HOME": str(home.path), "QT_QPA_PLATFORM": "xcb",
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANG": "C.UTF-8",
             # Tests must not contact a tile server on the internet.
             "TROLLEO_TILE_SERVER": "http://127.0.0.1:9", **extra,

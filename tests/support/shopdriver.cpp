@@ -18,6 +18,7 @@
 
 #include "base/pages.h"
 #include "map/mapswidget.h"
+#include "widgets/touchstyle.h"
 
 ShopDriver::ShopDriver(const Caller &by)
     : ShopDriver(Records(), {}, by)
@@ -52,6 +53,9 @@ void ShopDriver::restart(const Caller &by)
 
 void ShopDriver::start(const Caller &by)
 {
+    // As the program does.
+    if (!qobject_cast<TouchStyle *>(QApplication::style()))
+        TouchStyle::applyUnlessChosen(false);
     window = std::make_unique<Window>();
     stack = window->findChild<QStackedWidget *>("pageStack");
     db = std::make_unique<SecondConnection>(home->databaseFile());

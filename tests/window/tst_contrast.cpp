@@ -16,6 +16,8 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
+#include "widgets/controls.h"
+#include "widgets/touchstyle.h"
 
 /// Tests whether texts are legible, by measuring the contrast in pictures of the pages.
 class TestContrast : public QObject
@@ -73,12 +75,19 @@ static QRect textOf(const QWidget *widget, const QString &text)
     constexpr int border = 4;
     QRect inside = widget->rect().adjusted(border, border, -border, -border);
     const auto *button = qobject_cast<const QPushButton *>(widget);
-    if (button && !button->icon().isNull()) {
-        // The picture is left of the text, and both together are centred.
+    if (button && !button->icon().isNull() && !text.isEmpty()) {
+        // The picture stands left of the text. Both are in the middle or, in a stack, at the left.
         const int width = button->fontMetrics().horizontalAdvance(text);
         const int whole = button->iconSize().width() + border + width;
-        inside.setLeft(inside.center().x() + whole / 2 - width + border);
-        inside.setWidth(width - border);
+        const bool isLeading = button->property(Controls::leadingProperty).toBool() ||
+                               button->property(Controls::leadsOnProperty).toBool();
+        if (isLeading && qobject_cast<TouchStyle *>(QApplication::style())) {
+            inside.setLeft(2 * border + qMax(button->iconSize().width(), Controls::pictureExtent));
+            inside.setWidth(width);
+        } else {
+            inside.setLeft(inside.center().x() + whole / 2 - width + border);
+            inside.setWidth(width - border);
+        }
     }
     return inside;
 }
@@ -119,15 +128,28 @@ void TestContrast::readableColors()
 
 void TestContrast::everyTextCanBeRead_data()
 {
-    QTest::addColumn<QPalette>("palette");
-    QTest::newRow("light") << lightPalette();
-    QTest::newRow("dark") << darkPalette();
+    QTest::addColumn<QPalette>("desktop");
+    QTest::addColumn<bool>("isOurStyle");
+    QTest::newRow("light") << lightPalette() << true;
+    QTest::newRow("dark") << darkPalette() << true;
+    QTest::newRow("light, style chosen by the person") << lightPalette() << false;
+    QTest::newRow("dark, style chosen by the person") << darkPalette() << false;
 }
 
 void TestContrast::everyTextCanBeRead()
 {
-    QFETCH(QPalette, palette);
-    QApplication::setPalette(palette);
+    QFETCH(QPalette, desktop);
+    QFETCH(bool, isOurStyle);
+    if (isOurStyle) {
+        auto *style = new TouchStyle;
+        style->polish(desktop); // as Qt does with the palette of a desktop
+        QApplication::setStyle(style);
+    } else {
+        qputenv("QT_STYLE_OVERRIDE", "Fusion");
+        QApplication::setStyle("Fusion");
+    }
+    const auto unchosen = qScopeGuard([] { qunsetenv("QT_STYLE_OVERRIDE"); });
+    QApplication::setPalette(desktop);
     ShopDriver shop({store("Bakery").inCategory(0).openList("Bread"),
                      store("Butcher").inCategory(0).openList("Meat")},
                     {{"GpsEnabled", true}});

@@ -211,7 +211,12 @@ void TestFitting::everythingIsInReach()
             const QSize seen = widget->visibleRegion().boundingRect().size();
             const QSize expected = widget->size().boundedTo(room);
             QVERIFY2(seen.width() >= expected.width() && seen.height() >= expected.height(),
-                     qPrintable(page->objectName() + ' ' + widget->objectName()));
+                     qPrintable(QString("%1 %2: %3x%4 of %5x%6")
+                                    .arg(page->objectName(), widget->objectName())
+                                    .arg(seen.width())
+                                    .arg(seen.height())
+                                    .arg(expected.width())
+                                    .arg(expected.height())));
         }
         for (const QWidget *widget : missing)
             QFAIL(qPrintable(page->objectName() + ' ' + widget->objectName()));

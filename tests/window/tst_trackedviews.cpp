@@ -147,6 +147,7 @@ void TestTrackedViews::mapAndBackKeepsTheList()
 void TestTrackedViews::mapShowsPositionAndNearestStore()
 {
     ShopDriver shop(threeStores, gpsOn);
+    shop.window->resize(480, 800); // so that the map shows the next store as well
     view(shop, 10.0085);
     shop.press("mapViewButton");
     QCOMPARE(map(shop)->centerLatitude(), 10.0085F);

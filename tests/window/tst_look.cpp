@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: MIT
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "tests/support/records.h"
+#include "tests/support/shopdriver.h"
+#include "widgets/contrast.h"
+#include "widgets/touchstyle.h"
+
+/// Tests the program's own style on all pages. With the environment variable TROLLEO_PICTURES set
+/// to a folder, it also leaves a picture of each page there.
+class TestLook : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void chosenStyleWins();
+    void paletteIsLightOrDarkAsTheDesktopIs();
+    void everyTargetIsLargeEnough_data();
+    void everyTargetIsLargeEnough();
+    void pageHasOneMainActionAtMost();
+    void namesStayInTheirButtons();
+    void fingerInAGapMeansARow();
+    void rowsAreAFingerHigh();
+    void emptyListSaysWhatToDo();
+    void buttonIsDrawnPressed();
+    void focusShowsForKeysOnly();
+};
+
+static const Records town{
+    category(1, "Food"),
+    store(1, "Sunrise Bakery")
+        .inCategory(1)
+        .at(10.01, 20)
+        .openList("Breakfast")
+        .good("Rye bread", 2)
+        .good("Wholemeal bread, sliced", 3)
+        .checkedGood("Butter"),
+    store(2, "Green Grocer").inCategory(1).at(10.02, 20).openList("Weekend and other days"),
+};
+
+static void useOurStyle(const QColor &desktop)
+{
+    auto *style = new TouchStyle;
+    QPalette palette(desktop);
+    style->polish(palette); // as Qt does with the palette of a desktop
+    QApplication::setStyle(style);
+    QApplication::setPalette(palette);
+}
+
+void TestLook::chosenStyleWins()
+{
+    QApplication::setStyle("Fusion");
+    TouchStyle::applyUnlessChosen(true);
+    QVERIFY(!qobject_cast<TouchStyle *>(QApplication::style()));
+    qputenv("QT_STYLE_OVERRIDE", "Fusion");
+    TouchStyle::applyUnlessChosen(false);
+    qunsetenv("QT_STYLE_OVERRIDE");
+    QVERIFY(!qobject_cast<TouchStyle *>(QApplication::style()));
+    TouchStyle::applyUnlessChosen(false);
+    QVERIFY(qobject_cast<TouchStyle *>(QApplication::style()));
+}
+
+void TestLook::paletteIsLightOrDarkAsTheDesktopIs()
+{
+    TouchStyle style;
+    for (const auto &[desktop, sheet] : {std::pair(QColor(239, 239, 239), QColor(0xFFFFFF)),
+                                         std::pair(QColor(53, 53, 53), QColor(0x1B222B))}) {
+        QPalette palette(desktop);
+        style.polish(palette);
+        QCOMPARE(palette.color(QPalette::Base), sheet);
+        // Text on what it stands on, and disabled text on its fill.
+        for (const auto &[text, ground] :
+             {std::pair(QPalette::WindowText, QPalette::Window),
+              std::pair(QPalette::Text, QPalette::Base),
+              std::pair(QPalette::ButtonText, QPalette::Button),
+              std::pair(QPalette::ButtonText, QPalette::Midlight),
+              std::pair(QPalette::BrightText, QPalette::Dark),
+              std::pair(QPalette::BrightText, QPalette::Shadow),
+              std::pair(QPalette::PlaceholderText, QPalette::Base),
+              std::pair(QPalette::PlaceholderText, QPalette::Window),
+              std::pair(QPalette::HighlightedText, QPalette::Highlight),
+              std::pair(QPalette::Link, QPalette::Base)})
+            QVERIFY(Contrast::ratio(palette.color(text), palette.color(ground)) >= 4.5);
+        QVERIFY(Contrast::ratio(palette.color(QPalette::Disabled, QPalette::ButtonText),
+                                palette.color(QPalette::Disabled, QPalette::Button)) >= 3);
+        QVERIFY(Contrast::ratio(palette.color(QPalette::Mid), palette.color(QPalette::Base)) >= 3);
+    }
+}
+
+void TestLook::everyTargetIsLargeEnough_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("languageId");
+    QTest::addColumn<QColor>("desktop");
+    for (const auto &[name, desktop] :
+         {std::pair("light", QColor(239, 239, 239)), std::pair("dark", QColor(53, 53, 53))}) {
+        for (const auto &[language, id] : {std::pair("en", 1), std::pair("ru", 2)}) {
+            for (const QSize &size : {QSize(480, 800), QSize(800, 480), QSize(360, 720)})
+                QTest::addRow("%dx%d-%s-%s", size.width(), size.height(), name, language)
+                    << size << id << desktop;
+        }
+    }
+}
+
+void TestLook::everyTargetIsLargeEnough()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, languageId);
+    QFETCH(QColor, desktop);
+    useOurStyle(desktop);
+    ShopDriver shop(town, {{"GpsEnabled", true}, {"LanguageId", languageId}});
+    shop.window->resize(size);
+    QCoreApplication::processEvents();
+    const QString pictures = qEnvironmentVariable("TROLLEO_PICTURES");
+    int number = 0;
+    int targets = 0;
+    forEveryView(shop.stack, [&](const QWidget *page) {
+        for (const QWidget *widget : page->findChildren<QWidget *>()) {
+            const bool isTarget = qobject_cast<const QAbstractButton *>(widget) ||
+                                  qobject_cast<const QLineEdit *>(widget) ||
+                                  qobject_cast<const QSpinBox *>(widget);
+            // The field within a spin box belongs to it.
+            if (!isTarget || !widget->isVisible() || widget->focusProxy() ||
+                widget->objectName().startsWith("Scroll"))
+                continue;
+            QVERIFY2(widget->height() >= 48 && widget->width() >= 45,
+                     qPrintable(QString("%1 %2: %3x%4")
+                                    .arg(page->objectName(), widget->objectName())
+                                    .arg(widget->width())
+                                    .arg(widget->height())));
+            ++targets;
+        }
+        if (!pictures.isEmpty())
+            shop.window->grab().save(QString("%1/%2-%3-%4.png")
+                                         .arg(pictures, QTest::currentDataTag())
+                                         .arg(++number, 2, 10, QChar('0'))
+                                         .arg(page->objectName()));
+    });
+    QVERIFY2(targets > 80, qPrintable(QString::number(targets)));
+}
+
+void TestLook::pageHasOneMainActionAtMost()
+{
+    ShopDriver shop(town, {{"GpsEnabled", true}});
+    forEveryView(shop.stack, [](const QWidget *page) {
+        int enabled = 0;
+        for (const auto *button : page->findChildren<QPushButton *>())
+            enabled += button->isDefault() && button->isEnabled();
+        QVERIFY2(enabled <= 1, qPrintable(page->objectName()));
+    });
+    shop.stack->setCurrentIndex(PageTracking);
+    QVERIFY(shop.find<QPushButton>("startButton")->isDefault());
+}
+
+void TestLook::namesStayInTheirButtons()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop({category(1, QString("W").repeated(25)),
+                     store(1, QString("M").repeated(25)).inCategory(1)});
+    shop.window->resize(360, 720);
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("editButton");
+    const auto *button = shop.find<QPushButton>("categoryButton");
+    const QImage picture = const_cast<QPushButton *>(button)->grab().toImage();
+    // Between the name and the arrow the sheet is to be seen over the whole height.
+    const QColor sheet = QApplication::palette().color(QPalette::Base);
+    bool isFree = false;
+    for (int x = button->width() - 34; x < button->width() - 20 && !isFree; ++x) {
+        isFree = true;
+        for (int y = 6; y < button->height() - 6; ++y)
+            isFree = isFree && picture.pixelColor(x, y) == sheet;
+    }
+    QVERIFY(isFree);
+    QVERIFY(shop.window->width() <= 360);
+}
+
+void TestLook::fingerInAGapMeansARow()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop(town);
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    const QListWidget *list = shop.list();
+    const int from = list->visualItemRect(list->item(0)).top();
+    const int to = list->visualItemRect(list->item(1)).bottom();
+    for (int y = from; y <= to; ++y)
+        QVERIFY2(list->itemAt(60, y), qPrintable(QString::number(y)));
+    // And nothing is a row far below the last one.
+    QVERIFY(!list->itemAt(60, to + 20));
+}
+
+void TestLook::rowsAreAFingerHigh()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop(town);
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    const QListWidget *list = shop.list();
+    QVERIFY(list->visualItemRect(list->item(1)).top() - list->visualItemRect(list->item(0)).top() >=
+            TouchStyle::leastTarget);
+}
+
+void TestLook::emptyListSaysWhatToDo()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop(town);
+    const auto isBlank = [&shop] {
+        const QImage picture = shop.list()->viewport()->grab().toImage();
+        for (int y = picture.height() / 2; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) != picture.pixel(0, picture.height() - 1))
+                    return false;
+            }
+        return true;
+    };
+    shop.stack->setCurrentIndex(PageStoreList);
+    QCoreApplication::processEvents();
+    QVERIFY(!isBlank());
+    shop.stack->setCurrentIndex(PageStores);
+    shop.press("storesButton");
+    QVERIFY(isBlank()); // its two rows are above the middle
+}
+
+void TestLook::buttonIsDrawnPressed()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop;
+    shop.press("shopsButton");
+    auto *button = shop.find<QPushButton>("newButton");
+    const QPoint corner(button->width() - 20, button->height() / 2);
+    const QPalette palette = QApplication::palette();
+    QCOMPARE(button->grab().toImage().pixelColor(corner), palette.color(QPalette::Button));
+    button->setDown(true);
+    QCOMPARE(button->grab().toImage().pixelColor(corner), palette.color(QPalette::Midlight));
+    button->setDown(false);
+    const auto *edit = shop.find<QPushButton>("editButton");
+    QCOMPARE(const_cast<QPushButton *>(edit)->grab().toImage().pixelColor(QPoint(20, 4)),
+             palette.color(QPalette::Disabled, QPalette::Button));
+}
+
+void TestLook::focusShowsForKeysOnly()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop;
+    QVERIFY(QTest::qWaitForWindowActive(shop.window.get()));
+    shop.press("shopsButton");
+    auto *button = shop.find<QPushButton>("newButton");
+    shop.touch(button->mapTo(shop.window.get(), button->rect().center()));
+    shop.press("backButton");
+    button->setFocus(Qt::MouseFocusReason);
+    const QPoint edge(button->width() / 2, 1);
+    const QColor ink = QApplication::palette().color(QPalette::WindowText);
+    QVERIFY(button->grab().toImage().pixelColor(edge) != ink);
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Tab);
+    QTest::keyClick(shop.window->windowHandle(), Qt::Key_Backtab, Qt::ShiftModifier);
+    QTRY_VERIFY(button->hasFocus());
+    QCOMPARE(button->grab().toImage().pixelColor(edge), ink);
+}
+
+STOPPABLE_TEST_MAIN(TestLook)
+#include "tst_look.moc"

@@ -1,0 +1,692 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/touchstyle.h"
+
+#include <algorithm>
+
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QFrame>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QStyleFactory>
+#include <QStyleOption>
+#include <QTabBar>
+
+#include "widgets/contrast.h"
+#include "widgets/controls.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Device-independent pixels.
+constexpr int sheetRadius = 14;
+constexpr int fieldRadius = 10;
+constexpr int boxRadius = 8;
+constexpr int plainHeight = 56; // of a button without a picture, a field, a tab
+constexpr int rowHeight = 52;   // of a check or radio row
+constexpr int aroundPicture = 4;
+constexpr int besidePicture = 8; // between picture and text, and after the text
+constexpr int besideDoorPicture = 12;
+constexpr int leastDoorBeside = 400; // a narrower one has its picture above its text
+constexpr int besideText = 13;
+constexpr int chevronRoom = 34;
+constexpr QSizeF chevron(8, 16);
+constexpr int besideDoor = 6; // above and below it
+constexpr int besideField = 8;
+constexpr int indicatorExtent = 32;
+constexpr int indicatorStroke = 3;
+constexpr int outline = 2;
+constexpr int focusedOutline = 3;
+constexpr int focusRing = 3;
+constexpr int focusGap = 2;
+constexpr int scrollAreaFrame = 6; // more than what a corner of a sheet takes from a viewport
+constexpr int scrollBarExtent = 12;
+constexpr int scrollHandle = 6;
+constexpr int leastHandle = 48;
+constexpr int menuPadding = 16;
+
+QPalette lightPalette()
+{
+    const QColor ink(0x16202C);
+    const QColor sheet(0xFFFFFF);
+    const QColor tint(0xCBDCF0);
+    QPalette palette(ink, tint, sheet, QColor(0x0B58A8), QColor(0x76828F), ink, QColor(0xFFFFFF),
+                     sheet, QColor(0xEDF1F5));
+    palette.setColor(QPalette::Midlight, QColor(0xA9C3E1));
+    palette.setColor(QPalette::Shadow, QColor(0x07427F));
+    palette.setColor(QPalette::AlternateBase, sheet);
+    palette.setColor(QPalette::PlaceholderText, QColor(0x505D6C));
+    palette.setColor(QPalette::Link, QColor(0x0B58A8));
+    palette.setColor(QPalette::Highlight, QColor(0xCFE3FA));
+    palette.setColor(QPalette::HighlightedText, QColor(0x0A2747));
+    palette.setColor(QPalette::Disabled, QPalette::Button, QColor(0xE1E6EB));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::BrightText, QPalette::HighlightedText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x6C7682));
+    return palette;
+}
+
+QPalette darkPalette()
+{
+    const QColor ink(0xEAEEF3);
+    const QColor sheet(0x1B222B);
+    const QColor tint(0x2B3746);
+    QPalette palette(ink, tint, tint, QColor(0x2470CF), QColor(0x77838F), ink, QColor(0xFFFFFF),
+                     sheet, QColor(0x10151B));
+    palette.setColor(QPalette::Midlight, QColor(0x3C4C60));
+    palette.setColor(QPalette::Shadow, QColor(0x1B5CAE));
+    palette.setColor(QPalette::AlternateBase, sheet);
+    palette.setColor(QPalette::PlaceholderText, QColor(0xAAB5C2));
+    palette.setColor(QPalette::Link, QColor(0x8CBBFF));
+    palette.setColor(QPalette::Highlight, QColor(0x1F4570));
+    palette.setColor(QPalette::HighlightedText, QColor(0xFFFFFF));
+    palette.setColor(QPalette::Disabled, QPalette::Button, QColor(0x222932));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::BrightText, QPalette::HighlightedText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x8792A0));
+    return palette;
+}
+
+void fillRounded(QPainter *painter, const QRectF &rect, qreal radius, const QBrush &brush)
+{
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(brush);
+    painter->drawRoundedRect(rect, radius, radius);
+}
+
+/// A line within the edge of `rect`.
+void strokeRounded(QPainter *painter, const QRectF &rect, qreal radius, const QColor &color,
+                   qreal width)
+{
+    painter->setPen(QPen(color, width));
+    painter->setBrush(Qt::NoBrush);
+    const qreal half = width / 2;
+    painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+/// Only a keyboard moves the focus without the person looking at what has it.
+bool showsFocus(const QStyleOption &option)
+{
+    return option.state.testFlag(QStyle::State_HasFocus) &&
+           option.state.testFlag(QStyle::State_KeyboardFocusChange);
+}
+
+void drawFocusRing(QPainter *painter, const QRectF &rect, qreal radius, const QPalette &palette)
+{
+    strokeRounded(painter, rect, radius, palette.color(QPalette::WindowText), focusRing);
+    const QRectF inside = rect.adjusted(focusRing, focusRing, -focusRing, -focusRing);
+    strokeRounded(painter, inside, radius - focusRing, palette.color(QPalette::Base), focusGap);
+}
+
+bool has(const QWidget *widget, const char *property)
+{
+    return widget && widget->property(property).toBool();
+}
+
+bool leadsOn(const QWidget *button)
+{
+    return has(button, Controls::leadsOnProperty);
+}
+
+/// A button that leads on and has no picture is filled in like a field.
+bool isChooser(const QStyleOptionButton &option, const QWidget *button)
+{
+    return option.icon.isNull() && leadsOn(button);
+}
+
+void drawChevron(QPainter *painter, const QRectF &rect, const QColor &color)
+{
+    QPen pen(color, indicatorStroke);
+    pen.setCapStyle(Qt::RoundCap);
+    pen.setJoinStyle(Qt::RoundJoin);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    QPainterPath path;
+    const QPointF middle = rect.center();
+    path.moveTo(middle - QPointF(chevron.width() / 2, chevron.height() / 2));
+    path.lineTo(middle + QPointF(chevron.width() / 2, 0));
+    path.lineTo(middle + QPointF(-chevron.width() / 2, chevron.height() / 2));
+    painter->drawPath(path);
+}
+
+void drawButtonFill(QPainter *painter, const QStyleOptionButton &button, const QWidget *widget)
+{
+    const QPalette &palette = button.palette;
+    const bool isEnabled = button.state.testFlag(QStyle::State_Enabled);
+    const bool isDown = button.state.testFlag(QStyle::State_Sunken);
+    QRectF rect(button.rect);
+    // Doors touch each other, so that no tap between them is lost.
+    if (leadsOn(widget) && !isChooser(button, widget))
+        rect.adjust(0, besideDoor, 0, -besideDoor);
+    if (!isEnabled) {
+        if (!button.features.testFlag(QStyleOptionButton::Flat))
+            fillRounded(painter, rect, isChooser(button, widget) ? fieldRadius : sheetRadius,
+                        palette.brush(QPalette::Button));
+    } else if (leadsOn(widget)) {
+        const qreal radius = isChooser(button, widget) ? fieldRadius : sheetRadius;
+        fillRounded(painter, rect, radius,
+                    palette.brush(isDown ? QPalette::Button : QPalette::Base));
+        if (isChooser(button, widget))
+            strokeRounded(painter, rect, radius, palette.color(QPalette::Mid), outline);
+    } else if (button.features.testFlag(QStyleOptionButton::DefaultButton)) {
+        fillRounded(painter, rect, sheetRadius,
+                    palette.brush(isDown ? QPalette::Shadow : QPalette::Dark));
+    } else if (button.state.testFlag(QStyle::State_On)) {
+        fillRounded(painter, rect, sheetRadius, palette.brush(QPalette::Highlight));
+        strokeRounded(painter, rect, sheetRadius, palette.color(QPalette::Link), focusedOutline);
+    } else if (isDown) {
+        fillRounded(painter, rect, sheetRadius, palette.brush(QPalette::Midlight));
+    } else if (!button.features.testFlag(QStyleOptionButton::Flat)) {
+        fillRounded(painter, rect, sheetRadius, palette.brush(QPalette::Button));
+    }
+}
+
+QColor buttonTextColor(const QStyleOptionButton &button)
+{
+    const bool isMain = button.features.testFlag(QStyleOptionButton::DefaultButton);
+    return button.palette.color(isMain ? QPalette::BrightText : QPalette::ButtonText);
+}
+
+/// Room beside the text of a button, which is the same to its left and its right unless it has a
+/// picture or leads on.
+int roomAfterText(const QStyleOptionButton &button, const QWidget *widget)
+{
+    if (leadsOn(widget))
+        return chevronRoom;
+    return button.icon.isNull() ? besideText : besidePicture;
+}
+
+/// Width of what a button has for its picture: in a stack, that of the widest.
+int pictureColumn(const QStyleOptionButton &button, const QWidget *widget)
+{
+    if (button.icon.isNull())
+        return 0;
+    const int width = button.iconSize.width();
+    return has(widget, Controls::leadingProperty) ? std::max(width, Controls::pictureExtent)
+                                                  : width;
+}
+
+void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, const QWidget *widget)
+{
+    const bool isEnabled = button.state.testFlag(QStyle::State_Enabled);
+    const QIcon::Mode mode = isEnabled ? QIcon::Normal : QIcon::Disabled;
+    const QIcon::State state = button.state.testFlag(QStyle::State_On) ? QIcon::On : QIcon::Off;
+    QRect rect = button.rect;
+    const bool isDoor = leadsOn(widget) && !button.icon.isNull();
+    const bool isPictureAbove = isDoor && rect.width() < leastDoorBeside;
+    if (button.text.isEmpty()) {
+        const QRect place =
+            QStyle::alignedRect(button.direction, Qt::AlignCenter, button.iconSize, rect);
+        button.icon.paint(painter, place, Qt::AlignCenter, mode, state);
+        return;
+    }
+    const QRect after(rect.right() - chevronRoom + 1, rect.top(), chevronRoom, rect.height());
+    if (leadsOn(widget) && isEnabled && !isPictureAbove)
+        drawChevron(painter, after, button.palette.color(QPalette::PlaceholderText));
+    painter->setPen(buttonTextColor(button));
+    if (isPictureAbove) {
+        const int textHeight = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).height();
+        const int room = rect.height() - textHeight - 2 * besideDoor - 2 * aroundPicture;
+        const QSize extent = button.iconSize.boundedTo({room, room});
+        const int top = rect.center().y() - (extent.height() + aroundPicture + textHeight) / 2;
+        button.icon.paint(painter,
+                          QRect(QPoint(rect.center().x() - extent.width() / 2, top), extent),
+                          Qt::AlignCenter, mode, state);
+        painter->drawText(
+            QRect(rect.left(), top + extent.height() + aroundPicture, rect.width(), textHeight),
+            Qt::AlignCenter | Qt::TextShowMnemonic, button.text);
+        return;
+    }
+    const QSize text = button.fontMetrics.size(Qt::TextShowMnemonic, button.text);
+    const bool isLeading = leadsOn(widget) || has(widget, Controls::leadingProperty);
+    const int icon = pictureColumn(button, widget);
+    const int before = button.icon.isNull() ? besideText : aroundPicture + icon + besidePicture;
+    const int whole = before + text.width() + roomAfterText(button, widget);
+    const int left =
+        isLeading ? rect.left() : rect.left() + std::max(0, (rect.width() - whole) / 2);
+    if (icon > 0) {
+        // Doors have room to spare around theirs.
+        const int spare = isDoor ? besideDoorPicture : 0;
+        const QRect place(left + aroundPicture + spare,
+                          rect.center().y() - button.iconSize.height() / 2 + 1, icon,
+                          button.iconSize.height());
+        button.icon.paint(painter, place, Qt::AlignCenter, mode, state);
+        rect.setLeft(left + before + 2 * spare);
+    } else {
+        rect.setLeft(isLeading ? left + before : rect.left());
+    }
+    const Qt::Alignment alignment =
+        isLeading || icon > 0 ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter;
+    painter->drawText(rect, static_cast<int>(alignment) | Qt::TextShowMnemonic, button.text);
+}
+
+void drawField(QPainter *painter, const QStyleOption &option)
+{
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const bool hasFocus = isEnabled && option.state.testFlag(QStyle::State_HasFocus);
+    const QPalette &palette = option.palette;
+    fillRounded(painter, option.rect, fieldRadius,
+                palette.brush(isEnabled ? QPalette::Base : QPalette::Button));
+    if (isEnabled)
+        strokeRounded(painter, option.rect, fieldRadius,
+                      palette.color(hasFocus ? QPalette::Link : QPalette::Mid),
+                      hasFocus ? focusedOutline : outline);
+}
+
+void drawCheckIndicator(QPainter *painter, const QStyleOption &option)
+{
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const QPalette &palette = option.palette;
+    const QRectF rect(option.rect);
+    if (!option.state.testFlag(QStyle::State_On)) {
+        const bool isDown = option.state.testFlag(QStyle::State_Sunken);
+        fillRounded(painter, rect, boxRadius,
+                    palette.brush(isDown ? QPalette::Button : QPalette::Base));
+        strokeRounded(painter, rect, boxRadius, palette.color(QPalette::Mid), indicatorStroke);
+        return;
+    }
+    fillRounded(painter, rect, boxRadius,
+                palette.brush(isEnabled ? QPalette::Dark : QPalette::Mid));
+    QPen pen(palette.color(isEnabled ? QPalette::BrightText : QPalette::Base), indicatorStroke + 1);
+    pen.setCapStyle(Qt::RoundCap);
+    pen.setJoinStyle(Qt::RoundJoin);
+    painter->setPen(pen);
+    painter->setBrush(Qt::NoBrush);
+    QPainterPath mark;
+    mark.moveTo(rect.left() + 0.24 * rect.width(), rect.top() + 0.53 * rect.height());
+    mark.lineTo(rect.left() + 0.43 * rect.width(), rect.top() + 0.71 * rect.height());
+    mark.lineTo(rect.left() + 0.77 * rect.width(), rect.top() + 0.31 * rect.height());
+    painter->drawPath(mark);
+}
+
+void drawRadioIndicator(QPainter *painter, const QStyleOption &option)
+{
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const bool isOn = option.state.testFlag(QStyle::State_On);
+    const bool isDown = option.state.testFlag(QStyle::State_Sunken);
+    const QPalette &palette = option.palette;
+    const QRectF rect(option.rect);
+    const QColor line = palette.color(isOn && isEnabled ? QPalette::Link : QPalette::Mid);
+    fillRounded(painter, rect, rect.width() / 2,
+                palette.brush(isDown ? QPalette::Button : QPalette::Base));
+    strokeRounded(painter, rect, rect.width() / 2, line, indicatorStroke);
+    if (isOn) {
+        constexpr qreal inner = 0.28; // of the extent, on each side
+        const qreal inset = inner * rect.width();
+        fillRounded(painter, rect.adjusted(inset, inset, -inset, -inset), rect.width() / 2, line);
+    }
+}
+
+/// Sheets are frames and scroll areas.
+bool isSheet(const QWidget *widget)
+{
+    return qobject_cast<const QAbstractScrollArea *>(widget) != nullptr ||
+           qobject_cast<const QFrame *>(widget) != nullptr;
+}
+
+void drawTab(QPainter *painter, const QStyleOptionTab &tab)
+{
+    if (!tab.state.testFlag(QStyle::State_Selected))
+        return;
+    // Of one piece with the sheet below it.
+    QPainterPath shape;
+    shape.setFillRule(Qt::WindingFill);
+    const QRectF rect(tab.rect);
+    shape.addRoundedRect(rect, sheetRadius, sheetRadius);
+    shape.addRect(rect.adjusted(0, sheetRadius, 0, 0));
+    painter->fillPath(shape, tab.palette.brush(QPalette::Base));
+}
+
+void drawTabLabel(QPainter *painter, const QStyleOptionTab &tab)
+{
+    const bool isSelected = tab.state.testFlag(QStyle::State_Selected);
+    const QColor color = tab.palette.color(isSelected ? QPalette::Link : QPalette::PlaceholderText);
+    painter->setPen(color);
+    painter->drawText(tab.rect, Qt::AlignCenter | Qt::TextShowMnemonic, tab.text);
+    if (isSelected) {
+        const QRect line(tab.rect.left() + besideText, tab.rect.bottom() - 2 * focusedOutline,
+                         tab.rect.width() - 2 * besideText, focusedOutline);
+        fillRounded(painter, line, 1, color);
+    }
+    if (showsFocus(tab))
+        drawFocusRing(painter, tab.rect, sheetRadius, tab.palette);
+}
+
+void drawMenuItem(QPainter *painter, const QStyleOptionMenuItem &item)
+{
+    painter->fillRect(item.rect, item.palette.brush(QPalette::Base));
+    if (item.menuItemType == QStyleOptionMenuItem::Separator) {
+        painter->fillRect(QRect(item.rect.left() + menuPadding, item.rect.center().y(),
+                                item.rect.width() - 2 * menuPadding, 1),
+                          item.palette.color(QPalette::Mid));
+        return;
+    }
+    const bool isSelected = item.state.testFlag(QStyle::State_Selected);
+    if (isSelected)
+        fillRounded(painter, item.rect, fieldRadius, item.palette.brush(QPalette::Highlight));
+    painter->setPen(item.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+    painter->setFont(item.font);
+    painter->drawText(item.rect.adjusted(menuPadding, 0, -menuPadding, 0),
+                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, item.text);
+}
+
+} // namespace
+
+TouchStyle::TouchStyle()
+    : QProxyStyle(QStyleFactory::create(u"Fusion"_s))
+{}
+
+void TouchStyle::applyUnlessChosen(bool isStyleChosen)
+{
+    if (!isStyleChosen && !qEnvironmentVariableIsSet("QT_STYLE_OVERRIDE"))
+        QApplication::setStyle(new TouchStyle);
+}
+
+QPalette TouchStyle::standardPalette() const
+{
+    return lightPalette();
+}
+
+void TouchStyle::polish(QPalette &palette)
+{
+    const bool isDark = Contrast::ratio(palette.color(QPalette::Window), Qt::white) >
+                        Contrast::ratio(palette.color(QPalette::Window), Qt::black);
+    palette = isDark ? darkPalette() : lightPalette();
+}
+
+void TouchStyle::polish(QWidget *widget)
+{
+    QProxyStyle::polish(widget);
+    // Nothing here changes under a mouse that only hovers.
+    widget->setAttribute(Qt::WA_Hover, false);
+    if (has(widget, Controls::captionProperty))
+        widget->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void TouchStyle::unpolish(QWidget *widget)
+{
+    if (has(widget, Controls::captionProperty))
+        widget->setForegroundRole(QPalette::WindowText);
+    QProxyStyle::unpolish(widget);
+}
+
+void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                               QPainter *painter, const QWidget *widget) const
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    switch (element) {
+    case PE_Frame:
+        if (isSheet(widget))
+            fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
+        break;
+    case PE_FrameTabWidget:
+        fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
+        break;
+    case PE_FrameTabBarBase:
+    case PE_FrameFocusRect:
+    case PE_PanelItemViewRow:
+        break;
+    case PE_PanelLineEdit:
+        // The field within a spin box has no frame of its own.
+        if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+            frame && frame->lineWidth > 0)
+            drawField(painter, *option);
+        break;
+    case PE_FrameLineEdit:
+        break;
+    case PE_IndicatorCheckBox:
+        drawCheckIndicator(painter, *option);
+        break;
+    case PE_IndicatorRadioButton:
+        drawRadioIndicator(painter, *option);
+        break;
+    case PE_PanelMenu:
+        painter->fillRect(option->rect, option->palette.brush(QPalette::Base));
+        break;
+    case PE_FrameMenu:
+        strokeRounded(painter, option->rect, 1, option->palette.color(QPalette::Mid), outline);
+        break;
+    default:
+        painter->restore();
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        return;
+    }
+    painter->restore();
+}
+
+void TouchStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                             const QWidget *widget) const
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option);
+    const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+    const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+    bool isDrawn = true;
+    if (element == CE_PushButton && button) {
+        drawButtonFill(painter, *button, widget);
+        drawButtonContents(painter, *button, widget);
+        if (showsFocus(*option))
+            drawFocusRing(painter, option->rect,
+                          isChooser(*button, widget) ? fieldRadius : sheetRadius, option->palette);
+    } else if (element == CE_TabBarTabShape && tab) {
+        drawTab(painter, *tab);
+    } else if (element == CE_TabBarTabLabel && tab) {
+        drawTabLabel(painter, *tab);
+    } else if (element == CE_MenuItem && item) {
+        drawMenuItem(painter, *item);
+    } else if (element == CE_ShapedFrame && frame &&
+               (frame->frameShape == QFrame::HLine || frame->frameShape == QFrame::VLine)) {
+        // Air parts the panes of a page.
+    } else {
+        isDrawn = false;
+    }
+    painter->restore();
+    if (!isDrawn) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        if ((element == CE_CheckBox || element == CE_RadioButton) && showsFocus(*option)) {
+            painter->save();
+            painter->setRenderHint(QPainter::Antialiasing);
+            drawFocusRing(painter, option->rect, fieldRadius, option->palette);
+            painter->restore();
+        }
+    }
+}
+
+void TouchStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                    QPainter *painter, const QWidget *widget) const
+{
+    if (control != CC_ScrollBar && control != CC_SpinBox) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (control == CC_SpinBox) {
+        drawField(painter, *option);
+    } else {
+        // What is scrolled does not shine through.
+        const bool isOnSheet =
+            widget &&
+            isSheet(widget->parentWidget() ? widget->parentWidget()->parentWidget() : nullptr);
+        const auto *area =
+            isOnSheet
+                ? qobject_cast<const QAbstractScrollArea *>(widget->parentWidget()->parentWidget())
+                : nullptr;
+        const bool hasFrame = area && area->frameShape() != QFrame::NoFrame;
+        painter->fillRect(option->rect,
+                          option->palette.brush(hasFrame ? QPalette::Base : QPalette::Window));
+        QRectF handle = subControlRect(control, option, SC_ScrollBarSlider, widget);
+        constexpr qreal beside = (scrollBarExtent - scrollHandle) / 2.0;
+        const bool isUpright = handle.height() > handle.width();
+        handle.adjust(isUpright ? beside : 0, isUpright ? 0 : beside, isUpright ? -beside : 0,
+                      isUpright ? 0 : -beside);
+        fillRounded(painter, handle, scrollHandle / 2.0, option->palette.brush(QPalette::Mid));
+    }
+    painter->restore();
+}
+
+QRect TouchStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option,
+                                 SubControl subControl, const QWidget *widget) const
+{
+    if (control == CC_SpinBox) {
+        if (subControl == SC_SpinBoxEditField)
+            return option->rect.adjusted(besideField, outline, -besideField, -outline);
+        return subControl == SC_SpinBoxFrame ? option->rect : QRect();
+    }
+    if (control == CC_ScrollBar) {
+        const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+        const QRect &rect = option->rect;
+        switch (subControl) {
+        case SC_ScrollBarSubLine:
+        case SC_ScrollBarAddLine:
+        case SC_ScrollBarFirst:
+        case SC_ScrollBarLast:
+            return {};
+        case SC_ScrollBarGroove:
+            return rect;
+        default:
+            break;
+        }
+        if (!bar)
+            return rect;
+        const bool isUpright = bar->orientation == Qt::Vertical;
+        const int length = isUpright ? rect.height() : rect.width();
+        const int range = bar->maximum - bar->minimum;
+        const double shown = double(bar->pageStep) / std::max(1, range + bar->pageStep);
+        const int handle =
+            range > 0 ? std::min(length, std::max(leastHandle, int(length * shown))) : length;
+        const int begin = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
+                                                  length - handle, bar->upsideDown);
+        const auto part = [&](int from, int to) {
+            return isUpright ? QRect(rect.left(), rect.top() + from, rect.width(), to - from)
+                             : QRect(rect.left() + from, rect.top(), to - from, rect.height());
+        };
+        if (subControl == SC_ScrollBarSlider)
+            return part(begin, begin + handle);
+        return subControl == SC_ScrollBarSubPage ? part(0, begin) : part(begin + handle, length);
+    }
+    return QProxyStyle::subControlRect(control, option, subControl, widget);
+}
+
+QRect TouchStyle::subElementRect(SubElement element, const QStyleOption *option,
+                                 const QWidget *widget) const
+{
+    if (element == SE_TabWidgetTabContents)
+        return QProxyStyle::subElementRect(SE_TabWidgetTabPane, option, widget);
+    if (element == SE_LineEditContents) {
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        if (frame && frame->lineWidth == 0)
+            return option->rect;
+        return option->rect.adjusted(besideField, outline, -besideField, -outline);
+    }
+    return QProxyStyle::subElementRect(element, option, widget);
+}
+
+QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
+                                   const QSize &contents, const QWidget *widget) const
+{
+    switch (type) {
+    case CT_PushButton: {
+        const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+        if (!button)
+            break;
+        const QSize icon = button->icon.isNull() ? QSize(0, 0) : button->iconSize;
+        // The contents that a button tells hold its picture and 4 pixels beside it.
+        const int counted = 4 - (pictureColumn(*button, widget) - icon.width());
+        const int picture =
+            has(widget, Controls::leadingProperty) ? Controls::pictureExtent : icon.height();
+        const int high = std::max(icon.isEmpty() ? plainHeight : picture + 2 * aroundPicture,
+                                  contents.height() + 2 * aroundPicture);
+        if (button->text.isEmpty() && !icon.isEmpty())
+            return {std::max(icon.width() + 2 * aroundPicture, leastTarget),
+                    std::max(icon.height() + 2 * aroundPicture, leastTarget)};
+        const int before = icon.isEmpty() ? besideText : aroundPicture + besidePicture - counted;
+        const int spare = leadsOn(widget) && !icon.isEmpty() ? 2 * besideDoorPicture : 0;
+        const int wide = contents.width() + before + spare + roomAfterText(*button, widget);
+        return {std::max(wide, leastTarget), high};
+    }
+    case CT_LineEdit: {
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        if (frame && frame->lineWidth == 0)
+            return contents;
+        return {contents.width() + 2 * besideField, std::max(contents.height() + 8, plainHeight)};
+    }
+    case CT_SpinBox:
+        return {contents.width() + 2 * besideField, std::max(contents.height() + 8, plainHeight)};
+    case CT_CheckBox:
+    case CT_RadioButton: {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        return size.expandedTo({0, rowHeight});
+    }
+    case CT_TabWidget:
+        return contents;
+    case CT_TabBarTab:
+        return {contents.width(), std::max(contents.height(), plainHeight)};
+    case CT_MenuItem: {
+        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (item && item->menuItemType == QStyleOptionMenuItem::Separator)
+            return {contents.width(), menuPadding / 2};
+        return {contents.width() + 2 * menuPadding, std::max(contents.height(), plainHeight)};
+    }
+    default:
+        break;
+    }
+    return QProxyStyle::sizeFromContents(type, option, contents, widget);
+}
+
+int TouchStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                            const QWidget *widget) const
+{
+    switch (metric) {
+    case PM_DefaultFrameWidth:
+        return qobject_cast<const QFrame *>(widget) ? scrollAreaFrame : outline;
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+        return indicatorExtent;
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+        return fieldRadius;
+    case PM_ScrollBarExtent:
+        return scrollBarExtent;
+    case PM_ScrollBarSliderMin:
+        return leastHandle;
+    case PM_ScrollView_ScrollBarSpacing:
+    case PM_TabBarBaseHeight:
+    case PM_TabBarBaseOverlap:
+    case PM_TabBarTabOverlap:
+    case PM_TabBarTabShiftHorizontal:
+    case PM_TabBarTabShiftVertical:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    case PM_TabBarTabHSpace:
+        return 2 * besideText;
+    case PM_MenuPanelWidth:
+        return outline;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int TouchStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                          QStyleHintReturn *returnData) const
+{
+    switch (hint) {
+    case SH_ItemView_ActivateItemOnSingleClick:
+    case SH_ScrollBar_Transient:
+    case SH_EtchDisabledText:
+    case SH_Menu_Scrollable:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+}
