@@ -2,10 +2,12 @@
 #include "widgets/touchstyle.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
@@ -106,13 +108,6 @@ void strokeRounded(QPainter *painter, const QRectF &rect, qreal radius, const QC
     painter->setBrush(Qt::NoBrush);
     const qreal half = width / 2;
     painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
-}
-
-/// Only a keyboard moves the focus without the person looking at what has it.
-bool showsFocus(const QStyleOption &option)
-{
-    return option.state.testFlag(QStyle::State_HasFocus) &&
-           option.state.testFlag(QStyle::State_KeyboardFocusChange);
 }
 
 void drawFocusRing(QPainter *painter, const QRectF &rect, qreal radius, const QPalette &palette)
@@ -352,8 +347,6 @@ void drawTabLabel(QPainter *painter, const QStyleOptionTab &tab)
                          tab.rect.width() - 2 * besideText, focusedOutline);
         fillRounded(painter, line, 1, color);
     }
-    if (showsFocus(tab))
-        drawFocusRing(painter, tab.rect, sheetRadius, tab.palette);
 }
 
 void drawMenuItem(QPainter *painter, const QStyleOptionMenuItem &item)
@@ -396,6 +389,50 @@ void TouchStyle::polish(QPalette &palette)
     const bool isDark = Contrast::ratio(palette.color(QPalette::Window), Qt::white) >
                         Contrast::ratio(palette.color(QPalette::Window), Qt::black);
     palette = isDark ? darkPalette() : lightPalette();
+}
+
+void TouchStyle::polish(QApplication *application)
+{
+    QProxyStyle::polish(application);
+    application->installEventFilter(this);
+}
+
+void TouchStyle::unpolish(QApplication *application)
+{
+    application->removeEventFilter(this);
+    QProxyStyle::unpolish(application);
+}
+
+/// Qt marks the focus as moved by keys also when a page is hidden by a tap on it.
+bool TouchStyle::eventFilter(QObject *object, QEvent *event)
+{
+    bool isMovedByKeys = focusIsMovedByKeys;
+    if (event->type() == QEvent::KeyPress) {
+        switch (static_cast<QKeyEvent *>(event)->key()) {
+        case Qt::Key_Tab:
+        case Qt::Key_Backtab:
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            isMovedByKeys = true;
+            break;
+        default:
+            break;
+        }
+    } else if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin) {
+        isMovedByKeys = false;
+    }
+    if (std::exchange(focusIsMovedByKeys, isMovedByKeys) != isMovedByKeys) {
+        if (QWidget *focused = QApplication::focusWidget())
+            focused->update();
+    }
+    return QProxyStyle::eventFilter(object, event);
+}
+
+bool TouchStyle::showsFocus(const QStyleOption &option) const
+{
+    return focusIsMovedByKeys && option.state.testFlag(State_HasFocus);
 }
 
 void TouchStyle::polish(QWidget *widget)
@@ -479,6 +516,8 @@ void TouchStyle::drawControl(ControlElement element, const QStyleOption *option,
         drawTab(painter, *tab);
     } else if (element == CE_TabBarTabLabel && tab) {
         drawTabLabel(painter, *tab);
+        if (showsFocus(*option))
+            drawFocusRing(painter, option->rect, sheetRadius, option->palette);
     } else if (element == CE_MenuItem && item) {
         drawMenuItem(painter, *item);
     } else if (element == CE_ShapedFrame && frame &&

@@ -32,8 +32,11 @@ public:
     static constexpr int leastTarget = 48;
 
     void polish(QPalette &palette) override;
+    void polish(QApplication *application) override;
+    void unpolish(QApplication *application) override;
     void polish(QWidget *widget) override;
     void unpolish(QWidget *widget) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
     QPalette standardPalette() const override;
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
@@ -52,4 +55,10 @@ public:
                     const QWidget *widget) const override;
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *returnData) const override;
+
+private:
+    bool showsFocus(const QStyleOption &option) const;
+
+    /// The focus shows while keys move it, and never for a finger.
+    bool focusIsMovedByKeys = false;
 };
