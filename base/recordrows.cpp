@@ -22,10 +22,10 @@ QList<QListWidgetItem *> recordRows(QSqlQuery &query,
 QListWidgetItem *rowOfRecord(const QList<QListWidgetItem *> &rows, int id,
                              QListWidgetItem *otherwise)
 {
-    // From the end: of two rows with the same id, the last one counts.
-    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
-        if (rowId(**row) == id)
-            return *row;
+    QListWidgetItem *found = otherwise;
+    for (QListWidgetItem *row : rows) {
+        if (rowId(*row) == id)
+            found = row; // of several rows with this id, the last one
     }
-    return otherwise;
+    return found;
 }

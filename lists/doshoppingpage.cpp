@@ -88,7 +88,7 @@ QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, 
 
 void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
 {
-    if (!doShoppingPage->list->wasTappedAgain(*item, lastTappedGoodId))
+    if (!TouchList::wasTappedAgain(*item, lastTappedGoodId))
         return;
     // The row below moves up under the finger: a quick second tap was not meant for it.
     doShoppingPage->list->ignoreDoubleTap();

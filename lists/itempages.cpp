@@ -88,7 +88,7 @@ void ShopWindow::listEditClicked()
 
 void ShopWindow::shoppingItemClicked(QListWidgetItem *item)
 {
-    if (itemsListPage->list->wasTappedAgain(*item, lastTappedItemId))
+    if (TouchList::wasTappedAgain(*item, lastTappedItemId))
         shoppingItemActivated(item);
 }
 

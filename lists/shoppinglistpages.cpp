@@ -71,7 +71,7 @@ void ShopWindow::cancelShoppingLists()
 
 void ShopWindow::shopListItemClicked(QListWidgetItem *item)
 {
-    if (shoppingListsPage->list->wasTappedAgain(*item, editedListId))
+    if (TouchList::wasTappedAgain(*item, editedListId))
         selectShoppingLists();
 }
 

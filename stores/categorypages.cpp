@@ -80,7 +80,7 @@ void ShopWindow::backFromCategoryClicked()
 
 void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 {
-    if (categoryListPage->list->wasTappedAgain(*item, lastTappedCategoryId))
+    if (TouchList::wasTappedAgain(*item, lastTappedCategoryId))
         categoryItemActivated(item);
 }
 

@@ -183,7 +183,7 @@ void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::shopItemClicked(QListWidgetItem *item)
 {
-    if (storeListPage->list->wasTappedAgain(*item, draft.editedStoreId))
+    if (TouchList::wasTappedAgain(*item, draft.editedStoreId))
         selectShopClicked();
 }
 
