@@ -21,7 +21,8 @@ int main(int argc, char **argv)
     const auto arguments = std::span(argv, static_cast<std::size_t>(argc));
     const bool isStyleChosen = std::ranges::any_of(arguments, [](const char *argument) {
         const QLatin1StringView text(argument);
-        return text.startsWith("-style"_L1) || text.startsWith("--style"_L1);
+        return text == "-style"_L1 || text == "--style"_L1 || text.startsWith("-style="_L1) ||
+               text.startsWith("--style="_L1);
     });
     const QApplication application(argc, argv);
     TouchStyle::applyUnlessChosen(isStyleChosen);

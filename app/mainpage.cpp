@@ -55,6 +55,7 @@ void ShopWindow::buildMainPage()
     toolbar->addWidget(logo);
     toolbar->addStretch();
     toolbar->addWidget(p.options);
+    toolbar->addStretch();
     toolbar->addWidget(p.help);
     toolbar->addWidget(p.about);
     toolbar->addWidget(p.exit);

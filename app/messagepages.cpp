@@ -40,7 +40,7 @@ QLabel *titleLabel(const QString &objectName)
 {
     auto *title = new WrapLabel;
     title->setObjectName(objectName);
-    title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    title->setAlignment(Qt::AlignCenter);
     Controls::setBold(title);
     return title;
 }
@@ -56,14 +56,12 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
     return text;
 }
 
-/// A sheet with `text` below `icon`, both in the middle.
+/// A sheet with `text` in the middle, and `icon` above it.
 void addIconAndText(QBoxLayout *box, QWidget *icon, QWidget *text)
 {
     QVBoxLayout *sheet = Frames::addSheet(box);
-    sheet->addStretch(1);
     sheet->addWidget(icon);
-    sheet->addWidget(text);
-    sheet->addStretch(1);
+    sheet->addWidget(text, 1);
 }
 
 } // namespace

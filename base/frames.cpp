@@ -59,6 +59,7 @@ void makeToolbar(ToolbarFrame &frame, TurningPage *page)
     toolbar->setSpacing(Controls::toolGap);
     toolbar->addStretch();
     toolbar->addWidget(frame.help);
+    toolbar->addStretch();
     toolbar->addWidget(frame.back);
 
     QFrame *line = Controls::separator(QFrame::VLine);
@@ -101,7 +102,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.list = new TouchList;
     frame.list->setObjectName(u"list"_s);
     frame.list->setAccessibleName(page->accessibleName());
-    frame.list->setFont(page->font()); // its style sheet blocks font inheritance
+    frame.list->setFont(page->font()); // for what measures it before it has a page
     frame.list->setItemDelegate(new TrListDelegate(frame.list));
     auto *contents = new QVBoxLayout;
     contents->setSpacing(Controls::toolGap);

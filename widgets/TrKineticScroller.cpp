@@ -238,5 +238,9 @@ void TrKineticScroller::onKineticTimerElapsed()
         return;
     }
     QScrollBar *bar = d->scrollArea->verticalScrollBar();
-    bar->setValue(bar->value() - d->velocity);
+    const int before = bar->value();
+    bar->setValue(before - d->velocity);
+    // At the end of the contents nothing glides that a touch could stop.
+    if (bar->value() == before)
+        stopMotion();
 }

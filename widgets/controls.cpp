@@ -90,7 +90,8 @@ void Controls::setBold(QWidget *widget)
 
 void Controls::setMain(QPushButton *button)
 {
-    button->setDefault(true);
+    // The default flag would let a held Enter key press it again and again.
+    button->setProperty(mainProperty, true);
     setBold(button);
 }
 

@@ -33,10 +33,12 @@ inline constexpr int paneGap = 12;
 inline constexpr QMargins sheetMargins(8, 6, 8, 6);
 
 /// Names of properties, of which the style takes note: the widget is a caption; the text of a
-/// button begins at its left, as in a stack of buttons; the button leads on to another page.
+/// button begins at its left, as in a stack of buttons; the button leads on to another page, or is
+/// the main action of its page.
 inline constexpr const char *captionProperty = "caption";
 inline constexpr const char *leadingProperty = "leading";
 inline constexpr const char *leadsOnProperty = "leadsOn";
+inline constexpr const char *mainProperty = "main";
 
 /// Sets the distance of a page's panes from the page's edges, and from the separators between them.
 void setPageSpacing(QBoxLayout *box);

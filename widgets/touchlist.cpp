@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/touchlist.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QAccessible>
@@ -37,6 +38,7 @@ TouchList::TouchList(QWidget *parent)
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAutoScroll(false);
+    setAlternatingRowColors(true); // which the program's own style does not show
     setUniformItemSizes(true);
     setSpacing(gapBesideRow);
     scroller->enableKineticScrollFor(this);
@@ -90,11 +92,14 @@ void TouchList::setPlaceholder(const QString &picture, const QString &text)
     placeholderText = text;
 }
 
-/// The gaps between rows belong to the rows beside them: a finger in a gap means one of them.
+/// The margins belong to the rows, which the selection shows. The gaps between rows belong to the
+/// rows beside them: a finger in a gap means one of them.
 QModelIndex TouchList::indexAt(const QPoint &position) const
 {
+    const int x = std::clamp(position.x(), besideRows,
+                             std::max(besideRows, viewport()->width() - besideRows - 1));
     for (const int offset : {0, -2 * gapBesideRow, 2 * gapBesideRow}) {
-        const QModelIndex index = QListWidget::indexAt(position + QPoint(0, offset));
+        const QModelIndex index = QListWidget::indexAt({x, position.y() + offset});
         if (index.isValid())
             return index;
     }

@@ -167,7 +167,7 @@ void drawButtonFill(QPainter *painter, const QStyleOptionButton &button, const Q
                     palette.brush(isDown ? QPalette::Button : QPalette::Base));
         if (isChooser(button, widget))
             strokeRounded(painter, rect, radius, palette.color(QPalette::Mid), outline);
-    } else if (button.features.testFlag(QStyleOptionButton::DefaultButton)) {
+    } else if (has(widget, Controls::mainProperty)) {
         fillRounded(painter, rect, sheetRadius,
                     palette.brush(isDown ? QPalette::Shadow : QPalette::Dark));
     } else if (button.state.testFlag(QStyle::State_On)) {
@@ -180,9 +180,9 @@ void drawButtonFill(QPainter *painter, const QStyleOptionButton &button, const Q
     }
 }
 
-QColor buttonTextColor(const QStyleOptionButton &button)
+QColor buttonTextColor(const QStyleOptionButton &button, const QWidget *widget)
 {
-    const bool isMain = button.features.testFlag(QStyleOptionButton::DefaultButton);
+    const bool isMain = has(widget, Controls::mainProperty);
     return button.palette.color(isMain ? QPalette::BrightText : QPalette::ButtonText);
 }
 
@@ -192,7 +192,8 @@ int roomAfterText(const QStyleOptionButton &button, const QWidget *widget)
 {
     if (leadsOn(widget))
         return chevronRoom;
-    return button.icon.isNull() ? besideText : besidePicture;
+    const bool isRoomy = button.icon.isNull() || has(widget, Controls::leadingProperty);
+    return isRoomy ? besideText : besidePicture;
 }
 
 /// Width of what a button has for its picture: in a stack, that of the widest.
@@ -222,7 +223,7 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
     const QRect after(rect.right() - chevronRoom + 1, rect.top(), chevronRoom, rect.height());
     if (leadsOn(widget) && isEnabled && !isPictureAbove)
         drawChevron(painter, after, button.palette.color(QPalette::PlaceholderText));
-    painter->setPen(buttonTextColor(button));
+    painter->setPen(buttonTextColor(button, widget));
     if (isPictureAbove) {
         const int textHeight = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).height();
         const int room = rect.height() - textHeight - 2 * besideDoor - 2 * aroundPicture;
@@ -363,8 +364,13 @@ void drawMenuItem(QPainter *painter, const QStyleOptionMenuItem &item)
         fillRounded(painter, item.rect, fieldRadius, item.palette.brush(QPalette::Highlight));
     painter->setPen(item.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
     painter->setFont(item.font);
-    painter->drawText(item.rect.adjusted(menuPadding, 0, -menuPadding, 0),
-                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, item.text);
+    const QRect rect = item.rect.adjusted(menuPadding, 0, -menuPadding, 0);
+    const QString mark = item.checked ? u"✓ "_s : QString();
+    painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
+                      mark + item.text.section(u'\t', 0, 0));
+    const bool hasMenu = item.menuItemType == QStyleOptionMenuItem::SubMenu;
+    painter->drawText(rect, Qt::AlignRight | Qt::AlignVCenter,
+                      hasMenu ? u"›"_s : item.text.section(u'\t', 1, 1));
 }
 
 } // namespace
@@ -375,7 +381,7 @@ TouchStyle::TouchStyle()
 
 void TouchStyle::applyUnlessChosen(bool isStyleChosen)
 {
-    if (!isStyleChosen && !qEnvironmentVariableIsSet("QT_STYLE_OVERRIDE"))
+    if (!isStyleChosen && qEnvironmentVariableIsEmpty("QT_STYLE_OVERRIDE"))
         QApplication::setStyle(new TouchStyle);
 }
 
@@ -422,6 +428,10 @@ bool TouchStyle::eventFilter(QObject *object, QEvent *event)
         }
     } else if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin) {
         isMovedByKeys = false;
+    } else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        // By itself a list repaints its rows only, and not the ring around them.
+        if (auto *area = qobject_cast<QAbstractScrollArea *>(object))
+            area->update();
     }
     if (std::exchange(focusIsMovedByKeys, isMovedByKeys) != isMovedByKeys) {
         if (QWidget *focused = QApplication::focusWidget())
@@ -460,6 +470,8 @@ void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     case PE_Frame:
         if (isSheet(widget))
             fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
+        if (showsFocus(*option))
+            drawFocusRing(painter, option->rect, sheetRadius, option->palette);
         break;
     case PE_FrameTabWidget:
         fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));

@@ -13,9 +13,8 @@ class QPushButton;
 /// BrightText. Mid outlines what is filled in, Link marks what has the focus or is in use, and
 /// PlaceholderText is for captions.
 ///
-/// A default push button is the page's main action and a flat one has no fill: outside of dialogs
-/// Qt leaves both flags without a meaning. What else it draws in a way of its own has one of the
-/// properties that Controls names.
+/// A flat push button has no fill: outside of dialogs Qt leaves that flag without a meaning. What
+/// else it draws in a way of its own has one of the properties that Controls names.
 class TouchStyle : public QProxyStyle
 {
     Q_OBJECT

@@ -56,7 +56,7 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
 
     if (option.state & QStyle::State_Selected) {
         painter->fillRect(rect, option.palette.brush(QPalette::Highlight));
-        // Of its own, since the list's style sheet keeps the window's palette from it.
+        // Not every desktop's palette makes selected texts readable.
         pen.setColor(Contrast::readable(option.palette.color(QPalette::HighlightedText),
                                         option.palette.color(QPalette::Highlight)));
         painter->setPen(pen);

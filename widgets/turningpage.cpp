@@ -217,9 +217,16 @@ void TurningPage::scrollWhatIsTooLarge()
     area->show();
     stackWhatIsTooWide(); // the scroll bar takes some of the width
     // Whatever gives something the focus, it is to be seen.
-    connect(qApp, &QApplication::focusChanged, area, [this] { showFocused(); });
-    // The contents may get their size only after the focus.
-    connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, area, [this] { showFocused(); });
+    connect(qApp, &QApplication::focusChanged, area, [this] {
+        focusIsNew = true;
+        showFocused();
+    });
+    // The contents may get their size only after the focus. Later the person may have scrolled
+    // away.
+    connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, area, [this] {
+        if (std::exchange(focusIsNew, false))
+            showFocused();
+    });
 }
 
 void TurningPage::showFocused()

@@ -62,6 +62,8 @@ private:
 
     QAccessible::Role role;
     Qt::Orientation windowOrientation = Qt::Horizontal;
+    /// The contents have not changed their size since something got the focus.
+    bool focusIsNew = false;
     bool changedUnseen = true;
     /// There is none on a page that has always had the room it needs.
     QScrollArea *area = nullptr;

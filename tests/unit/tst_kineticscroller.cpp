@@ -114,6 +114,7 @@ private slots:
     void ticksComeEvery30Milliseconds();
     void fastDragStaysUnderTheFinger();
     void touchStopsTheGlideAtOnce();
+    void glideEndsWithTheContents();
     void pausedFingerDoesNotGlide();
     void firstDragAfterATapScrolls();
     void secondPressOfADoubleClickDrags();
@@ -231,6 +232,22 @@ void TestKineticScroller::touchStopsTheGlideAtOnce()
     f.release(100);
     QVERIFY(!f.ticks->wait(100));
     QCOMPARE(f.bar()->value(), stopped);
+}
+
+void TestKineticScroller::glideEndsWithTheContents()
+{
+    Flickable f(tallArea());
+    f.bar()->setValue(f.bar()->maximum() - 20);
+    f.press(200);
+    for (int y = 199; y >= 190; --y)
+        f.move(y);
+    QVERIFY(f.moveAndTick(120)); // fast, and past the end
+    f.release(120);
+    QCOMPARE(f.bar()->value(), f.bar()->maximum());
+    QVERIFY(f.scroller->isMoving());
+    f.ticks->clear();
+    QVERIFY(f.ticks->wait());
+    QVERIFY(!f.scroller->isMoving());
 }
 
 void TestKineticScroller::pausedFingerDoesNotGlide()

@@ -10,6 +10,7 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
+#include "widgets/controls.h"
 #include "widgets/touchstyle.h"
 
 /// Tests the program's own style on all pages. With the environment variable TROLLEO_PICTURES set
@@ -60,6 +61,7 @@ void TestLook::chosenStyleWins()
     QVERIFY(!qobject_cast<TouchStyle *>(QApplication::style()));
     qputenv("QT_STYLE_OVERRIDE", "Fusion");
     TouchStyle::applyUnlessChosen(false);
+    QVERIFY(!qobject_cast<TouchStyle *>(QApplication::style()));
     qunsetenv("QT_STYLE_OVERRIDE");
     QVERIFY(!qobject_cast<TouchStyle *>(QApplication::style()));
     TouchStyle::applyUnlessChosen(false);
@@ -151,11 +153,11 @@ void TestLook::pageHasOneMainActionAtMost()
     forEveryView(shop.stack, [](const QWidget *page) {
         int enabled = 0;
         for (const auto *button : page->findChildren<QPushButton *>())
-            enabled += button->isDefault() && button->isEnabled();
+            enabled += button->property(Controls::mainProperty).toBool() && button->isEnabled();
         QVERIFY2(enabled <= 1, qPrintable(page->objectName()));
     });
     shop.stack->setCurrentIndex(PageTracking);
-    QVERIFY(shop.find<QPushButton>("startButton")->isDefault());
+    QVERIFY(shop.find<QPushButton>("startButton")->property(Controls::mainProperty).toBool());
 }
 
 void TestLook::namesStayInTheirButtons()
@@ -193,7 +195,8 @@ void TestLook::fingerInAGapMeansARow()
     const int from = list->visualItemRect(list->item(0)).top();
     const int to = list->visualItemRect(list->item(1)).bottom();
     for (int y = from; y <= to; ++y)
-        QVERIFY2(list->itemAt(60, y), qPrintable(QString::number(y)));
+        for (const int x : {0, 60, list->viewport()->width() - 1})
+            QVERIFY2(list->itemAt(x, y), qPrintable(QString("%1, %2").arg(x).arg(y)));
     // And nothing is a row far below the last one.
     QVERIFY(!list->itemAt(60, to + 20));
 }
