@@ -22,7 +22,7 @@ public:
     explicit MadeUpGpsd(quint16 port = 0, const Caller &by = Caller::here())
     {
         if (!listen(QHostAddress::LocalHost, port))
-            stopTest("cannot listen", by);
+            stopTest("cannot listen: " + errorString(), by);
         connect(this, &QTcpServer::newConnection, this, [this] {
             client = nextPendingConnection();
             ++connections;

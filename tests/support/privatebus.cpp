@@ -5,6 +5,7 @@
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QTest>
 
 #include <csignal>
 
@@ -106,9 +107,10 @@ void MadeUpService::comeBack(const Caller &by)
     static int count = 0;
     connectionName = QString("made-up-%1").arg(++count);
     QDBusConnection connection = QDBusConnection::connectToBus(address, connectionName);
+    // The bus may not have noticed yet that the connection of before, which had the name, is gone.
     if (!connection.registerVirtualObject(rootPath, this, QDBusConnection::SubPath) ||
-        !connection.registerService(serviceName))
-        stopTest("cannot offer " + serviceName, by);
+        !QTest::qWaitFor([&] { return connection.registerService(serviceName); }))
+        stopTest("cannot offer " + serviceName + ": " + connection.lastError().message(), by);
 }
 
 bool MadeUpService::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)

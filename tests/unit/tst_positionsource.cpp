@@ -377,11 +377,13 @@ public:
         : gpsdStates(statesOfGpsd)
         , geoClueStates(statesOfGeoClue)
         , geoClue(std::make_unique<MadeUpGeoClue>(daemon.address()))
-        , gpsd(std::make_unique<MadeUpGpsd>())
-        , gpsdPort(gpsd->serverPort())
+        , portIsHeld(gpsdPort.bind(QHostAddress::LocalHost, 0, QAbstractSocket::ReuseAddressHint))
+        , gpsd(std::make_unique<MadeUpGpsd>(gpsdPort.localPort()))
         , bus(daemon.address())
         , source(gpsd->address(), bus, {})
     {
+        if (!portIsHeld)
+            stopTest("no port", Caller::here());
         connect(&source, &QGeoPositionInfoSource::positionUpdated, this, [this] {
             if (longestWait < clock.elapsed() && waits)
                 longestWait = clock.elapsed();
@@ -401,7 +403,7 @@ public:
             gpsd.reset();
         } else {
             if (!gpsd)
-                gpsd = std::make_unique<MadeUpGpsd>(gpsdPort);
+                gpsd = std::make_unique<MadeUpGpsd>(gpsdPort.localPort());
             gpsd->answers = gpsdState != Silent;
             gpsd->answer = MadeUpGpsd::poll({}); // useless: without a receiver
         }
@@ -441,8 +443,10 @@ private:
     bool geoClueWasAbsent = false;
     PrivateBus daemon;
     std::unique_ptr<MadeUpGeoClue> geoClue;
+    /// Never listens: it keeps the port of a gpsd that is absent from other programs and tests.
+    QTcpSocket gpsdPort;
+    bool portIsHeld;
     std::unique_ptr<MadeUpGpsd> gpsd;
-    quint16 gpsdPort;
     MessageBus bus;
     PositionSource source;
     QTimer pace;
