@@ -25,24 +25,25 @@ constexpr int fieldGap = 12;
 constexpr int leastTitleCharacters = 8;
 constexpr int leastFieldCharacters = 9;
 
-QPushButton *helpButton(int extent)
-{
-    return Controls::pictureButton(u"helpButton"_s, u":/img/question.png"_s, extent,
-                                   QCoreApplication::translate("ShopWindow", "Help"));
-}
-
 /// A tool of a header: its picture is a tile by itself.
-QPushButton *flat(QPushButton *button)
+QPushButton *toolButton(const QString &objectName, const QString &picture, int extent,
+                        const QString &name)
 {
+    QPushButton *button = Controls::pictureButton(objectName, picture, extent, name);
     button->setFlat(true);
     return button;
 }
 
+QPushButton *helpButton(int extent)
+{
+    return toolButton(u"helpButton"_s, u":/img/question.png"_s, extent,
+                      QCoreApplication::translate("ShopWindow", "Help"));
+}
+
 QPushButton *backButton(QWidget *page, int extent)
 {
-    QPushButton *button =
-        Controls::pictureButton(u"backButton"_s, u":/img/back.svg"_s, extent,
-                                QCoreApplication::translate("ShopWindow", "Back"));
+    QPushButton *button = toolButton(u"backButton"_s, u":/img/back.svg"_s, extent,
+                                     QCoreApplication::translate("ShopWindow", "Back"));
     Frames::pressOnEscape(page, button);
     return button;
 }
@@ -51,8 +52,8 @@ QPushButton *backButton(QWidget *page, int extent)
 void makeToolbar(ToolbarFrame &frame, TurningPage *page)
 {
     frame.picture = Controls::pictureLabel(u"picture"_s);
-    frame.help = flat(helpButton(Controls::pictureExtent));
-    frame.back = flat(backButton(page, Controls::pictureExtent));
+    frame.help = helpButton(Controls::pictureExtent);
+    frame.back = backButton(page, Controls::pictureExtent);
     auto *toolbar = new QVBoxLayout;
     frame.toolbar = toolbar;
     toolbar->addWidget(frame.picture);
@@ -85,14 +86,12 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.title->setObjectName(u"title"_s);
     frame.title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     frame.title->setText(title);
-    QFont bold = frame.title->font();
-    bold.setBold(true);
-    frame.title->setFont(bold);
+    Controls::setBold(frame.title);
     // On a narrow screen the buttons leave little room for the title.
     frame.title->setMinimumWidth(leastTitleCharacters *
                                  QFontMetrics(page->font()).averageCharWidth());
-    frame.help = flat(helpButton(listToolExtent));
-    frame.back = flat(backButton(page, listToolExtent));
+    frame.help = helpButton(listToolExtent);
+    frame.back = backButton(page, listToolExtent);
     frame.header = new QHBoxLayout;
     frame.header->addWidget(frame.picture);
     frame.header->addWidget(frame.title, 1);

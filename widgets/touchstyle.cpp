@@ -51,46 +51,82 @@ constexpr int scrollHandle = 6;
 constexpr int leastHandle = 48;
 constexpr int menuPadding = 16;
 
-QPalette lightPalette()
+/// The colours in which the two palettes differ.
+struct Colors
 {
-    const QColor ink(0x16202C);
-    const QColor sheet(0xFFFFFF);
-    const QColor tint(0xCBDCF0);
-    QPalette palette(ink, tint, sheet, QColor(0x0B58A8), QColor(0x76828F), ink, QColor(0xFFFFFF),
-                     sheet, QColor(0xEDF1F5));
-    palette.setColor(QPalette::Midlight, QColor(0xA9C3E1));
-    palette.setColor(QPalette::Shadow, QColor(0x07427F));
+    QRgb ink;
+    QRgb ground;
+    QRgb sheet;
+    QRgb light; // which only Fusion draws with
+    QRgb tint;
+    QRgb tintPressed;
+    QRgb accent;
+    QRgb accentPressed;
+    QRgb accentLine;
+    QRgb outline;
+    QRgb muted;
+    QRgb selection;
+    QRgb selectedText;
+    QRgb disabledFill;
+    QRgb disabledText;
+};
+
+QPalette paletteOf(const Colors &colors)
+{
+    const QColor ink(colors.ink);
+    const QColor sheet(colors.sheet);
+    QPalette palette(ink, QColor(colors.tint), QColor(colors.light), QColor(colors.accent),
+                     QColor(colors.outline), ink, QColor(Qt::white), sheet, QColor(colors.ground));
+    palette.setColor(QPalette::Midlight, QColor(colors.tintPressed));
+    palette.setColor(QPalette::Shadow, QColor(colors.accentPressed));
     palette.setColor(QPalette::AlternateBase, sheet);
-    palette.setColor(QPalette::PlaceholderText, QColor(0x505D6C));
-    palette.setColor(QPalette::Link, QColor(0x0B58A8));
-    palette.setColor(QPalette::Highlight, QColor(0xCFE3FA));
-    palette.setColor(QPalette::HighlightedText, QColor(0x0A2747));
-    palette.setColor(QPalette::Disabled, QPalette::Button, QColor(0xE1E6EB));
+    palette.setColor(QPalette::PlaceholderText, QColor(colors.muted));
+    palette.setColor(QPalette::Link, QColor(colors.accentLine));
+    palette.setColor(QPalette::Highlight, QColor(colors.selection));
+    palette.setColor(QPalette::HighlightedText, QColor(colors.selectedText));
+    palette.setColor(QPalette::Disabled, QPalette::Button, QColor(colors.disabledFill));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                             QPalette::BrightText, QPalette::HighlightedText})
-        palette.setColor(QPalette::Disabled, role, QColor(0x6C7682));
+        palette.setColor(QPalette::Disabled, role, QColor(colors.disabledText));
     return palette;
+}
+
+QPalette lightPalette()
+{
+    return paletteOf({.ink = 0x16202C,
+                      .ground = 0xEDF1F5,
+                      .sheet = 0xFFFFFF,
+                      .light = 0xFFFFFF,
+                      .tint = 0xCBDCF0,
+                      .tintPressed = 0xA9C3E1,
+                      .accent = 0x0B58A8,
+                      .accentPressed = 0x07427F,
+                      .accentLine = 0x0B58A8,
+                      .outline = 0x76828F,
+                      .muted = 0x505D6C,
+                      .selection = 0xCFE3FA,
+                      .selectedText = 0x0A2747,
+                      .disabledFill = 0xE1E6EB,
+                      .disabledText = 0x6C7682});
 }
 
 QPalette darkPalette()
 {
-    const QColor ink(0xEAEEF3);
-    const QColor sheet(0x1B222B);
-    const QColor tint(0x2B3746);
-    QPalette palette(ink, tint, tint, QColor(0x2470CF), QColor(0x77838F), ink, QColor(0xFFFFFF),
-                     sheet, QColor(0x10151B));
-    palette.setColor(QPalette::Midlight, QColor(0x3C4C60));
-    palette.setColor(QPalette::Shadow, QColor(0x1B5CAE));
-    palette.setColor(QPalette::AlternateBase, sheet);
-    palette.setColor(QPalette::PlaceholderText, QColor(0xAAB5C2));
-    palette.setColor(QPalette::Link, QColor(0x8CBBFF));
-    palette.setColor(QPalette::Highlight, QColor(0x1F4570));
-    palette.setColor(QPalette::HighlightedText, QColor(0xFFFFFF));
-    palette.setColor(QPalette::Disabled, QPalette::Button, QColor(0x222932));
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
-                            QPalette::BrightText, QPalette::HighlightedText})
-        palette.setColor(QPalette::Disabled, role, QColor(0x8792A0));
-    return palette;
+    return paletteOf({.ink = 0xEAEEF3,
+                      .ground = 0x10151B,
+                      .sheet = 0x1B222B,
+                      .light = 0x2B3746,
+                      .tint = 0x2B3746,
+                      .tintPressed = 0x3C4C60,
+                      .accent = 0x2470CF,
+                      .accentPressed = 0x1B5CAE,
+                      .accentLine = 0x8CBBFF,
+                      .outline = 0x77838F,
+                      .muted = 0xAAB5C2,
+                      .selection = 0x1F4570,
+                      .selectedText = 0xFFFFFF,
+                      .disabledFill = 0x222932,
+                      .disabledText = 0x8792A0});
 }
 
 void fillRounded(QPainter *painter, const QRectF &rect, qreal radius, const QBrush &brush)
@@ -108,6 +144,14 @@ void strokeRounded(QPainter *painter, const QRectF &rect, qreal radius, const QC
     painter->setBrush(Qt::NoBrush);
     const qreal half = width / 2;
     painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+/// A line with round ends and corners.
+void strokePath(QPainter *painter, const QPainterPath &path, const QColor &color, qreal width)
+{
+    painter->setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawPath(path);
 }
 
 void drawFocusRing(QPainter *painter, const QRectF &rect, qreal radius, const QPalette &palette)
@@ -135,17 +179,12 @@ bool isChooser(const QStyleOptionButton &option, const QWidget *button)
 
 void drawChevron(QPainter *painter, const QRectF &rect, const QColor &color)
 {
-    QPen pen(color, indicatorStroke);
-    pen.setCapStyle(Qt::RoundCap);
-    pen.setJoinStyle(Qt::RoundJoin);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
     QPainterPath path;
     const QPointF middle = rect.center();
     path.moveTo(middle - QPointF(chevron.width() / 2, chevron.height() / 2));
     path.lineTo(middle + QPointF(chevron.width() / 2, 0));
     path.lineTo(middle + QPointF(-chevron.width() / 2, chevron.height() / 2));
-    painter->drawPath(path);
+    strokePath(painter, path, color, indicatorStroke);
 }
 
 void drawButtonFill(QPainter *painter, const QStyleOptionButton &button, const QWidget *widget)
@@ -287,16 +326,12 @@ void drawCheckIndicator(QPainter *painter, const QStyleOption &option)
     }
     fillRounded(painter, rect, boxRadius,
                 palette.brush(isEnabled ? QPalette::Dark : QPalette::Mid));
-    QPen pen(palette.color(isEnabled ? QPalette::BrightText : QPalette::Base), indicatorStroke + 1);
-    pen.setCapStyle(Qt::RoundCap);
-    pen.setJoinStyle(Qt::RoundJoin);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
     QPainterPath mark;
     mark.moveTo(rect.left() + 0.24 * rect.width(), rect.top() + 0.53 * rect.height());
     mark.lineTo(rect.left() + 0.43 * rect.width(), rect.top() + 0.71 * rect.height());
     mark.lineTo(rect.left() + 0.77 * rect.width(), rect.top() + 0.31 * rect.height());
-    painter->drawPath(mark);
+    strokePath(painter, mark, palette.color(isEnabled ? QPalette::BrightText : QPalette::Base),
+               indicatorStroke + 1);
 }
 
 void drawRadioIndicator(QPainter *painter, const QStyleOption &option)
@@ -315,13 +350,6 @@ void drawRadioIndicator(QPainter *painter, const QStyleOption &option)
         const qreal inset = inner * rect.width();
         fillRounded(painter, rect.adjusted(inset, inset, -inset, -inset), rect.width() / 2, line);
     }
-}
-
-/// Sheets are frames and scroll areas.
-bool isSheet(const QWidget *widget)
-{
-    return qobject_cast<const QAbstractScrollArea *>(widget) != nullptr ||
-           qobject_cast<const QFrame *>(widget) != nullptr;
 }
 
 void drawTab(QPainter *painter, const QStyleOptionTab &tab)
@@ -468,7 +496,7 @@ void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     painter->setRenderHint(QPainter::Antialiasing);
     switch (element) {
     case PE_Frame:
-        if (isSheet(widget))
+        if (qobject_cast<const QFrame *>(widget)) // scroll areas are frames, too
             fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
         if (showsFocus(*option))
             drawFocusRing(painter, option->rect, sheetRadius, option->palette);
@@ -563,13 +591,10 @@ void TouchStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
         drawField(painter, *option);
     } else {
         // What is scrolled does not shine through.
-        const bool isOnSheet =
-            widget &&
-            isSheet(widget->parentWidget() ? widget->parentWidget()->parentWidget() : nullptr);
+        const QWidget *container = widget ? widget->parentWidget() : nullptr;
         const auto *area =
-            isOnSheet
-                ? qobject_cast<const QAbstractScrollArea *>(widget->parentWidget()->parentWidget())
-                : nullptr;
+            container ? qobject_cast<const QAbstractScrollArea *>(container->parentWidget())
+                      : nullptr;
         const bool hasFrame = area && area->frameShape() != QFrame::NoFrame;
         painter->fillRect(option->rect,
                           option->palette.brush(hasFrame ? QPalette::Base : QPalette::Window));
