@@ -16,6 +16,7 @@
 class AlarmSound;
 class AlertHelper;
 class InputPause;
+class MaskedField;
 class Notifier;
 class PageSwitchGuard;
 class PositionWait;
@@ -481,6 +482,8 @@ private:
     void buildCoordinatesEditView(TurningBoxes &turningBoxes);
     void showTakenCoordinates() const;
     void takeTypedCoordinates(float latitude, float longitude);
+    void refuseTooManyDigits(MaskedField *field);
+    void takePastedPair(const QString &latitude, const QString &longitude);
 
     std::unique_ptr<TrShopGps> gps;
     std::unique_ptr<PositionWait> positionWait;

@@ -152,6 +152,10 @@ void type(MaskedField &field, QChar character)
 /// Holds whatever was typed or set before.
 void requireField(const MaskedField &field)
 {
+    if (field.exceedsMask()) {
+        require(std::isfinite(field.text().toDouble()), "a number without the mask is finite");
+        return;
+    }
     static const QRegularExpression shown(u"[-+]?[0-9 ]*[.]?[0-9 ]*"_s);
     static const QRegularExpression whole(QRegularExpression::anchoredPattern(shown.pattern()));
     require(whole.match(field.text()).hasMatch(), "a field shows nothing but a number");
@@ -167,10 +171,11 @@ void requireSet(Field &field, const QString &text)
     widget.setValue(text);
     requireField(widget);
     require(widget.value() == text || text.isEmpty(), "a value that was set is kept");
+    static const QRegularExpression anyDigit(u"[0-9]"_s);
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
-    require(isNumber || text.isEmpty() || widget.hidesValue(), "what is no number does not show");
-    if (!isNumber || widget.hidesValue())
+    require(isNumber || !widget.text().contains(anyDigit), "what is no number does not show");
+    if (!isNumber || !std::isfinite(number))
         return;
     const double rounding = 0.5 * std::pow(10, -field.decimals) + 1e-9;
     require(std::abs(widget.text().toDouble() - number) <= rounding,

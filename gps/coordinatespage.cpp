@@ -13,6 +13,7 @@
 #include "data/database.h"
 #include "data/statements.h"
 #include "map/mapswidget.h"
+#include "platform/informationbox.h"
 #include "stores/storeeditpage.h"
 #include "widgets/controls.h"
 #include "widgets/maskedfield.h"
@@ -105,8 +106,8 @@ bool AxisFields::sexagesimalDiffers() const
 
 void AxisFields::sexagesimalToDecimal() const
 {
-    // A value that the field cannot show is not rounded without the user's knowledge.
-    if (decimal->hidesValue() && !sexagesimalDiffers())
+    // A number that cannot be typed must not be rounded.
+    if (decimal->exceedsMask() && !sexagesimalDiffers())
         return;
     decimal->setValue(Coordinates::decimalText(Coordinates::fromSexagesimal(sexagesimal())));
 }
@@ -263,6 +264,31 @@ void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
     connect(p.tabs, &QTabWidget::currentChanged, this, &ShopWindow::gpsEditPageChanged);
     connect(p.latitude.hemisphere, &QPushButton::clicked, this, &ShopWindow::latBtnSwitch);
     connect(p.longitude.hemisphere, &QPushButton::clicked, this, &ShopWindow::lonBtnSwitch);
+    for (MaskedField *field : {p.latitude.decimal, p.longitude.decimal})
+        connect(field, &MaskedField::pairPasted, this, &ShopWindow::takePastedPair);
+    for (const AxisFields *axis : {&p.latitude, &p.longitude}) {
+        for (MaskedField *field : {axis->decimal, axis->degrees}) {
+            connect(field, &MaskedField::tooManyDigits, this,
+                    [this, field] { refuseTooManyDigits(field); });
+        }
+    }
+}
+
+/// A number whose last digits are missing is the coordinate of another place.
+void ShopWindow::refuseTooManyDigits(MaskedField *field)
+{
+    field->refuse();
+    InformationBox::information(
+        this, tr("This number does not fit. Choose the place on the map, or get it from the GPS."),
+        InformationBox::adviceTime);
+}
+
+void ShopWindow::takePastedPair(const QString &latitude, const QString &longitude)
+{
+    if (!Coordinates::isPlace(Coordinates::number(latitude), Coordinates::number(longitude)))
+        return;
+    coordinatesPage->latitude.decimal->setValue(latitude);
+    coordinatesPage->longitude.decimal->setValue(longitude);
 }
 
 void ShopWindow::manualEnterGps()

@@ -19,14 +19,6 @@
 #include "widgets/namebutton.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
-namespace {
-
-/// Time to read two sentences.
-constexpr auto adviceTime = 8000ms;
-
-} // namespace
 
 void ShopWindow::gpsAcquired(qreal longitude, qreal latitude, qreal altitude)
 {
@@ -78,14 +70,15 @@ void ShopWindow::takeRoughPosition(qreal longitude, qreal latitude, qreal accura
     constexpr qreal metersPerKilometer = 1000;
     const QString kilometers =
         QLocale().toString(std::ceil(accuracyMeters / metersPerKilometer), 'f', 0);
-    InformationBox::information(
-        this, tr("Your position is known to within %1 km only.").arg(kilometers), adviceTime);
+    InformationBox::information(this,
+                                tr("Your position is known to within %1 km only.").arg(kilometers),
+                                InformationBox::adviceTime);
 }
 
 void ShopWindow::tellNoPosition(const QString &text)
 {
     if (positionWait->tellsMissing())
-        InformationBox::information(this, text, adviceTime);
+        InformationBox::information(this, text, InformationBox::adviceTime);
 }
 
 void ShopWindow::startGpsFailed()

@@ -13,6 +13,9 @@ class InformationBox : public QLabel
     Q_OBJECT
 
 public:
+    /// How long a sentence that advises what to do is shown.
+    static constexpr std::chrono::milliseconds adviceTime{8000};
+
     /// Shows `text` above `window` and replaces the current banner, if any. The time starts when
     /// the banner becomes visible, that is, once the window is shown. `window` owns the banner,
     /// which deletes itself.

@@ -1068,6 +1068,10 @@
         <translation>Your position is known to within %1 km only.</translation>
     </message>
     <message>
+        <source>This number does not fit. Choose the place on the map, or get it from the GPS.</source>
+        <translation>This number does not fit. Choose the place on the map, or get it from the GPS.</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Tracking pauses while the device sleeps.</translation>
     </message>

@@ -1068,6 +1068,10 @@
         <translation>Местоположение известно только с точностью до %1 км.</translation>
     </message>
     <message>
+        <source>This number does not fit. Choose the place on the map, or get it from the GPS.</source>
+        <translation>Такое число не помещается. Укажите место на карте или получите его от GPS.</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Пока устройство спит, слежение приостановлено.</translation>
     </message>

@@ -18,6 +18,7 @@
 
 #include "base/pages.h"
 #include "map/mapswidget.h"
+#include "platform/informationbox.h"
 #include "widgets/touchstyle.h"
 
 ShopDriver::ShopDriver(const Caller &by)
@@ -262,6 +263,12 @@ QString ShopDriver::message() const
     if (page() == PageMessage)
         return labelText("messageTitle") + ": " + labelText("messageText");
     return "no message on " + pageWidget()->objectName();
+}
+
+QString ShopDriver::banner() const
+{
+    const auto *box = window->findChild<InformationBox *>();
+    return box && box->isVisible() ? box->text() : QString();
 }
 
 void forEveryView(QStackedWidget *pages, const std::function<void(const QWidget *page)> &check)

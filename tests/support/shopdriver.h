@@ -101,6 +101,8 @@ public:
 
     /// Returns the title of the current message or question, with its text.
     QString message() const;
+    /// Returns the text of the banner, or an empty text if none is shown.
+    QString banner() const;
 
     std::unique_ptr<TestHome> home;
     std::unique_ptr<Window> window;

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QRandomGenerator>
@@ -37,7 +38,13 @@ private slots:
     void typingAfterTabReplaces();
     void numbersArePastedWhole_data();
     void numbersArePastedWhole();
+    void pairsAreNotPastedIntoOneField_data();
+    void pairsAreNotPastedIntoOneField();
+    void tooManyDigitsAreRefused_data();
     void tooManyDigitsAreRefused();
+    void restOfRefusedNumberIsIgnored();
+    void textOfAssistiveTechnologyCounts();
+    void gapsAreClosedWhenTheFieldIsLeft();
     void nothingIsUndone();
 };
 
@@ -193,13 +200,13 @@ void TestCoordinates::fieldShowsWhatItsMaskHolds_data()
     QTest::newRow("three digits") << decimal << "122.41942"
                                   << "122.41942";
     QTest::newRow("too far west") << decimal << "-122.41942"
-                                  << ".";
+                                  << "-122.41942";
     QTest::newRow("999 and more") << decimal << "1234.5"
-                                  << ".";
+                                  << "1234.5";
     QTest::newRow("tiny") << decimal << "1.2e-05"
-                          << ".";
+                          << "1.2e-05";
     QTest::newRow("tiny, with more digits") << decimal << "1.2345678e-05"
-                                            << ".";
+                                            << "1.2345678e-05";
     QTest::newRow("more decimals") << decimal << "2.3522219"
                                    << "2.352222";
     QTest::newRow("more decimals, carried") << decimal << "9.9999999"
@@ -215,7 +222,7 @@ void TestCoordinates::fieldShowsWhatItsMaskHolds_data()
                              << "7";
     QTest::newRow("too many degrees") << "00"
                                       << "137"
-                                      << "";
+                                      << "137";
     QTest::newRow("seconds") << "00.00"
                              << "5.10"
                              << "5.10";
@@ -236,7 +243,7 @@ void TestCoordinates::fieldShowsWhatItsMaskHolds()
     QCOMPARE(field.value(), given.isEmpty() ? shown : given);
     // Digits end at the point of the mask.
     const auto point = field.displayText().indexOf('.');
-    if (mask.contains('.'))
+    if (mask.contains('.') && !field.exceedsMask())
         QCOMPARE(point, mask.indexOf('.'));
 }
 
@@ -246,6 +253,15 @@ void TestCoordinates::whatIsTypedCounts()
     field.setValue("-122.41942");
     QTest::keyClicks(&field, "-12.5"); // from the first position
     QCOMPARE(field.value(), "-12.5");
+    // A part of the number that the mask cannot hold would be another one.
+    field.setValue("-122.41942");
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    QCOMPARE(field.value(), ".");
+    field.setValue("-122.41942");
+    field.setSelection(0, 4);
+    QTest::keySequence(&field, QKeySequence::Cut);
+    QCOMPARE(field.value(), ".");
+    QCOMPARE(QGuiApplication::clipboard()->text(), "-122");
     // Also if nothing remains in the field.
     field.setValue("-122.41942");
     QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
@@ -304,11 +320,10 @@ void TestCoordinates::refusedKeysChangeNothing()
 {
     MaskedField field("#00.000000");
     field.setValue("-122.41942");
-    QTest::keyClick(&field, Qt::Key_Home);
-    QTest::keyClicks(&field, "x.,");
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End, Qt::Key_Left, Qt::Key_Shift})
+        QTest::keyClick(&field, key);
+    QTest::keySequence(&field, QKeySequence::Copy);
     QCOMPARE(field.value(), "-122.41942");
-    QTest::keyClick(&field, Qt::Key_Backspace);
-    QCOMPARE(field.value(), ".");
     field.setValue("2.3522219");
     QTest::keyClicks(&field, "x");
     QCOMPARE(field.value(), "2.3522219");
@@ -361,6 +376,9 @@ void TestCoordinates::numbersArePastedWhole_data()
                                       << "-10.738741";
     QTest::newRow("more than there is room for") << "-122.41942"
                                                  << "7.5";
+    QTest::newRow("typographical minus") << QString(u'\u2212') + "10.5"
+                                         << "-10.5";
+    QTest::newRow("Arabic digits") << QString::fromUtf16(u"\u0661\u0662.\u0665") << "12.5";
     QTest::newRow("no number") << "10.5 N"
                                << "7.5";
     QTest::newRow("nothing") << ""
@@ -379,14 +397,129 @@ void TestCoordinates::numbersArePastedWhole()
     QCOMPARE(field.text(), value);
 }
 
+void TestCoordinates::pairsAreNotPastedIntoOneField_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("pair");
+    const QStringList pair{"50.1001", "14.19888"};
+    QTest::newRow("comma and blank") << "50.1001, 14.19888" << pair;
+    QTest::newRow("comma") << " 50.1001,14.19888\n" << pair;
+    QTest::newRow("semicolon") << "50.1001;14.19888" << pair;
+    QTest::newRow("blank") << "50.1001 14.19888" << pair;
+    QTest::newRow("decimal commas") << "50,1001; 14,19888" << pair;
+    QTest::newRow("only commas") << "50,1001, 14,19888" << pair;
+    QTest::newRow("whole numbers") << "50, 14" << QStringList{"50", "14"};
+    QTest::newRow("west") << "37.5, -122.41942" << QStringList{"37.5", "-122.41942"};
+    QTest::newRow("three numbers") << "50.1001, 14.19888, 7" << QStringList();
+    QTest::newRow("words") << "fifty, fourteen" << QStringList();
+}
+
+void TestCoordinates::pairsAreNotPastedIntoOneField()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, pair);
+    MaskedField field("#00.000000");
+    field.setValue("7.5");
+    QStringList pasted;
+    connect(&field, &MaskedField::pairPasted, &field,
+            [&](const QString &first, const QString &second) {
+                pasted = {first, second};
+            });
+    QGuiApplication::clipboard()->setText(text);
+    QTest::keySequence(&field, QKeySequence::Paste);
+    QCOMPARE(pasted, pair);
+    QCOMPARE(field.value(), "7.5");
+}
+
+void TestCoordinates::tooManyDigitsAreRefused_data()
+{
+    QTest::addColumn<QString>("mask");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("isRefused");
+    QTest::newRow("far west") << "#00.000000"
+                              << "-122" << true;
+    QTest::newRow("four digits") << "#00.000000"
+                                 << "1225" << true;
+    QTest::newRow("two digits") << "#00.000000"
+                                << "-12.2" << false;
+    QTest::newRow("three digits") << "#00.000000"
+                                  << "122.2" << false;
+    QTest::newRow("degrees") << "00"
+                             << "122" << true;
+    QTest::newRow("two degrees") << "00"
+                                 << "12" << false;
+}
+
 void TestCoordinates::tooManyDigitsAreRefused()
 {
-    MaskedField field("#00.000000");
+    QFETCH(QString, mask);
+    QFETCH(QString, typed);
+    QFETCH(bool, isRefused);
+    MaskedField field(mask);
+    const QSignalSpy refused(&field, &MaskedField::tooManyDigits);
     QTest::keyClick(&field, Qt::Key_Home);
-    QTest::keyClicks(&field, "-122");
-    QCOMPARE(field.value(), "-12.");
-    QTest::keyClicks(&field, ".25");
+    QTest::keyClicks(&field, typed);
+    QCOMPARE(!refused.isEmpty(), isRefused);
+    if (!isRefused)
+        QCOMPARE(field.value().toDouble(), typed.toDouble());
+}
+
+void TestCoordinates::restOfRefusedNumberIsIgnored()
+{
+    MaskedField field("#00.000000");
+    connect(&field, &MaskedField::tooManyDigits, &field, &MaskedField::refuse);
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "-122.25");
+    QCOMPARE(field.value(), ".");
+    // A sign begins another number.
+    QTest::keyClicks(&field, "-12.25");
     QCOMPARE(field.value(), "-12.25");
+    // So does any number after a pause, or after another key.
+    QTest::keyClick(&field, Qt::Key_Home);
+    field.setValue(QString());
+    QTest::keyClicks(&field, "1234");
+    QCOMPARE(field.value(), ".");
+    QTest::qWait(2100);
+    QTest::keyClicks(&field, "7");
+    QCOMPARE(field.value(), "7.");
+    field.setValue(QString());
+    QTest::keyClicks(&field, "1234");
+    QTest::keyClick(&field, Qt::Key_Backspace);
+    QTest::keyClicks(&field, "8");
+    QCOMPARE(field.value(), "8.");
+}
+
+void TestCoordinates::textOfAssistiveTechnologyCounts()
+{
+    MaskedField field("#00.000000");
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&field);
+    field.setValue("2.3522219");
+    accessible->setText(QAccessible::Value, "50.5");
+    QCOMPARE(field.value(), "50.5");
+    QCOMPARE(field.displayText().indexOf('.'), 3);
+    field.setValue("-122.41942");
+    accessible->setText(QAccessible::Value, "7");
+    QCOMPARE(field.value(), "7");
+    accessible->setText(QAccessible::Value, QString(u'\u0663'));
+    QCOMPARE(field.value(), "3.");
+    accessible->setText(QAccessible::Value, "");
+    QCOMPARE(field.value(), ".");
+}
+
+void TestCoordinates::gapsAreClosedWhenTheFieldIsLeft()
+{
+    QWidget window;
+    auto *first = new MaskedField("#00.000000", &window);
+    auto *second = new QLineEdit(&window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    first->setFocus();
+    first->setCursorPosition(0);
+    QTest::keyClicks(first, "50.1001");
+    QCOMPARE(first->displayText().left(4), "50 .");
+    second->setFocus();
+    QCOMPARE(first->displayText().left(4), " 50.");
+    QCOMPARE(first->value(), "50.1001");
 }
 
 void TestCoordinates::nothingIsUndone()

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -49,6 +52,9 @@ private slots:
     void backSavesNothing();
     void valueBeyondTheMaskIsKept();
     void hiddenValueIsNotRounded();
+    void numberThatDoesNotFitIsRefused();
+    void textOfAssistiveTechnologyIsSaved();
+    void pastedPairFillsBothFields();
     void secondVisitShowsWhatWasTaken();
     void positionFromTheGps();
     void positionAtHandIsTakenAtOnce();
@@ -407,9 +413,9 @@ void TestCoordinatesPage::valueBeyondTheMaskIsKept()
 {
     ShopDriver shop(store("Pier").at(37.5, -122.41942), gpsOn);
     open(shop, 0);
-    QCOMPARE(decimals(shop), (QStringList{"37.5", "."}));
+    QCOMPARE(decimals(shop), (QStringList{"37.5", "-122.41942"}));
     QCOMPARE(shop.labelText("gpsLongitude"), "-122.41942");
-    QCOMPARE(sexagesimal(shop, "longitude"), (QStringList{"", "25", "9.91", "W"}));
+    QCOMPARE(sexagesimal(shop, "longitude"), (QStringList{"122", "25", "9.91", "W"}));
     typeInto(shop, "latitudeField", "38");
     shop.press("setButton");
     shop.press("saveButton");
@@ -440,6 +446,48 @@ void TestCoordinatesPage::hiddenValueIsNotRounded()
     shop.press("setButton");
     shop.press("saveButton");
     QCOMPARE(stored(shop, 1), (QVariantList{1.2e-05, 20.0, 0.0}));
+}
+
+void TestCoordinatesPage::numberThatDoesNotFitIsRefused()
+{
+    ShopDriver shop(stores, gpsOn);
+    open(shop, 1);
+    typeInto(shop, "latitudeField", "37.5");
+    typeInto(shop, "longitudeField", "-122.25");
+    QCOMPARE(decimals(shop), (QStringList{"37.5", "."}));
+    QCOMPARE(shop.banner(),
+             "This number does not fit. Choose the place on the map, or get it from the GPS.");
+    chooseTab(shop, 1);
+    typeInto(shop, "longitudeDegrees", "122");
+    QCOMPARE(field(shop, "longitudeDegrees"), "");
+}
+
+void TestCoordinatesPage::textOfAssistiveTechnologyIsSaved()
+{
+    ShopDriver shop(stores, gpsOn);
+    open(shop, 0);
+    QAccessible::queryAccessibleInterface(shop.find<QLineEdit>("latitudeField"))
+        ->setText(QAccessible::Value, "50.5");
+    shop.press("setButton");
+    shop.press("saveButton");
+    QCOMPARE(stored(shop, 1), (QVariantList{50.5, -33.5, 0.0}));
+}
+
+void TestCoordinatesPage::pastedPairFillsBothFields()
+{
+    ShopDriver shop(stores, gpsOn);
+    open(shop, 1);
+    const auto paste = [&](const QString &text) {
+        QGuiApplication::clipboard()->setText(text);
+        QTest::keySequence(shop.find<QLineEdit>("longitudeField"), QKeySequence::Paste);
+    };
+    paste("50.125, 14.25");
+    QCOMPARE(decimals(shop), (QStringList{"50.125", "14.25"}));
+    paste("95, 7"); // is no place
+    QCOMPARE(decimals(shop), (QStringList{"50.125", "14.25"}));
+    shop.press("setButton");
+    shop.press("saveButton");
+    QCOMPARE(stored(shop, 2), (QVariantList{50.125, 14.25, 0.0}));
 }
 
 void TestCoordinatesPage::secondVisitShowsWhatWasTaken()

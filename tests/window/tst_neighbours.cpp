@@ -33,11 +33,6 @@ private slots:
     void requestEndsWithGps();
 
 private:
-    static QString banner(const ShopDriver &shop)
-    {
-        const auto *box = shop.window->findChild<InformationBox *>();
-        return box && box->isVisible() ? box->text() : QString();
-    }
     static void track(ShopDriver &shop)
     {
         shop.press("reminderButton");
@@ -72,19 +67,19 @@ void TestNeighbours::roughPositionNeitherRingsNorIsAStore()
     const int polls = gpsd.polls();
     QTRY_VERIFY_WITH_TIMEOUT(gpsd.polls() > polls, soon);
     gpsd.tell(1, 10.01, 20, "\"eph\":24300.0");
-    QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 25 km only.", soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Your position is known to within 25 km only.", soon);
     QCOMPARE(shop.page(), PageTracking);
     // It does not end a wait either.
     shop.press("viewButton");
     QCOMPARE(shop.page(), PageWaiting);
     delete shop.window->findChild<InformationBox *>();
     gpsd.tell(2, 10.01, 20, "\"eph\":251.0");
-    QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 1 km only.", soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Your position is known to within 1 km only.", soon);
     QCOMPARE(shop.page(), PageWaiting);
     delete shop.window->findChild<InformationBox *>();
     gpsd.tell(3, 10.01, 20, "\"eph\":252.0");
     QTest::qWait(3500);
-    QCOMPARE(banner(shop), QString()); // once in each wait
+    QCOMPARE(shop.banner(), QString()); // once in each wait
     gpsd.tell(4, 10.01, 20, "\"eph\":249.0");
     QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageReminder, soon);
 }
@@ -100,7 +95,7 @@ void TestNeighbours::roughPositionCentresTheMap()
     QTRY_COMPARE_WITH_TIMEOUT(shop.page(), PageTrackedList, 2 * soon);
     shop.press("mapViewButton");
     gpsd.tell(11, 48, 2, "\"eph\":5000.0");
-    QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Your position is known to within 5 km only.", soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Your position is known to within 5 km only.", soon);
     QCOMPARE(shop.page(), PageTrackedList);
 }
 
@@ -112,12 +107,12 @@ void TestNeighbours::refusalIsToldOnce()
     gpsd.close();
     ShopDriver shop(bakery, gpsOn);
     track(shop);
-    QTRY_VERIFY_WITH_TIMEOUT(banner(shop).startsWith("Location is switched off"), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(shop.banner().startsWith("Location is switched off"), 15000);
     delete shop.window->findChild<InformationBox *>();
     const auto refused = geoClue.calls("Start").size();
     QTRY_VERIFY_WITH_TIMEOUT(geoClue.calls("Start").size() > refused, 12000);
     QTest::qWait(100);
-    QCOMPARE(banner(shop), QString());
+    QCOMPARE(shop.banner(), QString());
     QVERIFY(shop.isEnabled("stopButton")); // tracking continues
     geoClue.refuses = false;
     QTRY_VERIFY_WITH_TIMEOUT(geoClue.isStarted(), 25000);
@@ -133,7 +128,7 @@ void TestNeighbours::missingPositionIsTold()
     QElapsedTimer clock;
     track(shop);
     clock.start();
-    QTRY_VERIFY_WITH_TIMEOUT(banner(shop).startsWith("No position yet."), 70000);
+    QTRY_VERIFY_WITH_TIMEOUT(shop.banner().startsWith("No position yet."), 70000);
     QVERIFY2(clock.elapsed() > 57000, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(shop.isEnabled("stopButton"));
 }
@@ -150,7 +145,7 @@ void TestNeighbours::sleepIsInhibitedWhileTracking()
     QCOMPARE(login.calls("Inhibit").first().arguments().first(), "sleep");
     login.emitSignal("/org/freedesktop/login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
                      {true});
-    QTRY_COMPARE_WITH_TIMEOUT(banner(shop), "Tracking pauses while the device sleeps.", soon);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Tracking pauses while the device sleeps.", soon);
 }
 
 void TestNeighbours::notificationsComeAndGo()
