@@ -73,7 +73,8 @@ void ShopWindow::startShopping()
     shoppingFromReminder = false;
 }
 
-/// A row with a check mark for each of the goods that `statement` gives for the list or store `id`.
+/// Creates a row with a check mark for each good that `statement` returns for the list or store
+/// `id`. The caller owns the rows.
 QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, int id,
                                                    Qt::CheckState checkState)
 {
@@ -90,7 +91,7 @@ void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
 {
     if (!TouchList::wasTappedAgain(*item, lastTappedGoodId))
         return;
-    // The row below moves up under the finger: a quick second tap was not meant for it.
+    // Another row moves to the tapped position, so a quick second tap must not toggle that row.
     doShoppingPage->list->ignoreDoubleTap();
     toggleGood(doShoppingPage->list->row(item));
 }
@@ -101,8 +102,8 @@ void ShopWindow::doShoppingItemActivated(QListWidgetItem *item)
     toggleGood(doShoppingPage->list->row(item));
 }
 
-/// Checks or unchecks the good in `row`, and moves it to where its block of the list begins or
-/// ends.
+/// Checks or unchecks the good in `row`, and stores that. A checked good becomes the first row of
+/// the checked goods, an unchecked one the last row of the unchecked goods above them.
 void ShopWindow::toggleGood(int row)
 {
     TouchList *list = doShoppingPage->list;

@@ -3,7 +3,7 @@
 
 #include "base/frames.h"
 
-/// The goods to buy, and below them those bought already.
+/// The page used while shopping: the goods to buy, and below them the checked goods.
 struct DoShoppingPage : ListFrame
 {
     QPushButton *ok = nullptr;

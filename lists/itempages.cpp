@@ -25,10 +25,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What a finger needs; styles make buttons wider by themselves. Device-independent pixels.
+/// The minimum width of a step button for a finger, in device-independent pixels. A style may make
+/// the button wider.
 constexpr int leastStepWidth = 56;
 
-/// A button beside the amount; on the keyboard the arrow keys do the same.
+/// Creates a button that steps the amount. It never takes the focus, because on a keyboard the
+/// arrow keys step the amount.
 QPushButton *stepButton(const QString &objectName, const QString &sign, const QString &name)
 {
     auto *button = new QPushButton(sign);
@@ -67,7 +69,7 @@ void ShopWindow::buildItemsListPage()
     connect(p.help, &QPushButton::clicked, this, &ShopWindow::editItemsListHelp);
 }
 
-/// A row with its amount for each of the goods that `query` gives.
+/// Creates a row with the name and the amount of each good in `query`. The caller owns the rows.
 QList<QListWidgetItem *> ShopWindow::goodsRows(QSqlQuery &query)
 {
     const int amountColumn = Database::column(query, "amount"_L1);
@@ -106,7 +108,8 @@ void ShopWindow::saveShoppingItemsClicked()
         kept << rowId(*list->item(index));
     QList<int> deleted;
     QSqlQuery query = Database::run(Statements::goodIdsOfList, currentListId);
-    // Goods that could not be read are not on the page, but nobody has deleted them.
+    // If the goods could not be read, the page has no rows for them, although the user has not
+    // deleted them.
     while (goodsWereRead && query.next()) {
         const int id = query.value(u"id"_s).toInt();
         if (!kept.contains(id))
@@ -151,7 +154,7 @@ void ShopWindow::buildItemEditPage()
     p.amount->setMinimum(1);
     p.amount->setAlignment(Qt::AlignCenter);
     Frames::addField(p.fields, tr("Name"), p.name);
-    // The arrows that a spin box has are too small for a finger.
+    // The arrows of a spin box are too small for a finger.
     p.amount->setButtonSymbols(QAbstractSpinBox::NoButtons);
     QPushButton *less = stepButton(u"lessButton"_s, u"−"_s, tr("Less"));
     QPushButton *more = stepButton(u"moreButton"_s, u"+"_s, tr("More"));

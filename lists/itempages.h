@@ -5,14 +5,14 @@
 
 class QSpinBox;
 
-/// The goods of the active list, as they are being edited: nothing is stored before "OK".
+/// The goods of the active list while they are being edited. "OK" stores the changes.
 struct ItemsListPage : ListFrame
 {
     QPushButton *ok = nullptr;
     QPushButton *add = nullptr;
 };
 
-/// One of the goods: its name and its amount.
+/// The name and the amount of one good.
 struct ItemEditPage : EditFrame
 {
     QLineEdit *name = nullptr;

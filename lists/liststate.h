@@ -3,13 +3,14 @@
 
 #include <QList>
 
-/// The states of a shopping list, as they are stored. A list is open in states 1 and 2.
+/// The states of a shopping list. The values are stored in the database. A list is open in states 1
+/// and 2.
 enum ListState : int {
-    ListEmpty,         ///< only as it was created; no recomputation yields it
-    ListUnchecked,     ///< nothing checked, also when there is nothing to check
+    ListEmpty,         ///< a new list; stateOfList() never returns this state
+    ListUnchecked,     ///< no goods checked, or no goods at all
     ListPartlyChecked, ///< some goods checked, some not
     ListFinished,      ///< all goods checked
 };
 
-/// The state of a list whose goods have these check marks.
+/// Returns the state of a list whose goods have these check marks, one for each good.
 ListState stateOfList(const QList<bool> &checkMarks);

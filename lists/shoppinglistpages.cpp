@@ -160,8 +160,8 @@ void ShopWindow::cancelListCreateClicked()
     pageStack->setCurrentIndex(listEditReturnPage);
 }
 
-/// The name of the store on the list edit page, for a row's second column; empty when there is none
-/// to be named.
+/// Returns the name of the store on the list edit page, for the second column of a row. It is empty
+/// if the list has no store or the store is not in the database.
 QString ShopWindow::storeNameForRow() const
 {
     return currentStoreId == 0 || storeIsUnknown ? QString() : listEditPage->store->text();

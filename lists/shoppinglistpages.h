@@ -5,14 +5,15 @@
 
 class NameButton;
 
-/// The lists to choose from.
+/// The shopping lists, one of which can be made the active list.
 struct ShoppingListsPage : ListFrame
 {
     QPushButton *select = nullptr;
     QPushButton *create = nullptr;
 };
 
-/// One list: its name and its store. "Save" creates or updates it, "Reset" unchecks its goods.
+/// The name, the store and the state of one list. "Save" creates or updates the list, "Reset"
+/// unchecks its goods.
 struct ListEditPage : EditFrame
 {
     QLineEdit *name = nullptr;

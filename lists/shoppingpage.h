@@ -4,7 +4,8 @@
 class QLabel;
 class QPushButton;
 
-/// The active list, and the ways to shop, edit and choose.
+/// The active list, with buttons to start shopping, to edit the list or its goods, and to select
+/// another list.
 struct ShoppingPage
 {
     QLabel *listName = nullptr;
