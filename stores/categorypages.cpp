@@ -163,8 +163,9 @@ void ShopWindow::deleteCategoryConfirm()
 {
     if (const std::unique_ptr<QListWidgetItem> row{
             categoryListPage->list->takeItem(categoryListPage->list->currentRow())}) {
-        // The id is the category's, and is compared with the stores' own ids: that is how the
-        // statement has always been.
+        // The statement compares the category id with the ids of the stores, not with their
+        // category ids. It clears the category of the store that has this id as its own. The stores
+        // of the category keep their category id.
         Database::run(Statements::clearStoreCategory, rowId(*row));
         Database::run(Statements::deleteCategory, rowId(*row));
     }

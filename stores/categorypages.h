@@ -3,14 +3,14 @@
 
 #include "base/frames.h"
 
-/// The categories to choose from; also the picker of other pages.
+/// The list of categories. Other pages open it to select a category.
 struct CategoryListPage : ListFrame
 {
     QPushButton *add = nullptr;
     QPushButton *select = nullptr;
 };
 
-/// One category: its name. "Save" adds or renames it.
+/// The name of one category. "Save" adds or renames the category.
 struct CategoryEditPage : EditFrame
 {
     QLineEdit *name = nullptr;

@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What is being edited of a store and is not stored yet: which store, and the coordinates taken
-/// for it. Coordinates are in degrees and metres.
+/// The store being edited and the coordinates taken for it, before they are stored. Latitudes and
+/// longitudes are in degrees, altitudes in metres.
 class StoreDraft
 {
 public:
-    /// The store being edited; on the store list page the one tapped last.
+    /// The id of the store being edited. On the store list page, the id of the store tapped last.
     int editedStoreId = 0;
 
-    /// What is being edited is no store yet, whatever editedStoreId says.
+    /// Returns whether a new store is being edited. `editedStoreId` does not refer to it.
     bool isNew() const
     {
         return storeIsNew;
     }
-    /// Coordinates were taken while this store is being edited.
+    /// Returns whether coordinates were taken for the store being edited.
     bool storeCoordsSet() const
     {
         return isTaken;
@@ -31,16 +31,17 @@ public:
     {
         return altitude;
     }
-    /// The coordinates page shows coordinates that exist.
+    /// Returns whether the coordinates page shows taken or stored coordinates.
     bool coordsShown() const
     {
         return isShown;
     }
 
-    /// Coordinates taken for another store are not those of the one that is being edited now.
+    /// Starts editing a new store. Coordinates taken before no longer count as taken.
     void editNew();
+    /// Starts editing the store `storeId`. Coordinates taken before no longer count as taken.
     void edit(int storeId);
-    /// The stores page shows a store that lies there.
+    /// Sets the coordinates of the store that the stores page shows. They do not count as taken.
     void showStored(float storedLatitude, float storedLongitude);
     void setCoordsShown(bool shown)
     {
@@ -48,12 +49,13 @@ public:
     }
 
     void takePosition(float newLatitude, float newLongitude, float newAltitude);
-    /// A mark on the map has no altitude: that of a position taken before stays.
+    /// Takes the coordinates of a mark on the map. A mark has no altitude, so the altitude of a
+    /// position taken before is kept.
     void takeMark(float newLatitude, float newLongitude);
-    /// Typed coordinates are taken unless they are equal, as empty fields are. Returns whether they
-    /// were.
+    /// Sets typed coordinates. They count as taken unless latitude and longitude are equal, as they
+    /// are if the fields are empty. Returns whether they count as taken.
     bool takeTyped(float newLatitude, float newLongitude);
-    /// What was typed is no place.
+    /// The typed coordinates are not valid, so no coordinates count as taken.
     void refuseTyped()
     {
         isTaken = false;

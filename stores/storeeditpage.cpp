@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What stands for a missing reference in a statement.
+/// The SQL text for a missing reference.
 const QString missingReference = u"null"_s;
 
 } // namespace
@@ -89,7 +89,7 @@ void ShopWindow::editShopClicked()
                  &ShopWindow::editShopConfirmClicked);
 }
 
-/// Lets the coordinates button tell what is known of the store that is being opened for editing.
+/// Updates the coordinates button for the store that is opened for editing.
 void ShopWindow::showCoordinatesOf(int storeId)
 {
     NameButton *button = storeEditPage->coordinates;
@@ -100,14 +100,15 @@ void ShopWindow::showCoordinatesOf(int storeId)
         const bool known = Database::run(Statements::coordinates, storeId).first();
         button->setName(known ? tr("coords is set (edit...)") : tr("(enter GPS)"));
     } else if (coordinatesTextStoreId != storeId) {
-        // With GPS the text stays as it was, unless it tells of another store.
+        // If GPS is enabled, the text is kept when the same store is opened again.
         button->setName(tr("(set Coordinates)"));
     }
     coordinatesTextStoreId = storeId;
 }
 
-/// The category on the button as a statement takes it. It is found by its name: of two categories
-/// with one name the first counts.
+/// Returns the id of the category on the button as text for a statement, or "null" if there is no
+/// such category. The category is found by its name. If two categories have the same name, the
+/// first one is used.
 QString ShopWindow::categoryIdText() const
 {
     QSqlQuery category =
@@ -191,7 +192,7 @@ void ShopWindow::deleteShopClicked()
 
 void ShopWindow::deleteShopConfirm()
 {
-    // Lists bound to the store stay, and show that they do not know it.
+    // The lists of the store are kept. The shopping page shows their store as unknown.
     Database::run(Statements::deleteCoordinates, draft.editedStoreId);
     Database::run(Statements::deleteStore, draft.editedStoreId);
     if (storeEditReturnPage == PageStoreList) {

@@ -5,7 +5,7 @@
 
 class NameButton;
 
-/// One store: its name, its category and its coordinates. "Save" adds or updates it.
+/// The name, the category and the coordinates of one store. "Save" adds or updates the store.
 struct StoreEditPage : EditFrame
 {
     QLineEdit *name = nullptr;

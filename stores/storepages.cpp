@@ -86,8 +86,8 @@ void ShopWindow::fillStoresPage()
     }
 }
 
-/// What the stores page says of the way to the current store; asks for a position when it takes
-/// one.
+/// Returns the text for the distance to the current store, and requests a position if the distance
+/// cannot be computed without one.
 QString ShopWindow::distanceToCurrentStore()
 {
     if (!gpsAvailable)
@@ -189,7 +189,7 @@ void ShopWindow::shopItemClicked(QListWidgetItem *item)
 
 void ShopWindow::cancelViewShopsClicked()
 {
-    // A store that was added meanwhile is the current one, but nobody chose it here.
+    // A store added on the list has become the current one, but the user has not selected it.
     currentStoreId = storeBeforePicking;
     pageStack->setCurrentIndex(storeListReturnPage);
 }

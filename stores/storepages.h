@@ -3,7 +3,7 @@
 
 #include "base/frames.h"
 
-/// The current store: its name, its category, and how far it is.
+/// The name, the category and the distance of the current store.
 struct StoresPage
 {
     QLabel *name = nullptr;
@@ -14,7 +14,7 @@ struct StoresPage
     QPushButton *create = nullptr;
 };
 
-/// The stores to choose from; also the picker of other pages.
+/// The list of stores. Other pages open it to select a store.
 struct StoreListPage : ListFrame
 {
     QPushButton *add = nullptr;
