@@ -27,7 +27,8 @@ public:
     }
 };
 
-/// A desktop's own dialog, where there is one, is left as it is: these are not its widgets.
+/// A file dialog with controls for a finger. If Qt uses the native dialog of the desktop, that is
+/// not changed, because it does not consist of these widgets.
 class TouchFileDialog : public QFileDialog
 {
 public:
@@ -49,7 +50,7 @@ public:
         setItemDelegate(new TallRows(this));
         if (auto *places = findChild<QWidget *>(u"sidebar"_s))
             places->hide();
-        setPalette(window->palette()); // which no window takes over from another
+        setPalette(window->palette()); // a window does not inherit it from its parent
         fit();
         window->installEventFilter(this);
     }
@@ -69,8 +70,8 @@ private:
     }
 };
 
-/// What Qt keeps for the file dialogs of all programs; how this one looks is nothing the
-/// others want to know.
+/// Restores the settings of file dialogs, which Qt shares between all programs. The appearance of
+/// this dialog must not change the dialogs of other programs.
 class SharedAppearance
 {
 public:
@@ -100,7 +101,7 @@ private:
 QString FileChooser::openFile(QWidget *window, const QString &caption, const QString &folder,
                               const QString &filter)
 {
-    const SharedAppearance kept; // until the dialog, as it goes, has written
+    const SharedAppearance kept; // destroyed after the dialog, whose destructor writes the settings
     TouchFileDialog dialog(window, caption, folder, filter);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }

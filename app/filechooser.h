@@ -6,10 +6,10 @@ class QWidget;
 
 namespace FileChooser {
 
-/// Lets the person choose a file that exists, in a dialog as large as `window`, whichever way that
-/// is turned meanwhile. Returns its path, or nothing when none was chosen. The arguments are those
-/// of QFileDialog::getOpenFileName, whose dialog has neither room on an upright phone nor controls
-/// for a finger.
+/// Lets the user select an existing file in a modal dialog, which keeps the size of `window` when
+/// that is rotated. Returns the path, or an empty string if no file was selected. The arguments are
+/// those of QFileDialog::getOpenFileName(), whose dialog is too large for a phone in portrait and
+/// has controls too small for a finger.
 QString openFile(QWidget *window, const QString &caption, const QString &folder,
                  const QString &filter);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The texts are keys of the translations and stay as they are, spelling included.
+// The texts are the keys of the translations, so even their spelling mistakes must be kept.
 #include <QAbstractButton>
 #include <QLabel>
 #include <QStackedWidget>
@@ -18,14 +18,14 @@ namespace {
 
 const QString pictureOfHelp = u":/img/question.png"_s;
 
-/// `picture`, a resource path, within a line of text.
+/// Returns the HTML for `picture`, a resource path, within a line of text.
 QString inlinePicture(const QString &picture)
 {
     return u"<img src=\"%1\" width=24 height=24>"_s.arg(picture);
 }
 
-/// What a screen reader says of a help text: where a person sees the picture of a button of `page`,
-/// the button's name.
+/// Returns a help text for screen readers, as plain text. The names of the buttons of `page`
+/// replace their pictures.
 QString spokenHelp(QString text, const QWidget *page)
 {
     for (const QAbstractButton *button : page->findChildren<QAbstractButton *>()) {
@@ -79,9 +79,9 @@ void ShopWindow::mainPageHelp()
 void ShopWindow::mainPageAbout()
 {
     const QString contact = QStringLiteral(TROLLEO_CONTACT);
-    // Where there is no room for it in one line, it may be broken after the sign.
+    // The zero-width space allows a line break after the "@".
     const QString shownContact = QString(contact).replace(u'@', u"@\u200b"_s);
-    // Labels are translated, values are not.
+    // The labels are translated, the values are not.
     showMessage(
         tr("About Trolleo"),
         helpLine(htmlBoldOpen + u"Trolleo"_s + htmlBoldClose) +

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
-    // Whoever started the program may not read what it says.
+    // Standard error may be a pipe that nobody reads.
     StandardError::takeMessages();
     const auto arguments = std::span(argv, static_cast<std::size_t>(argc));
     const bool isStyleChosen = std::ranges::any_of(arguments, [](const char *argument) {
@@ -26,13 +26,13 @@ int main(int argc, char **argv)
     });
     const QApplication application(argc, argv);
     TouchStyle::applyUnlessChosen(isStyleChosen);
-    // What the location service asks permission for, whatever the file is called that was started.
+    // Without these calls Qt derives the names from that of the executable, which may be renamed.
     QApplication::setApplicationName(u"trolleo"_s);
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));
     QGuiApplication::setDesktopFileName(u"trolleo"_s);
 
     auto window = std::make_unique<ShopWindow>();
-    // The window has made the pictures known.
+    // ShopWindow has registered the resources.
     QApplication::setWindowIcon(QIcon(u":/img/House.png"_s));
     window->show();
     const int result = QApplication::exec();

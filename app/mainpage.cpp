@@ -18,7 +18,7 @@ constexpr int largeButtonExtent = 96;
 constexpr int toolExtent = 40;
 constexpr int helpExtent = 52;
 
-/// The three large buttons share the height of the page.
+/// Creates one of the three large buttons, which share the height of the page.
 QPushButton *largeButton(const QString &objectName, const QString &picture, const QString &text)
 {
     QPushButton *button = Controls::door(objectName, picture, largeButtonExtent, text);
@@ -61,7 +61,7 @@ void ShopWindow::buildMainPage()
     toolbar->addWidget(p.exit);
 
     auto *buttons = new QVBoxLayout;
-    buttons->setSpacing(0); // the style draws them smaller than they are
+    buttons->setSpacing(0); // the style leaves a gap above and below each button
     buttons->addWidget(p.shopping);
     buttons->addWidget(p.reminder);
     buttons->addWidget(p.shops);

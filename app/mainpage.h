@@ -3,7 +3,7 @@
 
 class QPushButton;
 
-/// The first page: the three ways into the program, and its toolbar.
+/// The first page: three large buttons that open other pages, and a toolbar.
 struct MainPage
 {
     QPushButton *shopping = nullptr;

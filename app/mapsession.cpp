@@ -5,7 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// Opens the session that tiles need, unless there is one; how far that has come nobody sees.
+/// Opens the network session for the tiles of the map, unless a session exists or is being opened.
+/// The user is not told about the progress.
 void ShopWindow::openNetworkSession()
 {
     if (networkSession || networkManager)

@@ -25,10 +25,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int textIndent = 10;
-/// Extent of a picture within the text of a message.
+/// The size of a picture within the text of a message, in pixels.
 constexpr int inlineExtent = 24;
 
-/// The font that `widget` gets on its page, `difference` points larger.
+/// Returns the font of `widget`, made `difference` points larger.
 QFont resized(const QWidget *widget, int difference)
 {
     QFont font = widget->font();
@@ -45,7 +45,7 @@ QLabel *titleLabel(const QString &objectName)
     return title;
 }
 
-/// The centred text that takes the free height of the confirmation and the waiting page.
+/// Creates the centred text of the confirmation and the waiting page, which takes the free height.
 QLabel *largeText(const QString &objectName, const QWidget *page)
 {
     auto *text = new WrapLabel;
@@ -56,7 +56,7 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
     return text;
 }
 
-/// A sheet with `text` in the middle, and `icon` above it.
+/// Adds a sheet with `icon` at the top and `text` in the remaining height.
 void addIconAndText(QBoxLayout *box, QWidget *icon, QWidget *text)
 {
     QVBoxLayout *sheet = Frames::addSheet(box);
@@ -78,11 +78,12 @@ void ShopWindow::buildMessagePage()
     p.text->setFont(resized(page, -1));
     p.text->setTextFormat(Qt::RichText);
     p.text->setWordWrap(true);
-    // Any other setting lets the label keep the moves that the scroller needs.
+    // With other flags the label would accept the mouse moves that TrKineticScroller needs.
     p.text->setTextInteractionFlags(Qt::NoTextInteraction);
     p.text->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     p.text->setIndent(textIndent);
-    // By itself a text draws its pictures at the size of their file and then shrinks them roughly.
+    // Without the provider Qt would load the pictures at the size of the file and scale them down,
+    // which looks coarse.
     p.text->setResourceProvider([label = p.text](const QUrl &url) -> QVariant {
         const QSize size(inlineExtent, inlineExtent);
         return Pictures::icon(u':' + url.path()).pixmap(size, label->devicePixelRatio());
@@ -96,7 +97,7 @@ void ShopWindow::buildMessagePage()
     area->setWidgetResizable(true);
     area->setWidget(p.text);
     area->viewport()->setBackgroundRole(QPalette::Base);
-    p.text->setAutoFillBackground(false); // the area has turned it on
+    p.text->setAutoFillBackground(false); // QScrollArea::setWidget() has turned it on
     p.scrollBar = area->verticalScrollBar();
     auto *scroller = new TrKineticScroller(area);
     scroller->enableKineticScrollFor(area);
@@ -174,7 +175,7 @@ void ShopWindow::buildConfirmationPage()
     box->addLayout(answers);
 
     Frames::pressOnEscape(page, p.no);
-    // "Yes" is connected anew by every question.
+    // askQuestion() connects "Yes".
     connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);
 }
 
@@ -231,7 +232,7 @@ QString ShopWindow::typedName(const QLineEdit *field)
 
 void ShopWindow::showWaiting()
 {
-    // Else cancelling a second wait would lead to the waiting page itself.
+    // Otherwise cancelling a second wait would lead to the waiting page itself.
     if (pageStack->currentIndex() != PageWaiting)
         waitingReturnPage = pageStack->currentIndex();
     pageStack->setCurrentIndex(PageWaiting);

@@ -6,7 +6,7 @@ class QLabel;
 class QPushButton;
 class QScrollBar;
 
-/// Warnings, information, help and About.
+/// The page for warnings, information, help and About.
 struct MessagePage
 {
     PictureLabel *icon = nullptr;
@@ -16,7 +16,7 @@ struct MessagePage
     QPushButton *ok = nullptr;
 };
 
-/// A question to be answered with "Yes" or "No".
+/// The page for a question that the user answers with "Yes" or "No".
 struct ConfirmationPage
 {
     QLabel *title = nullptr;
@@ -25,7 +25,7 @@ struct ConfirmationPage
     QPushButton *no = nullptr;
 };
 
-/// Shown while a position is awaited.
+/// The page shown while the program waits for a position.
 struct WaitingPage
 {
     QPushButton *cancel = nullptr;

@@ -34,7 +34,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// As the settings have them.
+// The values stored in the settings.
 enum Language { SystemLanguage, English, Russian };
 
 QString languageCode(int id)
@@ -97,7 +97,7 @@ void ShopWindow::buildOptionsPage()
     scrollArea->viewport()->setBackgroundRole(QPalette::Base);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setWidget(body);
-    body->setAutoFillBackground(false); // the area has turned it on
+    body->setAutoFillBackground(false); // QScrollArea::setWidget() has turned it on
     (new TrKineticScroller(scrollArea))->enableKineticScrollFor(scrollArea);
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
@@ -127,7 +127,7 @@ void ShopWindow::buildOptionsPage()
 void ShopWindow::optionsClicked()
 {
     const OptionsPage &p = *optionsPage;
-    // Each of the three makes sense only with the one before it.
+    // Each of the three options requires the one before it.
     if (!gpsAvailable)
         gpsEnabled = false;
     p.enableGps->setEnabled(gpsAvailable);
@@ -196,8 +196,8 @@ void ShopWindow::saveSettings()
         changeLanguage(language);
 }
 
-/// Builds every page anew in another language. The page whose button started this goes a little
-/// later, when nothing of it runs any more.
+/// Builds all pages again in another language. The old pages are deleted later by the event loop,
+/// because a button of theirs has called this function.
 void ShopWindow::changeLanguage(int language)
 {
     libraryTranslator.reset();
@@ -219,7 +219,7 @@ void ShopWindow::loadTranslations(const QString &code)
 {
     const QString locale = code.isEmpty() ? QLocale::system().name() : code;
     libraryTranslator = std::make_unique<QTranslator>();
-    // What cannot be loaded stays English.
+    // If a file cannot be loaded, its texts stay English.
     std::ignore = libraryTranslator->load(u"qt_"_s + locale,
                                           QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     QCoreApplication::installTranslator(libraryTranslator.get());

@@ -7,7 +7,7 @@ class NameButton;
 class QCheckBox;
 class QRadioButton;
 
-/// The person's preferences; "OK" takes them over.
+/// The user's preferences. "OK" saves and applies them.
 struct OptionsPage : ToolbarFrame
 {
     QCheckBox *enableGps = nullptr;

@@ -53,18 +53,18 @@ namespace {
 constexpr auto bannerTime = 3000ms;
 constexpr QSize preferredSize(800, 480);
 constexpr int pagePointSize = 22;
-/// The attribute by which a window asks to be turned with the device. Qt 6 has given
-/// its number to something that is on by default.
+/// The former number of the attribute that rotates a window with the device. In Qt 6 it is the
+/// number of Qt::WA_ContentsMarginsRespectsSafeArea, which is on by default.
 constexpr auto autoOrientation = static_cast<Qt::WidgetAttribute>(130);
 
-/// A square counts as portrait.
+/// Returns the orientation of a window of `size`. A square counts as portrait.
 Qt::Orientation orientationOf(const QSize &size)
 {
     return size.height() < size.width() ? Qt::Horizontal : Qt::Vertical;
 }
 
-/// Gives `window` the preferred size. On a screen without the room for it and a frame, the window
-/// fills the screen; maximized, because only the window manager knows how much a frame takes.
+/// Resizes `window` to the preferred size. If the screen is too small for that size and a window
+/// frame, the window is maximized, because only the window manager knows the size of the frame.
 void setFirstSize(QWidget *window)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
@@ -86,7 +86,7 @@ void layOutHiddenPagesOf(QStackedWidget *stack)
         QWidget *page = stack->widget(index);
         page->setGeometry(stack->contentsRect());
         page->show();
-        // Boxes within a page's own boxes have only asked for it.
+        // Nested layouts have only requested a new layout; activate() applies it at once.
         if (page->layout())
             page->layout()->activate();
         layOutStacksIn(page);
@@ -94,7 +94,7 @@ void layOutHiddenPagesOf(QStackedWidget *stack)
     }
 }
 
-/// The views and tabs of a page are pages again.
+/// Lays out the hidden views and tabs of `page`, which are pages of stacks themselves.
 void layOutStacksIn(const QWidget *page)
 {
     for (QStackedWidget *stack : page->findChildren<QStackedWidget *>())
@@ -103,8 +103,8 @@ void layOutStacksIn(const QWidget *page)
 
 } // namespace
 
-// Compiled-in resources of a static library are dropped unless something names them, and that has
-// to be done outside any class and namespace.
+// The linker drops the resources of a static library unless Q_INIT_RESOURCE names them. The macro
+// must be used outside of classes and namespaces.
 static void initPictures() // NOLINT(misc-use-anonymous-namespace): see above
 {
     Q_INIT_RESOURCE(pictures);
@@ -136,15 +136,15 @@ ShopWindow::ShopWindow(QWidget *parent)
     initPictures();
     reserveTimer = new QTimer(this);
     loadSettings();
-    loadStoredLanguage(); // before any page has a text
+    loadStoredLanguage(); // before the pages are built
     alertHelper = std::make_unique<AlertHelper>();
     alertHelper->initialise();
     setAttribute(autoOrientation, true);
     setWindowTitle(u"Trolleo"_s);
     new ReadableTexts(this);
     pageSwitchGuard = new PageSwitchGuard(this);
-    // There are no dock widgets to animate, and a page stack that is animated into a turned window
-    // lags behind it.
+    // The window has no dock widgets to animate. An animated page stack would lag behind when the
+    // window is rotated.
     setAnimated(false);
     gps = std::make_unique<TrShopGps>();
     positionWait = std::make_unique<PositionWait>([this] { gps->requestUpdate(); },
@@ -194,8 +194,8 @@ void ShopWindow::openDatabase()
     if (!db.isOpen()) {
         const auto *banner =
             InformationBox::information(this, tr("Can't open database"), bannerTime);
-        // Asked for now, quitting has no effect before the event loop runs. Nobody may type into a
-        // program that saves nothing, so it ends once the banner is gone.
+        // quit() has no effect before the event loop runs. The program exits when the banner
+        // disappears, because it could not save what the user enters.
         QCoreApplication::quit();
         connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
     }
@@ -217,8 +217,8 @@ void ShopWindow::buildUserInterface()
     setSharedTexts();
     pageStack = new QStackedWidget(this);
     pageStack->setObjectName(u"pageStack"_s);
-    // A page must not keep the window from being turned: while it turns, pages still laid out for
-    // the old orientation may be wider than the new one.
+    // While the window is rotated, pages that still have the layout of the old orientation may be
+    // wider than the window. Without this their minimum size would prevent the rotation.
     pageStack->setMinimumSize(1, 1);
     QFont pageFont;
     pageFont.setPointSize(pagePointSize);
@@ -254,8 +254,8 @@ void ShopWindow::buildUserInterface()
     pageSwitchGuard->guard(pageStack);
     pageStack->setCurrentIndex(PageMain);
     connect(pageStack, &QStackedWidget::currentChanged, this, &ShopWindow::pageChanged);
-    // No resize event follows when pages are built anew in a maximized window, and turning them
-    // takes a page stack that has its place in the window already.
+    // If the pages of a maximized window are built again, no resize event follows. The page stack
+    // must have its geometry before its pages are turned.
     if (isVisible()) {
         pageStack->show();
         layout()->activate();
@@ -292,13 +292,13 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
         layOutHiddenPages();
 }
 
-/// Shows every hidden page once, so that it applies its new layout now and not when it is first
-/// seen. The page in use stays where it is: were it hidden for that, the field being typed in would
-/// lose and regain the focus.
+/// Shows and hides every hidden page once, so that it applies its new layout now and not when the
+/// user opens it. The current page stays visible, because hiding it would take the focus from the
+/// field that the user is typing in.
 void ShopWindow::layOutHiddenPages()
 {
     pageStack->setUpdatesEnabled(false);
-    // Else the window is laid out anew with every page that is shown and hidden.
+    // Otherwise the window would be laid out again for every page that is shown and hidden.
     layout()->setEnabled(false);
     layOutHiddenPagesOf(pageStack);
     layOutStacksIn(pageStack->currentWidget());
@@ -306,11 +306,11 @@ void ShopWindow::layOutHiddenPages()
     pageStack->setUpdatesEnabled(true);
 }
 
-/// Does what every way to a page, or from one, has in common.
+/// Does what every change of the current page requires.
 void ShopWindow::pageChanged(int page)
 {
-    // A wait belongs to the page that began it. The waiting page only shows it, and a message about
-    // coordinates leads back to where they are awaited.
+    // Leaving the page that began a wait ends the wait. It continues on the waiting page, which
+    // shows it, and on a message that leads back to the coordinates page.
     const bool waitGoesOn = page == PageWaiting || page == PageCoordinates ||
                             (page == PageMessage && messageReturnPage == PageCoordinates);
     if (!waitGoesOn)

@@ -55,11 +55,12 @@ struct TrackingPage;
 struct TurningBoxes;
 struct WaitingPage;
 
-/// The main window: it holds every page of the program in one page stack and nearly every slot,
-/// since its pages switch each other. Pages never close; they are switched by their index alone.
+/// The main window. It holds all pages of the program in one page stack, and nearly all slots,
+/// because the pages switch to each other. Pages are never closed: setting the current index of the
+/// stack switches them.
 ///
-/// Constructing it opens the database, which happens once per process: the connection is the
-/// default one.
+/// The constructor opens the database as the default connection and the destructor closes it, so
+/// only one window may exist at a time.
 class ShopWindow : public QMainWindow
 {
     Q_OBJECT
@@ -69,7 +70,8 @@ public:
     ~ShopWindow() override;
 
 signals:
-    /// A position has arrived while someone waited for one. Whoever waits connects for one use.
+    /// Emitted when a position arrives while a page waits for one. The page connects to it for one
+    /// position.
     void requestedGpsUpdate();
 
     // ---- Application shell ------------------------------------------------------------------
@@ -186,11 +188,12 @@ private slots:
     // ---- Positioning ------------------------------------------------------------------------
     // gps/positions.cpp
 public slots:
-    /// A position has arrived; degrees and metres, longitude first.
+    /// Takes a position that has arrived; in degrees and metres, longitude first.
     void gpsAcquired(qreal longitude, qreal latitude, qreal altitude);
-    /// The position source has not delivered in time.
+    /// Repeats the request if a page still waits, because the source has delivered no position in
+    /// time.
     void coordUpdateTimeout();
-    /// There is no position source.
+    /// Tells the user that there is no position source.
     void startGpsFailed();
 private slots:
     void fixCurrentGps();
@@ -208,7 +211,8 @@ private slots:
     void updateGpsGetPage();
     void btnGetGpsClicked();
 public slots:
-    /// The store's mark was put elsewhere on the map; degrees, latitude first.
+    /// Takes the place where the user has put the store's mark on the map; in degrees, latitude
+    /// first.
     void mapMarkUpdated(qreal latitude, qreal longitude);
     void mapCenterByEdited();
     void mapCenterByGps();
@@ -243,44 +247,45 @@ public slots:
 
     // ---- Map --------------------------------------------------------------------------------
     // app/mapsession.cpp
-    /// The network session that the map waits for is open.
+    /// Remembers the network configuration of the session, which is open now.
     void sessionOpened();
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
 
-    // ---- What every page uses to speak to the person: app/messagepages.cpp -------------------
+    // ---- Messages and questions, used by all pages: app/messagepages.cpp ----------------------
 
-    /// Shows `text`, which may be rich text, on the message page; "OK" leads to `returnPage`.
-    /// `picture` is a resource path; an empty one leaves the picture of the message before.
+    /// Shows `text`, which is rich text, on the message page. "OK" leads to `returnPage`. `picture`
+    /// is a resource path; if it is empty, the picture of the previous message is kept.
     void showMessage(const QString &title, const QString &text, const QString &picture,
                      int returnPage);
 
-    /// Fills the message page as showMessage() does, and does not show it.
+    /// Fills the message page like showMessage(), but does not show it.
     void fillMessage(const QString &title, const QString &text, const QString &picture,
                      int returnPage);
 
-    /// Asks `text`, taken as plain text, on the confirmation page. "Yes" runs `confirmed` and
-    /// nothing else, and `confirmed` decides which page follows; "No" leads to `returnPage`.
+    /// Asks `text`, which is plain text, on the confirmation page. "Yes" only runs `confirmed`,
+    /// which must switch to the next page. "No" leads to `returnPage`.
     void askQuestion(const QString &title, const QString &text, void (ShopWindow::*confirmed)(),
                      int returnPage);
 
-    /// Says that a row has to be chosen first; "OK" leads back to the page that shows now.
+    /// Tells the user to select a row first. "OK" leads back to the current page.
     void warnNotSelected();
-    /// Says that a name has to be typed first; "OK" leads back to the page that shows now.
+    /// Tells the user to type a name first. "OK" leads back to the current page.
     void warnEmptyName();
-    /// What was typed into `field`; warns when that is nothing.
+    /// Returns the text of `field`. If it is empty, calls warnEmptyName().
     QString typedName(const QLineEdit *field);
 
-    /// Shows the waiting page; cancelling it leads back to the page that shows now.
+    /// Shows the waiting page. "Cancel" leads back to the current page.
     void showWaiting();
 
-    /// Builds all pages, instead of those that are there, and shows the main page.
+    /// Builds all pages, which replace existing ones, and shows the main page.
     void buildUserInterface();
 
-    /// A position source exists, as far as is known.
+    /// Whether a position source is available. The constructor sets it before the source is
+    /// created, so it stays true even if creating the source fails.
     bool gpsAvailable = false;
-    /// The next filling of the shopping takes the goods of all lists of the current store.
+    /// Whether the next startShopping() shows the goods of all lists of the current store.
     bool shoppingFromReminder = false;
 
 private:
@@ -288,26 +293,29 @@ private:
     void loadSettings();
     void openDatabase();
     void setSharedTexts();
-    /// Adds an empty page to the page stack, where it must come to stand at `page`. A screen reader
-    /// says `title` when the page comes up.
+    /// Adds an empty page to the page stack, which owns it. Its index must be `page`, so pages must
+    /// be added in the order of the enumeration. Screen readers speak `title` when the page is
+    /// shown.
     TurningPage *addPage(Page page, const QString &objectName, const QString &title,
                          QAccessible::Role role = QAccessible::Pane);
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
     void pageChanged(int page);
 
-    /// Lets `button` run `slot` and nothing else: a page that adds and edits has one "Save".
+    /// Connects `button` to `slot` and removes its other connections, because "Save" of a page that
+    /// adds and edits, and "Yes", have a different slot each time.
     void connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const;
-    /// Lets `button`, which is checked while `views` shows `view`, run `slot`, which shows it. What
-    /// drives buttons for a screen reader toggles them, and clicks none.
+    /// Connects `button`, which is checked while `views` shows `view`, to `slot`, which shows that
+    /// view. The connection uses toggled(), because assistive technology toggles a checkable button
+    /// and does not click it.
     void connectView(QPushButton *button, const QStackedWidget *views, int view,
                      void (ShopWindow::*slot)());
-    /// Shows an edit page with `picture`, a resource path, ready to type in `name`. "Save" runs
-    /// `save`; "Delete" can be pressed for what exists already.
+    /// Shows an edit page with `picture`, a resource path, and sets the focus to `name`. "Save"
+    /// runs `save`. "Delete" is enabled if `exists` is true.
     void showEditPage(Page page, const EditFrame &frame, QLineEdit *name, const QString &picture,
                       bool exists, void (ShopWindow::*save)());
 
-    // ---- One builder a page, each beside the page's slots -------------------------------------
+    // ---- Page builders, each in the file of the page's slots ----------------------------------
     void buildMainPage();
     void buildShoppingPage();
     void buildTrackingPage();
@@ -343,10 +351,11 @@ private:
     Qt::Orientation pagesOrientation = Qt::Horizontal;
     bool turningPages = false;
 
-    /// Pixels; as wide as a text may be without making its page wider than the upright screen.
+    /// Maximum width of a text in pixels. A wider text would make its page wider than the screen in
+    /// portrait.
     int textWidth = 0;
 
-    // Texts that many pages share.
+    // Texts used by several pages.
     QString categoryButtonDefaultText;
     QString categoryNotSelectedText;
     QString cancelText;
@@ -356,25 +365,25 @@ private:
 
     // ---- Help: app/help.cpp -------------------------------------------------------------------
     QString helpLine(const QString &text) const;
-    /// After an empty line.
+    /// Returns a bold line, after an empty line.
     QString helpHeading(const QString &text) const;
-    /// `picture` is a file of ":/img/".
+    /// Returns a line that explains a button. `picture` is the name of a file in ":/img/".
     QString helpButton(QLatin1StringView picture, const QString &text) const;
     void showHelp(const QString &title, const QString &text, int returnPage);
 
     // ---- Options and language: app/optionspage.cpp --------------------------------------------
-    /// Installs the translations for a language code; an empty one stands for the system's locale.
+    /// Installs the translations for a language code. An empty code selects the system locale.
     void loadTranslations(const QString &code);
     void loadStoredLanguage();
     void changeLanguage(int language);
 
     std::unique_ptr<OptionsPage> optionsPage;
-    /// Chosen on the options page, and not taken over yet.
+    /// Selected on the options page, but not saved yet.
     QString pendingSoundFileName;
     std::unique_ptr<QTranslator> libraryTranslator;
     std::unique_ptr<QTranslator> applicationTranslator;
 
-    // The settings as the program follows them; the store is read once and written by the options.
+    // The settings in use. They are read once at the start, and saved by the options page.
     bool gpsEnabled = false;
     bool gpsAutoStart = false;
     bool trackAutoStart = false;
@@ -409,23 +418,23 @@ private:
     std::unique_ptr<ItemsListPage> itemsListPage;
     std::unique_ptr<ItemEditPage> itemEditPage;
     std::unique_ptr<DoShoppingPage> doShoppingPage;
-    /// Return pages, each the index of the page that opened the one named.
+    // Return pages: the index of the page that "Back" on the named page leads to.
     int itemsReturnPage = PageMain;
     int listEditReturnPage = PageMain;
-    /// The active list.
+    /// The active list; 0 for none.
     int currentListId = 0;
-    /// The list being edited; on the shopping lists page the one tapped last.
+    /// The list being edited. On the shopping lists page, the list tapped last.
     int editedListId = 0;
     int newListState = 0;
-    /// The store of the list being edited is not in the database, so there is no name to show.
+    /// Whether the store of the list being edited is missing in the database, and so has no name.
     bool storeIsUnknown = false;
-    /// All goods of the list were on the items list page when it came up.
+    /// Whether all goods of the list could be read for the items list page.
     bool goodsWereRead = true;
     int lastTappedItemId = 0;
     int lastTappedGoodId = 0;
-    /// How many goods are checked; they are the last rows of the list.
+    /// The number of checked goods. They are the last rows of the list.
     int checkedCount = 0;
-    /// "Start" was pressed without a list: the next list chosen goes straight on to shopping.
+    /// "Start" was pressed without an active list, so selecting a list starts shopping.
     bool startShoppingPending = false;
 
     // ---- Stores and categories ----------------------------------------------------------------
@@ -448,16 +457,16 @@ private:
     std::unique_ptr<StoreEditPage> storeEditPage;
     std::unique_ptr<CategoryListPage> categoryListPage;
     std::unique_ptr<CategoryEditPage> categoryEditPage;
-    /// The current store: shown on the stores page, and what the store list picks.
+    /// The store shown on the stores page, or selected on the store list page; 0 for none.
     int currentStoreId = 0;
     int storeBeforePicking = 0;
     StoreDraft draft;
-    /// The store of which the text of the coordinates button tells; 0 for none.
+    /// The store to which the text of the coordinates button refers; 0 for none.
     int coordinatesTextStoreId = 0;
-    /// The category chosen last.
+    /// The category selected last, or that of the store edited last; 0 for none.
     int selectedCategoryId = 0;
     int lastTappedCategoryId = 0;
-    /// Degrees, of the store on the stores page.
+    /// The coordinates of the store on the stores page, in degrees.
     float shownStoreLatitude = 0;
     float shownStoreLongitude = 0;
     int storeListReturnPage = PageMain;
@@ -468,12 +477,12 @@ private:
     // gps/positions.cpp
     void endWaiting();
     void takePosition();
-    /// A position that is too rough to ring, or to be a store's; degrees and metres.
+    /// Takes a position that is too rough for a reminder or for a store; in degrees and metres.
     void takeRoughPosition(qreal longitude, qreal latitude, qreal accuracyMeters);
-    /// Tells once, until a position comes, that there is none.
+    /// Tells the user that there is no position, once until a position arrives.
     void tellNoPosition(const QString &text);
-    /// Takes a position for the edited store: true when it has to wait for one, and lets `taken`
-    /// run then.
+    /// Takes the current position for the edited store. Returns true if it must wait for one, which
+    /// `taken` then takes.
     bool waitForPosition(void (ShopWindow::*taken)());
     void takeAwaitedPosition();
 
@@ -509,12 +518,12 @@ private:
     void track(bool somebodyWaited);
     Sight seenByPerson() const;
     void showReminder();
-    /// Makes the reminder's notification, from what its page says.
+    /// Prepares the notification of the reminder from the texts of its page.
     void prepareAlert() const;
-    /// Answers the reminder by its notification: `key` is that of the action chosen.
+    /// Answers the reminder from its notification. `key` is the key of the selected action.
     void answerReminder(const QString &key);
     void bringToFront();
-    /// As bringToFront(), by the compositor's leave where that takes a token.
+    /// Like bringToFront(), with an activation token for the Wayland compositor.
     void bringToFrontBy(const QString &activationToken);
     void closeWhatCoversPages();
 
@@ -528,12 +537,14 @@ private:
     std::unique_ptr<ReminderPage> reminderPage;
     /// A child of the window.
     AlarmSound *alarmSound = nullptr;
-    /// Says so while tracking runs, and keeps the device awake. Children of the window.
+    /// The notification shown while tracking runs. A child of the window.
     Notifier *trackingNotice = nullptr;
+    /// Keeps the device awake while tracking runs. A child of the window.
     SleepInhibitor *sleepInhibitor = nullptr;
-    /// Keeps from the reminder what was meant for something else. A child of the window.
+    /// Discards input that was meant for another page when the reminder opens. A child of the
+    /// window.
     InputPause *inputPause = nullptr;
-    /// Which criterion is chosen; neither stands for all stores.
+    /// The selected criterion. If both are false, all stores are tracked.
     bool trackByCategory = false;
     bool trackByStore = false;
     TrackingRun run;
@@ -543,8 +554,8 @@ private:
     void openNetworkSession();
     void startNetworkSession();
 
-    /// Looks for networks while it exists; a child of the window.
+    /// Exists only while it looks for networks. A child of the window.
     QNetworkConfigurationManager *networkManager = nullptr;
-    /// None was opened, or none is needed, while this is null; a child of the window.
+    /// Null if no session was opened, or none is needed. A child of the window.
     QNetworkSession *networkSession = nullptr;
 };
