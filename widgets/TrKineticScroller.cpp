@@ -19,14 +19,15 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds tick = 30ms;
-/// Moves after a press that still may be a shaky tap.
+/// A drag starts with the first move that follows more moves than this since the press, because a
+/// shaky tap moves as well.
 constexpr int toleratedMoves = 3;
-/// Pixels per tick.
+/// In pixels per tick.
 constexpr int fastestGlide = 30;
 /// The press and the release of the click that may follow a click.
 constexpr int actionsAfterClick = 2;
 
-/// What tells one physical mouse event from another.
+/// Identifies one physical mouse event.
 struct Fingerprint
 {
     QEvent::Type type = QEvent::None;
@@ -51,26 +52,26 @@ struct TrKineticScroller::State
 
     QPointer<QAbstractScrollArea> scrollArea;
     bool isPressed = false;
-    /// Dragging or gliding.
+    /// Whether the contents are being dragged or glide.
     bool isMoving = false;
-    /// The last press stopped a glide.
+    /// Whether the last press stopped a glide.
     bool stoppedGlide = false;
-    /// Since the last press the pointer was farther from it than a tap may shake.
+    /// Whether the pointer has been farther from the last press than is allowed for a tap.
     bool leftPressPoint = false;
-    /// In the coordinates of the area, like all positions here.
+    /// In coordinates of the area, like all positions in this structure.
     QPoint lastPressPoint;
-    /// Where the pointer was at the last tick, or where the drag began.
+    /// The position of the pointer at the last tick, or at the start of the drag.
     int lastMouseYPos = 0;
-    /// Where the pointer was last seen. Moves tell it; the cursor does not follow a finger.
+    /// The position of the last press or move. QCursor::pos() does not follow a finger.
     int pointerY = 0;
     int lastScrollBarPosition = 0;
-    /// Pixels per tick, positive downwards.
+    /// In pixels per tick, positive downwards.
     int velocity = 0;
-    /// Moves seen since the press, before scrolling starts.
+    /// The number of moves since the press, before scrolling starts.
     int ignoredMouseMoves = 0;
-    /// Presses and releases still to be let pass.
+    /// The number of presses and releases still to be ignored.
     int ignoredMouseActions = 0;
-    /// The last event seen at the viewport, until its copy was dropped.
+    /// The last event seen at the viewport. Reset by the next event of the area.
     Fingerprint seenAtViewport;
     QTimer kineticTimer;
 };
@@ -107,7 +108,7 @@ bool TrKineticScroller::isMoving() const
 
 bool TrKineticScroller::isTap() const
 {
-    // A few small moves are enough to drag, but a shaking finger is to tap all the same.
+    // A few small moves start a drag, but a tap with a shaking finger must still count as a tap.
     return d->scrollArea && !d->stoppedGlide && !d->leftPressPoint &&
            d->scrollArea->verticalScrollBar()->value() == d->lastScrollBarPosition;
 }
@@ -121,7 +122,7 @@ bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
     case QEvent::MouseMove:
         break;
     case QEvent::Hide:
-        // A page that goes away under the finger gets no release.
+        // A page that is hidden during a press receives no release.
         d->isPressed = false;
         stopMotion();
         return false;
@@ -143,7 +144,8 @@ bool TrKineticScroller::eventFilter(QObject *object, QEvent *event)
     return false;
 }
 
-/// A viewport hands an event that nobody took on to the area, where it arrives a second time.
+/// Returns whether `event` has been seen at the viewport. Qt propagates an event that the viewport
+/// does not accept to the area, where it arrives a second time.
 bool TrKineticScroller::isCopy(const QObject *object, const QMouseEvent &event)
 {
     const Fingerprint print = fingerprint(event);
@@ -165,14 +167,14 @@ void TrKineticScroller::pressed(const QPoint &position)
     d->ignoredMouseMoves = 0;
     d->leftPressPoint = false;
     d->stoppedGlide = d->isMoving;
-    // Whatever else is let pass: a touch stops a glide.
+    // A touch stops a glide even if the press is ignored otherwise.
     stopMotion();
     letPassUntouched();
 }
 
 void TrKineticScroller::released()
 {
-    // Also when the release is let pass: a finger that is up must not seem to drag on.
+    // Reset even if the release is ignored otherwise, because a lifted finger must not drag.
     d->isPressed = false;
     if (letPassUntouched())
         return;
@@ -182,7 +184,7 @@ void TrKineticScroller::released()
 
 void TrKineticScroller::moved(const QPoint &position)
 {
-    // A mouse that only hovers drags nothing.
+    // A hovering mouse must not drag.
     if (!d->isPressed)
         return;
     d->pointerY = position.y();
@@ -240,7 +242,7 @@ void TrKineticScroller::onKineticTimerElapsed()
     QScrollBar *bar = d->scrollArea->verticalScrollBar();
     const int before = bar->value();
     bar->setValue(before - d->velocity);
-    // At the end of the contents nothing glides that a touch could stop.
+    // At the end of the contents the glide ends, so that the next touch counts as a tap.
     if (bar->value() == before)
         stopMotion();
 }

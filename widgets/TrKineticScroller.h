@@ -9,9 +9,10 @@ class QAbstractScrollArea;
 class QMouseEvent;
 class QPoint;
 
-/// Flick scrolling for one scroll area: dragging moves the contents with the finger, and letting
-/// go while they move makes them glide on and slow down. Only the vertical scroll bar is driven.
-/// The area's mouse events are watched and never swallowed, so a tap still reaches it as a click.
+/// Kinetic scrolling for one scroll area: dragging moves the contents, and if the finger is lifted
+/// while they move, they glide on and slow down. Only the vertical scroll bar is moved. The mouse
+/// events of the area are watched but never filtered out, so the area still receives a tap as a
+/// click.
 class TrKineticScroller : public QObject
 {
     Q_OBJECT
@@ -20,15 +21,16 @@ public:
     explicit TrKineticScroller(QObject *parent = nullptr);
     ~TrKineticScroller() override;
 
-    /// Watches `area` instead of the one watched so far. `area` must not be null, is not owned, and
-    /// may die before the scroller.
+    /// Watches `area` instead of the previous one. `area` must not be null. It is not owned, and
+    /// may be destroyed before the scroller.
     void enableKineticScrollFor(QAbstractScrollArea *area);
 
-    /// Whether the contents are being dragged or glide.
+    /// Returns whether the contents are being dragged or glide.
     bool isMoving() const;
 
-    /// Whether the press that is being released is a tap: it stayed within startDragDistance() of
-    /// where it began, moved the contents by nothing, and did not stop them gliding.
+    /// Returns whether the press that is being released is a tap: the pointer stayed within
+    /// QApplication::startDragDistance() of the press, the contents did not move, and the press did
+    /// not stop a glide.
     bool isTap() const;
 
     bool eventFilter(QObject *object, QEvent *event) override;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Relative luminance, https://www.w3.org/TR/WCAG21/#dfn-relative-luminance.
+/// Returns the relative luminance, see https://www.w3.org/TR/WCAG21/#dfn-relative-luminance.
 double luminance(const QColor &color)
 {
     const auto linear = [](double part) {
@@ -22,7 +22,7 @@ double luminance(const QColor &color)
            0.0722 * linear(color.blueF());
 }
 
-/// `one`, with `part` of it, from 0 to 1, replaced by `other`.
+/// Returns a mixture of two colours. `part`, from 0 to 1, is the share of `other`.
 QColor mixed(const QColor &one, const QColor &other, double part)
 {
     const auto mix = [part](float from, float to) {
@@ -65,7 +65,7 @@ ReadableTexts::ReadableTexts(QWidget *readableWindow)
 
 bool ReadableTexts::eventFilter(QObject *object, QEvent *event)
 {
-    // The desktop has other colours now; light ones have become dark ones, perhaps.
+    // The colours of the desktop have changed, for example from light to dark.
     if (object == window && event->type() == QEvent::ApplicationPaletteChange)
         apply();
     return false;

@@ -6,28 +6,29 @@
 
 class QWidget;
 
-/// How well a text can be read on its ground.
+/// Functions for the contrast between a text and its background.
 namespace Contrast {
 
-/// What a text needs, after the Web Content Accessibility Guidelines 2.1, criterion 1.4.3.
+/// The minimum contrast ratio of a text, from the Web Content Accessibility Guidelines 2.1,
+/// criterion 1.4.3.
 inline constexpr double least = 4.5;
 
-/// The contrast ratio of two opaque colours, from 1 to 21, after the same guidelines.
+/// Returns the contrast ratio of two opaque colours, from 1 to 21, as defined by these guidelines.
 double ratio(const QColor &one, const QColor &other);
 
-/// `text`, as far lighter or darker as `ground` demands.
+/// Returns `text`, made lighter or darker as far as necessary to be readable on `ground`.
 QColor readable(const QColor &text, const QColor &ground);
 
 } // namespace Contrast
 
-/// Keeps readable in a window what desktops' palettes are wont to make hard to read: selected texts
-/// and links. All other colours stay the desktop's, and these do when they can be read.
+/// Makes selected texts and links in a window readable if the palette of the desktop does not. All
+/// other colours stay those of the desktop.
 class ReadableTexts : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `readableWindow` owns it.
+    /// `readableWindow` owns the object.
     explicit ReadableTexts(QWidget *readableWindow);
 
     bool eventFilter(QObject *object, QEvent *event) override;

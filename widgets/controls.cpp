@@ -17,12 +17,13 @@ namespace {
 // Device-independent pixels.
 constexpr int pageEdge = 12;
 constexpr int rowGap = 8;
-/// An icon does not tell where it is from.
+/// The resource path of the picture, because a QIcon does not store it.
 constexpr const char *pictureProperty = "picture";
 
 using TextButton = WrappingButton<QPushButton, QStyle::CE_PushButton>;
 
-/// Where it is narrow, it has its picture above its text.
+/// A large button. TouchStyle draws the picture above the text if the button is narrow, so its
+/// minimum width is that of a word or of the picture.
 class Door : public TextButton
 {
 public:
@@ -37,7 +38,7 @@ public:
 
 void prepare(QPushButton *button, const QString &objectName, const QString &picture, int extent)
 {
-    // It may be narrower than its hint.
+    // The button may be narrower than its size hint.
     button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     button->setObjectName(objectName);
     button->setIconSize(QSize(extent, extent));
@@ -90,7 +91,8 @@ void Controls::setBold(QWidget *widget)
 
 void Controls::setMain(QPushButton *button)
 {
-    // The default flag would let a held Enter key press it again and again.
+    // The flag QPushButton::default is not used, because a held Enter key would press the button
+    // repeatedly.
     button->setProperty(mainProperty, true);
     setBold(button);
 }

@@ -5,25 +5,24 @@
 
 class QMouseEvent;
 
-/// The press of a mouse button or finger, as far as it decides whether the next one makes a double
-/// tap of both.
+/// A press of a mouse button or finger, which determines whether the next press makes a double tap.
 ///
-/// Qt's own double clicks do not tell: for touches, Qt 6.4 reports one for every second touch of
-/// the very same point, however late, and none for one that is a pixel beside it.
+/// Double click events of Qt are not reliable for this: for touches, Qt 6.4 sends one for every
+/// second touch at exactly the same point, however late, and none if the points differ by a pixel.
 class TapPress
 {
 public:
     TapPress() = default;
     explicit TapPress(const QMouseEvent &press);
 
-    /// Whether `press` comes within QStyleHints::mouseDoubleClickInterval() of this one, and no
-    /// farther from it than QStyleHints::touchDoubleTapDistance() in either direction. False when
-    /// there was no press yet.
+    /// Returns whether `press` comes within QStyleHints::mouseDoubleClickInterval() after this one,
+    /// and not farther from it than QStyleHints::touchDoubleTapDistance() in x and y. Returns false
+    /// for a default-constructed object.
     bool isFirstOfTwo(const QMouseEvent &press) const;
 
 private:
     bool happened = false;
-    /// Milliseconds, as events have them.
+    /// The timestamp of the event, in milliseconds.
     quint64 time = 0;
     QPointF globalPosition;
 };

@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::chrono::milliseconds shortestPause = 1s;
 constexpr std::chrono::milliseconds quietTime = 300ms;
-/// What is held for so long, without another event, was let go where nobody told of it.
+/// After this time without input, held keys count as released: the window may not have received the
+/// release.
 constexpr std::chrono::milliseconds longestHold = 10s;
 
 bool isInput(const QEvent *event)
@@ -57,7 +58,7 @@ InputPause::InputPause(QWidget *pausedWindow)
 void InputPause::begin(QWidget *page)
 {
     shownPage = page;
-    // Installed once, also when it is installed already.
+    // A filter that is already installed is not installed twice.
     QCoreApplication::instance()->installEventFilter(this);
     isTouched = false;
     heldKeys = 0;
@@ -73,14 +74,14 @@ void InputPause::restart()
 
 bool InputPause::eventFilter(QObject *object, QEvent *event)
 {
-    // Answered, by a screen reader or the notification.
+    // The page has been answered, by a screen reader or through the notification.
     if (!shownPage || !shownPage->isVisible()) {
         end();
         return false;
     }
     if (event->type() == QEvent::WindowActivate && object == window)
         restart();
-    // Not those of the window's surface: it keeps account of what is pressed.
+    // Events of the QWindow pass, because Qt keeps track of pressed buttons there.
     if (!isPausing || !isInput(event) || !object->isWidgetType() ||
         static_cast<QWidget *>(object)->window() != window)
         return false;

@@ -8,21 +8,21 @@
 
 class QWidget;
 
-/// Lets keys, clicks and taps in a window go for a while: what was on its way to another page or
-/// program when a page came up must not answer what that asks. A screen reader's actions are no
-/// such events and go on.
+/// Discards keys, clicks and taps in a window for a while, because input that was meant for another
+/// page or program must not answer a page that has just opened. Actions of a screen reader are not
+/// such events and still work.
 class InputPause : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `window` owns it.
+    /// `pausedWindow` owns the object.
     explicit InputPause(QWidget *pausedWindow);
 
-    /// Begins, or begins anew, and ends when `page` does not show any more; it begins again
-    /// whenever the window becomes active while `page` shows, since it may come to the front late.
-    /// A pause lasts a second and, beyond that, until 300 ms have passed without a key or tap, and
-    /// nothing is held down.
+    /// Starts a pause, or starts it again. A pause lasts at least a second, until 300 ms have
+    /// passed without input and nothing is held down. It also ends when `page` is hidden. A new
+    /// pause starts whenever the window becomes active while `page` is visible, because the window
+    /// may come to the front late.
     void begin(QWidget *page);
 
     bool eventFilter(QObject *object, QEvent *event) override;

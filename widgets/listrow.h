@@ -4,28 +4,31 @@
 #include <QListWidgetItem>
 #include <QString>
 
-/// What the rows of all lists carry beside their text. Qt::CheckStateRole is 0 or 2.
+/// The data roles of the rows of all lists, in addition to Qt::DisplayRole. Qt::CheckStateRole is 0
+/// for unchecked and 2 for checked.
 enum RowRole : int {
-    RowIdRole = Qt::UserRole,            ///< the record's id, 0 for a record not stored yet
-    SecondColumnRole = Qt::UserRole + 1, ///< an amount, a store's or a category's name
+    RowIdRole = Qt::UserRole,            ///< the id of the record, 0 if it is not stored yet
+    SecondColumnRole = Qt::UserRole + 1, ///< an amount, or the name of a store or category
     CheckableRole = Qt::UserRole + 2,    ///< whether the row has a check mark
 };
 
-/// A row of a list: the name of something that has an id. The view lets nobody check it: a check
-/// mark is the program's to set. A screen reader reads all that the row shows.
+/// A row of a list, with the name and the id of a record. Only the program sets the check mark; the
+/// view does not let the user change it. Screen readers speak all texts of the row and whether it
+/// is checked.
 class ListRow : public QListWidgetItem
 {
 public:
     ListRow(const QString &name, int id, const QVariant &second = {});
 
-    /// Without telling the view, for many rows at once: whoever calls this tells it of all of them.
+    /// Sets the texts without notifying the view. The caller must notify it, which is faster for
+    /// many rows at once.
     void setTexts(const QString &name, const QVariant &second);
 
     QVariant data(int role) const override;
     void setData(int role, const QVariant &value) override;
 
 private:
-    // What every row has; the base class takes much longer to keep it.
+    // The data of every row. Members are much faster than the storage of the base class.
     QString rowName;
     const int recordId;
     QVariant secondColumn;

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Enough to tell most names from each other.
+/// Minimum width in characters, which is enough to distinguish most names.
 constexpr int leastCharacters = 17;
 
 } // namespace
@@ -21,7 +21,7 @@ constexpr int leastCharacters = 17;
 NameButton::NameButton(QWidget *parent)
     : QPushButton(parent)
 {
-    // A layout takes the size hint of a button for its least size else.
+    // With the size policy of QPushButton, a layout would not make it narrower than its size hint.
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setProperty(Controls::leadsOnProperty, true);
 }
@@ -29,8 +29,8 @@ NameButton::NameButton(QWidget *parent)
 void NameButton::setName(const QString &name)
 {
     setText(name);
-    // setText() takes an ampersand for the mark of a shortcut, and so does the accessible name
-    // that is derived from the text.
+    // An ampersand in the text sets a shortcut, and is missing in the accessible name that Qt
+    // derives from the text.
     setShortcut(QKeySequence());
     setAccessibleName(name);
 }
@@ -45,7 +45,7 @@ QSize NameButton::sizeFor(int textWidth) const
 
 QSize NameButton::sizeHint() const
 {
-    // Qt's own hint takes an ampersand for a mark that has no width.
+    // The size hint of QPushButton has no room for an ampersand, which it takes for a mnemonic.
     return sizeFor(fontMetrics().horizontalAdvance(text()));
 }
 
@@ -58,7 +58,7 @@ QSize NameButton::minimumSizeHint() const
 void NameButton::initStyleOption(QStyleOptionButton *option) const
 {
     QPushButton::initStyleOption(option);
-    constexpr int wide = 1000; // wider than the least width of any style's button
+    constexpr int wide = 1000; // more than the minimum width of a button in any style
     const int room = width() - (sizeFor(wide).width() - wide);
     option->text = fontMetrics().elidedText(text(), Qt::ElideRight, room);
     option->text.replace(QLatin1Char('&'), "&&"_L1);

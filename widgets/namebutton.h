@@ -3,9 +3,8 @@
 
 #include <QPushButton>
 
-/// A button whose text is something's name. An ampersand in it is drawn and makes no shortcut, and
-/// a name that is too long for the button is elided, so that it never widens a page. text() stays
-/// the name as it is.
+/// A button whose text is a name. An ampersand in the name is drawn and is not a mnemonic. A name
+/// that is too long is elided, so that it does not widen the page. text() returns the full name.
 class NameButton : public QPushButton
 {
     Q_OBJECT
@@ -13,7 +12,7 @@ class NameButton : public QPushButton
 public:
     explicit NameButton(QWidget *parent = nullptr);
 
-    /// Shows `name`, which a screen reader says as well.
+    /// Shows `name`, which is also the accessible name.
     void setName(const QString &name);
 
     QSize sizeHint() const override;

@@ -12,7 +12,7 @@ PageSwitchGuard::PageSwitchGuard(QWidget *guardedWindow)
     : QObject(guardedWindow)
     , window(guardedWindow)
 {
-    // The window's surface, where events pass before they reach any page, is there once it shows.
+    // The QWindow, which receives events before any page, exists only once the window is shown.
     window->installEventFilter(this);
 }
 
@@ -46,7 +46,8 @@ bool PageSwitchGuard::isIgnored(const QMouseEvent &event)
     if (event.type() == QEvent::MouseMove)
         return ignoring;
     const QWidget *page = stack ? stack->currentWidget() : nullptr;
-    // A double click follows the press that makes it one, which is of the same time and place.
+    // A double click event follows a press event with the same time and position, and is ignored if
+    // that is.
     ignoring = page != pageAtPress && press.isFirstOfTwo(event);
     if (!ignoring) {
         press = TapPress(event);

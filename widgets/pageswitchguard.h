@@ -10,17 +10,17 @@ class QMouseEvent;
 class QStackedWidget;
 class QWidget;
 
-/// Keeps the second tap of a quick double tap from the page that its first tap brought up: two
-/// quick taps on a row that opens a page must not press a button of that page.
+/// Ignores the second tap of a double tap if the first tap has opened another page: two quick taps
+/// on a row that opens a page must not press a button of that page.
 class PageSwitchGuard : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `guardedWindow` owns it.
+    /// `guardedWindow` owns the object.
     explicit PageSwitchGuard(QWidget *guardedWindow);
 
-    /// Guards the pages of `pages` from now on.
+    /// Guards the pages of `pages` instead of those of the previous stack.
     void guard(QStackedWidget *pages);
 
     bool eventFilter(QObject *object, QEvent *event) override;
@@ -31,8 +31,8 @@ private:
     QWidget *window;
     QPointer<QStackedWidget> stack;
     TapPress press;
-    /// The page that had the last press; not to be used, for it may be gone.
+    /// The page at the last press. It is only compared, because it may have been deleted.
     const QWidget *pageAtPress = nullptr;
-    /// The button is down in a tap that is ignored.
+    /// Whether the mouse button is down in a tap that is ignored.
     bool ignoring = false;
 };

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What has been read so far.
+/// Returns the icons loaded so far, by path.
 QHash<QString, QIcon> &iconsInUse()
 {
     static QHash<QString, QIcon> icons;
@@ -31,7 +31,7 @@ const QIcon &iconAt(const QString &path)
     return *found;
 }
 
-/// An icon as such reads its file when it is made.
+/// Loads the file when the icon is first drawn. A QIcon made from a path reads it at once.
 class LateIconEngine : public QIconEngine
 {
 public:
@@ -45,7 +45,7 @@ public:
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return iconAt(path).pixmap(size, 1, mode, state); // the size is in pixels already
+        return iconAt(path).pixmap(size, 1, mode, state); // `size` is in device pixels
     }
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal /*scale*/) override
@@ -114,7 +114,7 @@ void PictureLabel::showEvent(QShowEvent *event)
 
 void PictureLabel::draw()
 {
-    // Turning the window shows every page.
+    // Rotating the window shows every page once, but the pixmap need not be drawn again.
     if (picture.isEmpty() || drawnFor == devicePixelRatio())
         return;
     drawnFor = devicePixelRatio();

@@ -5,12 +5,12 @@
 #include <QLabel>
 #include <QString>
 
-/// Pictures cost nothing until they are seen. Most of the program's are on pages that a person may
-/// not come to for days.
+/// Pictures that are loaded when they are first shown, because most of them are on pages that the
+/// user may not open for days.
 namespace Pictures {
 
-/// The picture at `path`, a resource path or file. It is read when it is first drawn, and once for
-/// all that show it.
+/// Returns the picture at `path`, a resource path or a file. It is loaded when it is first drawn,
+/// and only once for all icons with this path.
 QIcon icon(const QString &path);
 
 } // namespace Pictures
@@ -24,8 +24,8 @@ public:
     explicit PictureLabel(QWidget *parent = nullptr);
 
     /// Shows the picture at `path` within `extent` x `extent` device-independent pixels, keeping
-    /// its aspect ratio. It is drawn for just that size on the label's screen, so nothing is left
-    /// to be scaled.
+    /// its aspect ratio. The pixmap has the size in device pixels of the label's screen, so it is
+    /// not scaled when it is painted.
     void setPicture(const QString &path, int extent);
 
     QSize sizeHint() const override;
@@ -39,6 +39,6 @@ private:
 
     QString picture;
     int pictureExtent = 0;
-    /// Device pixel ratio of the pixmap that is there; 0 when it is to be drawn.
+    /// Device pixel ratio of the current pixmap; 0 if it must be drawn.
     qreal drawnFor = 0;
 };

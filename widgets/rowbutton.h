@@ -6,8 +6,8 @@
 
 #include "widgets/wrappingbutton.h"
 
-/// A check box or radio button that fills a row of its page and is pressed anywhere in it, not on
-/// its text alone.
+/// A check box or radio button that reacts to presses anywhere in its rectangle, not only on the
+/// indicator and text.
 template <typename Button, QStyle::ControlElement element>
 class RowButton : public WrappingButton<Button, element>
 {
@@ -16,7 +16,7 @@ public:
         : WrappingButton<Button, element>(text)
     {
         this->setObjectName(objectName);
-        // It may be narrower than its hint.
+        // The button may be narrower than its size hint.
         this->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     }
 

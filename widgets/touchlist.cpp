@@ -19,12 +19,13 @@
 namespace {
 
 // Device-independent pixels.
-constexpr int gapBesideRow = 3; // above and below it
-constexpr int besideRows = 8;   // left and right of them, with the frame 14
+constexpr int gapBesideRow = 3; // above and below each row
+constexpr int besideRows = 8;   // left and right of the rows; 14 with the frame
 constexpr int selectionBesideRow = 10;
 constexpr int selectionRadius = 10;
 constexpr int selectionLine = 2;
-/// Keeps the rounded ends of a selection that is partly scrolled away out of sight.
+/// A selection that is partly scrolled away is drawn up to this distance outside of the viewport,
+/// so that its rounded corners are not visible.
 constexpr int pillOverhang = 100;
 constexpr int placeholderExtent = 96;
 constexpr qreal placeholderOpacity = 0.45;
@@ -38,7 +39,7 @@ TouchList::TouchList(QWidget *parent)
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAutoScroll(false);
-    setAlternatingRowColors(true); // which the program's own style does not show
+    setAlternatingRowColors(true); // TouchStyle does not draw them
     setUniformItemSizes(true);
     setSpacing(gapBesideRow);
     scroller->enableKineticScrollFor(this);
@@ -57,7 +58,7 @@ void TouchList::showRows(const QList<QListWidgetItem *> &rows)
     clear();
     QAbstractItemModel *items = model();
     {
-        // Told of each row, the view spends more time on that than on anything else.
+        // Notifying the view of each row would take most of the time.
         const QSignalBlocker blocker(items);
         for (QListWidgetItem *row : rows)
             addItem(row);
@@ -68,13 +69,13 @@ void TouchList::showRows(const QList<QListWidgetItem *> &rows)
 void TouchList::moveRow(int from, int to)
 {
     {
-        // The view would lay out all rows anew, though they are as many and as high as before.
+        // The view would lay out all rows again, although their number and heights do not change.
         const QSignalBlocker blocker(model());
         insertItem(to, takeItem(from));
     }
     viewport()->update();
     if (QAccessible::isActive()) {
-        // What a screen reader has been told of the rows is of other ones now.
+        // The view does not know of the change, so it does not notify screen readers.
         QAccessibleTableModelChangeEvent event(this, QAccessibleTableModelChangeEvent::ModelReset);
         QAccessible::updateAccessibility(&event);
     }
@@ -92,8 +93,8 @@ void TouchList::setPlaceholder(const QString &picture, const QString &text)
     placeholderText = text;
 }
 
-/// The margins belong to the rows, which the selection shows. The gaps between rows belong to the
-/// rows beside them: a finger in a gap means one of them.
+/// Also returns a row for positions in the side margins, which the selection covers, and in the
+/// gaps between rows, because a tap in a gap is meant for one of the rows beside it.
 QModelIndex TouchList::indexAt(const QPoint &position) const
 {
     const int x = std::clamp(position.x(), besideRows,
@@ -114,7 +115,8 @@ QRect TouchList::visualRect(const QModelIndex &index) const
                : rect;
 }
 
-/// The delegate fills its own rectangle only; the selection is wider and has rounded corners.
+/// Draws the selection below the rows. The delegate fills only its own rectangle, but the selection
+/// is wider and has rounded corners.
 void TouchList::paintEvent(QPaintEvent *event)
 {
     {
@@ -158,7 +160,7 @@ void TouchList::paintPlaceholder(QPainter &painter) const
                      Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
 }
 
-/// The view repaints rows, and the selection is higher than a row.
+/// Repaints the viewport, because the view repaints only rows and the selection is higher.
 void TouchList::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QListWidget::selectionChanged(selected, deselected);
@@ -172,8 +174,8 @@ QSize TouchList::minimumSizeHint() const
     return {characters * fontMetrics().averageCharWidth(), rows * fontMetrics().height()};
 }
 
-/// All rows are as high and as wide whatever they show, so for one row the view need not lay out
-/// all.
+/// If only one row has changed, skips QListView, which would lay out all rows again. The size of a
+/// row does not depend on its contents.
 void TouchList::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                             const QList<int> &roles)
 {
@@ -188,7 +190,8 @@ void TouchList::dataChanged(const QModelIndex &topLeft, const QModelIndex &botto
 void TouchList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QListWidget::currentChanged(current, previous);
-    // The row under the finger is in view already; moving it away would upset the drag.
+    // chooseInPlace() must not scroll: a tapped row is visible, and the tracked list keeps its
+    // scroll position.
     if (staysInPlace || !current.isValid())
         return;
     if (isVisible())
@@ -203,7 +206,7 @@ void TouchList::focusInEvent(QFocusEvent *event)
         QListWidget::focusInEvent(event);
         return;
     }
-    // The view would make its first row current, which nobody chose.
+    // QAbstractItemView would make the first row current, although nobody has selected it.
     QAbstractScrollArea::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
 }
@@ -213,7 +216,8 @@ void TouchList::ignoreDoubleTap()
     movingPress = press;
 }
 
-/// The view would choose the row already now, though the finger may be about to drag it.
+/// Does not call the base class, which would select the row at the press, although the finger may
+/// start a drag.
 void TouchList::mousePressEvent(QMouseEvent *event)
 {
     pressedRow = QModelIndex();
@@ -223,13 +227,13 @@ void TouchList::mousePressEvent(QMouseEvent *event)
     pressedRow = indexAt(event->position().toPoint());
 }
 
-/// Two quick taps are two taps.
+/// Treats two quick taps as two taps.
 void TouchList::mouseDoubleClickEvent(QMouseEvent *event)
 {
     mousePressEvent(event);
 }
 
-/// The view would choose the rows that the finger passes.
+/// Does not call the base class, which would select the rows that the finger passes.
 void TouchList::mouseMoveEvent(QMouseEvent * /*event*/) {}
 
 void TouchList::mouseReleaseEvent(QMouseEvent *event)

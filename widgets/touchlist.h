@@ -9,9 +9,9 @@
 class QPainter;
 class TrKineticScroller;
 
-/// A list for fingers: it flicks, a single tap never activates a row whatever the desktop's style
-/// says, and no row becomes current unless the person or the program chose it. A row is chosen, and
-/// clicked, when a tap on it ends; the finger that drags the rows chooses none.
+/// A list for touch screens with kinetic scrolling. A single tap never activates a row, whatever
+/// the style says, and a row becomes current only if the user or the program selects it. A row is
+/// selected and clicked when a tap on it ends. Dragging selects no row.
 class TouchList : public QListWidget
 {
     Q_OBJECT
@@ -19,35 +19,35 @@ class TouchList : public QListWidget
 public:
     explicit TouchList(QWidget *parent = nullptr);
 
-    /// Whether an itemClicked() that comes now, of `row`, is the second tap on the same record. The
-    /// first one puts the record's id into `lastTapped`.
+    /// To be called for itemClicked() of `row`. Returns whether this is the second tap on the same
+    /// record. Sets `lastTapped` to the id of the record.
     static bool wasTappedAgain(const QListWidgetItem &row, int &lastTapped);
 
-    /// Shows `rows` instead of those that are there; owns them from now on. With many rows this
-    /// takes much less time than adding each.
+    /// Replaces all rows by `rows` and takes ownership of them. With many rows this is much faster
+    /// than adding each of them.
     void showRows(const QList<QListWidgetItem *> &rows);
 
-    /// Moves a row to where `to` is once it is gone from where it was. With many rows this takes
-    /// much less time than taking it out and putting it in. Whether a row is current afterwards is
-    /// open.
+    /// Moves the row `from` to the index `to`, which is counted without the row. With many rows
+    /// this is much faster than takeItem() and insertItem(). Afterwards any row, or none, may be
+    /// current.
     void moveRow(int from, int to);
 
-    /// Makes `row` the current one, or none for -1, and scrolls nowhere.
+    /// Makes `row` the current row without scrolling. -1 clears the current row.
     void chooseInPlace(int row);
 
-    /// What the list shows while it has no rows: `picture`, a resource path, and `text`, which says
+    /// Sets what an empty list shows: `picture`, a resource path, and `text`, which tells the user
     /// what to do.
     void setPlaceholder(const QString &picture, const QString &text);
 
     QModelIndex indexAt(const QPoint &position) const override;
-    /// Without the margins at the sides, which the selection reaches into.
+    /// Returns the rectangle without the margins at the sides, which only the selection covers.
     QRect visualRect(const QModelIndex &index) const override;
 
-    /// Room for some rows of some words.
+    /// Returns a size with room for a few rows with a few words.
     QSize minimumSizeHint() const override;
 
-    /// To be called while a click is handled that made another row come under the finger: should
-    /// the click turn out to be the first tap of a double tap, its second is ignored.
+    /// To be called while handling a click that has moved another row under the finger. If the
+    /// click is the first tap of a double tap, the second tap is ignored.
     void ignoreDoubleTap();
 
 protected:
@@ -72,10 +72,10 @@ private:
     QString placeholderText;
     bool staysInPlace = false;
     bool scrollWhenShown = false;
-    /// Of the last press that was not ignored.
+    /// The last press that was not ignored.
     TapPress press;
-    /// The row moved away from under this one.
+    /// The last press whose click has moved another row under the finger.
     TapPress movingPress;
-    /// Where the finger is down; invalid when it is up, or its tap is ignored.
+    /// The row at the press; invalid if the finger is up, or its tap is ignored.
     QPersistentModelIndex pressedRow;
 };

@@ -33,11 +33,11 @@ constexpr int rowHeight = 52;   // of a check or radio row
 constexpr int aroundPicture = 4;
 constexpr int besidePicture = 8; // between picture and text, and after the text
 constexpr int besideDoorPicture = 12;
-constexpr int leastDoorBeside = 400; // a narrower one has its picture above its text
+constexpr int leastDoorBeside = 400; // a narrower door has its picture above its text
 constexpr int besideText = 13;
 constexpr int chevronRoom = 34;
 constexpr QSizeF chevron(8, 16);
-constexpr int besideDoor = 6; // above and below it
+constexpr int besideDoor = 6; // above and below a door
 constexpr int besideField = 8;
 constexpr int indicatorExtent = 32;
 constexpr int indicatorStroke = 3;
@@ -45,19 +45,19 @@ constexpr int outline = 2;
 constexpr int focusedOutline = 3;
 constexpr int focusRing = 3;
 constexpr int focusGap = 2;
-constexpr int scrollAreaFrame = 6; // more than what a corner of a sheet takes from a viewport
+constexpr int scrollAreaFrame = 6; // keeps the viewport off the rounded corners of the sheet
 constexpr int scrollBarExtent = 12;
 constexpr int scrollHandle = 6;
 constexpr int leastHandle = 48;
 constexpr int menuPadding = 16;
 
-/// The colours in which the two palettes differ.
+/// The colours of a palette, light or dark.
 struct Colors
 {
     QRgb ink;
     QRgb ground;
     QRgb sheet;
-    QRgb light; // which only Fusion draws with
+    QRgb light; // used only by Fusion
     QRgb tint;
     QRgb tintPressed;
     QRgb accent;
@@ -136,7 +136,7 @@ void fillRounded(QPainter *painter, const QRectF &rect, qreal radius, const QBru
     painter->drawRoundedRect(rect, radius, radius);
 }
 
-/// A line within the edge of `rect`.
+/// Draws a rounded rectangle whose line lies within `rect`.
 void strokeRounded(QPainter *painter, const QRectF &rect, qreal radius, const QColor &color,
                    qreal width)
 {
@@ -146,7 +146,7 @@ void strokeRounded(QPainter *painter, const QRectF &rect, qreal radius, const QC
     painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
 }
 
-/// A line with round ends and corners.
+/// Draws `path` with round ends and corners.
 void strokePath(QPainter *painter, const QPainterPath &path, const QColor &color, qreal width)
 {
     painter->setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
@@ -171,7 +171,8 @@ bool leadsOn(const QWidget *button)
     return has(button, Controls::leadsOnProperty);
 }
 
-/// A button that leads on and has no picture is filled in like a field.
+/// Returns whether a button opens another page and has no picture. Such a button selects a value
+/// and is drawn like a field.
 bool isChooser(const QStyleOptionButton &option, const QWidget *button)
 {
     return option.icon.isNull() && leadsOn(button);
@@ -193,7 +194,7 @@ void drawButtonFill(QPainter *painter, const QStyleOptionButton &button, const Q
     const bool isEnabled = button.state.testFlag(QStyle::State_Enabled);
     const bool isDown = button.state.testFlag(QStyle::State_Sunken);
     QRectF rect(button.rect);
-    // Doors touch each other, so that no tap between them is lost.
+    // Doors are drawn with a gap, but their widgets have none, so that no tap between them is lost.
     if (leadsOn(widget) && !isChooser(button, widget))
         rect.adjust(0, besideDoor, 0, -besideDoor);
     if (!isEnabled) {
@@ -225,8 +226,8 @@ QColor buttonTextColor(const QStyleOptionButton &button, const QWidget *widget)
     return button.palette.color(isMain ? QPalette::BrightText : QPalette::ButtonText);
 }
 
-/// Room beside the text of a button, which is the same to its left and its right unless it has a
-/// picture or leads on.
+/// Returns the space to the right of the text of a button. The space to the left is the same,
+/// unless the button has a picture or opens another page.
 int roomAfterText(const QStyleOptionButton &button, const QWidget *widget)
 {
     if (leadsOn(widget))
@@ -235,7 +236,8 @@ int roomAfterText(const QStyleOptionButton &button, const QWidget *widget)
     return isRoomy ? besideText : besidePicture;
 }
 
-/// Width of what a button has for its picture: in a stack, that of the widest.
+/// Returns the width of the space for the picture of a button. In a stack it is at least that of
+/// the usual picture, so that the texts are aligned.
 int pictureColumn(const QStyleOptionButton &button, const QWidget *widget)
 {
     if (button.icon.isNull())
@@ -284,7 +286,7 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
     const int left =
         isLeading ? rect.left() : rect.left() + std::max(0, (rect.width() - whole) / 2);
     if (icon > 0) {
-        // Doors have room to spare around theirs.
+        // A door has additional space on both sides of its picture.
         const int spare = isDoor ? besideDoorPicture : 0;
         const QRect place(left + aroundPicture + spare,
                           rect.center().y() - button.iconSize.height() / 2 + 1, icon,
@@ -356,7 +358,7 @@ void drawTab(QPainter *painter, const QStyleOptionTab &tab)
 {
     if (!tab.state.testFlag(QStyle::State_Selected))
         return;
-    // Of one piece with the sheet below it.
+    // The selected tab joins the sheet below it, so it has no rounded corners there.
     QPainterPath shape;
     shape.setFillRule(Qt::WindingFill);
     const QRectF rect(tab.rect);
@@ -437,7 +439,8 @@ void TouchStyle::unpolish(QApplication *application)
     QProxyStyle::unpolish(application);
 }
 
-/// Qt marks the focus as moved by keys also when a page is hidden by a tap on it.
+/// Keeps track of whether keys have moved the focus. Qt's own flag is not used, because it is also
+/// set when a tap hides the page with the focus.
 bool TouchStyle::eventFilter(QObject *object, QEvent *event)
 {
     bool isMovedByKeys = focusIsMovedByKeys;
@@ -457,7 +460,7 @@ bool TouchStyle::eventFilter(QObject *object, QEvent *event)
     } else if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin) {
         isMovedByKeys = false;
     } else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-        // By itself a list repaints its rows only, and not the ring around them.
+        // A list repaints only its rows when the focus changes, but the focus ring is around them.
         if (auto *area = qobject_cast<QAbstractScrollArea *>(object))
             area->update();
     }
@@ -476,7 +479,7 @@ bool TouchStyle::showsFocus(const QStyleOption &option) const
 void TouchStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
-    // Nothing here changes under a mouse that only hovers.
+    // No control of this style changes its appearance under a hovering mouse.
     widget->setAttribute(Qt::WA_Hover, false);
     if (has(widget, Controls::captionProperty))
         widget->setForegroundRole(QPalette::PlaceholderText);
@@ -496,7 +499,7 @@ void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     painter->setRenderHint(QPainter::Antialiasing);
     switch (element) {
     case PE_Frame:
-        if (qobject_cast<const QFrame *>(widget)) // scroll areas are frames, too
+        if (qobject_cast<const QFrame *>(widget)) // scroll areas are frames as well
             fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
         if (showsFocus(*option))
             drawFocusRing(painter, option->rect, sheetRadius, option->palette);
@@ -509,7 +512,7 @@ void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
     case PE_PanelItemViewRow:
         break;
     case PE_PanelLineEdit:
-        // The field within a spin box has no frame of its own.
+        // The line edit of a spin box has no frame of its own.
         if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
             frame && frame->lineWidth > 0)
             drawField(painter, *option);
@@ -562,7 +565,7 @@ void TouchStyle::drawControl(ControlElement element, const QStyleOption *option,
         drawMenuItem(painter, *item);
     } else if (element == CE_ShapedFrame && frame &&
                (frame->frameShape == QFrame::HLine || frame->frameShape == QFrame::VLine)) {
-        // Air parts the panes of a page.
+        // Separators are not drawn; space separates the panes of a page.
     } else {
         isDrawn = false;
     }
@@ -590,7 +593,7 @@ void TouchStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
     if (control == CC_SpinBox) {
         drawField(painter, *option);
     } else {
-        // What is scrolled does not shine through.
+        // The bar is opaque and has the background colour of the area that it scrolls.
         const QWidget *container = widget ? widget->parentWidget() : nullptr;
         const auto *area =
             container ? qobject_cast<const QAbstractScrollArea *>(container->parentWidget())
@@ -674,7 +677,7 @@ QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption *option
         if (!button)
             break;
         const QSize icon = button->icon.isNull() ? QSize(0, 0) : button->iconSize;
-        // The contents that a button tells hold its picture and 4 pixels beside it.
+        // `contents` includes the icon of the button and 4 pixels beside it.
         const int counted = 4 - (pictureColumn(*button, widget) - icon.width());
         const int picture =
             has(widget, Controls::leadingProperty) ? Controls::pictureExtent : icon.height();

@@ -5,29 +5,31 @@
 
 class QPushButton;
 
-/// The look of the program: calm, flat, made for a thumb and for sunlight. It draws with the roles
-/// of two palettes of its own, light or dark as the desktop's palette is:
+/// The style of the program: flat, with large controls for touch and high contrast for sunlight. It
+/// has a light and a dark palette and chooses the one that matches the palette of the desktop. The
+/// palette roles are used as follows:
 ///
-/// Window is the ground of a page and Base the sheet on it that is read or filled in. Button and
-/// Midlight fill a button and a pressed one, Dark and Shadow the page's main action, whose text is
-/// BrightText. Mid outlines what is filled in, Link marks what has the focus or is in use, and
-/// PlaceholderText is for captions.
+/// Window is the background of a page, and Base that of a sheet with texts or fields. Button and
+/// Midlight are the background of a button and a pressed button, Dark and Shadow those of the main
+/// action of a page, whose text is BrightText. Mid is the outline of fields. Link marks the field
+/// with the focus and the selected control. PlaceholderText is used for captions.
 ///
-/// A flat push button has no fill: outside of dialogs Qt leaves that flag without a meaning. What
-/// else it draws in a way of its own has one of the properties that Controls names.
+/// A flat push button has no background unless it is pressed or checked. Other controls that are
+/// drawn differently are marked by the properties in Controls.
 class TouchStyle : public QProxyStyle
 {
     Q_OBJECT
 
 public:
-    /// Over Qt's Fusion style.
+    /// Uses the Fusion style of Qt for everything that is not drawn here.
     TouchStyle();
 
-    /// Makes it the application's style, unless the person has chosen one: by -style, which
-    /// QApplication takes out of its arguments, or by the environment variable QT_STYLE_OVERRIDE.
+    /// Sets this style for the application, unless the user has selected one. `isStyleChosen` tells
+    /// whether the option -style was given, which QApplication removes from the arguments. The
+    /// environment variable QT_STYLE_OVERRIDE is checked here.
     static void applyUnlessChosen(bool isStyleChosen);
 
-    /// Least height of what a finger is to hit, in device-independent pixels.
+    /// Minimum width and height of a button for a finger, in device-independent pixels.
     static constexpr int leastTarget = 48;
 
     void polish(QPalette &palette) override;
@@ -58,6 +60,6 @@ public:
 private:
     bool showsFocus(const QStyleOption &option) const;
 
-    /// The focus shows while keys move it, and never for a finger.
+    /// Whether keys have moved the focus last. Otherwise the focus is not drawn.
     bool focusIsMovedByKeys = false;
 };

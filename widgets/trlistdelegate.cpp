@@ -49,14 +49,14 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
     pen.setWidth(0);
     painter->setPen(pen);
     if (index.row() > 0) {
-        // One pixel of the device, as a line would be; but lines are drawn pixel by pixel.
+        // One device pixel high. A line would look the same, but Qt draws it pixel by pixel.
         const qreal pixel = 1 / painter->device()->devicePixelRatio();
         painter->fillRect(QRectF(rect.x(), rect.y(), width, pixel), pen.color());
     }
 
     if (option.state & QStyle::State_Selected) {
         painter->fillRect(rect, option.palette.brush(QPalette::Highlight));
-        // Not every desktop's palette makes selected texts readable.
+        // Selected texts are not readable with the palette of every desktop.
         pen.setColor(Contrast::readable(option.palette.color(QPalette::HighlightedText),
                                         option.palette.color(QPalette::Highlight)));
         painter->setPen(pen);

@@ -5,8 +5,8 @@
 #include <QStyledItemDelegate>
 
 /// Draws the rows of all lists: a name, an optional second column in the right third, a line
-/// between rows, and on rows that have one a check mark with the text struck out when checked. The
-/// roles are those of RowRole.
+/// between rows, and a check mark if the row has one. The text of a checked row is struck out. The
+/// data roles are those of RowRole.
 class TrListDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -43,8 +43,8 @@ QAccessibleInterface *accessiblePage(const QString & /*className*/, QObject *obj
     return page ? new QAccessibleWidget(page, page->accessibleRole()) : nullptr;
 }
 
-/// What changes its parent loses the focus, and a field its selection with that. This gives both
-/// back to what is on `page`.
+/// Restores the focus of a widget on `page`, and the selection of a field. A widget loses the focus
+/// when its parent changes, and a field then loses its selection.
 class FocusKeeper
 {
 public:
@@ -73,7 +73,7 @@ public:
 private:
     QWidget *focused = nullptr;
     QLineEdit *field = nullptr;
-    int selectionStart = -1; // there is none
+    int selectionStart = -1; // no selection
     int selectionLength = 0;
 };
 
@@ -83,7 +83,7 @@ TurningPage::TurningPage(QAccessible::Role pageRole, QWidget *parent)
     : QWidget(parent)
     , role(pageRole)
 {
-    // Installing it again changes nothing.
+    // A factory that is already installed is not installed twice.
     QAccessible::installFactory(accessiblePage);
 }
 
@@ -104,7 +104,7 @@ void TurningPage::turn(Qt::Orientation orientation)
 bool TurningPage::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
-    // Something on the page, a long name perhaps, wants another size. A hidden page has none yet.
+    // A size hint has changed, for example that of a long name. A hidden page has no size yet.
     if (event->type() == QEvent::LayoutRequest) {
         if (isVisible())
             scrollWhatIsTooLarge();
@@ -123,10 +123,10 @@ void TurningPage::resizeEvent(QResizeEvent *event)
 void TurningPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // What is on the page has got its font only now, or another size while it was hidden.
+    // The widgets have received their font only now, or other sizes while the page was hidden.
     if (std::exchange(changedUnseen, false))
         fit();
-    // A page begins at its top each time.
+    // A page that is shown again starts at its top.
     if (area)
         area->verticalScrollBar()->setValue(0);
 }
@@ -140,7 +140,7 @@ void TurningPage::turnBoxes(Qt::Orientation orientation)
 {
     if (!turningBoxes.turn(orientation))
         return;
-    // The page's own layout measures all boxes that are directly in it.
+    // The activate() call below updates boxes that are directly in the layout of the page.
     for (const QBoxLayout *box : turningBoxes.alongWidth) {
         if (box->parentWidget() != boxes()->parentWidget())
             measureAround(box);
@@ -148,7 +148,7 @@ void TurningPage::turnBoxes(Qt::Orientation orientation)
     boxes()->activate();
 }
 
-/// What lies around a box that has turned remembers the size it had.
+/// Updates the layouts around `box`, whose direction has changed. They have cached its old size.
 void TurningPage::measureAround(const QBoxLayout *box)
 {
     for (QWidget *widget = box->parentWidget(); widget; widget = widget->parentWidget()) {
@@ -178,7 +178,8 @@ bool TurningPage::isTooHigh() const
     return needed > height();
 }
 
-/// A window that is wide but not wide enough is laid out as an upright one.
+/// Uses the layout of portrait if the page is too wide for a window in landscape, and then stacks
+/// the boxes that are still too wide.
 void TurningPage::stackWhatIsTooWide()
 {
     if (isTooWide() && windowOrientation == Qt::Horizontal)
@@ -190,7 +191,7 @@ void TurningPage::stackWhatIsTooWide()
         const QBoxLayout::Direction direction = box->direction();
         box->setDirection(QBoxLayout::TopToBottom);
         measureAround(box);
-        if (neededWidth() == before) { // something else is the widest
+        if (neededWidth() == before) { // another part of the page is the widest
             box->setDirection(direction);
             measureAround(box);
         }
@@ -203,7 +204,7 @@ void TurningPage::scrollWhatIsTooLarge()
         return;
     const FocusKeeper focus(this);
     auto *contents = new QWidget;
-    contents->setLayout(layout()); // takes what is laid out along
+    contents->setLayout(layout()); // moves the widgets of the layout as well
     area = new QScrollArea;
     area->setObjectName(u"pageArea"_s);
     area->setAccessibleName(accessibleName());
@@ -216,13 +217,13 @@ void TurningPage::scrollWhatIsTooLarge()
     box->addWidget(area);
     area->show();
     stackWhatIsTooWide(); // the scroll bar takes some of the width
-    // Whatever gives something the focus, it is to be seen.
+    // The widget with the focus must be visible, whatever has moved the focus.
     connect(qApp, &QApplication::focusChanged, area, [this] {
         focusIsNew = true;
         showFocused();
     });
-    // The contents may get their size only after the focus. Later the person may have scrolled
-    // away.
+    // The contents may get their size only after the focus change. Later changes of the size must
+    // not undo the scrolling of the user.
     connect(area->verticalScrollBar(), &QScrollBar::rangeChanged, area, [this] {
         if (std::exchange(focusIsNew, false))
             showFocused();
@@ -231,11 +232,11 @@ void TurningPage::scrollWhatIsTooLarge()
 
 void TurningPage::showFocused()
 {
-    const QWidget *contents = area->widget(); // none while the page is destroyed
+    const QWidget *contents = area->widget(); // null while the page is destroyed
     const QWidget *focused = QApplication::focusWidget();
     if (!contents || !focused || !contents->isAncestorOf(focused))
         return;
-    // ensureWidgetVisible() would only show the cursor of a field.
+    // ensureWidgetVisible() would make only the cursor of a field visible.
     constexpr int around = 8; // device-independent pixels
     const QRect rect(focused->mapTo(contents, QPoint()), focused->size());
     const QSize half =

@@ -10,7 +10,7 @@ class QFrame;
 class QLayout;
 class QScrollArea;
 
-/// The parts of one page that turn with the window. None of them is owned.
+/// The parts of a page that follow the orientation of the window. None of them is owned.
 struct TurningBoxes
 {
     /// Side by side in landscape, stacked in portrait.
@@ -20,25 +20,25 @@ struct TurningBoxes
     /// Lines between boxes of `alongWidth`.
     QList<QFrame *> separators;
 
-    /// Lays everything out for a window that is wider than high (Qt::Horizontal) or not
-    /// (Qt::Vertical). Returns whether a box was laid out otherwise before.
+    /// Sets the directions of all boxes for landscape (Qt::Horizontal) or portrait (Qt::Vertical).
+    /// Returns whether the direction of a box has changed.
     bool turn(Qt::Orientation orientation) const;
 };
 
-/// A page whose boxes turn with the window, and which keeps within a window that is small for its
-/// texts: what has no room side by side is stacked, and what is still too large scrolls. Its
-/// accessible name is its title.
+/// A page that follows the orientation of the window and fits a window that is too small for its
+/// texts: boxes without room side by side are stacked, and a page that is still too large scrolls.
+/// The accessible name of a page is its title.
 class TurningPage : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `pageRole` is what a screen reader takes the page for.
+    /// `pageRole` is the accessible role of the page.
     explicit TurningPage(QAccessible::Role pageRole, QWidget *parent = nullptr);
 
     QAccessible::Role accessibleRole() const;
 
-    /// Lays the page out for a window of that orientation.
+    /// Lays out the page for a window of that orientation.
     void turn(Qt::Orientation orientation);
 
     TurningBoxes turningBoxes;
@@ -62,9 +62,9 @@ private:
 
     QAccessible::Role role;
     Qt::Orientation windowOrientation = Qt::Horizontal;
-    /// The contents have not changed their size since something got the focus.
+    /// Whether the focus has changed since the height of the contents changed last.
     bool focusIsNew = false;
     bool changedUnseen = true;
-    /// There is none on a page that has always had the room it needs.
+    /// Null while the page has always had enough room for its contents.
     QScrollArea *area = nullptr;
 };

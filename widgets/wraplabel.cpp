@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Room for most words, whatever the text is.
+/// Minimum width in characters, which is enough for most words.
 constexpr int leastCharacters = 10;
 
 /// Breaks the text of `layout` into lines for `width` and returns their common height.
@@ -28,7 +28,7 @@ qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
     return height;
 }
 
-/// A layout breaks at line separators, not at newlines.
+/// Returns `text` with line separators for newlines, because QTextLayout breaks only at the former.
 QString laidOutText(QString text)
 {
     return text.replace(QLatin1Char('\n'), QChar::LineSeparator);
@@ -81,7 +81,7 @@ void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 void WrapLabel::resizeEvent(QResizeEvent *event)
 {
     QLabel::resizeEvent(event);
-    // A form may lay out a row by what it needed at another width. Asked again, it does not.
+    // A layout may have used the height for another width. updateGeometry() makes it ask again.
     if (height() < heightForWidth(width()))
         updateGeometry();
 }

@@ -3,9 +3,9 @@
 
 #include <QLabel>
 
-/// A label for texts with names typed by a person in them: plain text, wrapped between words where
-/// possible, and within a word that is wider than the label, so that it never widens a page. It has
-/// no frame, margin or indent.
+/// A label for plain text, which may contain names that the user has typed. The text wraps between
+/// words, and within a word that is wider than the label, so that it does not widen the page.
+/// Frame, margin and indent of QLabel are ignored.
 class WrapLabel : public QLabel
 {
     Q_OBJECT

@@ -5,23 +5,24 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
-/// How buttons break their texts.
+/// Functions that break the texts of buttons. Sizes are in device-independent pixels.
 namespace TextBreaking {
 
-/// `text` with newlines between words, so that no line is wider than `width` unless a word is.
+/// Returns `text` with newlines between words. A line is wider than `width` only if a single word
+/// is.
 QString broken(const QString &text, const QFontMetrics &metrics, int width);
 
-/// Width of the widest word of `text`.
+/// Returns the width of the widest word of `text`.
 int widestWord(const QString &text, const QFontMetrics &metrics);
 
-/// Size of `text`, whose newlines count.
+/// Returns the size of `text`, which may have several lines.
 QSize size(const QString &text, const QFontMetrics &metrics);
 
 } // namespace TextBreaking
 
-/// A push button, check box or radio button that breaks its text between words where there is no
-/// room for it in one line, and becomes higher for it. One that has only a picture draws it
-/// smaller, down to what a finger needs. `element` is what the style draws.
+/// A push button, check box or radio button that breaks a text without room in one line between
+/// words, and becomes higher. A button without text can be smaller than its picture, which is then
+/// drawn smaller, down to 40 pixels. `element` is the control element that the style draws.
 template <typename Button, QStyle::ControlElement element>
 class WrappingButton : public Button
 {
@@ -77,14 +78,14 @@ private:
         return TextBreaking::size(this->text(), this->fontMetrics());
     }
 
-    /// The text as it is broken for the width that the button has.
+    /// Returns the text, broken for the current width of the button.
     QString brokenText() const
     {
-        // Picture, indicator and margins.
+        // The width of picture, indicator and margins.
         const int around = Button::sizeHint().width() - lineSize().width();
         return TextBreaking::broken(this->text(), this->fontMetrics(), this->width() - around);
     }
 
-    /// Of the whole button with the text as it is broken now.
+    /// The height of the button that the broken text needs, in device-independent pixels.
     int heightOfLines = 0;
 };
