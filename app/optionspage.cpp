@@ -13,6 +13,7 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QTranslator>
@@ -22,6 +23,7 @@
 #include "base/installation.h"
 #include "base/trsettings.h"
 #include "widgets/controls.h"
+#include "widgets/dragthrough.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
 #include "widgets/rowbutton.h"
@@ -98,7 +100,12 @@ void ShopWindow::buildOptionsPage()
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollArea->setWidget(body);
     body->setAutoFillBackground(false); // QScrollArea::setWidget() has turned it on
-    (new TrKineticScroller(scrollArea))->enableKineticScrollFor(scrollArea);
+    auto *scroller = new TrKineticScroller(scrollArea);
+    scroller->enableKineticScrollFor(scrollArea);
+    auto *dragThrough = new DragThrough(scrollArea, scroller);
+    for (QAbstractButton *row : body->findChildren<QAbstractButton *>())
+        dragThrough->watch(row);
+    p.scrollBar = scrollArea->verticalScrollBar();
 
     p.ok = Controls::textButton(u"okButton"_s, u":/img/commit.png"_s, Controls::pictureExtent,
                                 tr("OK"));
@@ -137,6 +144,7 @@ void ShopWindow::optionsClicked()
     p.autoStartTracking->setEnabled(p.gpsAlwaysActive->isEnabled() &&
                                     p.gpsAlwaysActive->isChecked());
     p.autoStartTracking->setChecked(p.autoStartTracking->isEnabled() && trackAutoStart);
+    p.scrollBar->setValue(0);
     pageStack->setCurrentIndex(PageOptions);
     p.sound->setName(QFileInfo(soundFileName).fileName());
     pendingSoundFileName = soundFileName;

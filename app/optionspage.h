@@ -6,6 +6,7 @@
 class NameButton;
 class QCheckBox;
 class QRadioButton;
+class QScrollBar;
 
 /// The user's preferences. "OK" saves and applies them.
 struct OptionsPage : ToolbarFrame
@@ -13,6 +14,7 @@ struct OptionsPage : ToolbarFrame
     QCheckBox *enableGps = nullptr;
     QCheckBox *gpsAlwaysActive = nullptr;
     QCheckBox *autoStartTracking = nullptr;
+    QScrollBar *scrollBar = nullptr;
     NameButton *sound = nullptr;
     QRadioButton *autoDetect = nullptr;
     QRadioButton *english = nullptr;

@@ -292,6 +292,7 @@ private:
     // ---- Start and pages: app/shopwindow.cpp -------------------------------------------------
     void loadSettings();
     void openDatabase();
+    void awaitTables();
     void setSharedTexts();
     /// Adds an empty page to the page stack, which owns it. Its index must be `page`, so pages must
     /// be added in the order of the enumeration. Screen readers speak `title` when the page is
@@ -301,6 +302,7 @@ private:
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
     void pageChanged(int page);
+    void focusPage() const;
 
     /// Connects `button` to `slot` and removes its other connections, because "Save" of a page that
     /// adds and edits, and "Yes", have a different slot each time.
@@ -507,6 +509,7 @@ private:
     void applyGpsSettings();
     void buildTrackingServices();
     void setTrackingActive(bool active);
+    void endTracking();
     void showTrackingState() const;
     void nameTrackingChoices() const;
     void nameCriterion() const;

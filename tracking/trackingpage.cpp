@@ -139,6 +139,8 @@ void ShopWindow::showTrackingState() const
     trackingPage->start->setEnabled(!run.trackingActive);
     trackingPage->stop->setEnabled(run.trackingActive);
     trackingPage->criteria->setEnabled(!run.trackingActive);
+    pageStack->widget(PageTracking)
+        ->setFocusProxy(run.trackingActive ? trackingPage->stop : trackingPage->start);
     if (run.trackingActive)
         trackingNotice->show({.summary = tr("Tracking is running"),
                               .body = tr("Trolleo rings when a Store with an open List is near."),
@@ -230,6 +232,13 @@ void ShopWindow::startTracking()
 
 void ShopWindow::stopTracking()
 {
+    endTracking();
+    trackingClicked();
+}
+
+/// Ends tracking without leaving the current page.
+void ShopWindow::endTracking()
+{
     alarmSound->stop();
     alertHelper->alert(false);
     setTrackingActive(false);
@@ -241,7 +250,6 @@ void ShopWindow::stopTracking()
         gps->stopUpdates();
         positionWait->expire();
     }
-    trackingClicked();
 }
 
 /// Shows the criterion in the title of the tracked list. For all stores the title is not changed.
@@ -299,7 +307,7 @@ void ShopWindow::applyGpsSettings()
     else
         gps->cancelRequest();
     if (run.trackingActive && !gpsEnabled)
-        stopTracking();
+        endTracking();
     // If tracking runs, it continues with the stores of its start, even on a source created just
     // now.
     if (run.trackingActive || (gpsAutoStart && gpsEnabled))

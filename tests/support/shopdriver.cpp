@@ -129,6 +129,19 @@ void ShopDriver::touch(const QPoint &position) const
     QTest::touchEvent(window->windowHandle(), finger.get()).release(0, position);
 }
 
+void ShopDriver::drag(const QPoint &from, const QPoint &to) const
+{
+    constexpr int steps = 10;
+    QTest::touchEvent(window->windowHandle(), finger.get()).press(0, from);
+    for (int step = 1; step <= steps; ++step) {
+        QTest::touchEvent(window->windowHandle(), finger.get())
+            .move(0, from + (to - from) * step / steps);
+    }
+    QTest::qWait(100); // longer than two ticks of the scroller, so that nothing glides
+    QTest::touchEvent(window->windowHandle(), finger.get()).release(0, to);
+    QTest::qWait(50); // until the scroller has seen that
+}
+
 bool ShopDriver::doubleTap(const char *button, int next, const Caller &by)
 {
     for (const int shown : {next, stack->currentIndex()}) {

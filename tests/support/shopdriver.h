@@ -71,6 +71,8 @@ public:
     void waitForReminder() const;
     /// Taps a point of the window with a finger.
     void touch(const QPoint &position) const;
+    /// Drags with a finger from a point of the window to another one, and lifts it there at rest.
+    void drag(const QPoint &from, const QPoint &to) const;
     /// Double taps a button with a finger, at a place where the page `next`, of the same size, has
     /// a button too. Returns false if there is no such place. The pages of the window may have been
     /// rebuilt afterwards.

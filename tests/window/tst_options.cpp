@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -8,6 +10,8 @@
 #include <QListView>
 #include <QPointer>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSqlDatabase>
 #include <QStackedWidget>
@@ -80,6 +84,10 @@ private slots:
     void whatIsCurrentStaysSo();
     void languageIsStoredBeforeThePagesAreBuilt();
     void doubleTapOnOkPressesNothingElse();
+    void dragThatBeginsOnARowScrolls_data();
+    void dragThatBeginsOnARowScrolls();
+    void pageOpensAtItsTop();
+    void trackingThatEndsWithGpsLeadsToTheMainPage();
     void thousandLanguagesLeaveNothingBehind();
     void reminderClosesTheChoiceOfAFile();
     void reminderClosesWhatTheChoiceHasOpened();
@@ -477,6 +485,72 @@ void TestOptions::stoppedTrackingStaysStopped()
     QCOMPARE(shop.buttonText("storeButton"), "Bakery");
     QVERIFY(shop.isEnabled("storeButton"));
     QVERIFY(!shop.isEnabled("categoryButton"));
+}
+
+void TestOptions::dragThatBeginsOnARowScrolls_data()
+{
+    QTest::addColumn<QByteArray>("row");
+    for (const char *row : {"englishRadio", "soundButton", "gpsAlwaysActiveBox"})
+        QTest::newRow(row) << QByteArray(row);
+}
+
+void TestOptions::dragThatBeginsOnARowScrolls()
+{
+    QFETCH(QByteArray, row);
+    ShopDriver shop({}, {{"GpsEnabled", true}});
+    shop.window->showNormal();
+    shop.window->resize(800, 480);
+    shop.press("optionsButton");
+    auto *bar = shop.find<QScrollArea>("optionsScrollArea")->verticalScrollBar();
+    QVERIFY(bar->maximum() > 100);
+    auto *button = shop.find<QAbstractButton>(row.constData());
+    const bool checked = button->isChecked();
+    bar->setValue(std::min(bar->maximum(), std::max(button->y() - 50, 0)));
+    const int before = bar->value();
+    const bool upwards = before < bar->maximum();
+    const QPoint from = button->mapTo(shop.window.get(), button->rect().center());
+    const QPoint to = from + QPoint(0, upwards ? -50 : 50);
+    QSignalSpy clicks(button, &QAbstractButton::clicked);
+    shop.drag(from, to);
+    QCOMPARE(bar->value() - before, upwards ? std::min(50, bar->maximum() - before) : -50);
+    QCOMPARE(clicks.size(), 0);
+    QCOMPARE(button->isChecked(), checked);
+    QVERIFY(!button->isDown());
+    // The next tap counts.
+    if (row != "soundButton") {
+        shop.touch(button->mapTo(shop.window.get(), button->rect().center()));
+        QCOMPARE(clicks.size(), 1);
+        QVERIFY(button->isChecked() != checked);
+    }
+}
+
+void TestOptions::pageOpensAtItsTop()
+{
+    ShopDriver shop;
+    shop.window->showNormal();
+    shop.window->resize(800, 480);
+    shop.press("optionsButton");
+    auto *bar = shop.find<QScrollArea>("optionsScrollArea")->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    shop.press("backButton");
+    shop.press("optionsButton");
+    QCOMPARE(bar->value(), 0);
+}
+
+void TestOptions::trackingThatEndsWithGpsLeadsToTheMainPage()
+{
+    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    shop.press("reminderButton");
+    shop.press("startButton");
+    shop.press("backButton");
+    shop.press("optionsButton");
+    shop.press("enableGpsBox");
+    shop.press("okButton");
+    QCOMPARE(shop.page(), PageMain);
+    QVERIFY(!source()->updating);
+    shop.press("reminderButton");
+    QVERIFY(shop.isEnabled("startButton"));
+    QVERIFY(!shop.isEnabled("stopButton"));
 }
 
 void TestOptions::whatIsCurrentStaysSo()
