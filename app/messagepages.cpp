@@ -108,6 +108,7 @@ void ShopWindow::buildMessagePage()
 
     auto *box = new QVBoxLayout(page);
     Controls::setMain(p.ok);
+    page->setFocusProxy(p.ok);
     Controls::setPageSpacing(box);
     box->addLayout(header);
     box->addWidget(Controls::separator(QFrame::HLine));
@@ -142,6 +143,7 @@ void ShopWindow::buildWaitingPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(p.cancel);
 
+    page->setFocusProxy(p.cancel);
     Frames::pressOnEscape(page, p.cancel);
     connect(p.cancel, &QPushButton::clicked, this, &ShopWindow::waitingCanceled);
 }
@@ -174,6 +176,7 @@ void ShopWindow::buildConfirmationPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addLayout(answers);
 
+    page->setFocusProxy(p.no);
     Frames::pressOnEscape(page, p.no);
     // askQuestion() connects "Yes".
     connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);

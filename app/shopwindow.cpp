@@ -9,6 +9,7 @@
 #include <QFontMetrics>
 #include <QLayout>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScopedValueRollback>
@@ -51,6 +52,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto bannerTime = 3000ms;
+/// Of a banner that is removed before.
+constexpr auto longestBannerTime = 24h;
 constexpr QSize preferredSize(800, 480);
 constexpr int pagePointSize = 22;
 /// The former number of the attribute that rotates a window with the device. In Qt 6 it is the
@@ -199,7 +202,31 @@ void ShopWindow::openDatabase()
         QCoreApplication::quit();
         connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
     }
-    Database::createMissingTables(db);
+    if (!Database::createMissingTables(db))
+        awaitTables();
+}
+
+/// Another process has locked the database, so it is not known whether the tables exist. Nothing
+/// can be saved until then, which the banner tells all the time.
+void ShopWindow::awaitTables()
+{
+    constexpr auto betweenTries = 250ms;
+    const auto tell = [this] {
+        return InformationBox::information(
+            this, tr("Another program is using the lists. Nothing is saved until it has finished."),
+            longestBannerTime);
+    };
+    auto *tries = new QTimer(this);
+    const auto tryAgain = [this, tries, tell, banner = QPointer(tell())]() mutable {
+        if (Database::createMissingTables(db, 0ms)) {
+            delete banner;
+            tries->deleteLater();
+        } else if (!banner) {
+            banner = tell(); // another one has replaced it
+        }
+    };
+    connect(tries, &QTimer::timeout, this, tryAgain);
+    tries->start(betweenTries);
 }
 
 void ShopWindow::setSharedTexts()
@@ -260,6 +287,10 @@ void ShopWindow::buildUserInterface()
         pageStack->show();
         layout()->activate();
     }
+    // Otherwise only a dialog's buttons are pressed by the Enter key.
+    for (QPushButton *button : pageStack->findChildren<QPushButton *>())
+        button->setAutoDefault(true);
+    focusPage();
     turnPages(orientationOf(size()));
 }
 
@@ -317,6 +348,15 @@ void ShopWindow::pageChanged(int page)
         endWaiting();
     if (page == PageTracking)
         nameTrackingChoices();
+    focusPage();
+}
+
+/// Moves the focus to what the page is opened for. On other pages it goes where it was last.
+void ShopWindow::focusPage() const
+{
+    QWidget *page = pageStack->currentWidget();
+    if (page->focusProxy())
+        page->setFocus();
 }
 
 void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const

@@ -99,6 +99,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.header->addWidget(frame.help);
 
     frame.list = new TouchList;
+    page->setFocusProxy(frame.list);
     frame.list->setObjectName(u"list"_s);
     frame.list->setAccessibleName(page->accessibleName());
     frame.list->setFont(page->font()); // for what measures it before it has a page

@@ -14,9 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// The check for tables uses a short timeout of its own. With the longer one, a file that another
-// process has locked would delay the window by five seconds.
-constexpr std::chrono::milliseconds waitForTables = 250ms;
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
 /// Returns whether another process prevents this one from reading the file.
@@ -31,13 +28,6 @@ bool isLocked()
 bool hasStoresTable(const QSqlDatabase &database)
 {
     return database.tables(QSql::Tables).contains("magazin"_L1);
-}
-
-/// A locked file seems to have no tables. If the table is not found, the function therefore looks
-/// again once the file is known to be readable.
-bool lacksStoresTable(const QSqlDatabase &database)
-{
-    return !hasStoresTable(database) && !isLocked() && !hasStoresTable(database);
 }
 
 void setBusyTimeout(std::chrono::milliseconds wait)
@@ -72,17 +62,24 @@ QSqlDatabase Database::open(const QString &file)
     return database;
 }
 
-void Database::createMissingTables(const QSqlDatabase &database)
+bool Database::createMissingTables(const QSqlDatabase &database, std::chrono::milliseconds wait)
 {
     if (!database.isOpen())
-        return;
-    setBusyTimeout(waitForTables);
-    if (lacksStoresTable(database)) {
-        QSqlQuery query{QString(), QSqlDatabase()};
-        for (const QLatin1StringView statement : Statements::createTables)
-            query.exec(statement);
+        return true;
+    // With the longer timeout of other statements, a locked file would delay the window.
+    setBusyTimeout(wait);
+    bool canBeRead = true;
+    if (!hasStoresTable(database)) {
+        // A locked file seems to have no tables.
+        canBeRead = !isLocked();
+        if (canBeRead && !hasStoresTable(database)) {
+            QSqlQuery query{QString(), QSqlDatabase()};
+            for (const QLatin1StringView statement : Statements::createTables)
+                query.exec(statement);
+        }
     }
     setBusyTimeout(waitForStatement);
+    return canBeRead;
 }
 
 void Database::close(QSqlDatabase &database)

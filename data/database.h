@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <initializer_list>
 #include <optional>
 
@@ -32,9 +33,11 @@ QSqlDatabase open(const QString &file);
 
 /// Creates all tables if the table of stores does not exist. Only that table is checked: a file
 /// that has it is not changed, even if another table is missing. A file that another process has
-/// locked is not changed either. If the program is killed meanwhile, or the disk is full, the
+/// locked is not changed either. Returns false if that is why the table of stores was not found,
+/// after waiting for at most `wait`. If the program is killed meanwhile, or the disk is full, the
 /// tables created so far remain.
-void createMissingTables(const QSqlDatabase &database);
+bool createMissingTables(const QSqlDatabase &database,
+                         std::chrono::milliseconds wait = std::chrono::milliseconds(250));
 
 /// Closes `database`, resets it and removes its connection.
 void close(QSqlDatabase &database);

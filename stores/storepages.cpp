@@ -52,6 +52,7 @@ void ShopWindow::buildStoresPage()
     p.create = Controls::textButton(u"newButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New"));
     Controls::setMain(p.stores);
+    page->setFocusProxy(p.stores);
     Frames::addButtons(page, frame, {p.edit, p.stores, p.create});
 
     connect(p.edit, &QPushButton::clicked, this, &ShopWindow::editShopClicked);

@@ -1072,6 +1072,10 @@
         <translation>This number does not fit. Choose the place on the map, or get it from the GPS.</translation>
     </message>
     <message>
+        <source>Another program is using the lists. Nothing is saved until it has finished.</source>
+        <translation>Another program is using the lists. Nothing is saved until it has finished.</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Tracking pauses while the device sleeps.</translation>
     </message>

@@ -1072,6 +1072,10 @@
         <translation>Такое число не помещается. Укажите место на карте или получите его от GPS.</translation>
     </message>
     <message>
+        <source>Another program is using the lists. Nothing is saved until it has finished.</source>
+        <translation>Списки заняты другой программой. Пока она не закончит, ничего не сохраняется.</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Пока устройство спит, слежение приостановлено.</translation>
     </message>
