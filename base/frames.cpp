@@ -99,7 +99,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.header->addWidget(frame.help);
 
     frame.list = new TouchList;
-    page->setFocusProxy(frame.list);
+    page->firstFocus = frame.list;
     frame.list->setObjectName(u"list"_s);
     frame.list->setAccessibleName(page->accessibleName());
     frame.list->setFont(page->font()); // for what measures it before it has a page
@@ -233,8 +233,6 @@ QLineEdit *Frames::nameField(const QString &objectName, QPushButton *save)
         if (whole != text)
             field->setText(whole);
     });
-    // Names are stored as typed; an on-screen keyboard must not replace them by other words.
-    field->setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
     QObject::connect(field, &QLineEdit::returnPressed, save, &QPushButton::click);
     return field;
 }

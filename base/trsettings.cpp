@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "base/trsettings.h"
 
+#include <chrono>
 #include <cmath>
 
+#include <QDateTime>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
+#include <QThread>
 #include <QVariant>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -27,14 +34,38 @@ QVariant read(const QString &key, const QVariant &fallback)
     return QSettings(organization, application).value(key, fallback);
 }
 
-void write(const QString &key, const QVariant &value)
+/// QSettings locks its file while it writes. A program that is killed just after it has created the
+/// lock file leaves it empty, and QSettings would wait half a minute for an unknown owner. A living
+/// owner writes its name at once.
+void removeAbandonedLock(const QString &settingsFile)
+{
+    constexpr auto timeToWriteName = 500ms;
+    const QDeadlineTimer deadline(timeToWriteName);
+    QFileInfo lock(settingsFile + u".lock"_s);
+    while (lock.exists() && lock.size() == 0) {
+        const QDateTime oldest = QDateTime::currentDateTime().addDuration(-timeToWriteName);
+        if (deadline.hasExpired() || lock.lastModified() < oldest) {
+            QFile::remove(lock.filePath());
+            return;
+        }
+        QThread::msleep(10);
+        lock.refresh();
+    }
+}
+
+void write(const QVariantMap &values)
 {
     QSettings settings(organization, application);
     // Every write waits for the disk, so a value that is already stored is not written again.
     // Fallbacks are disabled because system-wide settings are not the user's own.
     settings.setFallbacksEnabled(false);
-    if (!settings.contains(key) || settings.value(key).toString() != value.toString())
-        settings.setValue(key, value);
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        const QString &key = value.key();
+        if (settings.contains(key) && settings.value(key).toString() == value->toString())
+            continue;
+        removeAbandonedLock(settings.fileName());
+        settings.setValue(key, *value);
+    }
 }
 
 /// QVariant converts every text except "", "0" and "false" to true. A hand-written "no" or garbage
@@ -73,7 +104,7 @@ bool TrSettings::gpsEnabled() const
 
 void TrSettings::setGpsEnabled(const bool &enabled)
 {
-    write(gpsEnabledKey, QVariant(enabled));
+    write({{gpsEnabledKey, enabled}});
 }
 
 bool TrSettings::gpsAutoStart() const
@@ -83,7 +114,7 @@ bool TrSettings::gpsAutoStart() const
 
 void TrSettings::setGpsAutoStart(const bool &autoStart)
 {
-    write(gpsAutoStartKey, QVariant(autoStart));
+    write({{gpsAutoStartKey, autoStart}});
 }
 
 bool TrSettings::trackAutoStart() const
@@ -93,7 +124,7 @@ bool TrSettings::trackAutoStart() const
 
 void TrSettings::setTrackAutoStart(const bool &autoStart)
 {
-    write(trackAutoStartKey, QVariant(autoStart));
+    write({{trackAutoStartKey, autoStart}});
 }
 
 int TrSettings::languageId() const
@@ -103,7 +134,7 @@ int TrSettings::languageId() const
 
 void TrSettings::setLanguageId(const int &id)
 {
-    write(languageIdKey, QVariant(id));
+    write({{languageIdKey, id}});
 }
 
 QString TrSettings::soundFileName() const
@@ -113,7 +144,7 @@ QString TrSettings::soundFileName() const
 
 void TrSettings::setSoundFileName(const QString &fileName)
 {
-    write(soundFileNameKey, QVariant(fileName));
+    write({{soundFileNameKey, fileName}});
 }
 
 float TrSettings::lastLatitude() const
@@ -123,7 +154,7 @@ float TrSettings::lastLatitude() const
 
 void TrSettings::setLastLatitude(const float &degrees)
 {
-    write(lastLatitudeKey, QVariant(degrees));
+    write({{lastLatitudeKey, degrees}});
 }
 
 float TrSettings::lastLongitude() const
@@ -133,7 +164,12 @@ float TrSettings::lastLongitude() const
 
 void TrSettings::setLastLongitude(const float &degrees)
 {
-    write(lastLongitudeKey, QVariant(degrees));
+    write({{lastLongitudeKey, degrees}});
+}
+
+void TrSettings::setLastPosition(float latitude, float longitude)
+{
+    write({{lastLatitudeKey, latitude}, {lastLongitudeKey, longitude}});
 }
 
 QString TrSettings::defaultNetworkConfiguration() const
@@ -143,5 +179,5 @@ QString TrSettings::defaultNetworkConfiguration() const
 
 void TrSettings::setDefaultNetworkConfiguration(const QString &identifier)
 {
-    write(networkConfigurationKey, QVariant(identifier));
+    write({{networkConfigurationKey, identifier}});
 }

@@ -40,6 +40,9 @@ public:
     float lastLongitude() const;
     void setLastLongitude(const float &degrees);
 
+    /// Stores both coordinates in degrees, and writes the file once.
+    void setLastPosition(float latitude, float longitude);
+
     /// Identifier of the network configuration used last; empty if there is none.
     QString defaultNetworkConfiguration() const;
     void setDefaultNetworkConfiguration(const QString &identifier);

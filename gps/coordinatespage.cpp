@@ -363,9 +363,7 @@ void ShopWindow::takeTypedCoordinates(float latitude, float longitude)
 {
     if (!draft.takeTyped(latitude, longitude))
         return;
-    TrSettings &settings = TrSettings::instance();
-    settings.setLastLatitude(latitude);
-    settings.setLastLongitude(longitude);
+    TrSettings::instance().setLastPosition(latitude, longitude);
 }
 
 void ShopWindow::lonBtnSwitch()

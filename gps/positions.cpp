@@ -119,7 +119,5 @@ void ShopWindow::takePosition()
     draft.takePosition(currentLatitude, currentLongitude, currentAltitude);
     storeEditPage->coordinates->setName(tr("coords is set (update...)"));
     positionWait->satisfy();
-    TrSettings &settings = TrSettings::instance();
-    settings.setLastLatitude(currentLatitude);
-    settings.setLastLongitude(currentLongitude);
+    TrSettings::instance().setLastPosition(currentLatitude, currentLongitude);
 }

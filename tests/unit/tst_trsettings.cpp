@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QtTest>
 
@@ -14,6 +18,9 @@ class TestTrSettings : public QObject
 private slots:
     void emptyStoreGivesDefaults();
     void everyKeyIsStoredUnderItsNameWithItsType();
+    void positionIsStoredWhole();
+    void lockOfKilledProgramDelaysNothing_data();
+    void lockOfKilledProgramDelaysNothing();
     void noSoundFileMeansTheInstalledAlarm();
     void valuesAreReadBackAtOnce();
     void latitudeComesBackInSinglePrecision();
@@ -80,6 +87,44 @@ void TestTrSettings::everyKeyIsStoredUnderItsNameWithItsType()
     QCOMPARE(stored("LastLongitude").typeId(), int(QMetaType::Float));
     QCOMPARE(stored("LastLongitude").toFloat(), -37.25F);
     QCOMPARE(stored("DefaultNetworkConfiguration").toString(), "home");
+}
+
+void TestTrSettings::positionIsStoredWhole()
+{
+    const TestHome home;
+    TrSettings::instance().setLastPosition(55.5F, -37.25F);
+    QCOMPARE(stored("LastLatitude").typeId(), int(QMetaType::Float));
+    QCOMPARE(stored("LastLatitude").toFloat(), 55.5F);
+    QCOMPARE(stored("LastLongitude").toFloat(), -37.25F);
+}
+
+void TestTrSettings::lockOfKilledProgramDelaysNothing_data()
+{
+    QTest::addColumn<bool>("isOld");
+    QTest::newRow("killed just now") << false;
+    QTest::newRow("killed a minute ago") << true;
+}
+
+/// The program was killed between the creation of the lock file and the first write to it.
+void TestTrSettings::lockOfKilledProgramDelaysNothing()
+{
+    QFETCH(bool, isOld);
+    const TestHome home;
+    QVERIFY(QDir().mkpath(QFileInfo(home.settingsFile()).path()));
+    QFile lock(home.settingsFile() + ".lock");
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    // Newer than what QSettings takes for abandoned.
+    if (isOld) {
+        QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-20),
+                                 QFileDevice::FileModificationTime));
+    }
+    lock.close();
+    QElapsedTimer clock;
+    clock.start();
+    TrSettings::instance().setLanguageId(2);
+    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(stored("LanguageId").toInt(), 2);
+    QVERIFY(!lock.exists());
 }
 
 void TestTrSettings::noSoundFileMeansTheInstalledAlarm()
