@@ -32,6 +32,7 @@ void PositionWait::askSource()
     state = State::Asking;
     ask();
     // A source that answers synchronously may have ended the wait.
+    // cppcheck-suppress knownConditionTrueFalse // it does not see that
     if (state == State::Asking)
         state = State::Waiting;
 }
