@@ -1,20 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "app/filechooser.h"
 
+#include <array>
+
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QGridLayout>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QStyledItemDelegate>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int pointSize = 14;
-constexpr int smallestControl = 36; // pixels
+constexpr int smallestControl = 48; // pixels
+
+/// The controls that are not needed to choose a file, and would take room on a phone. The list has
+/// only files of the one type that can be chosen.
+constexpr std::array needless{"sidebar"_L1,         "lookInLabel"_L1,    "forwardButton"_L1,
+                              "newFolderButton"_L1, "listModeButton"_L1, "detailModeButton"_L1,
+                              "fileNameLabel"_L1,   "fileTypeLabel"_L1,  "fileTypeCombo"_L1};
 
 class TallRows : public QStyledItemDelegate
 {
@@ -38,9 +50,8 @@ public:
     {
         setFileMode(ExistingFile);
         setViewMode(List);
-        QFont larger = font();
-        larger.setPointSize(pointSize);
-        setFont(larger);
+        setFont(window->font());
+        addPlaces();
         for (auto *button : findChildren<QAbstractButton *>())
             button->setMinimumSize(smallestControl, smallestControl);
         for (auto *edit : findChildren<QLineEdit *>())
@@ -48,8 +59,10 @@ public:
         for (auto *box : findChildren<QComboBox *>())
             box->setMinimumHeight(smallestControl);
         setItemDelegate(new TallRows(this));
-        if (auto *places = findChild<QWidget *>(u"sidebar"_s))
-            places->hide();
+        for (const QLatin1StringView name : needless) {
+            if (auto *control = findChild<QWidget *>(name))
+                control->hide();
+        }
         setPalette(window->palette()); // a window does not inherit it from its parent
         fit();
         window->installEventFilter(this);
@@ -63,6 +76,30 @@ public:
     }
 
 private:
+    /// Adds buttons that lead to the folders where sounds usually are.
+    void addPlaces()
+    {
+        auto *grid = qobject_cast<QGridLayout *>(layout());
+        if (!grid)
+            return;
+        auto *row = new QHBoxLayout;
+        grid->addLayout(row, grid->rowCount(), 0, 1, -1);
+        const auto add = [this, row](const QString &name, const QString &text,
+                                     QStandardPaths::StandardLocation location) {
+            const QString place = QStandardPaths::writableLocation(location);
+            auto *button = new QPushButton(text);
+            button->setObjectName(name);
+            button->setAutoDefault(false);
+            button->setEnabled(QFileInfo(place).isDir());
+            connect(button, &QPushButton::clicked, this, [this, place] { setDirectory(place); });
+            row->addWidget(button);
+        };
+        add(u"homeButton"_s, QCoreApplication::translate("ShopWindow", "Home"),
+            QStandardPaths::HomeLocation);
+        add(u"musicButton"_s, QCoreApplication::translate("ShopWindow", "Music"),
+            QStandardPaths::MusicLocation);
+    }
+
     void fit()
     {
         setMaximumSize(parentWidget()->size());

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPointer>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -87,7 +88,6 @@ private slots:
     void dragThatBeginsOnARowScrolls_data();
     void dragThatBeginsOnARowScrolls();
     void pageOpensAtItsTop();
-    void trackingThatEndsWithGpsLeadsToTheMainPage();
     void thousandLanguagesLeaveNothingBehind();
     void reminderClosesTheChoiceOfAFile();
     void reminderClosesWhatTheChoiceHasOpened();
@@ -537,22 +537,6 @@ void TestOptions::pageOpensAtItsTop()
     QCOMPARE(bar->value(), 0);
 }
 
-void TestOptions::trackingThatEndsWithGpsLeadsToTheMainPage()
-{
-    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
-    shop.press("reminderButton");
-    shop.press("startButton");
-    shop.press("backButton");
-    shop.press("optionsButton");
-    shop.press("enableGpsBox");
-    shop.press("okButton");
-    QCOMPARE(shop.page(), PageMain);
-    QVERIFY(!source()->updating);
-    shop.press("reminderButton");
-    QVERIFY(shop.isEnabled("startButton"));
-    QVERIFY(!shop.isEnabled("stopButton"));
-}
-
 void TestOptions::whatIsCurrentStaysSo()
 {
     ShopDriver shop(
@@ -697,6 +681,7 @@ void TestOptions::choiceOfAFileFitsThePhone_data()
     QTest::addColumn<QSize>("size");
     QTest::newRow("landscape") << QSize(800, 480);
     QTest::newRow("portrait") << QSize(480, 800);
+    QTest::newRow("narrow") << QSize(360, 720);
 }
 
 /// Checks that its controls fit into a window of that size, and are large enough for a finger.
@@ -711,11 +696,11 @@ static void checkFits(const QFileDialog *dialog, const QSize &size)
             continue;
         const QRect place(control->mapTo(dialog, QPoint(0, 0)), control->size());
         QVERIFY2(dialog->rect().contains(place), qPrintable(control->objectName()));
-        QVERIFY2(place.height() >= 34, qPrintable(control->objectName()));
+        QVERIFY2(place.height() >= 48, qPrintable(control->objectName()));
     }
     const auto *files = dialog->findChild<QListView *>("listView");
     QVERIFY(files->isVisible());
-    QVERIFY(files->visualRect(files->indexAt(QPoint(5, 5))).height() >= 34);
+    QVERIFY(files->visualRect(files->indexAt(QPoint(5, 5))).height() >= 48);
 }
 
 void TestOptions::choiceOfAFileFitsThePhone()
@@ -729,6 +714,10 @@ void TestOptions::choiceOfAFileFitsThePhone()
         const auto *files = dialog->findChild<QListView *>("listView");
         QTRY_VERIFY(files->model()->rowCount(files->rootIndex()) > 0);
         checkFits(dialog, size);
+        QCOMPARE(dialog->font().pointSize(), shop.window->font().pointSize());
+        QTest::mouseClick(dialog->findChild<QPushButton *>("homeButton"), Qt::LeftButton);
+        QCOMPARE(dialog->directory().path(), shop.home->path());
+        QVERIFY(!dialog->findChild<QPushButton *>("musicButton")->isEnabled()); // no such folder
         shop.window->resize(size.transposed());
         QCoreApplication::processEvents();
         checkFits(dialog, size.transposed());
