@@ -84,8 +84,13 @@ void MapsCore::setFetching(bool on)
 
 void MapsCore::setCenter(float centerLatitude, float centerLongitude)
 {
+    const double latitudeBefore = exactLatitude;
+    const double longitudeBefore = exactLongitude;
     moveCenter(centerLatitude, centerLongitude);
-    invalidate();
+    // A position that stays the same does not paint the map again.
+    if (exactLatitude != latitudeBefore || exactLongitude != longitudeBefore || !wasCentered)
+        invalidate();
+    wasCentered = true;
 }
 
 void MapsCore::moveCenter(double centerLatitude, double centerLongitude)
@@ -112,6 +117,8 @@ void MapsCore::hideStorePin()
 
 void MapsCore::setPositionMark(float positionLatitude, float positionLongitude)
 {
+    if (showPositionMark && markLatitude == positionLatitude && markLongitude == positionLongitude)
+        return;
     markLatitude = positionLatitude;
     markLongitude = positionLongitude;
     showPositionMark = true;

@@ -98,6 +98,7 @@ private:
     float markLongitude = 0;
     bool showStorePin = false;
     bool showPositionMark = false;
+    bool wasCentered = false;
     qreal pixelRatio = 1;
     /// Where the corner of the first tile lies in the view.
     QPoint offset;

@@ -124,16 +124,18 @@ void ShopWindow::fillTrackedList(bool distancesAreKnown)
     }
     p.mapButton->setEnabled(distancesAreKnown);
     p.storeIds.clear();
+    bool differs = false;
     for (const TrackedStore &store : std::as_const(run.trackedStores)) {
         const bool known = distancesAreKnown && std::isfinite(store.distance);
         const int row = static_cast<int>(p.storeIds.size());
-        static_cast<ListRow *>(p.list->item(row))
-            ->setTexts(store.name, known ? QString::number(double{store.distance}, 'f', decimals)
-                                         : tr("unknown"));
+        const QString distance =
+            known ? QString::number(double{store.distance}, 'f', decimals) : tr("unknown");
+        if (static_cast<ListRow *>(p.list->item(row))->setTexts(store.name, distance))
+            differs = true;
         p.storeIds << store.storeId;
     }
     QAbstractItemModel *model = p.list->model();
-    if (!run.trackedStores.isEmpty())
+    if (differs) // a list that stays the same is not painted again
         emit model->dataChanged(model->index(0, 0), model->index(p.list->count() - 1, 0));
     p.list->chooseInPlace(chosenStoreId == 0 ? -1
                                              : static_cast<int>(p.storeIds.indexOf(chosenStoreId)));

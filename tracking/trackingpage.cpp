@@ -139,8 +139,8 @@ void ShopWindow::showTrackingState() const
     trackingPage->start->setEnabled(!run.trackingActive);
     trackingPage->stop->setEnabled(run.trackingActive);
     trackingPage->criteria->setEnabled(!run.trackingActive);
-    pageStack->widget(PageTracking)
-        ->setFocusProxy(run.trackingActive ? trackingPage->stop : trackingPage->start);
+    turningPage(PageTracking)->firstFocus =
+        run.trackingActive ? trackingPage->stop : trackingPage->start;
     if (run.trackingActive)
         trackingNotice->show({.summary = tr("Tracking is running"),
                               .body = tr("Trolleo rings when a Store with an open List is near."),

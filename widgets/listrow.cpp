@@ -15,10 +15,12 @@ ListRow::ListRow(const QString &name, int id, const QVariant &second)
     setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren);
 }
 
-void ListRow::setTexts(const QString &name, const QVariant &second)
+bool ListRow::setTexts(const QString &name, const QVariant &second)
 {
+    const bool differs = name != rowName || second != secondColumn;
     rowName = name;
     secondColumn = second;
+    return differs;
 }
 
 QVariant ListRow::data(int role) const

@@ -20,9 +20,9 @@ class ListRow : public QListWidgetItem
 public:
     ListRow(const QString &name, int id, const QVariant &second = {});
 
-    /// Sets the texts without notifying the view. The caller must notify it, which is faster for
-    /// many rows at once.
-    void setTexts(const QString &name, const QVariant &second);
+    /// Sets the texts without notifying the view, and returns whether they differ from those
+    /// before. The caller must notify the view, which is faster for many rows at once.
+    bool setTexts(const QString &name, const QVariant &second);
 
     QVariant data(int role) const override;
     void setData(int role, const QVariant &value) override;

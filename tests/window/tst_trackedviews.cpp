@@ -43,6 +43,8 @@ private slots:
     void listStaysWhereItWasScrolled();
     void chosenStoreStaysChosen();
     void noTilesOfTheStartPlace();
+    void standingStillPaintsNothing_data();
+    void standingStillPaintsNothing();
 
 private:
     static TestPositionSource *source()
@@ -324,6 +326,54 @@ void TestTrackedViews::noTilesOfTheStartPlace()
     }
     QCOMPARE(host.mostWaiting, 1);
     qputenv("TROLLEO_TILE_SERVER", "http://127.0.0.1:9");
+}
+
+namespace {
+
+/// Counts the paint events of a widget.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QWidget *widget)
+    {
+        widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+
+    int paints = 0;
+};
+
+} // namespace
+
+void TestTrackedViews::standingStillPaintsNothing_data()
+{
+    QTest::addColumn<bool>("onTheMap");
+    QTest::newRow("list") << false;
+    QTest::newRow("map") << true;
+}
+
+void TestTrackedViews::standingStillPaintsNothing()
+{
+    QFETCH(bool, onTheMap);
+    ShopDriver shop(threeStores, gpsOn);
+    track(shop, 10.005);
+    if (onTheMap)
+        shop.press("mapViewButton");
+    source()->deliver(10.005, 20);
+    QTest::qWait(300);
+    PaintCounter counter(onTheMap ? static_cast<QWidget *>(map(shop)) : shop.list()->viewport());
+    for (int position = 0; position < 5; ++position) {
+        source()->deliver(10.005, 20);
+        QTest::qWait(30);
+    }
+    QCOMPARE(counter.paints, 0);
+    source()->deliver(10.0051, 20);
+    QTRY_VERIFY(counter.paints > 0);
 }
 
 STOPPABLE_TEST_MAIN(TestTrackedViews)
