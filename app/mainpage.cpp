@@ -38,7 +38,7 @@ void ShopWindow::buildMainPage()
     p.shopping = largeButton(u"shoppingButton"_s, u":/img/shopping-cart.svg"_s, tr("Shopping"));
     p.reminder = largeButton(u"reminderButton"_s, u":/img/reminder.svg"_s, tr("Reminder"));
     p.shops = largeButton(u"shopsButton"_s, u":/img/market.png"_s, tr("Shops"));
-    page->setFocusProxy(p.shopping);
+    page->firstFocus = p.shopping;
     p.options = Controls::pictureButton(u"optionsButton"_s, u":/img/tools.svg"_s, toolExtent,
                                         tr("Options"));
     p.exit = Controls::pictureButton(u"exitButton"_s, u":/img/exit.svg"_s, toolExtent, tr("Exit"));

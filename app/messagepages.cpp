@@ -14,6 +14,7 @@
 
 #include "app/shopwindow.h"
 #include "base/frames.h"
+#include "widgets/busypicture.h"
 #include "widgets/controls.h"
 #include "widgets/pictures.h"
 #include "widgets/TrKineticScroller.h"
@@ -108,7 +109,7 @@ void ShopWindow::buildMessagePage()
 
     auto *box = new QVBoxLayout(page);
     Controls::setMain(p.ok);
-    page->setFocusProxy(p.ok);
+    page->firstFocus = p.ok;
     Controls::setPageSpacing(box);
     box->addLayout(header);
     box->addWidget(Controls::separator(QFrame::HLine));
@@ -128,7 +129,8 @@ void ShopWindow::buildWaitingPage()
 
     QLabel *title = titleLabel(u"waitingTitle"_s);
     title->setText(heading);
-    PictureLabel *icon = Controls::pictureLabel(u"waitingIcon"_s);
+    auto *icon = new BusyPicture;
+    icon->setObjectName(u"waitingIcon"_s);
     icon->setPicture(u":/img/info.png"_s, Controls::pictureExtent);
     QLabel *text = largeText(u"waitingText"_s, page);
     text->setText(tr("Requesting GPS coordinates. Please wait. You can cancel GPS requesting."));
@@ -143,7 +145,7 @@ void ShopWindow::buildWaitingPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addWidget(p.cancel);
 
-    page->setFocusProxy(p.cancel);
+    page->firstFocus = p.cancel;
     Frames::pressOnEscape(page, p.cancel);
     connect(p.cancel, &QPushButton::clicked, this, &ShopWindow::waitingCanceled);
 }
@@ -176,7 +178,7 @@ void ShopWindow::buildConfirmationPage()
     box->addWidget(Controls::separator(QFrame::HLine));
     box->addLayout(answers);
 
-    page->setFocusProxy(p.no);
+    page->firstFocus = p.no;
     Frames::pressOnEscape(page, p.no);
     // askQuestion() connects "Yes".
     connect(p.no, &QPushButton::clicked, this, &ShopWindow::messageBoxOkClicked);

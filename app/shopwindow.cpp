@@ -44,6 +44,7 @@
 #include "widgets/controls.h"
 #include "widgets/pageswitchguard.h"
 #include "widgets/pictures.h"
+#include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
@@ -72,6 +73,12 @@ void setFirstSize(QWidget *window)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize available = screen ? screen->availableSize() : QSize();
+    // Phone shells show one window at a time, without a frame. Where the compositor draws none, Qt
+    // would draw one, which takes room and can only be used with a mouse.
+    constexpr int widestPhone = 600;
+    if (QGuiApplication::platformName().startsWith("wayland"_L1) && screen &&
+        std::min(screen->size().width(), screen->size().height()) < widestPhone)
+        window->setWindowFlag(Qt::FramelessWindowHint);
     const bool fits = !screen || (available.width() >= preferredSize.width() &&
                                   available.height() > preferredSize.height());
     window->resize(fits ? preferredSize : available);
@@ -138,6 +145,8 @@ ShopWindow::ShopWindow(QWidget *parent)
 {
     initPictures();
     reserveTimer = new QTimer(this);
+    hintTimer = new QTimer(this);
+    hintTimer->setSingleShot(true);
     loadSettings();
     loadStoredLanguage(); // before the pages are built
     alertHelper = std::make_unique<AlertHelper>();
@@ -290,7 +299,7 @@ void ShopWindow::buildUserInterface()
     // Otherwise only a dialog's buttons are pressed by the Enter key.
     for (QPushButton *button : pageStack->findChildren<QPushButton *>())
         button->setAutoDefault(true);
-    focusPage();
+    turningPage(pageStack->currentIndex())->open();
     turnPages(orientationOf(size()));
 }
 
@@ -303,6 +312,11 @@ TurningPage *ShopWindow::addPage(Page page, const QString &objectName, const QSt
     [[maybe_unused]] const int index = pageStack->addWidget(widget);
     Q_ASSERT(index == page);
     return widget;
+}
+
+TurningPage *ShopWindow::turningPage(int page) const
+{
+    return qobject_cast<TurningPage *>(pageStack->widget(page));
 }
 
 void ShopWindow::resizeEvent(QResizeEvent *event)
@@ -318,7 +332,7 @@ void ShopWindow::turnPages(Qt::Orientation orientation)
     const QScopedValueRollback guard(turningPages, true);
     pagesOrientation = orientation;
     for (int page = 0; page < pageStack->count(); ++page)
-        qobject_cast<TurningPage *>(pageStack->widget(page))->turn(orientation);
+        turningPage(page)->turn(orientation);
     if (isVisible())
         layOutHiddenPages();
 }
@@ -348,15 +362,32 @@ void ShopWindow::pageChanged(int page)
         endWaiting();
     if (page == PageTracking)
         nameTrackingChoices();
-    focusPage();
+    turningPage(pageStack->currentIndex())->open();
 }
 
-/// Moves the focus to what the page is opened for. On other pages it goes where it was last.
-void ShopWindow::focusPage() const
+/// Returns whether this is the second tap on the same record. After a first tap without a second
+/// one, the banner shows `hint`, once for each page in a run of the program, unless the user has
+/// already tapped twice there.
+bool ShopWindow::tappedAgain(const QListWidgetItem &row, int &lastTapped, const QString &hint)
 {
-    QWidget *page = pageStack->currentWidget();
-    if (page->focusProxy())
-        page->setFocus();
+    constexpr auto timeForSecondTap = 2s;
+    const int page = pageStack->currentIndex();
+    hintTimer->stop();
+    if (TouchList::wasTappedAgain(row, lastTapped)) {
+        hintedPages << page;
+        return true;
+    }
+    if (hintedPages.contains(page))
+        return false;
+    disconnect(hintTimer, nullptr, this, nullptr);
+    connect(hintTimer, &QTimer::timeout, this, [this, page, hint] {
+        if (pageStack->currentIndex() != page)
+            return;
+        hintedPages << page;
+        InformationBox::information(this, hint, bannerTime);
+    });
+    hintTimer->start(timeForSecondTap);
+    return false;
 }
 
 void ShopWindow::connectAnew(QPushButton *button, void (ShopWindow::*slot)()) const

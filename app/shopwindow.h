@@ -6,8 +6,10 @@
 #include <QAccessible>
 #include <QLatin1StringView>
 #include <QMainWindow>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
 #include "base/pages.h"
 #include "stores/storedraft.h"
@@ -301,8 +303,9 @@ private:
                          QAccessible::Role role = QAccessible::Pane);
     void turnPages(Qt::Orientation orientation);
     void layOutHiddenPages();
+    TurningPage *turningPage(int page) const;
     void pageChanged(int page);
-    void focusPage() const;
+    bool tappedAgain(const QListWidgetItem &row, int &lastTapped, const QString &hint);
 
     /// Connects `button` to `slot` and removes its other connections, because "Save" of a page that
     /// adds and edits, and "Yes", have a different slot each time.
@@ -340,6 +343,9 @@ private:
 
     // ---- Application shell --------------------------------------------------------------------
     QTimer *reserveTimer = nullptr; // never started
+    QTimer *hintTimer = nullptr;
+    /// The pages on which the user knows, or has been told, what a second tap does.
+    QSet<int> hintedPages;
     std::unique_ptr<AlertHelper> alertHelper;
     QStackedWidget *pageStack = nullptr;
     /// A child of the window.
@@ -406,6 +412,7 @@ private:
 
     // lists/itempages.cpp
     static QList<QListWidgetItem *> goodsRows(QSqlQuery &query);
+    static QStringList knownGoods();
 
     // lists/doshoppingpage.cpp
     static QList<QListWidgetItem *> checkableRows(QLatin1StringView statement, int id,

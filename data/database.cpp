@@ -30,11 +30,6 @@ bool hasStoresTable(const QSqlDatabase &database)
     return database.tables(QSql::Tables).contains("magazin"_L1);
 }
 
-void setBusyTimeout(std::chrono::milliseconds wait)
-{
-    Database::run(Statements::setBusyTimeout, static_cast<int>(wait.count()));
-}
-
 } // namespace
 
 QString Database::folder()
@@ -66,8 +61,7 @@ bool Database::createMissingTables(const QSqlDatabase &database, std::chrono::mi
 {
     if (!database.isOpen())
         return true;
-    // With the longer timeout of other statements, a locked file would delay the window.
-    setBusyTimeout(wait);
+    const ShorterWait shorter(wait); // a locked file must not delay the window
     bool canBeRead = true;
     if (!hasStoresTable(database)) {
         // A locked file seems to have no tables.
@@ -78,8 +72,17 @@ bool Database::createMissingTables(const QSqlDatabase &database, std::chrono::mi
                 query.exec(statement);
         }
     }
-    setBusyTimeout(waitForStatement);
     return canBeRead;
+}
+
+Database::ShorterWait::ShorterWait(std::chrono::milliseconds wait)
+{
+    run(Statements::setBusyTimeout, static_cast<int>(wait.count()));
+}
+
+Database::ShorterWait::~ShorterWait()
+{
+    run(Statements::setBusyTimeout, static_cast<int>(waitForStatement.count()));
 }
 
 void Database::close(QSqlDatabase &database)

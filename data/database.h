@@ -39,6 +39,17 @@ QSqlDatabase open(const QString &file);
 bool createMissingTables(const QSqlDatabase &database,
                          std::chrono::milliseconds wait = std::chrono::milliseconds(250));
 
+/// As long as this object exists, statements wait for at most the given time for another process
+/// that has locked the file. Otherwise they wait for five seconds.
+class ShorterWait
+{
+public:
+    explicit ShorterWait(std::chrono::milliseconds wait);
+    ~ShorterWait();
+    ShorterWait(const ShorterWait &) = delete;
+    ShorterWait &operator=(const ShorterWait &) = delete;
+};
+
 /// Closes `database`, resets it and removes its connection.
 void close(QSqlDatabase &database);
 

@@ -89,7 +89,9 @@ QList<QListWidgetItem *> ShopWindow::checkableRows(QLatin1StringView statement, 
 
 void ShopWindow::doShoppingItemClicked(QListWidgetItem *item)
 {
-    if (!TouchList::wasTappedAgain(*item, lastTappedGoodId))
+    const QString hint = item->checkState() == Qt::Checked ? tr("Tap it again to uncheck it")
+                                                           : tr("Tap it again to check it off");
+    if (!tappedAgain(*item, lastTappedGoodId, hint))
         return;
     // Another row moves to the tapped position, so a quick second tap must not toggle that row.
     doShoppingPage->list->ignoreDoubleTap();

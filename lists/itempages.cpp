@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "lists/itempages.h"
 
+#include <algorithm>
+#include <chrono>
+
 #include <QBoxLayout>
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -18,10 +23,12 @@
 #include "widgets/controls.h"
 #include "widgets/listrow.h"
 #include "widgets/pictures.h"
+#include "widgets/suggestions.h"
 #include "widgets/touchlist.h"
 #include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -90,7 +97,7 @@ void ShopWindow::listEditClicked()
 
 void ShopWindow::shoppingItemClicked(QListWidgetItem *item)
 {
-    if (TouchList::wasTappedAgain(*item, lastTappedItemId))
+    if (tappedAgain(*item, lastTappedItemId, tr("Tap it again to edit it")))
         shoppingItemActivated(item);
 }
 
@@ -153,7 +160,11 @@ void ShopWindow::buildItemEditPage()
     p.amount->setAccessibleName(tr("Amount"));
     p.amount->setMinimum(1);
     p.amount->setAlignment(Qt::AlignCenter);
-    Frames::addField(p.fields, tr("Name"), p.name);
+    p.suggestions = new Suggestions(p.name);
+    auto *name = new QVBoxLayout;
+    name->addWidget(p.name);
+    name->addWidget(p.suggestions);
+    Frames::addField(p.fields, tr("Name"), p.name, name);
     // The arrows of a spin box are too small for a finger.
     p.amount->setButtonSymbols(QAbstractSpinBox::NoButtons);
     QPushButton *less = stepButton(u"lessButton"_s, u"−"_s, tr("Less"));
@@ -172,9 +183,33 @@ void ShopWindow::buildItemEditPage()
     connect(p.help, &QPushButton::clicked, this, &ShopWindow::addItemHelp);
 }
 
+/// Returns the names of goods of all lists, the most frequent ones first. It stops reading after a
+/// while, so that the page opens at once however many there are.
+QStringList ShopWindow::knownGoods()
+{
+    constexpr auto longestReading = 20ms;
+    const Database::ShorterWait shorter(longestReading);
+    const QDeadlineTimer deadline(longestReading);
+    QHash<QString, int> counts;
+    QSqlQuery lists = Database::run(Statements::allLists);
+    while (!deadline.hasExpired() && lists.next()) {
+        QSqlQuery goods = Database::run(Statements::goodsOfList, lists.value(u"id"_s).toInt());
+        const int nameColumn = Database::column(goods, "name"_L1);
+        while (!deadline.hasExpired() && goods.next())
+            ++counts[goods.value(nameColumn).toString()];
+    }
+    QStringList names = counts.keys();
+    std::ranges::sort(names, [&counts](const QString &one, const QString &other) {
+        const int frequency = counts[one] - counts[other];
+        return frequency == 0 ? one < other : frequency > 0;
+    });
+    return names;
+}
+
 void ShopWindow::addListItemClicked()
 {
     ItemEditPage &p = *itemEditPage;
+    p.suggestions->setWords(knownGoods());
     p.name->clear();
     p.amount->setValue(1);
     showEditPage(PageItemEdit, p, p.name, u":/img/itemAdd.png"_s, false,
@@ -184,6 +219,7 @@ void ShopWindow::addListItemClicked()
 void ShopWindow::fillItemEditPage()
 {
     ItemEditPage &p = *itemEditPage;
+    p.suggestions->setWords(knownGoods());
     if (const QListWidgetItem *row = itemsListPage->list->currentItem()) {
         p.name->setText(row->text());
         p.amount->setValue(row->data(SecondColumnRole).toInt());

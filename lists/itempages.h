@@ -4,6 +4,7 @@
 #include "base/frames.h"
 
 class QSpinBox;
+class Suggestions;
 
 /// The goods of the active list while they are being edited. "OK" stores the changes.
 struct ItemsListPage : ListFrame
@@ -15,6 +16,7 @@ struct ItemsListPage : ListFrame
 /// The name and the amount of one good.
 struct ItemEditPage : EditFrame
 {
+    Suggestions *suggestions = nullptr;
     QLineEdit *name = nullptr;
     QSpinBox *amount = nullptr;
 };

@@ -71,7 +71,7 @@ void ShopWindow::cancelShoppingLists()
 
 void ShopWindow::shopListItemClicked(QListWidgetItem *item)
 {
-    if (TouchList::wasTappedAgain(*item, editedListId))
+    if (tappedAgain(*item, editedListId, tr("Tap it again to choose it")))
         selectShoppingLists();
 }
 

@@ -45,7 +45,7 @@ void ShopWindow::buildShoppingPage()
     p.edit->setEnabled(false);
     p.goods->setEnabled(false);
     Controls::setMain(p.start);
-    page->setFocusProxy(p.start);
+    page->firstFocus = p.start;
     Frames::addButtons(page, frame, {p.start, p.edit, p.goods, p.lists});
 
     connect(p.start, &QPushButton::clicked, this, &ShopWindow::startShopping);

@@ -80,7 +80,7 @@ void ShopWindow::backFromCategoryClicked()
 
 void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 {
-    if (TouchList::wasTappedAgain(*item, lastTappedCategoryId))
+    if (tappedAgain(*item, lastTappedCategoryId, tr("Tap it again to choose it")))
         categoryItemActivated(item);
 }
 

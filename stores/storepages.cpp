@@ -52,7 +52,7 @@ void ShopWindow::buildStoresPage()
     p.create = Controls::textButton(u"newButton"_s, u":/img/plus.svg"_s, Controls::pictureExtent,
                                     tr("New"));
     Controls::setMain(p.stores);
-    page->setFocusProxy(p.stores);
+    page->firstFocus = p.stores;
     Frames::addButtons(page, frame, {p.edit, p.stores, p.create});
 
     connect(p.edit, &QPushButton::clicked, this, &ShopWindow::editShopClicked);
@@ -184,7 +184,7 @@ void ShopWindow::shopItemActivated(QListWidgetItem * /*item*/)
 
 void ShopWindow::shopItemClicked(QListWidgetItem *item)
 {
-    if (TouchList::wasTappedAgain(*item, draft.editedStoreId))
+    if (tappedAgain(*item, draft.editedStoreId, tr("Tap it again to choose it")))
         selectShopClicked();
 }
 

@@ -126,9 +126,18 @@ void TurningPage::showEvent(QShowEvent *event)
     // The widgets have received their font only now, or other sizes while the page was hidden.
     if (std::exchange(changedUnseen, false))
         fit();
-    // A page that is shown again starts at its top.
-    if (area)
+}
+
+void TurningPage::open()
+{
+    if (area) {
+        focusIsNew = false;
         area->verticalScrollBar()->setValue(0);
+        if (qobject_cast<QLineEdit *>(QApplication::focusWidget()))
+            showFocused();
+    } else if (firstFocus) {
+        firstFocus->setFocus();
+    }
 }
 
 QLayout *TurningPage::boxes() const
@@ -167,8 +176,7 @@ int TurningPage::neededWidth() const
 
 bool TurningPage::isTooWide() const
 {
-    const int bar = area ? area->verticalScrollBar()->sizeHint().width() : 0;
-    return neededWidth() > width() - bar;
+    return neededWidth() > width();
 }
 
 bool TurningPage::isTooHigh() const
@@ -216,7 +224,6 @@ void TurningPage::scrollWhatIsTooLarge()
     box->setContentsMargins({});
     box->addWidget(area);
     area->show();
-    stackWhatIsTooWide(); // the scroll bar takes some of the width
     // The widget with the focus must be visible, whatever has moved the focus.
     connect(qApp, &QApplication::focusChanged, area, [this] {
         focusIsNew = true;
@@ -251,5 +258,9 @@ void TurningPage::fit()
     turnBoxes(windowOrientation);
     stackWhatIsTooWide();
     scrollWhatIsTooLarge();
+    // What the vertical bar covers is the margin of the page.
+    if (area)
+        area->setHorizontalScrollBarPolicy(neededWidth() > width() ? Qt::ScrollBarAsNeeded
+                                                                   : Qt::ScrollBarAlwaysOff);
     layout()->activate();
 }

@@ -41,7 +41,13 @@ public:
     /// Lays out the page for a window of that orientation.
     void turn(Qt::Orientation orientation);
 
+    /// Gives the focus to firstFocus. A page that scrolls shows its top instead, unless a field to
+    /// type in has the focus.
+    void open();
+
     TurningBoxes turningBoxes;
+    /// The widget of this page that is to get the focus when the page opens, if any.
+    QWidget *firstFocus = nullptr;
 
 protected:
     bool event(QEvent *event) override;

@@ -1076,6 +1076,30 @@
         <translation>Another program is using the lists. Nothing is saved until it has finished.</translation>
     </message>
     <message>
+        <source>Home</source>
+        <translation>Home</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Music</translation>
+    </message>
+    <message>
+        <source>Tap it again to edit it</source>
+        <translation>Tap it again to edit it</translation>
+    </message>
+    <message>
+        <source>Tap it again to choose it</source>
+        <translation>Tap it again to choose it</translation>
+    </message>
+    <message>
+        <source>Tap it again to check it off</source>
+        <translation>Tap it again to check it off</translation>
+    </message>
+    <message>
+        <source>Tap it again to uncheck it</source>
+        <translation>Tap it again to uncheck it</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Tracking pauses while the device sleeps.</translation>
     </message>

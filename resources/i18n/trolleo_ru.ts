@@ -1076,6 +1076,30 @@
         <translation>Списки заняты другой программой. Пока она не закончит, ничего не сохраняется.</translation>
     </message>
     <message>
+        <source>Home</source>
+        <translation>Домой</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Музыка</translation>
+    </message>
+    <message>
+        <source>Tap it again to edit it</source>
+        <translation>Нажмите ещё раз, чтобы изменить</translation>
+    </message>
+    <message>
+        <source>Tap it again to choose it</source>
+        <translation>Нажмите ещё раз, чтобы выбрать</translation>
+    </message>
+    <message>
+        <source>Tap it again to check it off</source>
+        <translation>Нажмите ещё раз, чтобы отметить</translation>
+    </message>
+    <message>
+        <source>Tap it again to uncheck it</source>
+        <translation>Нажмите ещё раз, чтобы снять отметку</translation>
+    </message>
+    <message>
         <source>Tracking pauses while the device sleeps.</source>
         <translation>Пока устройство спит, слежение приостановлено.</translation>
     </message>

@@ -26,6 +26,7 @@ private slots:
     void quickDoubleTapActsOnce();
     void sixTapsAreFiveToggles();
     void enterToggles();
+    void secondTapIsExplainedOnce();
     void leavingRecomputesTheState_data();
     void leavingRecomputesTheState();
     void uncheckingAGoodReopensAFinishedList();
@@ -200,6 +201,36 @@ void TestDoShopping::enterToggles()
     shop.tap(2);
     QTest::keyClick(shop.list(), Qt::Key_Return);
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
+}
+
+void TestDoShopping::secondTapIsExplainedOnce()
+{
+    constexpr int later = 4000; // milliseconds
+    ShopDriver shop(store("Bakery").openList(1, "Bread").good("Rye").good("Rolls"));
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Tap it again to choose it", later);
+    shop.tap(0);
+    shop.press("startButton");
+    QCOMPARE(shop.page(), PageDoShopping);
+    shop.tap(0);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Tap it again to check it off", later);
+    QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), QString(), later);
+    // Not again on this page.
+    shop.tap(1);
+    QTest::qWait(2500);
+    QCOMPARE(shop.banner(), QString());
+    // Who taps twice on a page knows it.
+    ShopDriver other(store("Bakery").openList(1, "Bread").good("Rye").good("Rolls"));
+    other.press("shoppingButton");
+    other.press("listsButton");
+    other.tap(0);
+    other.tap(0);
+    other.press("listsButton");
+    other.tap(0);
+    QTest::qWait(2500);
+    QCOMPARE(other.banner(), QString());
 }
 
 void TestDoShopping::leavingRecomputesTheState_data()

@@ -159,7 +159,8 @@ void TestHelp::helpTellsOfButtonsWithoutAPicture()
     for (int index = 0; index < PageCount; ++index) {
         const QWidget *page = shop.stack->widget(index);
         for (const QPushButton *button : page->findChildren<QPushButton *>()) {
-            if (!button->icon().isNull())
+            // A suggestion is hidden until something is typed.
+            if (!button->icon().isNull() || button->isHidden())
                 continue;
             found << page->objectName() + '/' + button->objectName();
             QVERIFY2(words.contains(found.last()), qPrintable(found.last()));

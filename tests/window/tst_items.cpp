@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRandomGenerator>
 #include <QSpinBox>
 #include <QtTest>
@@ -30,6 +31,9 @@ private slots:
     void namesAndStatements_data();
     void namesAndStatements();
     void strangeAmounts();
+    void knownGoodsAreSuggested();
+    void suggestionIsPutIntoTheField();
+    void suggestionsTakeLittleTime();
     void tenThousandGoods();
     void randomEditingMatchesAModel();
 
@@ -293,6 +297,74 @@ void TestItems::namesAndStatements()
     QCOMPARE(shop.db->column("select name from purchase where shoplistid = 1 order by id"),
              expected);
     QCOMPARE(shop.db->column("select name from purchase where id = 3"), QVariantList{"Other"});
+}
+
+static QStringList suggestions(const ShopDriver &shop)
+{
+    QStringList words;
+    for (const char *name : {"suggestion0", "suggestion1", "suggestion2"}) {
+        const auto *button = shop.find<QPushButton>(name);
+        if (button->isVisible())
+            words << button->text();
+    }
+    return words;
+}
+
+void TestItems::knownGoodsAreSuggested()
+{
+    ShopDriver shop(
+        {store("Bakery").openList("Bread").good("Rolls").good("Rye").good("Milk"),
+         store("Dairy").openList("Cheese").good("Rye").good("rum").good("Rabbit").good("R&D")});
+    openGoods(shop);
+    shop.press("addButton");
+    QCOMPARE(suggestions(shop), QStringList());
+    const int height = shop.find<QWidget>("suggestions")->height();
+    const QPoint below = shop.find<QSpinBox>("amountField")->mapTo(shop.window.get(), QPoint());
+    // The most frequent one comes first, and there are no more than three.
+    shop.type("r");
+    QCOMPARE(suggestions(shop), (QStringList{"Rye", "R&D", "Rabbit"}));
+    shop.type("ru");
+    QCOMPARE(suggestions(shop), QStringList{"rum"});
+    // Nothing moves.
+    QCOMPARE(shop.find<QWidget>("suggestions")->height(), height);
+    QCOMPARE(shop.find<QSpinBox>("amountField")->mapTo(shop.window.get(), QPoint()), below);
+    shop.type("rum");
+    QCOMPARE(suggestions(shop), QStringList());
+    shop.type("");
+    QCOMPARE(suggestions(shop), QStringList());
+}
+
+void TestItems::suggestionIsPutIntoTheField()
+{
+    ShopDriver shop(store("Bakery").openList("Bread").good("Rye"));
+    openGoods(shop);
+    shop.press("addButton");
+    shop.type("r");
+    auto *button = shop.find<QPushButton>("suggestion0");
+    shop.touch(button->mapTo(shop.window.get(), button->rect().center()));
+    QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "Rye");
+    QVERIFY(shop.find<QLineEdit>("nameField")->hasFocus());
+    QCOMPARE(suggestions(shop), QStringList());
+    shop.press("saveButton");
+    shop.press("okButton");
+    QCOMPARE(goods(shop).size(), 2);
+    QCOMPARE(shop.db->column("select count(*) from purchase where name = 'Rye'"), QVariantList{2});
+}
+
+void TestItems::suggestionsTakeLittleTime()
+{
+    ShopDriver shop(store("Bakery").openList("Bread"));
+    QVERIFY(
+        shop.db->run("with recursive n(i) as (select 1 union all select i + 1 from n where "
+                     "i < 300000) insert into purchase select i, 'Good ' || i, 2, 1, 0 from n"));
+    QVERIFY(shop.db->run("insert into shoplist values (2, 'Stock', 0, 1)"));
+    openGoods(shop);
+    QElapsedTimer clock;
+    clock.start();
+    shop.press("addButton");
+    // Reading all of them takes longer.
+    QVERIFY2(clock.elapsed() < 200, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(shop.page(), PageItemEdit);
 }
 
 void TestItems::tenThousandGoods()

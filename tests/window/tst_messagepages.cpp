@@ -68,6 +68,7 @@ private slots:
     void secondWaitReturnsToTheSameOpener();
     void cancelledWaitLeavesNobodyWaiting();
     void cancellingAfterThePositionCameStillReturns();
+    void waitingPictureMoves();
     void keyboardAnswers();
     void fontsDifferByOnePoint();
 
@@ -301,6 +302,18 @@ void TestMessagePages::cancellingAfterThePositionCameStillReturns()
     emit window->requestedGpsUpdate();
     click("waitingCancelButton");
     QCOMPARE(page(), PageTracking);
+}
+
+void TestMessagePages::waitingPictureMoves()
+{
+    auto *picture = window->findChild<QLabel *>("waitingIcon");
+    window->findChild<QStackedWidget *>("pageStack")->setCurrentIndex(PageWaiting);
+    const QImage first = picture->grab().toImage();
+    QTRY_VERIFY(picture->grab().toImage() != first);
+    window->findChild<QStackedWidget *>("pageStack")->setCurrentIndex(PageMain);
+    const QImage last = picture->grab().toImage();
+    QTest::qWait(300);
+    QCOMPARE(picture->grab().toImage(), last);
 }
 
 void TestMessagePages::keyboardAnswers()
