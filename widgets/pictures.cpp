@@ -118,5 +118,6 @@ void PictureLabel::draw()
     if (picture.isEmpty() || drawnFor == devicePixelRatio())
         return;
     drawnFor = devicePixelRatio();
-    setPixmap(Pictures::icon(picture).pixmap(sizeHint(), devicePixelRatio()));
+    const QSize size(pictureExtent, pictureExtent);
+    setPixmap(Pictures::icon(picture).pixmap(size, devicePixelRatio()));
 }
