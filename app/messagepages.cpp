@@ -46,7 +46,7 @@ QLabel *titleLabel(const QString &objectName)
     return title;
 }
 
-/// Creates the centred text of the confirmation and the waiting page, which takes the free height.
+/// Creates the centred text of the confirmation and the waiting page.
 QLabel *largeText(const QString &objectName, const QWidget *page)
 {
     auto *text = new WrapLabel;
@@ -61,8 +61,10 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
 void addIconAndText(QBoxLayout *box, QWidget *icon, QWidget *text)
 {
     QVBoxLayout *sheet = Frames::addSheet(box);
+    sheet->addStretch(1);
     sheet->addWidget(icon);
-    sheet->addWidget(text, 1);
+    sheet->addWidget(text);
+    sheet->addStretch(1);
 }
 
 } // namespace

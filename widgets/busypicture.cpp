@@ -17,7 +17,7 @@ constexpr int arcAngle = 90;
 constexpr int fullAngle = 360;
 constexpr int unitsPerDegree = 16; // of QPainter::drawArc()
 // Device-independent pixels.
-constexpr int aroundPicture = 12;
+constexpr int aroundPicture = 18;
 constexpr int arcWidth = 4;
 
 } // namespace
@@ -61,8 +61,10 @@ void BusyPicture::paintEvent(QPaintEvent *event)
     square.moveCenter(rect().center());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    square.adjust(arcWidth, arcWidth, -arcWidth, -arcWidth);
+    painter.setPen(QPen(palette().color(QPalette::Button), arcWidth));
+    painter.drawEllipse(square);
     painter.setPen(QPen(palette().color(QPalette::Link), arcWidth, Qt::SolidLine, Qt::RoundCap));
     const int quarter = fullAngle / 4; // QPainter counts from three o'clock, counterclockwise
-    painter.drawArc(square.adjusted(arcWidth, arcWidth, -arcWidth, -arcWidth),
-                    (quarter - angle) * unitsPerDegree, -arcAngle * unitsPerDegree);
+    painter.drawArc(square, (quarter - angle) * unitsPerDegree, -arcAngle * unitsPerDegree);
 }

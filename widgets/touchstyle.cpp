@@ -46,6 +46,7 @@ constexpr int focusedOutline = 3;
 constexpr int focusRing = 3;
 constexpr int focusGap = 2;
 constexpr int scrollAreaFrame = 6; // keeps the viewport off the rounded corners of the sheet
+constexpr int plateRadius = 12;    // of the plate below the picture of a main action
 constexpr int scrollBarExtent = 12;
 constexpr int scrollHandle = 6;
 constexpr int leastHandle = 48;
@@ -264,7 +265,6 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
     const QRect after(rect.right() - chevronRoom + 1, rect.top(), chevronRoom, rect.height());
     if (leadsOn(widget) && isEnabled && !isPictureAbove)
         drawChevron(painter, after, button.palette.color(QPalette::PlaceholderText));
-    painter->setPen(buttonTextColor(button, widget));
     if (isPictureAbove) {
         const int textHeight = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).height();
         const int room = rect.height() - textHeight - 2 * besideDoor - 2 * aroundPicture;
@@ -273,6 +273,7 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
         button.icon.paint(painter,
                           QRect(QPoint(rect.center().x() - extent.width() / 2, top), extent),
                           Qt::AlignCenter, mode, state);
+        painter->setPen(buttonTextColor(button, widget));
         painter->drawText(
             QRect(rect.left(), top + extent.height() + aroundPicture, rect.width(), textHeight),
             Qt::AlignCenter | Qt::TextShowMnemonic, button.text);
@@ -291,6 +292,10 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
         const QRect place(left + aroundPicture + spare,
                           rect.center().y() - button.iconSize.height() / 2 + 1, icon,
                           button.iconSize.height());
+        // Dark pictures would not stand out from the accent.
+        if (isEnabled && has(widget, Controls::mainProperty))
+            fillRounded(painter, place.adjusted(2, 2, -2, -2), plateRadius,
+                        button.palette.brush(QPalette::BrightText));
         button.icon.paint(painter, place, Qt::AlignCenter, mode, state);
         rect.setLeft(left + before + 2 * spare);
     } else {
@@ -298,6 +303,7 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
     }
     const Qt::Alignment alignment =
         isLeading || icon > 0 ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter;
+    painter->setPen(buttonTextColor(button, widget));
     painter->drawText(rect, static_cast<int>(alignment) | Qt::TextShowMnemonic, button.text);
 }
 

@@ -117,7 +117,11 @@ bool TurningPage::event(QEvent *event)
 void TurningPage::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    fit();
+    // QWidget::grab() sends hidden pages a resize event with a size that they never had.
+    if (isVisible())
+        fit();
+    else
+        changedUnseen = true;
 }
 
 void TurningPage::showEvent(QShowEvent *event)

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/wraplabel.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
 
 namespace {
@@ -58,15 +60,31 @@ bool WrapLabel::hasHeightForWidth() const
     return true;
 }
 
+/// Returns the font in which no word is wider than `width`, if that is not much smaller than the
+/// font of the label.
+QFont WrapLabel::fontFor(int width) const
+{
+    constexpr qreal smallest = 0.75;
+    static const QRegularExpression space(QStringLiteral("\\s"));
+    int widest = 0;
+    for (const QString &word : text().split(space))
+        widest = std::max(widest, fontMetrics().horizontalAdvance(word));
+    QFont fitting = font();
+    const qreal scale = widest == 0 ? 1 : static_cast<qreal>(width) / widest;
+    if (scale < 1 && scale >= smallest)
+        fitting.setPixelSize(static_cast<int>(fontInfo().pixelSize() * scale));
+    return fitting;
+}
+
 int WrapLabel::heightForWidth(int width) const
 {
-    QTextLayout layout(laidOutText(text()), font(), this);
+    QTextLayout layout(laidOutText(text()), fontFor(width), this);
     return static_cast<int>(std::ceil(breakLines(layout, width, alignment())));
 }
 
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
-    QTextLayout layout(laidOutText(text()), font(), this);
+    QTextLayout layout(laidOutText(text()), fontFor(width()), this);
     const qreal height = breakLines(layout, width(), alignment());
     qreal top = 0;
     if (alignment() & Qt::AlignVCenter)
