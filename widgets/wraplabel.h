@@ -5,7 +5,8 @@
 
 /// A label for plain text, which may contain names that the user has typed. The text wraps between
 /// words, and within a word that is much wider than the label, so that it does not widen the page.
-/// For a word that is a little wider than the label, the font shrinks instead. Frame, margin and indent of QLabel are ignored.
+/// For a word that is a little wider than the label, the font shrinks instead. Frame, margin and
+/// indent of QLabel are ignored.
 class WrapLabel : public QLabel
 {
     Q_OBJECT
