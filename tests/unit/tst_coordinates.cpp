@@ -376,8 +376,8 @@ void TestCoordinates::numbersArePastedWhole_data()
                                       << "-10.738741";
     QTest::newRow("more than there is room for") << "-122.41942"
                                                  << "7.5";
-    QTest::newRow("typographical minus") << QString(u'\u2212') + "10.5"
-                                         << "-10.5";
+    const QString dashed = QString(u'\u2212') + "10.5";
+    QTest::newRow("typographical minus") << dashed << "-10.5";
     QTest::newRow("Arabic digits") << QString::fromUtf16(u"\u0661\u0662.\u0665") << "12.5";
     QTest::newRow("no number") << "10.5 N"
                                << "7.5";
