@@ -33,6 +33,7 @@ private slots:
     void nameButtonElidesANameThatIsTooLong();
     void wrapLabelBreaksBetweenWords();
     void wrapLabelBreaksAWordThatIsTooWide();
+    void wrapLabelShrinksForAWordThatIsALittleTooWide();
     void wrapLabelBreaksAtNewlines();
     void wrapLabelDrawsWhereItsAlignmentSays();
     void wrapLabelTakesMarkupAsText();
@@ -169,6 +170,18 @@ void TestWidgets::wrapLabelBreaksAWordThatIsTooWide()
     QVERIFY(label.heightForWidth(width) >= 3 * label.fontMetrics().height());
     label.resize(width, label.heightForWidth(width));
     QVERIFY(inkColumns(label).last() < width - 1); // nothing is cut off
+}
+
+void TestWidgets::wrapLabelShrinksForAWordThatIsALittleTooWide()
+{
+    WrapLabel label;
+    const QString word = QString("W").repeated(10);
+    label.setText(word);
+    const int width = label.fontMetrics().horizontalAdvance(word);
+    QVERIFY(label.heightForWidth(width * 4 / 5) <= label.fontMetrics().height());
+    label.resize(width * 4 / 5, label.heightForWidth(width * 4 / 5));
+    QVERIFY(inkColumns(label).last() < width * 4 / 5 - 1);
+    QVERIFY(label.heightForWidth(width / 2) > label.fontMetrics().height());
 }
 
 void TestWidgets::wrapLabelBreaksAtNewlines()

@@ -34,6 +34,7 @@ private slots:
     void focusStaysWhenThePageBeginsToScroll();
     void selectionStaysWhenThePageBeginsToScroll();
     void scrolledPageBeginsAtItsTop();
+    void keyboardBelowAddsNoHorizontalBar();
     void fieldToTypeInIsSeen();
 };
 
@@ -273,6 +274,28 @@ void TestFitting::scrolledPageBeginsAtItsTop()
     shop.stack->setCurrentIndex(PageTracking);
     QCoreApplication::processEvents();
     QCOMPARE(bar->value(), 0);
+}
+
+void TestFitting::keyboardBelowAddsNoHorizontalBar()
+{
+    constexpr int height = 250; // what an on-screen keyboard leaves
+    ShopDriver shop({}, {{"GpsEnabled", true}});
+    int scrolled = 0;
+    forEveryView(shop.stack, [&](const QWidget *page) {
+        shop.window->resize(480, height);
+        QCoreApplication::processEvents();
+        const auto *area = page->findChild<QScrollArea *>("pageArea");
+        if (!area)
+            return;
+        // There is just room for the page, but not for a vertical bar beside it.
+        shop.window->resize(area->widget()->minimumSizeHint().width() + 5, height);
+        QCoreApplication::processEvents();
+        if (area->widget()->minimumSizeHint().width() > page->width())
+            return; // it is laid out otherwise in this size
+        ++scrolled;
+        QVERIFY2(!area->horizontalScrollBar()->isVisible(), qPrintable(page->objectName()));
+    });
+    QVERIFY(scrolled > 5);
 }
 
 void TestFitting::fieldToTypeInIsSeen()
