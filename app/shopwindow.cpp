@@ -73,14 +73,14 @@ void setFirstSize(QWidget *window)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize available = screen ? screen->availableSize() : QSize();
+    const bool fits = !screen || (available.width() >= preferredSize.width() &&
+                                  available.height() > preferredSize.height());
     // Phone shells show one window at a time, without a frame. Where the compositor draws none, Qt
     // would draw one, which takes room and can only be used with a mouse.
     constexpr int widestPhone = 600;
-    if (QGuiApplication::platformName().startsWith("wayland"_L1) && screen &&
-        std::min(screen->size().width(), screen->size().height()) < widestPhone)
+    if (!fits && QGuiApplication::platformName().startsWith("wayland"_L1) &&
+        std::min(available.width(), available.height()) < widestPhone)
         window->setWindowFlag(Qt::FramelessWindowHint);
-    const bool fits = !screen || (available.width() >= preferredSize.width() &&
-                                  available.height() > preferredSize.height());
     window->resize(fits ? preferredSize : available);
     if (!fits)
         window->setWindowState(Qt::WindowMaximized);
@@ -230,7 +230,7 @@ void ShopWindow::awaitTables()
         if (Database::createMissingTables(db, 0ms)) {
             delete banner;
             tries->deleteLater();
-        } else if (!banner) {
+        } else if (!findChild<InformationBox *>()) {
             banner = tell(); // another one has replaced it
         }
     };

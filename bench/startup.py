@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Measures the start of the program against that of a bare window: the instructions and the time from the
 start to the first painted window, the memory 3 s later, and the activity in 10 s without input. Valgrind
-counts the instructions; they are the same on every machine, and while others are busy on it.
+counts the instructions, which hardly depend on the machine and on what else it does.
 
 Usage: bench/startup.py PROGRAM BARE [ROUNDS]
 

@@ -16,13 +16,18 @@ namespace {
 
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
-/// Returns whether another process prevents this one from reading the file.
-bool isLocked()
+/// Returns whether a statement failed because another process has locked the file.
+bool isBusy(const QSqlError &error)
 {
     constexpr int primaryCode = 0xff; // the other bits of an error code hold details
     const int busy = 5;               // SQLITE_BUSY
-    const QSqlError error = Database::run(Statements::noTrackedStores).lastError();
     return (error.nativeErrorCode().toInt() & primaryCode) == busy;
+}
+
+/// Returns whether another process prevents this one from reading the file.
+bool isLocked()
+{
+    return isBusy(Database::run(Statements::noTrackedStores).lastError());
 }
 
 bool hasStoresTable(const QSqlDatabase &database)
@@ -68,8 +73,12 @@ bool Database::createMissingTables(const QSqlDatabase &database, std::chrono::mi
         canBeRead = !isLocked();
         if (canBeRead && !hasStoresTable(database)) {
             QSqlQuery query{QString(), QSqlDatabase()};
-            for (const QLatin1StringView statement : Statements::createTables)
+            for (const QLatin1StringView statement : Statements::createTables) {
                 query.exec(statement);
+                // Another process may write while this one can read.
+                if (isBusy(query.lastError()))
+                    return false;
+            }
         }
     }
     return canBeRead;

@@ -33,7 +33,7 @@ QSqlDatabase open(const QString &file);
 
 /// Creates all tables if the table of stores does not exist. Only that table is checked: a file
 /// that has it is not changed, even if another table is missing. A file that another process has
-/// locked is not changed either. Returns false if that is why the table of stores was not found,
+/// locked is not changed either. Returns false if that is why a table was not found or not created,
 /// after waiting for at most `wait`. If the program is killed meanwhile, or the disk is full, the
 /// tables created so far remain.
 bool createMissingTables(const QSqlDatabase &database,

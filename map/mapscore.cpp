@@ -84,13 +84,8 @@ void MapsCore::setFetching(bool on)
 
 void MapsCore::setCenter(float centerLatitude, float centerLongitude)
 {
-    const double latitudeBefore = exactLatitude;
-    const double longitudeBefore = exactLongitude;
     moveCenter(centerLatitude, centerLongitude);
-    // A position that stays the same does not paint the map again.
-    if (exactLatitude != latitudeBefore || exactLongitude != longitudeBefore || !wasCentered)
-        invalidate();
-    wasCentered = true;
+    invalidate();
 }
 
 void MapsCore::moveCenter(double centerLatitude, double centerLongitude)
@@ -117,12 +112,17 @@ void MapsCore::hideStorePin()
 
 void MapsCore::setPositionMark(float positionLatitude, float positionLongitude)
 {
-    if (showPositionMark && markLatitude == positionLatitude && markLongitude == positionLongitude)
-        return;
     markLatitude = positionLatitude;
     markLongitude = positionLongitude;
     showPositionMark = true;
     invalidate();
+}
+
+bool MapsCore::isCenteredOnMark(float positionLatitude, float positionLongitude) const
+{
+    return showPositionMark && markLatitude == positionLatitude &&
+           markLongitude == positionLongitude && latitude == positionLatitude &&
+           longitude == positionLongitude;
 }
 
 /// Returns the position of the centre in the tile grid.

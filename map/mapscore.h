@@ -43,6 +43,8 @@ public:
     void setStorePin(float pinLatitude, float pinLongitude);
     void hideStorePin();
     void setPositionMark(float positionLatitude, float positionLongitude);
+    /// Returns whether the position mark and the centre are at that place.
+    bool isCenteredOnMark(float positionLatitude, float positionLongitude) const;
 
     /// Recomputes which tiles cover the view, and where they lie. Does nothing if the view is
     /// empty.
@@ -98,7 +100,6 @@ private:
     float markLongitude = 0;
     bool showStorePin = false;
     bool showPositionMark = false;
-    bool wasCentered = false;
     qreal pixelRatio = 1;
     /// Where the corner of the first tile lies in the view.
     QPoint offset;

@@ -134,6 +134,11 @@ void MapsWidget::setPositionMark(float latitude, float longitude)
     core->setPositionMark(latitude, longitude);
 }
 
+bool MapsWidget::isCenteredOnMark(float latitude, float longitude) const
+{
+    return core->isCenteredOnMark(latitude, longitude);
+}
+
 float MapsWidget::centerLatitude() const
 {
     return core->centerLatitude();

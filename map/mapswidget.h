@@ -31,6 +31,8 @@ public:
     void setStorePin(float latitude, float longitude);
     void hideStorePin();
     void setPositionMark(float latitude, float longitude);
+    /// Returns whether the position mark and the centre are at that place.
+    bool isCenteredOnMark(float latitude, float longitude) const;
 
     float centerLatitude() const;
     float centerLongitude() const;

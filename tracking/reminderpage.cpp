@@ -10,6 +10,7 @@
 #include "app/shopwindow.h"
 #include "gps/trshopgps.h"
 #include "lists/shoppingpage.h"
+#include "map/mapswidget.h"
 #include "platform/alarmsound.h"
 #include "platform/alerthelper.h"
 #include "platform/devicealert.h"
@@ -85,7 +86,9 @@ void ShopWindow::track(bool somebodyWaited)
     const PositionEffect effect = run.take(currentLatitude, currentLongitude, seen);
     if (effect.refreshesList)
         fillTrackedList(true);
-    if (effect.centersMap)
+    // A position that stays the same does not paint the map again.
+    if (effect.centersMap &&
+        !trackedListPage->map->isCenteredOnMark(currentLatitude, currentLongitude))
         mapTrackCenterByGps();
     if (effect.rings)
         showReminder();

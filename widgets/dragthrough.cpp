@@ -31,6 +31,11 @@ bool DragThrough::eventFilter(QObject *object, QEvent *event)
         return false;
     }
     const auto *mouse = static_cast<QMouseEvent *>(event);
+    auto *button = static_cast<QAbstractButton *>(object);
+    // What a button does not accept reaches the viewport anyway.
+    const bool isLeft = mouse->button() == Qt::LeftButton || mouse->buttons() == Qt::LeftButton;
+    if (!button->isEnabled() || !isLeft)
+        return false;
     // The scroller watches the viewport, which gets no events that a button accepts.
     QMouseEvent copy(mouse->type(), area->viewport()->mapFromGlobal(mouse->globalPosition()),
                      mouse->globalPosition(), mouse->button(), mouse->buttons(), mouse->modifiers(),
@@ -40,6 +45,6 @@ bool DragThrough::eventFilter(QObject *object, QEvent *event)
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick ||
         scroller->isTap())
         return false;
-    static_cast<QAbstractButton *>(object)->setDown(false);
+    button->setDown(false);
     return true;
 }

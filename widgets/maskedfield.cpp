@@ -2,6 +2,7 @@
 #include "widgets/maskedfield.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <optional>
@@ -31,6 +32,13 @@ qsizetype pointOf(const QString &number)
 bool hasSign(const QString &number)
 {
     return number.startsWith(u'-') || number.startsWith(u'+');
+}
+
+/// Returns whether `key` can be typed in a number.
+bool isPartOfNumber(const QString &key)
+{
+    static const QString parts = u"0123456789.,-+"_s;
+    return key.size() == 1 && parts.contains(key);
 }
 
 /// A mask accepts digits of any script, and fractions and exponents as well. None of them is read
@@ -208,7 +216,10 @@ void MaskedField::focusInEvent(QFocusEvent *event)
 void MaskedField::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
-    if (given.isEmpty() && !isBlank())
+    // Typing goes on where it was when the window is active again.
+    const bool isLeft =
+        event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
+    if (isLeft && given.isEmpty() && !isBlank())
         align();
 }
 
@@ -235,6 +246,10 @@ bool MaskedField::isIgnoredAfterRefusal(const QString &key)
 /// Handles a key that has another meaning here than for the mask. Returns whether it did.
 bool MaskedField::takeKey(const QString &key)
 {
+    if (key.isEmpty()) // a modifier key, or a preedit text
+        return false;
+    if (exceedsMask()) // without the mask, nothing else would refuse a letter
+        return key.front().isPrint();
     if (std::ranges::any_of(key, isForeignDigit) || isIgnoredAfterRefusal(key))
         return true;
     if (hasSelectedText())
@@ -268,7 +283,8 @@ void MaskedField::inputMethodEvent(QInputMethodEvent *event)
 {
     QString commit = event->commitString();
     commit.replace(u',', u'.');
-    if (exceedsMask() && !(commit + event->preeditString()).isEmpty())
+    const bool edits = event->replacementLength() > 0 || !event->preeditString().isEmpty();
+    if (exceedsMask() && (edits || isPartOfNumber(commit)))
         setValue(QString());
     QInputMethodEvent pointed(event->preeditString(), event->attributes());
     // What was composed leaves the field also when it is not accepted as it was.
@@ -280,11 +296,18 @@ void MaskedField::inputMethodEvent(QInputMethodEvent *event)
 
 void MaskedField::keyPressEvent(QKeyEvent *event)
 {
-    const bool erases = event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete ||
-                        event->matches(QKeySequence::Cut);
+    static constexpr std::array erasing{QKeySequence::Cut,
+                                        QKeySequence::Delete,
+                                        QKeySequence::DeleteEndOfLine,
+                                        QKeySequence::DeleteCompleteLine,
+                                        QKeySequence::DeleteStartOfWord,
+                                        QKeySequence::DeleteEndOfWord};
+    const bool erases =
+        event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete ||
+        std::ranges::any_of(erasing, [event](auto key) { return event->matches(key); });
     const QString typed = event->text();
-    const bool replaces = !typed.isEmpty() && typed.front().isPrint() &&
-                          !event->modifiers().testFlag(Qt::ControlModifier);
+    const bool isShortcut = event->modifiers().testFlag(Qt::ControlModifier);
+    const bool replaces = !isShortcut && isPartOfNumber(typed);
     if (exceedsMask() && (erases || replaces)) {
         // A part of such a number would be another one, so it is replaced as a whole.
         if (event->matches(QKeySequence::Cut))
@@ -298,7 +321,7 @@ void MaskedField::keyPressEvent(QKeyEvent *event)
     } else if (typed == u","_s) {
         QKeyEvent point(QEvent::KeyPress, Qt::Key_Period, event->modifiers(), u"."_s);
         keyPressEvent(&point);
-    } else if (!takeKey(typed)) {
+    } else if (isShortcut || !takeKey(typed)) {
         QLineEdit::keyPressEvent(event);
     }
 }
@@ -308,9 +331,10 @@ void MaskedField::paste(QClipboard::Mode mode)
 {
     const QString text = withPlainDigits(QGuiApplication::clipboard()->text(mode).trimmed());
     const QString number = QString(text).replace(u',', u'.');
-    if (showNumber(number)) {
-        given = number;
-        knownText = QLineEdit::text();
+    static const QRegularExpression decimal(
+        QRegularExpression::anchoredPattern(u"[-+]?[0-9]{1,3}([.][0-9]*)?"_s));
+    if (decimal.match(number).hasMatch()) {
+        setValue(number);
         emit textEdited(knownText);
     } else if (const auto pair = splitPair(text)) {
         emit pairPasted(pair->first, pair->second);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStackedWidget>
 #include <QWindow>
@@ -34,6 +35,11 @@ bool PageSwitchGuard::eventFilter(QObject *object, QEvent *event)
     case QEvent::MouseButtonRelease:
     case QEvent::MouseMove:
         return isIgnored(*static_cast<QMouseEvent *>(event));
+    case QEvent::KeyPress: {
+        // A key that is held must not press the main actions of one page after the other.
+        const auto *key = static_cast<QKeyEvent *>(event);
+        return key->isAutoRepeat() && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter);
+    }
     default:
         return false;
     }

@@ -59,7 +59,8 @@ void Suggestions::suggest(const QString &typed)
     for (const QString &word : std::as_const(words)) {
         if (matching.size() == count)
             break;
-        if (!typed.isEmpty() && word != typed && word.startsWith(typed, Qt::CaseInsensitive))
+        if (!typed.isEmpty() && word != typed && word.startsWith(typed, Qt::CaseInsensitive) &&
+            !matching.contains(word, Qt::CaseInsensitive))
             matching << word;
     }
     for (qsizetype index = 0; index < buttons.size(); ++index) {

@@ -228,6 +228,13 @@ void TurningPage::scrollWhatIsTooLarge()
     box->setContentsMargins({});
     box->addWidget(area);
     area->show();
+    const auto chooseBar = [this] {
+        // What the vertical bar covers is the margin of the page.
+        area->setHorizontalScrollBarPolicy(neededWidth() > width() ? Qt::ScrollBarAsNeeded
+                                                                   : Qt::ScrollBarAlwaysOff);
+    };
+    chooseBar();
+    connect(area->horizontalScrollBar(), &QScrollBar::rangeChanged, area, chooseBar);
     // The widget with the focus must be visible, whatever has moved the focus.
     connect(qApp, &QApplication::focusChanged, area, [this] {
         focusIsNew = true;
@@ -262,9 +269,5 @@ void TurningPage::fit()
     turnBoxes(windowOrientation);
     stackWhatIsTooWide();
     scrollWhatIsTooLarge();
-    // What the vertical bar covers is the margin of the page.
-    if (area)
-        area->setHorizontalScrollBarPolicy(neededWidth() > width() ? Qt::ScrollBarAsNeeded
-                                                                   : Qt::ScrollBarAlwaysOff);
     layout()->activate();
 }

@@ -65,9 +65,9 @@ bool WrapLabel::hasHeightForWidth() const
 QFont WrapLabel::fontFor(int width) const
 {
     constexpr qreal smallest = 0.75;
-    static const QRegularExpression space(QStringLiteral("\\s"));
+    static const QRegularExpression between(QStringLiteral("\\s|(?<=[-/])"));
     int widest = 0;
-    for (const QString &word : text().split(space))
+    for (const QString &word : text().split(between))
         widest = std::max(widest, fontMetrics().horizontalAdvance(word));
     QFont fitting = font();
     const qreal scale = widest == 0 ? 1 : static_cast<qreal>(width) / widest;

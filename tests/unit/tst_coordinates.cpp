@@ -43,6 +43,8 @@ private slots:
     void tooManyDigitsAreRefused_data();
     void tooManyDigitsAreRefused();
     void restOfRefusedNumberIsIgnored();
+    void modifierKeysDoNotEndARefusal();
+    void typingGoesOnInAnActiveWindow();
     void textOfAssistiveTechnologyCounts();
     void gapsAreClosedWhenTheFieldIsLeft();
     void nothingIsUndone();
@@ -323,6 +325,7 @@ void TestCoordinates::refusedKeysChangeNothing()
     for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End, Qt::Key_Left, Qt::Key_Shift})
         QTest::keyClick(&field, key);
     QTest::keySequence(&field, QKeySequence::Copy);
+    QTest::keyClicks(&field, "x ");
     QCOMPARE(field.value(), "-122.41942");
     field.setValue("2.3522219");
     QTest::keyClicks(&field, "x");
@@ -375,7 +378,9 @@ void TestCoordinates::numbersArePastedWhole_data()
     QTest::newRow("comma and blanks") << " -10,738741\n"
                                       << "-10.738741";
     QTest::newRow("more than there is room for") << "-122.41942"
-                                                 << "7.5";
+                                                 << "-122.41942";
+    QTest::newRow("no degrees") << "1234.5"
+                                << "7.5";
     const QString dashed = QString(u'\u2212') + "10.5";
     QTest::newRow("typographical minus") << dashed << "-10.5";
     QTest::newRow("Arabic digits") << QString::fromUtf16(u"\u0661\u0662.\u0665") << "12.5";
@@ -486,6 +491,34 @@ void TestCoordinates::restOfRefusedNumberIsIgnored()
     QTest::keyClick(&field, Qt::Key_Backspace);
     QTest::keyClicks(&field, "8");
     QCOMPARE(field.value(), "8.");
+}
+
+void TestCoordinates::modifierKeysDoNotEndARefusal()
+{
+    MaskedField field("#00.000000");
+    connect(&field, &MaskedField::tooManyDigits, &field, &MaskedField::refuse);
+    QTest::keyClick(&field, Qt::Key_Home);
+    QTest::keyClicks(&field, "-122");
+    QTest::keyClick(&field, Qt::Key_Shift);
+    QTest::keyClicks(&field, ".25");
+    QCOMPARE(field.value(), ".");
+}
+
+void TestCoordinates::typingGoesOnInAnActiveWindow()
+{
+    QWidget window;
+    auto *field = new MaskedField("#00.000000", &window);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    field->setFocus();
+    field->setCursorPosition(0);
+    QTest::keyClicks(field, "5");
+    QFocusEvent out(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(field, &out);
+    QFocusEvent in(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QCoreApplication::sendEvent(field, &in);
+    QTest::keyClicks(field, "2.5");
+    QCOMPARE(field->value(), "52.5");
 }
 
 void TestCoordinates::textOfAssistiveTechnologyCounts()
