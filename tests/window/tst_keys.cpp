@@ -24,6 +24,7 @@ private slots:
     void questionOpensOnNo();
     void messageOpensOnItsButton();
     void enterPressesAnyButton();
+    void heldEnterStopsAtTheNextPage();
 
 private:
     static QString focus()
@@ -141,6 +142,21 @@ void TestKeys::enterPressesAnyButton()
     shop.find<QPushButton>("cancelButton")->setFocus();
     enter(shop);
     QCOMPARE(shop.page(), PageMain);
+}
+
+void TestKeys::heldEnterStopsAtTheNextPage()
+{
+    ShopDriver shop(records());
+    QWindow *surface = shop.window->windowHandle();
+    QTest::simulateEvent(surface, true, Qt::Key_Return, {}, "\r", false);
+    QCOMPARE(shop.page(), PageShopping);
+    QCOMPARE(focus(), "startButton");
+    for (int repeats = 0; repeats < 3; ++repeats)
+        QTest::simulateEvent(surface, true, Qt::Key_Return, {}, "\r", true);
+    QCOMPARE(shop.page(), PageShopping);
+    QTest::simulateEvent(surface, false, Qt::Key_Return, {}, "\r", false);
+    enter(shop);
+    QVERIFY(shop.page() != PageShopping);
 }
 
 STOPPABLE_TEST_MAIN(TestKeys)
