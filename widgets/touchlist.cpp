@@ -147,16 +147,21 @@ void TouchList::paintPlaceholder(QPainter &painter) const
     const QRect room = viewport()->rect().adjusted(besideRows, 0, -besideRows, 0);
     const QRect text = metrics.boundingRect(QRect(0, 0, room.width(), room.height()),
                                             Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
-    const int top = room.center().y() - (placeholderExtent + metrics.descent() + text.height()) / 2;
-    painter.setOpacity(placeholderOpacity);
-    Pictures::icon(placeholderPicture)
-        .paint(&painter, QRect(room.center().x() - placeholderExtent / 2, top, placeholderExtent,
-                               placeholderExtent));
-    painter.setOpacity(1);
+    const int pictureHeight = placeholderExtent + metrics.descent();
+    const bool hasRoom = pictureHeight + text.height() <= room.height();
+    const int height = (hasRoom ? pictureHeight : 0) + text.height();
+    int top = std::max(room.center().y() - height / 2, room.top());
+    if (hasRoom) { // a large text takes the room of the picture
+        painter.setOpacity(placeholderOpacity);
+        Pictures::icon(placeholderPicture)
+            .paint(&painter, QRect(room.center().x() - placeholderExtent / 2, top,
+                                   placeholderExtent, placeholderExtent));
+        painter.setOpacity(1);
+        top += pictureHeight;
+    }
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.setFont(window()->font());
-    painter.drawText(QRect(room.left(), top + placeholderExtent + metrics.descent(), room.width(),
-                           text.height()),
+    painter.drawText(QRect(room.left(), top, room.width(), text.height()),
                      Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
 }
 

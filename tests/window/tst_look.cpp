@@ -11,6 +11,7 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
 #include "widgets/controls.h"
+#include "widgets/touchlist.h"
 #include "widgets/touchstyle.h"
 
 /// Tests the program's own style on all pages. With the environment variable TROLLEO_PICTURES set
@@ -29,6 +30,7 @@ private slots:
     void fingerInAGapMeansARow();
     void rowsAreAFingerHigh();
     void emptyListSaysWhatToDo();
+    void lowEmptyListShowsItsTextOnly();
     void buttonIsDrawnPressed();
     void focusShowsForKeysOnly();
 };
@@ -231,6 +233,21 @@ void TestLook::emptyListSaysWhatToDo()
     shop.stack->setCurrentIndex(PageStores);
     shop.press("storesButton");
     QVERIFY(isBlank()); // its two rows are above the middle
+}
+
+void TestLook::lowEmptyListShowsItsTextOnly()
+{
+    ShopDriver shop;
+    shop.stack->setCurrentIndex(PageStoreList);
+    auto *list = static_cast<TouchList *>(shop.list());
+    for (const auto &[height, picture] : {std::pair(400, true), std::pair(100, false)}) {
+        list->setFixedHeight(height);
+        QCoreApplication::processEvents();
+        list->setPlaceholder(":/img/plus.svg", "words");
+        const QImage with = list->viewport()->grab().toImage();
+        list->setPlaceholder(QString(), "words");
+        QCOMPARE(list->viewport()->grab().toImage() != with, picture);
+    }
 }
 
 void TestLook::buttonIsDrawnPressed()
