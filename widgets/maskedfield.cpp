@@ -18,7 +18,6 @@
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -232,7 +231,7 @@ void MaskedField::align()
 /// Returns whether `key` continues a number that was refused.
 bool MaskedField::isIgnoredAfterRefusal(const QString &key)
 {
-    constexpr auto longestPause = 2s;
+    constexpr std::chrono::milliseconds longestPause(2000);
     const bool isPart = key.size() == 1 && (key.front().isDigit() || key == u"."_s);
     if (!sinceRefused.isValid() || !isPart ||
         std::chrono::milliseconds(sinceRefused.elapsed()) > longestPause) {
