@@ -76,16 +76,26 @@ QFont WrapLabel::fontFor(int width) const
     return fitting;
 }
 
+/// Breaks the text of `layout` like breakLines(), in a smaller font if a word is too wide.
+qreal WrapLabel::layOut(QTextLayout &layout, int width) const
+{
+    const qreal height = breakLines(layout, width, alignment());
+    if (layout.lineCount() < 2) // no word is too wide, and measuring them would take longer
+        return height;
+    layout.setFont(fontFor(width));
+    return breakLines(layout, width, alignment());
+}
+
 int WrapLabel::heightForWidth(int width) const
 {
-    QTextLayout layout(laidOutText(text()), fontFor(width), this);
-    return static_cast<int>(std::ceil(breakLines(layout, width, alignment())));
+    QTextLayout layout(laidOutText(text()), font(), this);
+    return static_cast<int>(std::ceil(layOut(layout, width)));
 }
 
 void WrapLabel::paintEvent(QPaintEvent * /*event*/)
 {
-    QTextLayout layout(laidOutText(text()), fontFor(width()), this);
-    const qreal height = breakLines(layout, width(), alignment());
+    QTextLayout layout(laidOutText(text()), font(), this);
+    const qreal height = layOut(layout, width());
     qreal top = 0;
     if (alignment() & Qt::AlignVCenter)
         top = (this->height() - height) / 2;

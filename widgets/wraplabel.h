@@ -3,6 +3,8 @@
 
 #include <QLabel>
 
+class QTextLayout;
+
 /// A label for plain text, which may contain names that the user has typed. The text wraps between
 /// words, and within a word that is much wider than the label, so that it does not widen the page.
 /// For a word that is a little wider than the label, the font shrinks instead. Frame, margin and
@@ -25,4 +27,5 @@ protected:
 
 private:
     QFont fontFor(int width) const;
+    qreal layOut(QTextLayout &layout, int width) const;
 };
