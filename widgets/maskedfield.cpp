@@ -140,7 +140,6 @@ void MaskedField::showBlank()
     if (exceedsMask())
         setInputMask(mask);
     setCursorPosition(0);
-    knownText = text();
 }
 
 /// Returns whether the mask can hold `text`. If not, nothing changes.
@@ -218,14 +217,10 @@ void MaskedField::focusOutEvent(QFocusEvent *event)
     // Typing goes on where it was when the window is active again.
     const bool isLeft =
         event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
-    if (isLeft && given.isEmpty() && !isBlank())
-        align();
-}
-
-void MaskedField::align()
-{
-    showNumber(text());
-    knownText = text();
+    if (isLeft && given.isEmpty() && !isBlank()) {
+        showNumber(text());
+        knownText = text();
+    }
 }
 
 /// Returns whether `key` continues a number that was refused.

@@ -44,7 +44,6 @@ protected:
 private:
     void takeTyped(const QString &typed);
     void takeForeignText(const QString &text);
-    void align();
     bool showNumber(const QString &text);
     void showBlank();
     bool isBlank() const;
