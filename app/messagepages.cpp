@@ -94,13 +94,9 @@ void ShopWindow::buildMessagePage()
     p.ok = Controls::textButton(u"messageOkButton"_s, u":/img/commit.png"_s,
                                 Controls::pictureExtent, tr("OK"));
 
-    auto *area = new QScrollArea;
+    QScrollArea *area = Controls::scrollArea(p.text);
     area->setObjectName(u"messageArea"_s);
     area->setAccessibleName(tr("Message"));
-    area->setWidgetResizable(true);
-    area->setWidget(p.text);
-    area->viewport()->setBackgroundRole(QPalette::Base);
-    p.text->setAutoFillBackground(false); // QScrollArea::setWidget() has turned it on
     p.scrollBar = area->verticalScrollBar();
     auto *scroller = new TrKineticScroller(area);
     scroller->enableKineticScrollFor(area);

@@ -92,14 +92,10 @@ void ShopWindow::buildOptionsPage()
     for (QRadioButton *radio : {p.autoDetect, p.english, p.russian})
         rows->addWidget(radio);
     rows->addStretch();
-    auto *scrollArea = new QScrollArea;
+    QScrollArea *scrollArea = Controls::scrollArea(body);
     scrollArea->setObjectName(u"optionsScrollArea"_s);
     scrollArea->setAccessibleName(page->accessibleName());
-    scrollArea->setWidgetResizable(true);
-    scrollArea->viewport()->setBackgroundRole(QPalette::Base);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scrollArea->setWidget(body);
-    body->setAutoFillBackground(false); // QScrollArea::setWidget() has turned it on
     auto *scroller = new TrKineticScroller(scrollArea);
     scroller->enableKineticScrollFor(scrollArea);
     auto *dragThrough = new DragThrough(scrollArea, scroller);

@@ -42,6 +42,7 @@
 #include "tracking/trackingpage.h"
 #include "widgets/contrast.h"
 #include "widgets/controls.h"
+#include "widgets/pagestack.h"
 #include "widgets/pageswitchguard.h"
 #include "widgets/pictures.h"
 #include "widgets/touchlist.h"
@@ -251,11 +252,8 @@ void ShopWindow::setSharedTexts()
 void ShopWindow::buildUserInterface()
 {
     setSharedTexts();
-    pageStack = new QStackedWidget(this);
+    pageStack = new PageStack(this);
     pageStack->setObjectName(u"pageStack"_s);
-    // While the window is rotated, pages that still have the layout of the old orientation may be
-    // wider than the window. Without this their minimum size would prevent the rotation.
-    pageStack->setMinimumSize(1, 1);
     QFont pageFont;
     pageFont.setPointSize(pagePointSize);
     setFont(pageFont);

@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 
 #include "widgets/pictures.h"
 #include "widgets/wraplabel.h"
@@ -34,6 +35,34 @@ public:
         const int word = TextBreaking::widestWord(text(), fontMetrics());
         return {std::max(word, iconSize().width()), sizeHint().height()};
     }
+};
+
+/// A scroll area that takes its contents when it is first shown: QScrollArea asks its contents for
+/// their size at once, although most pages are not opened for a while.
+class LateScrollArea : public QScrollArea
+{
+public:
+    explicit LateScrollArea(QWidget *lateContents)
+        : contents(lateContents)
+    {
+        contents->setParent(viewport());
+        contents->hide();
+    }
+
+protected:
+    void showEvent(QShowEvent *event) override
+    {
+        QScrollArea::showEvent(event);
+        if (!contents)
+            return;
+        setWidget(contents);
+        contents->setAutoFillBackground(false); // setWidget() has turned it on
+        contents->show();
+        contents = nullptr;
+    }
+
+private:
+    QWidget *contents; // null once it is the widget of this area
 };
 
 void prepare(QPushButton *button, const QString &objectName, const QString &picture, int extent)
@@ -158,6 +187,14 @@ QLabel *Controls::valueLabel(const QString &objectName)
     auto *label = new WrapLabel;
     label->setObjectName(objectName);
     return label;
+}
+
+QScrollArea *Controls::scrollArea(QWidget *contents)
+{
+    auto *area = new LateScrollArea(contents);
+    area->setWidgetResizable(true);
+    area->viewport()->setBackgroundRole(QPalette::Base);
+    return area;
 }
 
 QFrame *Controls::separator(QFrame::Shape shape)

@@ -11,6 +11,7 @@ class QAbstractButton;
 class QBoxLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 class QWidget;
 
@@ -91,6 +92,9 @@ PictureLabel *pictureLabel(const QString &objectName);
 
 /// Creates a label for a value, as plain text that wraps.
 QLabel *valueLabel(const QString &objectName);
+
+/// Creates a scroll area, which owns `contents`, resizes them, and has the background of a sheet.
+QScrollArea *scrollArea(QWidget *contents);
 
 /// Creates a sunken line. `shape` is QFrame::HLine or QFrame::VLine.
 QFrame *separator(QFrame::Shape shape);

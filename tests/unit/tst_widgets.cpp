@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QBoxLayout>
 #include <QLabel>
+#include <QMainWindow>
 #include <QProxyStyle>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -10,6 +11,7 @@
 
 #include "widgets/controls.h"
 #include "widgets/namebutton.h"
+#include "widgets/pagestack.h"
 #include "widgets/pictures.h"
 #include "widgets/touchlist.h"
 #include "widgets/TrKineticScroller.h"
@@ -29,6 +31,7 @@ private slots:
     void pictureButtonIsNamed();
     void picturesAreSharp_data();
     void picturesAreSharp();
+    void hiddenPagesAreNotMeasured();
     void nameButtonDrawsAnAmpersand();
     void nameButtonElidesANameThatIsTooLong();
     void wrapLabelBreaksBetweenWords();
@@ -89,6 +92,44 @@ void TestWidgets::picturesAreSharp()
         for (int x = 0; x < image.width(); ++x)
             alphas << qAlpha(image.pixel(x, y));
     QVERIFY2(alphas.size() > 8, qPrintable(QString::number(alphas.size())));
+}
+
+namespace {
+
+/// Counts how often its size is asked for.
+class MeasuredPage : public QWidget
+{
+public:
+    QSize sizeHint() const override
+    {
+        ++count;
+        return {10000, 10000};
+    }
+    QSize minimumSizeHint() const override
+    {
+        return sizeHint();
+    }
+
+    mutable int count = 0;
+};
+
+} // namespace
+
+void TestWidgets::hiddenPagesAreNotMeasured()
+{
+    QMainWindow window;
+    auto *stack = new PageStack;
+    QList<MeasuredPage *> pages{new MeasuredPage, new MeasuredPage};
+    for (MeasuredPage *page : pages)
+        stack->addWidget(page);
+    window.setCentralWidget(stack);
+    window.resize(300, 200);
+    window.show();
+    QCOMPARE(window.size(), QSize(300, 200));
+    QCOMPARE(pages.at(0)->size(), stack->size());
+    QCOMPARE(pages.at(1)->count, 0);
+    stack->setCurrentIndex(1);
+    QCOMPARE(pages.at(1)->size(), stack->size());
 }
 
 void TestWidgets::nameButtonDrawsAnAmpersand()
