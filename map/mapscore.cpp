@@ -10,6 +10,7 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QStandardPaths>
 
 #include "map/tileimage.h"
@@ -33,18 +34,27 @@ constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkR
 constexpr int storePinExtent = 30;
 constexpr int positionMarkExtent = 20;
 
+/// Returns the empty tile, which all maps share.
+QPixmap sharedEmptyTile()
+{
+    const QString key = u"emptyTile"_s;
+    QPixmap tile;
+    if (!QPixmapCache::find(key, &tile)) {
+        tile = QPixmap(tileExtent, tileExtent);
+        tile.fill(Qt::lightGray);
+        QPixmapCache::insert(key, tile);
+    }
+    return tile;
+}
+
 } // namespace
 
 MapsCore::MapsCore(QObject *parent)
     : QObject(parent)
     , exactLatitude(latitude)
     , exactLongitude(longitude)
-    , emptyTile(tileExtent, tileExtent)
-    , storePin(u":/img/blue_pin.svg"_s)
-    , positionMark(u":/img/smile.svg"_s)
     , server(TileServer::baseUrl(qEnvironmentVariable("TROLLEO_TILE_SERVER")))
 {
-    emptyTile.fill(Qt::lightGray);
     transferTimer.setSingleShot(true);
     transferTimer.setInterval(transferLimit);
     connect(&transferTimer, &QTimer::timeout, this, [this] {
@@ -253,6 +263,7 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     // cache again.
     if (image.isNull())
         network()->cache()->remove(request.url());
+    loadPictures();
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
     emit updated(screenRect(tile));
     const QRect kept = tilesRect.adjusted(-keptTiles, -keptTiles, keptTiles, keptTiles);
@@ -292,11 +303,22 @@ QByteArray MapsCore::cachedBody(const QUrl &source)
 
 QRect MapsCore::screenRect(const QPoint &tile) const
 {
-    return {(tile - tilesRect.topLeft()) * tileExtent + offset, emptyTile.size()};
+    return {(tile - tilesRect.topLeft()) * tileExtent + offset, QSize(tileExtent, tileExtent)};
+}
+
+/// Loads what the map draws itself. Most runs of the program show no map.
+void MapsCore::loadPictures()
+{
+    if (!emptyTile.isNull())
+        return;
+    emptyTile = sharedEmptyTile();
+    storePin = QIcon(u":/img/blue_pin.svg"_s);
+    positionMark = QIcon(u":/img/smile.svg"_s);
 }
 
 void MapsCore::render(QPainter *painter, const QRect &rect)
 {
+    loadPictures();
     for (int x = 0; x <= tilesRect.width(); ++x) {
         for (int y = 0; y <= tilesRect.height(); ++y) {
             const QPoint tile = tilesRect.topLeft() + QPoint(x, y);

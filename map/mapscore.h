@@ -82,6 +82,7 @@ private:
     QNetworkAccessManager *network();
     QPointF centerTile() const;
     QRect screenRect(const QPoint &tile) const;
+    void loadPictures();
     void drawMarker(QPainter *painter, const QIcon &icon, int extent, float markerLatitude,
                     float markerLongitude) const;
 
