@@ -10,6 +10,7 @@
 #include "app/shopwindow.h"
 #include "platform/alarmsound.h"
 #include "platform/standarderror.h"
+#include "widgets/pictures.h"
 #include "widgets/touchstyle.h"
 
 using namespace Qt::StringLiterals;
@@ -33,7 +34,9 @@ int main(int argc, char **argv)
 
     auto window = std::make_unique<ShopWindow>();
     // ShopWindow has registered the resources.
-    QApplication::setWindowIcon(QIcon(u":/img/House.png"_s));
+    constexpr int windowIconExtent = 96;
+    QApplication::setWindowIcon(
+        QIcon(Pictures::icon(u":/img/House.png"_s).pixmap(windowIconExtent)));
     window->show();
     const int result = QApplication::exec();
     window.reset();

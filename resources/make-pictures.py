@@ -10,6 +10,7 @@ The results are committed, so only someone who changes a picture needs this.
 A picture is one or more layers of the set: (icon, placement, colour changes).
 SVG files say 192 x 192, because Qt first renders an SVG at the size it states;
 PNG files are rendered at 192 x 192 by rsvg-convert (package librsvg2-bin).
+Then tst_pictures writes resources/ready/ (see there).
 """
 import json
 import pathlib

@@ -4,28 +4,54 @@
 #include <utility>
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QHash>
 #include <QIconEngine>
+#include <QImage>
 #include <QPainter>
+#include <QPixmap>
+#include <QResource>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Returns the icons loaded so far, by path.
+/// Returns the icons loaded so far, by path, and by path and size.
 QHash<QString, QIcon> &iconsInUse()
 {
     static QHash<QString, QIcon> icons;
     return icons;
 }
 
-const QIcon &iconAt(const QString &path)
+/// Returns the picture at `path` from the resource that has its pixels in `size`, or a null icon if
+/// there is none. Decoding the pictures of the first page would take a quarter of the start.
+QIcon readyIcon(const QString &path, const QSize &size)
+{
+    const QResource file(
+        u":/ready/%1/%2.rgba"_s.arg(size.width()).arg(QFileInfo(path).completeBaseName()));
+    if (!file.isValid() || !path.startsWith(":/img/"_L1))
+        return {};
+    const QByteArray pixels = file.uncompressedData();
+    const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), size.width(),
+                       size.height(), QImage::Format_RGBA8888_Premultiplied);
+    Q_ASSERT(image.sizeInBytes() == pixels.size());
+    return QIcon(QPixmap::fromImage(image)); // copies the pixels, since it converts them
+}
+
+/// Returns the icon at `path` for `size` in device pixels.
+const QIcon &iconAt(const QString &path, const QSize &size)
 {
     QHash<QString, QIcon> &icons = iconsInUse();
     // Pixmaps must not outlive the application.
     if (icons.isEmpty())
         qAddPostRoutine([] { iconsInUse().clear(); });
-    auto found = icons.find(path);
+    const QString readyKey = path + u'@' + QString::number(size.width());
+    auto found = icons.find(readyKey);
+    if (found == icons.end())
+        found = icons.insert(readyKey, readyIcon(path, size));
+    if (!found->isNull())
+        return *found;
+    found = icons.find(path);
     if (found == icons.end())
         found = icons.insert(path, QIcon(path));
     return *found;
@@ -41,11 +67,12 @@ public:
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
-        iconAt(path).paint(painter, rect, Qt::AlignCenter, mode, state);
+        const QSizeF size = QSizeF(rect.size()) * painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, pixmap(size.toSize(), mode, state));
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {
-        return iconAt(path).pixmap(size, 1, mode, state); // `size` is in device pixels
+        return iconAt(path, size).pixmap(size, 1, mode, state); // `size` is in device pixels
     }
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
                          qreal /*scale*/) override

@@ -6,6 +6,7 @@
 
 #include "widgets/contrast.h"
 #include "widgets/listrow.h"
+#include "widgets/pictures.h"
 
 using namespace Qt::StringLiterals;
 
@@ -28,10 +29,9 @@ void drawElided(QPainter *painter, const QRect &rect, const QString &text,
 
 TrListDelegate::TrListDelegate(QObject *parent)
     : QStyledItemDelegate(parent)
-{
-    checked.addFile(u":/img/check-aqua.svg"_s, QSize(), QIcon::Normal, QIcon::On);
-    unchecked.addFile(u":/img/uncheck-aqua.svg"_s, QSize(), QIcon::Normal, QIcon::On);
-}
+    , checked(Pictures::icon(u":/img/check-aqua.svg"_s))
+    , unchecked(Pictures::icon(u":/img/uncheck-aqua.svg"_s))
+{}
 
 TrListDelegate::~TrListDelegate() = default;
 

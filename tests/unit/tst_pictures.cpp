@@ -2,9 +2,11 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QIcon>
 #include <QImageReader>
 #include <QPixmap>
 #include <QRegularExpression>
+#include <QResource>
 #include <QSet>
 #include <QSvgRenderer>
 #include <QtTest>
@@ -20,6 +22,7 @@ private slots:
     void everyPictureLoadsLargeEnough();
     void noTwoPicturesShowTheSame();
     void resourceHoldsTheWholeFolder();
+    void readyPicturesShowTheirFiles();
 
 private:
     QSet<QString> pictures;
@@ -101,6 +104,43 @@ void TestPictures::resourceHoldsTheWholeFolder()
     for (const QString &name : QDir(TROLLEO_SOURCES "/resources/img").entryList({"*.svg", "*.png"}))
         files << name;
     QCOMPARE(pictures, files);
+}
+
+/// resources/ready/ has the pictures of the first page in the sizes in which they are shown there.
+/// After a change of a picture or a size, run this test with TROLLEO_READY_PICTURES=1 to write
+/// them, and build again.
+void TestPictures::readyPicturesShowTheirFiles()
+{
+    const QString folder = TROLLEO_SOURCES "/resources/ready/";
+    int count = 0;
+    for (QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories); files.hasNext();) {
+        const QString path = files.next().mid(folder.size());
+        const QString extent = path.section('/', 0, 0);
+        const QStringList names =
+            QDir(":/img").entryList({QFileInfo(path).completeBaseName() + ".*"});
+        QCOMPARE(names.size(), 1);
+        const QSize size(extent.toInt(), extent.toInt());
+        const QImage drawn = QIcon(":/img/" + names.first())
+                                 .pixmap(size, 1)
+                                 .toImage()
+                                 .convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+        const QByteArray pixels(reinterpret_cast<const char *>(drawn.constBits()),
+                                drawn.sizeInBytes());
+        if (qEnvironmentVariableIsSet("TROLLEO_READY_PICTURES")) {
+            QFile file(folder + path);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(pixels) == pixels.size());
+            continue;
+        }
+        ++count;
+        const QByteArray ready = QResource(":/ready/" + path).uncompressedData();
+        QCOMPARE(ready.size(), pixels.size());
+        int worst = 0;
+        for (qsizetype byte = 0; byte < ready.size(); ++byte)
+            worst = qMax(worst, qAbs(uchar(ready.at(byte)) - uchar(pixels.at(byte))));
+        // Releases of Qt round differently.
+        QVERIFY2(worst <= 4, qPrintable(path + ": " + QString::number(worst)));
+    }
+    QVERIFY(count > 0);
 }
 
 QTEST_MAIN(TestPictures)

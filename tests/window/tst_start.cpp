@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QAccessible>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -15,6 +16,7 @@
 #include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/testhome.h"
+#include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/trlistdelegate.h"
 
@@ -48,6 +50,7 @@ private slots:
     void mainPageShows();
     void mainPageControls_data();
     void mainPageControls();
+    void picturesOfTheMainPageAreReady();
     void toolbarOrder();
     void navigationSlots_data();
     void navigationSlots();
@@ -176,6 +179,23 @@ void TestStart::mainPageControls()
     QVERIFY(!button->icon().isNull());
     QCOMPARE(button->sizePolicy().verticalPolicy(),
              icon == 96 ? QSizePolicy::Preferred : QSizePolicy::Fixed);
+}
+
+/// Decoding pictures would take a good part of the start.
+void TestStart::picturesOfTheMainPageAreReady()
+{
+    const TestHome home;
+    const ShopWindow window;
+    int count = 0;
+    for (const auto *button :
+         window.findChild<QWidget *>("mainPage")->findChildren<QPushButton *>()) {
+        const QString name = QFileInfo(Controls::pictureOf(button)).completeBaseName();
+        const int extent = button->iconSize().width();
+        QVERIFY2(QFile::exists(QString(":/ready/%1/%2.rgba").arg(extent).arg(name)),
+                 qPrintable(name));
+        ++count;
+    }
+    QCOMPARE(count, 7);
 }
 
 void TestStart::toolbarOrder()
