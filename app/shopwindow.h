@@ -540,7 +540,7 @@ private:
     // tracking/trackedlistpage.cpp
     void fillTrackedList(bool distancesAreKnown);
     void showPositionAndNearest();
-    void markNearestStore() const;
+    void markNearestStore();
 
     std::unique_ptr<TrackingPage> trackingPage;
     std::unique_ptr<TrackedListPage> trackedListPage;

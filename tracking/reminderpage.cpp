@@ -118,7 +118,7 @@ void ShopWindow::showReminder()
         updateListState();
     alarmSound->play();
     gps->stopUpdates();
-    const TrackedStore &nearest = run.trackedStores.first();
+    const TrackedStore &nearest = run.nearest();
     // Not translated: the text is the same in every language of the program.
     reminderPage->store->setText(u"%1 (at %2 meters)"_s.arg(
         nearest.name, QString::number(double{nearest.distance}, 'f', decimals)));
@@ -226,7 +226,7 @@ void ShopWindow::startShoppingGps()
         return;
     alarmSound->stop();
     shoppingFromReminder = true;
-    const TrackedStore &nearest = run.trackedStores.first();
+    const TrackedStore &nearest = run.nearest();
     currentListId = nearest.listId;
     currentStoreId = nearest.storeId;
     shoppingPage->listName->setText(nearest.listName);

@@ -166,11 +166,11 @@ void ShopWindow::showPositionAndNearest()
     markNearestStore();
 }
 
-void ShopWindow::markNearestStore() const
+void ShopWindow::markNearestStore()
 {
     if (run.trackedStores.isEmpty())
         return;
-    const TrackedStore &nearest = run.trackedStores.first();
+    const TrackedStore &nearest = run.nearest();
     trackedListPage->map->setStorePin(nearest.latitude, nearest.longitude);
 }
 
@@ -189,6 +189,6 @@ void ShopWindow::mapTrackCenterByStore()
 {
     if (run.trackedStores.isEmpty())
         return;
-    const TrackedStore &nearest = run.trackedStores.first();
+    const TrackedStore &nearest = run.nearest();
     trackedListPage->map->setCenter(nearest.latitude, nearest.longitude);
 }

@@ -2,12 +2,26 @@
 #include "tracking/trackedstores.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include <QGeoCoordinate>
 #include <QVariant>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Returns the distance in metres, or infinity if the coordinates of `store` are invalid.
+float distanceTo(const TrackedStore &store, const QGeoCoordinate &here)
+{
+    const QGeoCoordinate place(store.latitude, store.longitude);
+    // For invalid coordinates Qt returns the distance 0, which would ring.
+    return place.isValid() ? static_cast<float>(here.distanceTo(place))
+                           : std::numeric_limits<float>::infinity();
+}
+
+} // namespace
 
 TrackedStore TrackedStores::entry(const QSqlQuery &query, int storeId)
 {
@@ -37,14 +51,23 @@ QList<TrackedStore> TrackedStores::entries(QSqlQuery &query)
 void TrackedStores::refreshDistances(QList<TrackedStore> &stores, float latitude, float longitude)
 {
     const QGeoCoordinate here(latitude, longitude);
-    for (TrackedStore &store : stores) {
-        const QGeoCoordinate place(store.latitude, store.longitude);
-        // For invalid coordinates Qt returns the distance 0, which would ring.
-        store.distance = place.isValid() ? static_cast<float>(here.distanceTo(place))
-                                         : std::numeric_limits<float>::infinity();
-    }
+    for (TrackedStore &store : stores)
+        store.distance = distanceTo(store, here);
     // A stable sort, so that equally distant stores keep their order.
     std::ranges::stable_sort(stores, {}, &TrackedStore::distance);
+}
+
+bool TrackedStores::isAnyWithinReach(const QList<TrackedStore> &stores, float latitude,
+                                     float longitude)
+{
+    // A degree of latitude is 111.2 km, and no way between two latitudes is shorter than along a
+    // meridian. The threshold is 0.00225 degrees.
+    constexpr float reach = 0.0025F;
+    const QGeoCoordinate here(latitude, longitude);
+    return std::ranges::any_of(stores, [&here, latitude](const TrackedStore &store) {
+        return std::abs(store.latitude - latitude) < reach &&
+               distanceTo(store, here) < reminderMeters;
+    });
 }
 
 bool TrackedStores::isNearestWithinReach(const QList<TrackedStore> &stores)

@@ -35,6 +35,10 @@ QList<TrackedStore> entries(QSqlQuery &query);
 /// Computes the distance of each store from a point in degrees and sorts the nearest first.
 void refreshDistances(QList<TrackedStore> &stores, float latitude, float longitude);
 
+/// Returns whether any of `stores`, which need not be sorted, is near enough to ring from a point
+/// in degrees. Most stores are rejected by their latitude alone.
+bool isAnyWithinReach(const QList<TrackedStore> &stores, float latitude, float longitude);
+
 /// Returns whether the nearest store is near enough to ring. `stores` must be sorted and may be
 /// empty.
 bool isNearestWithinReach(const QList<TrackedStore> &stores);

@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "tracking/trackingrun.h"
 
+#include <utility>
+
 PositionEffect TrackingRun::take(float latitude, float longitude, Sight seen)
 {
-    if (seen != Sight::TrackedMap)
+    if (seen == Sight::TrackedMap)
+        measureLate();
+    else if (seen == Sight::TrackedList ||
+             TrackedStores::isAnyWithinReach(trackedStores, latitude, longitude))
         measure(latitude, longitude);
-    const bool rings = TrackedStores::isNearestWithinReach(trackedStores);
+    else
+        late = {latitude, longitude}; // nobody sees the distances
+    const bool rings = !late && TrackedStores::isNearestWithinReach(trackedStores);
     return {
         .refreshesList = seen == Sight::TrackedList,
         .centersMap = seen == Sight::TrackedMap,
@@ -16,16 +23,29 @@ PositionEffect TrackingRun::take(float latitude, float longitude, Sight seen)
 
 void TrackingRun::measure(float latitude, float longitude)
 {
-    if (isMeasured && latitude == measuredLatitude && longitude == measuredLongitude)
+    const Point point{latitude, longitude};
+    late.reset();
+    if (measured == point)
         return;
     TrackedStores::refreshDistances(trackedStores, latitude, longitude);
-    isMeasured = true;
-    measuredLatitude = latitude;
-    measuredLongitude = longitude;
+    measured = point;
+}
+
+void TrackingRun::measureLate()
+{
+    if (const auto point = std::exchange(late, std::nullopt))
+        measure(point->first, point->second);
+}
+
+const TrackedStore &TrackingRun::nearest()
+{
+    measureLate();
+    return trackedStores.first();
 }
 
 void TrackingRun::watch(const QList<TrackedStore> &stores)
 {
     trackedStores = stores;
-    isMeasured = false;
+    measured.reset();
+    late.reset();
 }

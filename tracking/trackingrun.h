@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+#include <utility>
+
 #include <QList>
 
 #include "tracking/trackedstores.h"
@@ -30,12 +33,16 @@ class TrackingRun
 {
 public:
     /// Returns what the window must do for a position in degrees while the user sees `seen`.
-    /// Updates the distances, except while the tracked map is shown.
+    /// Updates the distances, except while the tracked map is shown. If no store is near and the
+    /// distances are not seen, they are computed later, when something needs them.
     PositionEffect take(float latitude, float longitude, Sight seen);
 
     /// Computes the distance of every store from a position in degrees and sorts the nearest first.
     /// Does nothing for the position that was measured last.
     void measure(float latitude, float longitude);
+
+    /// Returns the tracked store that is nearest to the position taken last. There must be one.
+    const TrackedStore &nearest();
 
     /// Replaces the tracked stores. They may be in any order.
     void watch(const QList<TrackedStore> &stores);
@@ -44,12 +51,17 @@ public:
     /// The criteria when the stores were queried.
     int trackStoreId = 0;
     int trackCategoryId = 0;
-    /// Sorted by the distance from the last measured position, nearest first.
+    /// Sorted by the distance from the last measured position, nearest first. After take(), measure
+    /// or ask for nearest() before using them.
     QList<TrackedStore> trackedStores;
 
 private:
-    bool isMeasured = false;
-    // Degrees.
-    float measuredLatitude = 0;
-    float measuredLongitude = 0;
+    using Point = std::pair<float, float>; // latitude and longitude in degrees
+
+    void measureLate();
+
+    /// The position for which `trackedStores` has the distances.
+    std::optional<Point> measured;
+    /// A later position for which it should have them.
+    std::optional<Point> late;
 };

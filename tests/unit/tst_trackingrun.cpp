@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <limits>
+
+#include <QGeoCoordinate>
 #include <QtTest>
 
 #include "tracking/trackingrun.h"
@@ -19,6 +22,10 @@ private slots:
     void effectOfAPosition_data();
     void effectOfAPosition();
     void nearestIsFirst();
+    void storesAreRejectedByDistanceOnly_data();
+    void storesAreRejectedByDistanceOnly();
+    void invalidCoordinatesAreNotNear();
+    void mapTakesTheDistancesOfTheLastPosition();
     void distancesStayUnderTheMap();
     void otherStoresAreMeasured();
     void nothingToWatch();
@@ -77,7 +84,54 @@ void TestTrackingRun::nearestIsFirst()
     run.measure(here, meridian);
     QCOMPARE(run.trackedStores.first().storeId, 2);
     QVERIFY(run.take(here + 1, meridian, Sight::OtherPage) == PositionEffect());
-    QCOMPARE(run.trackedStores.first().storeId, 1);
+    QCOMPARE(run.nearest().storeId, 1);
+}
+
+/// A store at the threshold, in all directions, rings exactly when its distance says so.
+void TestTrackingRun::storesAreRejectedByDistanceOnly_data()
+{
+    QTest::addColumn<float>("latitude");
+    for (const float latitude : {0.0F, 49.5F, -66.0F, 89.9F})
+        QTest::addRow("%.1f", double(latitude)) << latitude;
+}
+
+void TestTrackingRun::storesAreRejectedByDistanceOnly()
+{
+    QFETCH(float, latitude);
+    const QGeoCoordinate from(latitude, meridian);
+    int rings = 0;
+    for (int azimuth = 0; azimuth < 360; azimuth += 5) {
+        for (const double meters : {1.0, 245.0, 249.9, 250.1, 255.0, 400.0}) {
+            const QGeoCoordinate place = from.atDistanceAndAzimuth(meters, azimuth);
+            TrackedStore store;
+            store.latitude = static_cast<float>(place.latitude());
+            store.longitude = static_cast<float>(place.longitude());
+            QList<TrackedStore> stores{store};
+            TrackedStores::refreshDistances(stores, latitude, meridian);
+            const bool isNear = stores.first().distance < TrackedStores::reminderMeters;
+            QCOMPARE(TrackedStores::isAnyWithinReach(stores, latitude, meridian), isNear);
+            rings += isNear ? 1 : 0;
+        }
+    }
+    QVERIFY(rings > 72);
+}
+
+void TestTrackingRun::invalidCoordinatesAreNotNear()
+{
+    TrackingRun run;
+    run.watch({storeAt(1, std::numeric_limits<float>::quiet_NaN()), storeAt(2, 999)});
+    QVERIFY(!run.take(here, meridian, Sight::OtherPage).rings);
+    QVERIFY(!run.take(here, meridian, Sight::TrackedList).rings);
+}
+
+/// What a position decides does not depend on whether the distances were seen before.
+void TestTrackingRun::mapTakesTheDistancesOfTheLastPosition()
+{
+    TrackingRun run;
+    run.watch({storeAt(1, near)});
+    QVERIFY(run.take(here, meridian, Sight::OtherPage).rings);
+    QVERIFY(!run.take(here + 1, meridian, Sight::OtherPage).rings);
+    QVERIFY(!run.take(here, meridian, Sight::TrackedMap).rings);
 }
 
 void TestTrackingRun::distancesStayUnderTheMap()
