@@ -124,6 +124,29 @@ std::optional<QString> Database::name(QLatin1StringView statement, int id)
     return query.value(u"name"_s).toString();
 }
 
+Database::Names::Names(QLatin1StringView nameStatement, QLatin1StringView allStatement)
+    : oneName(nameStatement)
+    , allRecords(allStatement)
+{}
+
+std::optional<QString> Database::Names::of(int id)
+{
+    constexpr int fewNames = 20;
+    if (const auto found = known.constFind(id); found != known.cend())
+        return *found;
+    if (known.size() < fewNames)
+        return *known.insert(id, name(oneName, id));
+    if (!areAllKnown) {
+        areAllKnown = true;
+        QSqlQuery query = run(allRecords);
+        const int idColumn = column(query, "id"_L1);
+        const int nameColumn = column(query, "name"_L1);
+        while (query.next())
+            known.insert(query.value(idColumn).toInt(), query.value(nameColumn).toString());
+    }
+    return known.value(id);
+}
+
 int Database::newId(QLatin1StringView statement)
 {
     QSqlQuery query = run(statement);

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <optional>
 
+#include <QHash>
 #include <QLatin1StringView>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -88,6 +89,24 @@ int column(const QSqlQuery &query, QLatin1StringView name);
 
 /// Returns the name of the record `id`, read by `statement`, or nothing if there is no such record.
 std::optional<QString> name(QLatin1StringView statement, int id);
+
+/// Looks up the names of many records. The first few are read one by one; if there are more, all
+/// names are read at once, because a statement takes much longer than a row. No name is read twice.
+class Names
+{
+public:
+    /// `nameStatement` returns the name of a record, `allStatement` all records.
+    Names(QLatin1StringView nameStatement, QLatin1StringView allStatement);
+
+    /// Returns the name of the record `id`, or nothing if there is no such record.
+    std::optional<QString> of(int id);
+
+private:
+    QLatin1StringView oneName;
+    QLatin1StringView allRecords;
+    QHash<int, std::optional<QString>> known;
+    bool areAllKnown = false;
+};
 
 /// Returns the id for a new row, at least 1. `statement` returns the largest id plus one as "ad".
 int newId(QLatin1StringView statement);

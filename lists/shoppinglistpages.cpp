@@ -53,10 +53,10 @@ void ShopWindow::showShoppingLists()
 {
     QSqlQuery query = Database::run(Statements::allLists);
     const int storeColumn = Database::column(query, "magazinid"_L1);
-    shoppingListsPage->list->showRows(recordRows(query, [storeColumn](const QSqlQuery &list) {
+    Database::Names storeNames(Statements::storeName, Statements::allStores);
+    shoppingListsPage->list->showRows(recordRows(query, [&](const QSqlQuery &list) {
         const int storeId = list.value(storeColumn).toInt();
-        const auto store =
-            storeId == 0 ? std::nullopt : Database::name(Statements::storeName, storeId);
+        const auto store = storeId == 0 ? std::nullopt : storeNames.of(storeId);
         return store ? QVariant(*store) : QVariant();
     }));
     pageStack->setCurrentIndex(PageShoppingLists);

@@ -149,11 +149,11 @@ void ShopWindow::viewShopsClicked()
 
     QSqlQuery query = Database::run(Statements::allStores);
     const int categoryColumn = Database::column(query, "categoryid"_L1);
-    const QList<QListWidgetItem *> rows =
-        recordRows(query, [categoryColumn](const QSqlQuery &store) {
-            const QString category = categoryName(store.value(categoryColumn).toInt());
-            return category.isEmpty() ? QVariant() : QVariant(category);
-        });
+    Database::Names categories(Statements::categoryName, Statements::allCategories);
+    const QList<QListWidgetItem *> rows = recordRows(query, [&](const QSqlQuery &store) {
+        const auto category = categories.of(store.value(categoryColumn).toInt());
+        return category && !category->isEmpty() ? QVariant(*category) : QVariant();
+    });
     storeListPage->list->showRows(rows);
     storeListPage->list->setCurrentItem(rowOfRecord(rows, currentStoreId));
 }

@@ -21,6 +21,7 @@ private slots:
     void states_data();
     void states();
     void listIsFilledInOrderWithStores();
+    void everyOfManyListsShowsItsStore();
     void selectWithoutARowWarns();
     void tapTwiceOpens();
     void quickDoubleTapOpensOnce();
@@ -140,6 +141,27 @@ void TestLists::listIsFilledInOrderWithStores()
         {twoLists, list("advent", ListEmpty).ofStore(4), list("Zoo", ListEmpty).ofStore(99)});
     openLists(shop);
     QCOMPARE(shop.rows(), (QStringList{"Party", "Weekend|Bakery", "Zoo", "advent|Bakery"}));
+}
+
+/// Names of stores are read in different ways for few and for many stores.
+void TestLists::everyOfManyListsShowsItsStore()
+{
+    Records records;
+    QStringList rows;
+    for (int id = 101; id <= 160; ++id) {
+        // Every fifth store is gone. Two lists of a store follow each other.
+        if (id % 5 != 0)
+            records.store(id, QString("store %1").arg(id));
+        for (const QString part : {"a", "b"}) {
+            const QString name = QString("list %1%2").arg(id).arg(part);
+            records.openList(name).ofStore(id);
+            rows << (id % 5 != 0 ? QString("%1|store %2").arg(name).arg(id) : name);
+        }
+    }
+    records.openList("list none").ofStore(0);
+    ShopDriver shop(records);
+    openLists(shop);
+    QCOMPARE(shop.rows(), rows << "list none");
 }
 
 void TestLists::selectWithoutARowWarns()
