@@ -173,6 +173,8 @@ void ShopWindow::createShopList()
     if (name.isEmpty())
         return;
     const int id = Database::newId(Statements::newListId);
+    // If the row of an earlier list was refused, its goods may have been stored under this id.
+    Database::run(Statements::deleteGoodsOfList, id);
     Database::run(Statements::insertList, id, name, currentStoreId, newListState);
     currentListId = id;
 

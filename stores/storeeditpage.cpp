@@ -137,6 +137,9 @@ void ShopWindow::addShopConfirmClicked()
         return;
     const QString categoryId = categoryIdText();
     const int id = Database::newId(Statements::newStoreId);
+    // If the row of an earlier store was refused, its coordinates may have been stored under this
+    // id.
+    Database::run(Statements::deleteCoordinates, id);
     Database::run(Statements::insertStore, id, name, categoryId, missingReference);
     if (coordinatesWereTaken())
         insertTakenCoordinates(id);

@@ -29,6 +29,7 @@ private slots:
     void dragIsNoSecondTap();
     void enterOpens();
     void creating();
+    void newListHasNoGoodsOfARefusedOne();
     void creatingWithAStore();
     void newListIsLastUntilFilledAgain();
     void pickerLeavesTheStoreWhenLeft();
@@ -297,6 +298,30 @@ void TestLists::creating()
     QCOMPARE(shop.list()->currentRow(), 2);
     shop.press("selectButton");
     QCOMPARE(values(shop), (QStringList{"Camping", "(unknown)", "Active (unchecked)"}));
+}
+
+/// A row that is refused leaves its goods. They must not become those of the next list.
+void TestLists::newListHasNoGoodsOfARefusedOne()
+{
+    ShopDriver shop(twoLists);
+    openLists(shop);
+    shop.press("createButton");
+    shop.find<QLineEdit>("nameField")->insert("Mum's");
+    shop.press("saveButton");
+    shop.press("messageOkButton");
+    shop.press("addButton");
+    shop.type("Tent");
+    shop.press("saveButton");
+    shop.press("okButton");
+    QCOMPARE(shop.db->column("select name from purchase where shoplistid = 3"),
+             QVariantList{"Tent"});
+    QCOMPARE(shop.db->column("select id from shoplist where id = 3"), QVariantList());
+    shop.press("createButton");
+    shop.type("Camping");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from shoplist where id = 3"), QVariantList{"Camping"});
+    QCOMPARE(shop.db->column("select name from purchase where shoplistid = 3"), QVariantList());
+    QCOMPARE(shop.db->column("select count(*) from purchase"), QVariantList{3});
 }
 
 void TestLists::creatingWithAStore()

@@ -45,6 +45,7 @@ private slots:
     void tapAfterEditingChoosesAtOnce();
     void quickDoubleTapChooses();
     void emptyNameIsRefused();
+    void newStoreHasNoCoordinatesOfARefusedOne();
     void namesAndStatements_data();
     void namesAndStatements();
     void quoteInACategoryFindsNone();
@@ -490,6 +491,19 @@ void TestStores::namesAndStatements_data()
     QTest::newRow("emoji") << "🥐"
                            << "🥐"
                            << "🥐";
+}
+
+/// A row that is refused leaves its coordinates. They must not become those of the next store.
+void TestStores::newStoreHasNoCoordinatesOfARefusedOne()
+{
+    ShopDriver shop(Records().sql("insert into gpscoord values (1, 10.1, 20.2, 0)"));
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Corner shop");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select id from magazin"), QVariantList{1});
+    QCOMPARE(shop.db->rows("select * from gpscoord"), QList<QVariantList>());
+    QCOMPARE(values(shop), (QStringList{"Corner shop", "(not selected)", "(no Coordinates set)"}));
 }
 
 void TestStores::namesAndStatements()
