@@ -4,11 +4,14 @@
 #include <memory>
 #include <span>
 
+#include <sys/stat.h>
+
 #include <QApplication>
 #include <QIcon>
 
 #include "app/shopwindow.h"
 #include "platform/alarmsound.h"
+#include "platform/quitsignals.h"
 #include "platform/standarderror.h"
 #include "widgets/pictures.h"
 #include "widgets/touchstyle.h"
@@ -17,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    // The files of the program say where its user lives, so only the user may read new ones.
+    ::umask(S_IRWXG | S_IRWXO);
     // Standard error may be a pipe that nobody reads.
     StandardError::takeMessages();
     const auto arguments = std::span(argv, static_cast<std::size_t>(argc));
@@ -26,6 +31,7 @@ int main(int argc, char **argv)
                text.startsWith("--style="_L1);
     });
     const QApplication application(argc, argv);
+    QuitSignals::watch();
     TouchStyle::applyUnlessChosen(isStyleChosen);
     // Without these calls Qt derives the names from that of the executable, which may be renamed.
     QApplication::setApplicationName(u"trolleo"_s);

@@ -162,6 +162,7 @@ ShopWindow::ShopWindow(QWidget *parent)
     gps = std::make_unique<TrShopGps>();
     positionWait = std::make_unique<PositionWait>([this] { gps->requestUpdate(); },
                                                   [this] { gps->cancelRequest(); });
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &ShopWindow::finishShopping);
     connect(gps.get(), &TrShopGps::coordinateUpdated, this, &ShopWindow::gpsAcquired);
     connect(gps.get(), &TrShopGps::coordinateRequestTimeout, this, &ShopWindow::coordUpdateTimeout);
     connect(gps.get(), &TrShopGps::startGpsFailed, this, &ShopWindow::startGpsFailed);
@@ -204,16 +205,25 @@ void ShopWindow::loadSettings()
 void ShopWindow::openDatabase()
 {
     db = Database::open(dbFilePath);
-    if (!db.isOpen()) {
-        const auto *banner =
-            InformationBox::information(this, tr("Can't open database"), bannerTime);
-        // quit() has no effect before the event loop runs. The program exits when the banner
-        // disappears, because it could not save what the user enters.
-        QCoreApplication::quit();
-        connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
-    }
-    if (!Database::createMissingTables(db))
+    switch (Database::createMissingTables(db)) {
+    case Database::Tables::Complete:
+        break;
+    case Database::Tables::Locked:
         awaitTables();
+        break;
+    case Database::Tables::Unreadable:
+        refuseDatabase();
+    }
+}
+
+/// The program could not save what the user enters, so it exits when the banner disappears.
+void ShopWindow::refuseDatabase()
+{
+    db.close();
+    const auto *banner = InformationBox::information(this, tr("Can't open database"), bannerTime);
+    // quit() has no effect before the event loop runs.
+    QCoreApplication::quit();
+    connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
 }
 
 /// Another process has locked the database, so it is not known whether the tables exist. Nothing
@@ -228,9 +238,12 @@ void ShopWindow::awaitTables()
     };
     auto *tries = new QTimer(this);
     const auto tryAgain = [this, tries, tell, banner = QPointer(tell())]() mutable {
-        if (Database::createMissingTables(db, 0ms)) {
+        const auto tables = Database::createMissingTables(db, 0ms);
+        if (tables != Database::Tables::Locked) {
             delete banner;
             tries->deleteLater();
+            if (tables == Database::Tables::Unreadable)
+                refuseDatabase();
         } else if (!findChild<InformationBox *>()) {
             banner = tell(); // another one has replaced it
         }

@@ -295,6 +295,7 @@ private:
     void loadSettings();
     void openDatabase();
     void awaitTables();
+    void refuseDatabase();
     void setSharedTexts();
     /// Adds an empty page to the page stack, which owns it. Its index must be `page`, so pages must
     /// be added in the order of the enumeration. Screen readers speak `title` when the page is
@@ -419,6 +420,7 @@ private:
                                                   Qt::CheckState checkState);
     void toggleGood(int row);
     /// Recomputes the state of the active list from its goods, stores it and shows it.
+    void finishShopping();
     void updateListState() const;
 
     std::unique_ptr<ShoppingPage> shoppingPage;

@@ -16,18 +16,13 @@ namespace {
 
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
-/// Returns whether a statement failed because another process has locked the file.
-bool isBusy(const QSqlError &error)
+/// SQLite's codes of errors.
+enum { Busy = 5, Corrupt = 11, NotADatabase = 26 };
+
+int codeOf(const QSqlError &error)
 {
     constexpr int primaryCode = 0xff; // the other bits of an error code hold details
-    const int busy = 5;               // SQLITE_BUSY
-    return (error.nativeErrorCode().toInt() & primaryCode) == busy;
-}
-
-/// Returns whether another process prevents this one from reading the file.
-bool isLocked()
-{
-    return isBusy(Database::run(Statements::noTrackedStores).lastError());
+    return error.nativeErrorCode().toInt() & primaryCode;
 }
 
 bool hasStoresTable(const QSqlDatabase &database)
@@ -62,26 +57,30 @@ QSqlDatabase Database::open(const QString &file)
     return database;
 }
 
-bool Database::createMissingTables(const QSqlDatabase &database, std::chrono::milliseconds wait)
+Database::Tables Database::createMissingTables(const QSqlDatabase &database,
+                                               std::chrono::milliseconds wait)
 {
     if (!database.isOpen())
-        return true;
+        return Tables::Unreadable;
     const ShorterWait shorter(wait); // a locked file must not delay the window
-    bool canBeRead = true;
+    if (hasStoresTable(database))
+        return Tables::Complete;
+    // A file that cannot be read seems to have no tables.
+    const int code = codeOf(run(Statements::noTrackedStores).lastError());
+    if (code == Busy)
+        return Tables::Locked;
+    if (code == Corrupt || code == NotADatabase)
+        return Tables::Unreadable;
     if (!hasStoresTable(database)) {
-        // A locked file seems to have no tables.
-        canBeRead = !isLocked();
-        if (canBeRead && !hasStoresTable(database)) {
-            QSqlQuery query{QString(), QSqlDatabase()};
-            for (const QLatin1StringView statement : Statements::createTables) {
-                query.exec(statement);
-                // Another process may write while this one can read.
-                if (isBusy(query.lastError()))
-                    return false;
-            }
+        QSqlQuery query{QString(), QSqlDatabase()};
+        for (const QLatin1StringView statement : Statements::createTables) {
+            query.exec(statement);
+            // Another process may write while this one can read.
+            if (codeOf(query.lastError()) == Busy)
+                return Tables::Locked;
         }
     }
-    return canBeRead;
+    return Tables::Complete;
 }
 
 Database::ShorterWait::ShorterWait(std::chrono::milliseconds wait)

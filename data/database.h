@@ -32,13 +32,18 @@ void prepareFolder();
 /// is not open if the file cannot be opened.
 QSqlDatabase open(const QString &file);
 
+enum class Tables {
+    Complete,   ///< or as complete as they will become
+    Locked,     ///< another process has locked the file
+    Unreadable, ///< the file is not open, not a database, or damaged where the tables are listed
+};
+
 /// Creates all tables if the table of stores does not exist. Only that table is checked: a file
-/// that has it is not changed, even if another table is missing. A file that another process has
-/// locked is not changed either. Returns false if that is why a table was not found or not created,
-/// after waiting for at most `wait`. If the program is killed meanwhile, or the disk is full, the
-/// tables created so far remain.
-bool createMissingTables(const QSqlDatabase &database,
-                         std::chrono::milliseconds wait = std::chrono::milliseconds(250));
+/// that has it is not changed, even if another table is missing. A file that is locked or
+/// unreadable is not changed either; for a lock to end this waits for at most `wait`. If the
+/// program is killed meanwhile, or the disk is full, the tables created so far remain.
+Tables createMissingTables(const QSqlDatabase &database,
+                           std::chrono::milliseconds wait = std::chrono::milliseconds(250));
 
 /// As long as this object exists, statements wait for at most the given time for another process
 /// that has locked the file. Otherwise they wait for five seconds.

@@ -152,6 +152,17 @@ void ShopWindow::doShoppingOkClicked()
     pageStack->setCurrentIndex(PageShopping);
 }
 
+/// Updates the state of the list if the program ends while the user is shopping. Otherwise a list
+/// whose goods are all checked would ring again.
+void ShopWindow::finishShopping()
+{
+    const int page = pageStack->currentIndex();
+    const bool isShopping =
+        page == PageDoShopping || (page == PageMessage && messageReturnPage == PageDoShopping);
+    if (isShopping)
+        updateListState();
+}
+
 void ShopWindow::updateListState() const
 {
     QList<bool> checkMarks;

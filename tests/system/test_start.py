@@ -3,6 +3,8 @@
 import os
 import pathlib
 import re
+import signal
+import stat
 import subprocess
 import sys
 import time
@@ -64,6 +66,60 @@ class TestFirstStart(SystemTest):
         self.assertEqual(program.wait_for_exit(), 0)
         self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])
         self.assertFalse((self.home.path / ".config").exists(), "nothing was set, nothing is stored")
+
+    def test_signals_end_it_orderly(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(signal=number.name):
+                program = self.program(self.desktop())
+                program.wait_for_window()
+                program.process.send_signal(number)
+                self.assertEqual(program.wait_for_exit(), 0)
+
+    def test_list_is_finished_when_the_session_ends(self):
+        program = self.program(self.desktop())
+        program.wait_for_window()
+        self.home.run("insert into shoplist values (1, 'Weekend', 0, 1);"
+                      "insert into purchase values (1, 'Milk', 1, 1, 0);")
+        program.press("Shopping")
+        program.press("Lists")
+        program.select_row("Weekend")
+        program.press("Select")
+        program.press("Start")
+        program.select_row("Milk, 1, unchecked")
+        program.press("Check")
+        wait_for("milk checked", lambda: program.rows() == ["Milk, 1, checked"])
+        program.process.send_signal(signal.SIGTERM)
+        self.assertEqual(program.wait_for_exit(), 0)
+        self.assertEqual(self.home.query("select state from shoplist"), [(3,)])
+
+    def test_files_are_private(self):
+        self.home.path.chmod(0o755)
+        (self.home.path / ".config").mkdir()
+        program = self.program(self.desktop())
+        program.wait_for_window()
+        program.press("Options")
+        program.press("Enable use of GPS")
+        program.press("OK")
+        settings = self.home.path / ".config" / "Vantor" / "Trolleo.conf"
+        wait_for("the settings", settings.exists)
+        program.press("Exit")
+        self.assertEqual(program.wait_for_exit(), 0)
+        modes = {path.name: stat.S_IMODE(path.stat().st_mode) for path in (
+            self.home.database.parent, self.home.database, settings.parent, settings)}
+        self.assertEqual(modes, {".trolleo": 0o700, "trolleo.db": 0o600, "Vantor": 0o700,
+                                 "Trolleo.conf": 0o600})
+
+    def test_existing_files_keep_what_their_owner_gave_them(self):
+        self.home.database.parent.mkdir(mode=0o755)
+        self.home.database.touch(mode=0o640)
+        program = self.program(self.desktop())
+        program.wait_for_window()
+        program.press("Exit")
+        self.assertEqual(program.wait_for_exit(), 0)
+        self.assertGreater(self.home.database.stat().st_size, 0)
+        modes = [stat.S_IMODE(path.stat().st_mode)
+                 for path in (self.home.database.parent, self.home.database)]
+        self.assertEqual(modes, [0o755, 0o640])
 
     def test_two_programs_run_side_by_side(self):
         desktop = self.desktop()

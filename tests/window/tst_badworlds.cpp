@@ -214,17 +214,14 @@ void TestBadWorlds::databaseIsGarbage()
     QFETCH(QByteArray, content);
     const TestHome home;
     home.writeDatabaseFile(content);
-    {
-        ShopWindow window;
-        expectUsableWindowWithoutBanner(window);
-    }
+    expectBannerAndExit();
     QCOMPARE(home.readDatabaseFile(), content);
 }
 
 void TestBadWorlds::databaseIsTruncated_data()
 {
     QTest::addColumn<int>("size");
-    for (const int size : {10, 99, 100, 600, 4096, 5000, 20000})
+    for (const int size : {10, 100, 4096, 20000})
         QTest::addRow("%d bytes", size) << size;
 }
 
@@ -235,10 +232,7 @@ void TestBadWorlds::databaseIsTruncated()
     QVERIFY(whole.size() > size);
     const TestHome home;
     home.writeDatabaseFile(whole.left(size));
-    {
-        ShopWindow window;
-        expectUsableWindowWithoutBanner(window);
-    }
+    expectBannerAndExit();
     QCOMPARE(home.readDatabaseFile(), whole.left(size));
 }
 

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "platform/quitsignals.h"
+
+#include <array>
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+namespace {
+
+std::array<int, 2> ends{-1, -1}; // of a pipe
+
+/// Only a few functions may be called in a signal handler, so the event loop does the rest.
+void wakeEventLoop(int /*signal*/)
+{
+    const char byte = 0;
+    // If the pipe is full, the event loop has been woken already.
+    [[maybe_unused]] const ssize_t written = ::write(ends[1], &byte, 1);
+}
+
+} // namespace
+
+void QuitSignals::watch()
+{
+    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(ends[0], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::quit();
+    });
+    struct sigaction action = {};
+    action.sa_handler = wakeEventLoop;
+    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        ::sigaction(signal, &action, nullptr);
+}
