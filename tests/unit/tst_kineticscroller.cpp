@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include "tests/support/emulator.h"
 #include "widgets/TrKineticScroller.h"
 
 namespace {
@@ -383,7 +384,7 @@ void TestKineticScroller::missingAreaIsAProgrammingError()
 {
     // An assertion ends the process, so this runs in a separate process.
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {missingAreaArgument});
+    Emulator::startSelf(process, {missingAreaArgument});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
     const QByteArray said = process.readAllStandardError();

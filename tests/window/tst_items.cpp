@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "tests/support/emulator.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 
@@ -353,6 +354,8 @@ void TestItems::suggestionIsPutIntoTheField()
 
 void TestItems::suggestionsTakeLittleTime()
 {
+    if (Emulator::isUsed())
+        QSKIP("An emulator is slower than the limit.");
     ShopDriver shop(store("Bakery").openList("Bread"));
     QVERIFY(
         shop.db->run("with recursive n(i) as (select 1 union all select i + 1 from n where "

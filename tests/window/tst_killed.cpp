@@ -23,6 +23,7 @@
 
 #include "base/pages.h"
 #include "lists/liststate.h"
+#include "tests/support/emulator.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/shopdriver.h"
 #include "widgets/listrow.h"
@@ -668,8 +669,7 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
             isFresh = true;
         }
         QProcess writer;
-        writer.start(QCoreApplication::applicationFilePath(),
-                     {"write", home.path(), QString::number(random.generate())});
+        Emulator::startSelf(writer, {"write", home.path(), QString::number(random.generate())});
         QVERIFY(writer.waitForStarted());
         // At random moments most kills hit a program that paints. Other kills therefore wait for
         // the beginning of a change, or for the creation of the tables.

@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QtTest>
 
+#include "tests/support/emulator.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/stoppable.h"
@@ -112,7 +113,7 @@ void TestTestKit::initTestCase()
 {
     QProcess child;
     child.setProcessChannelMode(QProcess::MergedChannels);
-    child.start(QCoreApplication::applicationFilePath(), {"fail"});
+    Emulator::startSelf(child, {"fail"});
     QVERIFY(child.waitForFinished(300000)); // the time limit of any test
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 7); // the number of failed functions

@@ -14,6 +14,7 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
+#include "tests/support/emulator.h"
 #include "tests/support/pagenames.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
@@ -334,6 +335,8 @@ void TestTurning::turningFiveHundredTimesLeaksNothing_data()
 void TestTurning::turningFiveHundredTimesLeaksNothing()
 {
     QFETCH(int, current);
+    if (Emulator::isUsed() && current % 5 > 0)
+        QSKIP("An emulator takes a minute for each page, so it turns every fifth one.");
     stack->setCurrentIndex(current);
     // Objects that Qt creates when they are first needed exist after one turn.
     resizeTo(portrait);
