@@ -15,7 +15,6 @@
 #include <QFileInfo>
 #include <QIODevice>
 #include <QMediaDevices>
-#include <QThread>
 #include <QUrl>
 
 using namespace std::chrono_literals;
@@ -214,6 +213,19 @@ AlarmSound::~AlarmSound()
         delete thread;
     else
         anyIsStuck = true;
+}
+
+void AlarmSound::retire()
+{
+    if (!player)
+        return;
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    // In the thread, because quit() would keep it from stopping the sound first.
+    QMetaObject::invokeMethod(player, [target = player] {
+        target->stop();
+        target->thread()->quit();
+    });
+    player = nullptr;
 }
 
 bool AlarmSound::isAnyStuck()

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
-
-class QThread;
+#include <QThread>
 
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
@@ -31,6 +31,10 @@ public:
     /// Stops the sound. Does nothing if no sound is playing.
     void stop();
 
+    /// Stops the sound for good, and ends the thread as soon as the sound system lets it. Does not
+    /// wait for that. play() must not be called any more.
+    void retire();
+
     /// Returns whether a destroyed AlarmSound has left a thread that still waits for the sound
     /// system. Qt would wait for that thread at the end of the process.
     static bool isAnyStuck();
@@ -40,6 +44,6 @@ private:
 
     QString soundFile;
     int loops = 1;
-    QThread *thread = nullptr;
+    QPointer<QThread> thread; // deleted after it was retired
     Player *player = nullptr; // lives in the thread
 };

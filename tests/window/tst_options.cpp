@@ -90,6 +90,7 @@ private slots:
     void dragThatBeginsOnARowScrolls();
     void pageOpensAtItsTop();
     void thousandLanguagesLeaveNothingBehind();
+    void okAfterAReminderLeavesNoThread();
     void reminderClosesTheChoiceOfAFile();
     void reminderClosesWhatTheChoiceHasOpened();
     void choiceLeavesOtherProgramsAlone();
@@ -621,6 +622,34 @@ void TestOptions::thousandLanguagesLeaveNothingBehind()
         change(round);
     QCOMPARE(objects(), before);
     QCOMPARE(shop.window->findChildren<AlarmSound *>().size(), alarms + 1000);
+}
+
+/// Returns the number of threads of this process that play alarms.
+static int alarmThreads()
+{
+    int count = 0;
+    for (const QString &task : QDir("/proc/self/task").entryList(QDir::Dirs)) {
+        QFile name("/proc/self/task/" + task + "/comm");
+        count += name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "alarm" ? 1 : 0;
+    }
+    return count;
+}
+
+void TestOptions::okAfterAReminderLeavesNoThread()
+{
+    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    for (int round = 0; round < 5; ++round) {
+        shop.press("reminderButton");
+        shop.press("startButton");
+        source()->deliver(10.0095, 20);
+        QCOMPARE(shop.page(), PageReminder);
+        QTRY_COMPARE(alarmThreads(), 1);
+        shop.press("stopButton");
+        shop.press("backButton");
+        shop.press("optionsButton");
+        shop.press("okButton");
+        QTRY_COMPARE(alarmThreads(), 0);
+    }
 }
 
 void TestOptions::reminderClosesTheChoiceOfAFile()
