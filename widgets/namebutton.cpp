@@ -8,6 +8,7 @@
 #include <QStyleOptionButton>
 
 #include "widgets/controls.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,13 +47,14 @@ QSize NameButton::sizeFor(int textWidth) const
 QSize NameButton::sizeHint() const
 {
     // The size hint of QPushButton has no room for an ampersand, which it takes for a mnemonic.
-    return sizeFor(fontMetrics().horizontalAdvance(text()));
+    return sizeFor(fontMetrics().horizontalAdvance(TextBreaking::shownPart(text())));
 }
 
 QSize NameButton::minimumSizeHint() const
 {
     const int least = leastCharacters * fontMetrics().averageCharWidth();
-    return sizeFor(std::min(least, fontMetrics().horizontalAdvance(text())));
+    return sizeFor(
+        std::min(least, fontMetrics().horizontalAdvance(TextBreaking::shownPart(text()))));
 }
 
 void NameButton::initStyleOption(QStyleOptionButton *option) const
@@ -60,6 +62,6 @@ void NameButton::initStyleOption(QStyleOptionButton *option) const
     QPushButton::initStyleOption(option);
     constexpr int wide = 1000; // more than the minimum width of a button in any style
     const int room = width() - (sizeFor(wide).width() - wide);
-    option->text = fontMetrics().elidedText(text(), Qt::ElideRight, room);
+    option->text = fontMetrics().elidedText(TextBreaking::shownPart(text()), Qt::ElideRight, room);
     option->text.replace(QLatin1Char('&'), "&&"_L1);
 }

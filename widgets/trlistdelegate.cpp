@@ -7,6 +7,7 @@
 #include "widgets/contrast.h"
 #include "widgets/listrow.h"
 #include "widgets/pictures.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,7 +22,8 @@ constexpr int columns = 3; // the second column takes the last third
 void drawElided(QPainter *painter, const QRect &rect, const QString &text,
                 const QTextOption &option)
 {
-    const QString elided = painter->fontMetrics().elidedText(text, Qt::ElideRight, rect.width());
+    const QString elided = painter->fontMetrics().elidedText(TextBreaking::shownPart(text),
+                                                             Qt::ElideRight, rect.width());
     painter->drawText(QRectF(rect), elided, option);
 }
 
@@ -86,7 +88,7 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
         const int third = width / columns;
         const QRect first = rect.adjusted(left, 0, -(third + gapBesideColumn), 0);
         drawElided(painter, first.adjusted(0, 0, -gapBetweenColumns, 0), text, alignment);
-        if (option.fontMetrics.horizontalAdvance(second) < third)
+        if (option.fontMetrics.horizontalAdvance(TextBreaking::shownPart(second)) < third)
             alignment.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         font.setItalic(true);
         font.setPointSize(font.pointSize() - 1);

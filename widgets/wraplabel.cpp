@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QTextLayout>
 
+#include "widgets/wrappingbutton.h"
+
 namespace {
 
 /// Minimum width in characters, which is enough for most words.
@@ -30,10 +32,11 @@ qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
     return height;
 }
 
-/// Returns `text` with line separators for newlines, because QTextLayout breaks only at the former.
-QString laidOutText(QString text)
+/// Returns the shown part of `text`, with line separators for newlines, because QTextLayout breaks
+/// only at the former.
+QString laidOutText(const QString &text)
 {
-    return text.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    return TextBreaking::shownPart(text).replace(QLatin1Char('\n'), QChar::LineSeparator);
 }
 
 } // namespace
@@ -47,7 +50,7 @@ WrapLabel::WrapLabel(QWidget *parent)
 
 QSize WrapLabel::sizeHint() const
 {
-    return fontMetrics().size(0, text());
+    return fontMetrics().size(0, TextBreaking::shownPart(text()));
 }
 
 QSize WrapLabel::minimumSizeHint() const
@@ -67,7 +70,7 @@ QFont WrapLabel::fontFor(int width) const
     constexpr qreal smallest = 0.75;
     static const QRegularExpression between(QStringLiteral("\\s|(?<=[-/])"));
     int widest = 0;
-    for (const QString &word : text().split(between))
+    for (const QString &word : TextBreaking::shownPart(text()).split(between))
         widest = std::max(widest, fontMetrics().horizontalAdvance(word));
     QFont fitting = font();
     const qreal scale = widest == 0 ? 1 : static_cast<qreal>(width) / widest;

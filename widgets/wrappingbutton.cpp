@@ -25,6 +25,12 @@ int TextBreaking::widestWord(const QString &text, const QFontMetrics &metrics)
     return widest;
 }
 
+QString TextBreaking::shownPart(const QString &name)
+{
+    constexpr qsizetype mostShown = 1000; // more than fits on a page
+    return name.size() <= mostShown ? name : name.first(mostShown) + QChar(0x2026);
+}
+
 QSize TextBreaking::size(const QString &text, const QFontMetrics &metrics)
 {
     return metrics.size(Qt::TextShowMnemonic, text);

@@ -15,6 +15,10 @@ QString broken(const QString &text, const QFontMetrics &metrics, int width);
 /// Returns the width of the widest word of `text`.
 int widestWord(const QString &text, const QFontMetrics &metrics);
 
+/// Returns the part of a name that a widget shows. Foreign files can have names of any length,
+/// which would take Qt minutes to lay out.
+QString shownPart(const QString &name);
+
 /// Returns the size of `text`, which may have several lines.
 QSize size(const QString &text, const QFontMetrics &metrics);
 

@@ -151,7 +151,7 @@ void TestTrackingRun::otherStoresAreMeasured()
     // Exactly where the other stores were measured.
     TrackingRun run;
     run.watch({storeAt(1, far)});
-    QVERIFY(!run.take(here, meridian, Sight::OtherPage).rings);
+    QVERIFY(!run.take(here, meridian, Sight::TrackedList).rings);
     run.watch({storeAt(2, far), storeAt(3, near)});
     QVERIFY(run.take(here, meridian, Sight::OtherPage).rings);
     QCOMPARE(run.trackedStores.first().storeId, 3);

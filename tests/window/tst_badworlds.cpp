@@ -18,6 +18,7 @@
 #include "tests/support/databaselock.h"
 #include "tests/support/pagenames.h"
 #include "tests/support/records.h"
+#include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
 
 using namespace std::chrono_literals;
@@ -67,6 +68,7 @@ private slots:
     void databaseIsGarbage();
     void databaseIsTruncated_data();
     void databaseIsTruncated();
+    void namesOfAMegabyte();
     void databaseIsReadOnly();
     void databaseIsLockedByAnotherProcess();
     void tablesAreMadeWhenTheLockIsGone();
@@ -234,6 +236,45 @@ void TestBadWorlds::databaseIsTruncated()
     home.writeDatabaseFile(whole.left(size));
     expectBannerAndExit();
     QCOMPARE(home.readDatabaseFile(), whole.left(size));
+}
+
+/// Laying out such names would take a minute a page.
+void TestBadWorlds::namesOfAMegabyte()
+{
+    const QString name = QString("Long name ").repeated(100000);
+    ShopDriver shop(store(1, name).at(10, 20).inCategory(1).openList(1, name).good(name));
+    shop.db->add(Records().category(1, name));
+    QElapsedTimer clock;
+    clock.start();
+    const auto paint = [&shop] {
+        shop.pageWidget()->grab();
+        QCoreApplication::processEvents();
+    };
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    paint();
+    shop.tap(0);
+    shop.press("selectButton");
+    paint();
+    shop.press("goodsButton");
+    paint();
+    shop.press("okButton");
+    shop.press("editButton");
+    paint();
+    shop.press("backButton");
+    shop.press("startButton");
+    paint();
+    shop.press("okButton");
+    shop.press("backButton");
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    paint();
+    shop.tap(0);
+    shop.press("selectButton");
+    paint();
+    shop.press("editButton");
+    paint();
+    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestBadWorlds::databaseIsReadOnly()
