@@ -419,8 +419,10 @@ private:
     static QList<QListWidgetItem *> checkableRows(QLatin1StringView statement, int id,
                                                   Qt::CheckState checkState);
     void toggleGood(int row);
+    /// Updates the state of the list if the user is shopping or reading the help for it. A list
+    /// whose goods are all checked would ring again otherwise.
+    void finishShopping() const;
     /// Recomputes the state of the active list from its goods, stores it and shows it.
-    void finishShopping();
     void updateListState() const;
 
     std::unique_ptr<ShoppingPage> shoppingPage;

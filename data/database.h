@@ -35,13 +35,13 @@ QSqlDatabase open(const QString &file);
 enum class Tables {
     Complete,   ///< or as complete as they will become
     Locked,     ///< another process has locked the file
-    Unreadable, ///< the file is not open, not a database, or damaged where the tables are listed
+    Unreadable, ///< not open, not a database, cut short, or damaged where the tables are listed
 };
 
 /// Creates all tables if the table of stores does not exist. Only that table is checked: a file
 /// that has it is not changed, even if another table is missing. A file that is locked or
-/// unreadable is not changed either; for a lock to end this waits for at most `wait`. If the
-/// program is killed meanwhile, or the disk is full, the tables created so far remain.
+/// unreadable is not changed either; for a lock to end each statement waits for at most `wait`. If
+/// the program is killed meanwhile, or the disk is full, the tables created so far remain.
 Tables createMissingTables(const QSqlDatabase &database,
                            std::chrono::milliseconds wait = std::chrono::milliseconds(250));
 
@@ -96,7 +96,7 @@ int column(const QSqlQuery &query, QLatin1StringView name);
 std::optional<QString> name(QLatin1StringView statement, int id);
 
 /// Looks up the names of many records. The first few are read one by one; if there are more, all
-/// names are read at once, because a statement takes much longer than a row. No name is read twice.
+/// names are read at once, because a statement takes much longer than a row.
 class Names
 {
 public:

@@ -152,9 +152,7 @@ void ShopWindow::doShoppingOkClicked()
     pageStack->setCurrentIndex(PageShopping);
 }
 
-/// Updates the state of the list if the program ends while the user is shopping. Otherwise a list
-/// whose goods are all checked would ring again.
-void ShopWindow::finishShopping()
+void ShopWindow::finishShopping() const
 {
     const int page = pageStack->currentIndex();
     const bool isShopping =
@@ -167,6 +165,8 @@ void ShopWindow::updateListState() const
 {
     QList<bool> checkMarks;
     QSqlQuery query = Database::run(Statements::checkStatesOfList, currentListId);
+    if (!query.isActive()) // without the goods, a finished list would become an open one
+        return;
     while (query.next())
         checkMarks << query.value(u"checkstate"_s).toBool();
     query.finish();

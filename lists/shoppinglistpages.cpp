@@ -173,9 +173,12 @@ void ShopWindow::createShopList()
     if (name.isEmpty())
         return;
     const int id = Database::newId(Statements::newListId);
-    // If the row of an earlier list was refused, its goods may have been stored under this id.
-    Database::run(Statements::deleteGoodsOfList, id);
-    Database::run(Statements::insertList, id, name, currentStoreId, newListState);
+    const bool isNew =
+        Database::run(Statements::insertList, id, name, currentStoreId, newListState).isActive();
+    // If the row of an earlier list was refused, its goods may have been stored under this id. An
+    // id that is in use, which a damaged file can lead to, keeps its goods.
+    if (isNew)
+        Database::run(Statements::deleteGoodsOfList, id);
     currentListId = id;
 
     auto *row = new ListRow(name, id);

@@ -137,10 +137,12 @@ void ShopWindow::addShopConfirmClicked()
         return;
     const QString categoryId = categoryIdText();
     const int id = Database::newId(Statements::newStoreId);
+    const bool isNew =
+        Database::run(Statements::insertStore, id, name, categoryId, missingReference).isActive();
     // If the row of an earlier store was refused, its coordinates may have been stored under this
-    // id.
-    Database::run(Statements::deleteCoordinates, id);
-    Database::run(Statements::insertStore, id, name, categoryId, missingReference);
+    // id. An id that is in use, which a damaged file can lead to, keeps its coordinates.
+    if (isNew)
+        Database::run(Statements::deleteCoordinates, id);
     if (coordinatesWereTaken())
         insertTakenCoordinates(id);
     currentStoreId = id;

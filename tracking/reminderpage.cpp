@@ -114,8 +114,7 @@ void ShopWindow::showReminder()
     constexpr int decimals = 2;
     // Checked goods are already in the database. The state of the list would be updated only by
     // "OK".
-    if (pageStack->currentIndex() == PageDoShopping)
-        updateListState();
+    finishShopping();
     alarmSound->play();
     gps->stopUpdates();
     const TrackedStore &nearest = run.nearest();

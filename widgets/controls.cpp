@@ -57,7 +57,6 @@ protected:
             return;
         setWidget(contents);
         contents->setAutoFillBackground(false); // setWidget() has turned it on
-        contents->show();
         contents = nullptr;
     }
 

@@ -29,13 +29,13 @@ QIcon readyIcon(const QString &path, const QSize &size)
 {
     const QResource file(
         u":/ready/%1/%2.rgba"_s.arg(size.width()).arg(QFileInfo(path).completeBaseName()));
-    if (!file.isValid() || !path.startsWith(":/img/"_L1))
+    if (!file.isValid() || !path.startsWith(":/img/"_L1) || size.width() != size.height())
         return {};
     const QByteArray pixels = file.uncompressedData();
     const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), size.width(),
                        size.height(), QImage::Format_RGBA8888_Premultiplied);
     Q_ASSERT(image.sizeInBytes() == pixels.size());
-    return QIcon(QPixmap::fromImage(image)); // copies the pixels, since it converts them
+    return QIcon(QPixmap::fromImage(image.copy())); // the pixels belong to this function
 }
 
 /// Returns the icon at `path` for `size` in device pixels.

@@ -27,8 +27,11 @@ int TextBreaking::widestWord(const QString &text, const QFontMetrics &metrics)
 
 QString TextBreaking::shownPart(const QString &name)
 {
-    constexpr qsizetype mostShown = 1000; // more than fits on a page
-    return name.size() <= mostShown ? name : name.first(mostShown) + QChar(0x2026);
+    constexpr qsizetype mostShown = 1000; // more than fits on the page of a phone
+    if (name.size() <= mostShown)
+        return name;
+    const bool splitsEmoji = name.at(mostShown - 1).isHighSurrogate();
+    return name.first(splitsEmoji ? mostShown - 1 : mostShown) + QChar(0x2026);
 }
 
 QSize TextBreaking::size(const QString &text, const QFontMetrics &metrics)

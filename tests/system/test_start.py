@@ -75,6 +75,15 @@ class TestFirstStart(SystemTest):
                 program.process.send_signal(number)
                 self.assertEqual(program.wait_for_exit(), 0)
 
+    def test_ignored_signals_stay_ignored(self):
+        before = signal.signal(signal.SIGHUP, signal.SIG_IGN)  # as nohup does
+        self.addCleanup(signal.signal, signal.SIGHUP, before)
+        program = self.program(self.desktop())
+        program.wait_for_window()
+        program.process.send_signal(signal.SIGHUP)
+        time.sleep(1)
+        self.assertIsNone(program.process.poll())
+
     def test_list_is_finished_when_the_session_ends(self):
         program = self.program(self.desktop())
         program.wait_for_window()
@@ -110,8 +119,10 @@ class TestFirstStart(SystemTest):
                                  "Trolleo.conf": 0o600})
 
     def test_existing_files_keep_what_their_owner_gave_them(self):
-        self.home.database.parent.mkdir(mode=0o755)
-        self.home.database.touch(mode=0o640)
+        self.home.database.parent.mkdir()
+        self.home.database.touch()
+        self.home.database.parent.chmod(0o755)
+        self.home.database.chmod(0o640)
         program = self.program(self.desktop())
         program.wait_for_window()
         program.press("Exit")

@@ -238,7 +238,7 @@ void TestBadWorlds::databaseIsTruncated()
     QCOMPARE(home.readDatabaseFile(), whole.left(size));
 }
 
-/// Laying out such names would take a minute a page.
+/// Laying out such names would take more than a minute.
 void TestBadWorlds::namesOfAMegabyte()
 {
     const QString name = QString("Long name ").repeated(100000);
@@ -274,7 +274,7 @@ void TestBadWorlds::namesOfAMegabyte()
     paint();
     shop.press("editButton");
     paint();
-    QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.elapsed() < 30000, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestBadWorlds::databaseIsReadOnly()

@@ -29,9 +29,6 @@ private slots:
     void secondTapIsExplainedOnce();
     void leavingRecomputesTheState_data();
     void leavingRecomputesTheState();
-    void endOfTheProgramRecomputesTheState_data();
-    void endOfTheProgramRecomputesTheState();
-    void endOfTheProgramLeavesListsAlone();
     void uncheckingAGoodReopensAFinishedList();
     void fromAReminderAllListsOfTheStoreAreShopped();
     void backIsOk();
@@ -246,46 +243,6 @@ void TestDoShopping::leavingRecomputesTheState_data()
     QTest::newRow("none checked") << 3 << 0 << 1 << "Active (unchecked)";
     QTest::newRow("some checked") << 3 << 1 << 2 << "Active (partial checked)";
     QTest::newRow("all checked") << 3 << 3 << 3 << "Finished (checked)";
-}
-
-void TestDoShopping::endOfTheProgramRecomputesTheState_data()
-{
-    QTest::addColumn<QString>("button");
-    QTest::newRow("shopping") << QString();
-    QTest::newRow("reading the help") << "helpButton";
-}
-
-/// A list that is finished must not ring again, however the program ends.
-void TestDoShopping::endOfTheProgramRecomputesTheState()
-{
-    QFETCH(QString, button);
-    ShopDriver shop(listOf(2, 1));
-    openShopping(shop);
-    shop.list()->setCurrentRow(0);
-    shop.press("checkButton");
-    if (!button.isEmpty())
-        shop.press(qPrintable(button));
-    bool hung = false;
-    QTimer::singleShot(0, shop.window.get(), [&shop] { shop.window->close(); });
-    QTimer::singleShot(5000, shop.window.get(), [&hung] {
-        hung = true;
-        QCoreApplication::exit(1);
-    });
-    QCOMPARE(QApplication::exec(), 0);
-    QVERIFY(!hung);
-    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
-}
-
-/// On other pages the end of the program changes no list.
-void TestDoShopping::endOfTheProgramLeavesListsAlone()
-{
-    ShopDriver shop(listOf(2, 1).sql("update shoplist set state = 0"));
-    openShopping(shop);
-    shop.press("okButton");
-    shop.db->add(Records().sql("update shoplist set state = 0"));
-    QTimer::singleShot(0, shop.window.get(), [&shop] { shop.window->close(); });
-    QCOMPARE(QApplication::exec(), 0);
-    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
 }
 
 void TestDoShopping::leavingRecomputesTheState()

@@ -30,6 +30,7 @@ private slots:
     void enterOpens();
     void creating();
     void newListHasNoGoodsOfARefusedOne();
+    void listThatIsRefusedLeavesOthersAlone();
     void creatingWithAStore();
     void newListIsLastUntilFilledAgain();
     void pickerLeavesTheStoreWhenLeft();
@@ -322,6 +323,19 @@ void TestLists::newListHasNoGoodsOfARefusedOne()
     QCOMPARE(shop.db->column("select name from shoplist where id = 3"), QVariantList{"Camping"});
     QCOMPARE(shop.db->column("select name from purchase where shoplistid = 3"), QVariantList());
     QCOMPARE(shop.db->column("select count(*) from purchase"), QVariantList{3});
+}
+
+/// After the largest id no new one is found, and id 1 is tried.
+void TestLists::listThatIsRefusedLeavesOthersAlone()
+{
+    ShopDriver shop({openList(1, "Weekend").good("Milk"), openList(2147483647, "Party")});
+    openLists(shop);
+    shop.press("createButton");
+    shop.type("Camping");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from shoplist order by id"),
+             (QVariantList{"Weekend", "Party"}));
+    QCOMPARE(shop.db->column("select name from purchase"), QVariantList{"Milk"});
 }
 
 void TestLists::creatingWithAStore()

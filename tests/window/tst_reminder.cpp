@@ -58,6 +58,7 @@ private slots:
     void startShoppingWithGpsAutostart();
     void startShoppingWhenTheListIsGone();
     void afterShoppingTheFinishedListRingsNoMore();
+    void whatWasCheckedCountsWhenAReminderTakesOver_data();
     void whatWasCheckedCountsWhenAReminderTakesOver();
     void storesPageIsKeptFresh();
     void otherPagesAreLeftAlone();
@@ -420,8 +421,16 @@ void TestReminder::afterShoppingTheFinishedListRingsNoMore()
     QCOMPARE(shop.page(), PageTracking);
 }
 
+void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver_data()
+{
+    QTest::addColumn<bool>("readsHelp");
+    QTest::newRow("shopping") << false;
+    QTest::newRow("reading the help") << true;
+}
+
 void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver()
 {
+    QFETCH(bool, readsHelp);
     ShopDriver shop(threeStores, gpsOn);
     track(shop);
     shop.press("backButton");
@@ -433,6 +442,8 @@ void TestReminder::whatWasCheckedCountsWhenAReminderTakesOver()
     QCOMPARE(shop.rows(), QStringList{"Butter|1"});
     shop.tap(0);
     shop.tap(0);
+    if (readsHelp)
+        shop.press("helpButton");
     source()->deliver(10.0085, 20);
     QCOMPARE(shop.page(), PageReminder);
     // Otherwise Dairy would ring at the next start, although there is nothing left to buy.

@@ -15,6 +15,7 @@
 #include "app/shopwindow.h"
 #include "tests/support/pagenames.h"
 #include "tests/support/records.h"
+#include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
 #include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
@@ -61,6 +62,9 @@ private slots:
     void titleIsTheSameInEveryLanguage();
     void firstSize();
     void exitButtonEndsTheEventLoop();
+    void endOfTheProgramRecomputesTheState_data();
+    void endOfTheProgramRecomputesTheState();
+    void endOfTheProgramLeavesListsAlone();
     void destroyingRemovesTheConnection();
     void nothingIsWrittenToTheSettings();
     void idleWindowRunsNoTimer();
@@ -352,6 +356,57 @@ void TestStart::exitButtonEndsTheEventLoop()
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
     SecondConnection second(home.databaseFile());
     QCOMPARE(second.column("pragma integrity_check"), QVariantList{"ok"});
+}
+
+static const Records oneGood{openList(1, "Weekend").good("Milk")};
+
+static void startShopping(ShopDriver &shop)
+{
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("startButton");
+}
+
+void TestStart::endOfTheProgramRecomputesTheState_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::newRow("shopping") << QString();
+    QTest::newRow("reading the help") << "helpButton";
+}
+
+/// A list that is finished must not ring again, however the program ends.
+void TestStart::endOfTheProgramRecomputesTheState()
+{
+    QFETCH(QString, button);
+    ShopDriver shop(oneGood);
+    startShopping(shop);
+    shop.list()->setCurrentRow(0);
+    shop.press("checkButton");
+    if (!button.isEmpty())
+        shop.press(qPrintable(button));
+    bool hung = false;
+    QTimer::singleShot(0, shop.window.get(), [&shop] { shop.window->close(); });
+    QTimer::singleShot(5000, shop.window.get(), [&hung] {
+        hung = true;
+        QCoreApplication::exit(1);
+    });
+    QCOMPARE(QApplication::exec(), 0);
+    QVERIFY(!hung);
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
+}
+
+/// On other pages the end of the program changes no list.
+void TestStart::endOfTheProgramLeavesListsAlone()
+{
+    ShopDriver shop(oneGood);
+    startShopping(shop);
+    shop.press("okButton");
+    shop.db->add(Records().sql("update shoplist set state = 0"));
+    QTimer::singleShot(0, shop.window.get(), [&shop] { shop.window->close(); });
+    QCOMPARE(QApplication::exec(), 0);
+    QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
 }
 
 void TestStart::destroyingRemovesTheConnection()

@@ -46,6 +46,8 @@ private slots:
     void quickDoubleTapChooses();
     void emptyNameIsRefused();
     void newStoreHasNoCoordinatesOfARefusedOne();
+    void storeThatIsRefusedLeavesOthersAlone();
+    void everyOfManyStoresShowsItsCategory();
     void namesAndStatements_data();
     void namesAndStatements();
     void quoteInACategoryFindsNone();
@@ -504,6 +506,38 @@ void TestStores::newStoreHasNoCoordinatesOfARefusedOne()
     QCOMPARE(shop.db->column("select id from magazin"), QVariantList{1});
     QCOMPARE(shop.db->rows("select * from gpscoord"), QList<QVariantList>());
     QCOMPARE(values(shop), (QStringList{"Corner shop", "(not selected)", "(no Coordinates set)"}));
+}
+
+/// After the largest id no new one is found, and id 1 is tried.
+void TestStores::storeThatIsRefusedLeavesOthersAlone()
+{
+    ShopDriver shop({store(1, "Bakery").at(10.1, 20.2), store(2147483647, "Dairy")});
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Corner shop");
+    shop.press("saveButton");
+    QCOMPARE(shop.db->column("select name from magazin order by id"),
+             (QVariantList{"Bakery", "Dairy"}));
+    QCOMPARE(shop.db->rows("select id, latitude from gpscoord"), (QList<QVariantList>{{1, 10.1}}));
+}
+
+/// Names of categories are read in different ways for few and for many categories.
+void TestStores::everyOfManyStoresShowsItsCategory()
+{
+    Records records;
+    QStringList rows;
+    for (int id = 101; id <= 160; ++id) {
+        // Every fifth category is gone.
+        if (id % 5 != 0)
+            records.category(id, QString("category %1").arg(id));
+        const QString name = QString("store %1").arg(id);
+        records.store(1000 + id, name).inCategory(id);
+        rows << (id % 5 != 0 ? QString("%1|category %2").arg(name).arg(id) : name);
+    }
+    ShopDriver shop(records);
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    QCOMPARE(shop.rows(), rows);
 }
 
 void TestStores::namesAndStatements()
