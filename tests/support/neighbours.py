@@ -97,8 +97,9 @@ class Receiver:
         wait_for("gpsd to listen", self.listens)
         self.listener = threading.Thread(target=self.listen, daemon=True)
         self.listener.start()
-        # gpsd does not answer clients while it opens what it takes for a serial line.
-        wait_for("the walk to begin", lambda: any(line.startswith("$") for _, line in self.said))
+        # gpsd does not answer clients while it opens what it takes for a serial line. If it has missed
+        # the beginning, it tries other speeds first.
+        wait_for("the walk to begin", lambda: any(line.startswith("$") for _, line in self.said), 90)
 
     @property
     def address(self):
