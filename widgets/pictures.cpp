@@ -24,7 +24,7 @@ QHash<QString, QIcon> &iconsInUse()
 }
 
 /// Returns the picture at `path` from the resource that has its pixels in `size`, or a null icon if
-/// there is none. Decoding the pictures of the first page would take a quarter of the start.
+/// there is none. Decoding the pictures of the first page would take a fifth of the start.
 QIcon readyIcon(const QString &path, const QSize &size)
 {
     const QResource file(
