@@ -22,7 +22,6 @@
 
 #include "base/pages.h"
 #include "platform/alarmsound.h"
-#include "tests/support/emulator.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
@@ -587,8 +586,6 @@ void TestOptions::languageIsStoredBeforeThePagesAreBuilt()
 
 void TestOptions::doubleTapOnOkPressesNothingElse()
 {
-    if (Emulator::isUsed())
-        QSKIP("In an emulator building the pages takes longer than a double tap.");
     ShopDriver shop;
     shop.window->showMaximized(); // the state after the change
     QCoreApplication::processEvents();
