@@ -35,7 +35,7 @@ QIcon readyIcon(const QString &path, const QSize &size)
     const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), size.width(),
                        size.height(), QImage::Format_RGBA8888_Premultiplied);
     Q_ASSERT(image.sizeInBytes() == pixels.size());
-    return QIcon(QPixmap::fromImage(image.copy())); // the pixels belong to this function
+    return QPixmap::fromImage(image.copy()); // the pixels belong to this function
 }
 
 /// Returns the icon at `path` for `size` in device pixels.
