@@ -67,25 +67,23 @@ void measure(int count)
     const int positions = std::max(1, 5000 / count);
     int step = 0;
     std::vector<Place> stores = places(count);
-    const auto bareLoop = [&stores, &step, positions] {
+    const auto computeDistances = [&stores, &step] {
+        const QGeoCoordinate here(static_cast<float>(latitudeAt(++step)), 20.5F);
+        for (Place &store : stores)
+            store.distance = static_cast<float>(
+                here.distanceTo(QGeoCoordinate(store.latitude, store.longitude)));
+    };
+    const auto bareDistances = [&computeDistances, positions] {
+        for (int position = 0; position < positions; ++position)
+            computeDistances();
+    };
+    const auto bareLoop = [&stores, &computeDistances, positions] {
         for (int position = 0; position < positions; ++position) {
-            const QGeoCoordinate here(static_cast<float>(latitudeAt(++step)), 20.5F);
-            for (Place &store : stores)
-                store.distance = static_cast<float>(
-                    here.distanceTo(QGeoCoordinate(store.latitude, store.longitude)));
+            computeDistances();
             std::ranges::sort(stores, {}, &Place::distance);
             QStringList texts;
             for (const Place &store : stores)
                 texts << QString::number(double(store.distance), 'f', 6);
-        }
-    };
-
-    const auto bareDistances = [&stores, &step, positions] {
-        for (int position = 0; position < positions; ++position) {
-            const QGeoCoordinate here(static_cast<float>(latitudeAt(++step)), 20.5F);
-            for (Place &store : stores)
-                store.distance = static_cast<float>(
-                    here.distanceTo(QGeoCoordinate(store.latitude, store.longitude)));
         }
     };
 
