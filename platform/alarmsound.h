@@ -9,8 +9,8 @@
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
 /// A sound system can respond slowly or never, so it is used from a separate thread. The thread
-/// starts with the first play(), and neither function waits for it. Errors are not reported; a file
-/// that cannot be played is silent.
+/// starts with the first prepare() or play(), and no function waits for it. Errors are not
+/// reported; a file that cannot be played is silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT
@@ -26,13 +26,17 @@ public:
     /// Sets how many times play() plays the file; the default is once.
     void setLoops(int count);
 
+    /// Loads the libraries of the sound system. play() then rings without delay, and also if an
+    /// upgrade has replaced the files of the program since.
+    void prepare();
     /// Plays the file from its beginning, even if it is already playing.
     void play();
     /// Stops the sound. Does nothing if no sound is playing.
     void stop();
 
     /// Stops the sound for good, and ends the thread as soon as the sound system lets it. Does not
-    /// wait for that. play() must not be called any more.
+    /// wait for that. prepare() and play() must not be
+    /// called any more.
     void retire();
 
     /// Returns whether a destroyed AlarmSound has left a thread that still waits for the sound
@@ -40,10 +44,12 @@ public:
     static bool isAnyStuck();
 
 private:
-    class Player;
+    class Worker;
+
+    void startThread();
 
     QString soundFile;
     int loops = 1;
     QPointer<QThread> thread; // deleted after it was retired
-    Player *player = nullptr; // lives in the thread
+    Worker *worker = nullptr; // lives in the thread
 };

@@ -227,6 +227,7 @@ void ShopWindow::startTracking()
     positionWait->expire();
     positionWait->tellAnew();
     setTrackingActive(true);
+    alarmSound->prepare();
     gps->startUpdates();
 }
 

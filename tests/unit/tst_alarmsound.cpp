@@ -12,6 +12,7 @@
 #include <QtTest>
 
 #include "platform/alarmsound.h"
+#include "tests/support/emulator.h"
 
 static const QString soundFile = TROLLEO_SOURCES "/resources/sounds/Alarm5.wav";
 
@@ -21,6 +22,12 @@ struct Recording
     int rate = 0;
     QList<double> samples;
 };
+
+static bool isSoundSystemLoaded()
+{
+    QFile maps("/proc/self/maps");
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libQt6Multimedia");
+}
 
 /// The alarm file and how it is played. The audible result is tested with a sound server.
 class TestAlarmSound : public QObject
@@ -34,6 +41,9 @@ private slots:
     void fileLoopsCleanly();
     void fileIsWhereALoudspeakerIsGood();
     void nothingStartsBeforeItPlays();
+    void noFileLoadsNothing();
+    void playingLoadsTheSoundSystem();
+    void preparingLoadsTheSoundSystem();
     void playingNeverWaits_data();
     void playingNeverWaits();
 
@@ -139,6 +149,37 @@ void TestAlarmSound::nothingStartsBeforeItPlays()
     sound.stop();
     QVERIFY(!sound.findChild<QThread *>());
     QVERIFY(!AlarmSound::isAnyStuck());
+    QVERIFY(!isSoundSystemLoaded());
+}
+
+/// The functions of a test run in their order, and nothing unloads the module.
+void TestAlarmSound::noFileLoadsNothing()
+{
+    AlarmSound sound("/no such file.wav");
+    sound.play();
+    QTest::qWait(200);
+    QVERIFY(!isSoundSystemLoaded());
+}
+
+void TestAlarmSound::playingLoadsTheSoundSystem()
+{
+    AlarmSound sound(soundFile);
+    sound.play();
+    QTRY_VERIFY(isSoundSystemLoaded());
+}
+
+void TestAlarmSound::preparingLoadsTheSoundSystem()
+{
+    if (isSoundSystemLoaded()) { // by an earlier function
+        QProcess child;
+        Emulator::startSelf(child, {"preparingLoadsTheSoundSystem"});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.exitCode(), 0);
+        return;
+    }
+    AlarmSound sound(soundFile);
+    sound.prepare();
+    QTRY_VERIFY(isSoundSystemLoaded());
 }
 
 void TestAlarmSound::playingNeverWaits_data()
