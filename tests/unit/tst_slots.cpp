@@ -164,8 +164,9 @@ void TestSlots::slotsStandInTheirOrder()
         "sessionOpened()",
     };
     const QStringList found = methods(QMetaMethod::Slot);
-    QCOMPARE(without(found, expected), QStringList());
-    QCOMPARE(without(expected, found), QStringList());
+    // As texts, since a comparison of lists prints only their sizes.
+    QCOMPARE(without(found, expected).join(u' '), QString());
+    QCOMPARE(without(expected, found).join(u' '), QString());
     QCOMPARE(found, expected);
 }
 
@@ -183,8 +184,9 @@ void TestSlots::onlySomeSlotsArePublic()
         "sessionOpened()",
     };
     const QStringList found = methods(QMetaMethod::Slot, QMetaMethod::Public);
-    QCOMPARE(without(found, expected), QStringList());
-    QCOMPARE(without(expected, found), QStringList());
+    // As texts, since a comparison of lists prints only their sizes.
+    QCOMPARE(without(found, expected).join(u' '), QString());
+    QCOMPARE(without(expected, found).join(u' '), QString());
     QCOMPARE(methods(QMetaMethod::Slot, QMetaMethod::Protected), QStringList());
 }
 

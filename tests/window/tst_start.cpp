@@ -55,6 +55,7 @@ private slots:
     void toolbarOrder();
     void navigationSlots_data();
     void navigationSlots();
+    void pagesWithHelpAreListed();
     void everyControlHasItsName();
     void tabFollowsThePage_data();
     void tabFollowsThePage();
@@ -239,6 +240,20 @@ void TestStart::navigationSlots()
     stack->setCurrentIndex(PageCoordinates);
     QVERIFY(QMetaObject::invokeMethod(&window, slot.toLatin1().constData()));
     QCOMPARE(Page(stack->currentIndex()), page);
+}
+
+void TestStart::pagesWithHelpAreListed()
+{
+    const TestHome home;
+    const ShopWindow window;
+    const auto *stack = window.findChild<QStackedWidget *>("pageStack");
+    for (int index = 0; index < PageCount; ++index) {
+        const QWidget *page = stack->widget(index);
+        const bool isListed =
+            std::ranges::find(pagesWithHelp, Page(index)) != std::end(pagesWithHelp);
+        QVERIFY2((page->findChild<QWidget *>("helpButton") != nullptr) == isListed,
+                 qPrintable(page->objectName()));
+    }
 }
 
 void TestStart::everyControlHasItsName()
