@@ -10,8 +10,10 @@
 #include <QIcon>
 
 #include "app/shopwindow.h"
+#include "data/database.h"
 #include "platform/alarmsound.h"
 #include "platform/quitsignals.h"
+#include "platform/singleinstance.h"
 #include "platform/standarderror.h"
 #include "widgets/pictures.h"
 #include "widgets/touchstyle.h"
@@ -30,6 +32,8 @@ int main(int argc, char **argv)
         return text == "-style"_L1 || text == "--style"_L1 || text.startsWith("-style="_L1) ||
                text.startsWith("--style="_L1);
     });
+    // Qt removes it from the environment.
+    const QByteArray activationToken = qgetenv("XDG_ACTIVATION_TOKEN");
     const QApplication application(argc, argv);
     QuitSignals::watch();
     TouchStyle::applyUnlessChosen(isStyleChosen);
@@ -38,7 +42,23 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(TROLLEO_VERSION));
     QGuiApplication::setDesktopFileName(u"trolleo"_s);
 
+    Database::prepareFolder();
+    SingleInstance instance(Database::folder());
+    switch (instance.start(activationToken)) {
+    case SingleInstance::Result::First:
+        break;
+    case SingleInstance::Result::Answered:
+        return EXIT_SUCCESS;
+    case SingleInstance::Result::Unanswered:
+        qWarning("Trolleo is already running, and does not respond.");
+        return EXIT_FAILURE;
+    }
+    QObject::connect(&application, &QApplication::aboutToQuit, &instance,
+                     &SingleInstance::stopListening);
+
     auto window = std::make_unique<ShopWindow>();
+    QObject::connect(&instance, &SingleInstance::startedAgain, window.get(),
+                     &ShopWindow::bringToFrontBy);
     // ShopWindow has registered the resources.
     constexpr int windowIconExtent = 96;
     QApplication::setWindowIcon(

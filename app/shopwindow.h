@@ -71,6 +71,11 @@ public:
     explicit ShopWindow(QWidget *parent = nullptr);
     ~ShopWindow() override;
 
+    // tracking/reminderpage.cpp
+    /// Brings the window to the front, even if it is minimised or covered. `activationToken` is one
+    /// for the Wayland compositor, or empty.
+    void bringToFrontBy(const QString &activationToken);
+
 signals:
     /// Emitted when a position arrives while a page waits for one. The page connects to it for one
     /// position.
@@ -537,8 +542,6 @@ private:
     /// Answers the reminder from its notification. `key` is the key of the selected action.
     void answerReminder(const QString &key);
     void bringToFront();
-    /// Like bringToFront(), with an activation token for the Wayland compositor.
-    void bringToFrontBy(const QString &activationToken);
     void closeWhatCoversPages();
 
     // tracking/trackedlistpage.cpp

@@ -185,7 +185,8 @@ void ShopWindow::closeWhatCoversPages()
 void ShopWindow::bringToFrontBy(const QString &activationToken)
 {
     // Qt's Wayland plugin reads the token from here, once.
-    qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (!activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     bringToFront();
 }
 

@@ -132,16 +132,66 @@ class TestFirstStart(SystemTest):
                  for path in (self.home.database.parent, self.home.database)]
         self.assertEqual(modes, [0o755, 0o640])
 
-    def test_two_programs_run_side_by_side(self):
+
+class TestSecondStart(SystemTest):
+    def is_viewable(self, desktop, window):
+        return desktop.place_of(window) is not None
+
+    def test_shows_the_first_window(self):
         desktop = self.desktop()
         first = self.program(desktop)
         first.wait_for_window()
+        window = wait_for("the window", first.window_ids)[0]
+        desktop.run([tool("xdotool"), "windowminimize", "--sync", window])
+        wait_for("the window to be gone", lambda: not self.is_viewable(desktop, window))
+        second = self.program(desktop)
+        self.assertEqual(second.wait_for_exit(), 0)
+        wait_for("the window to be back", lambda: self.is_viewable(desktop, window))
+        first.press("Exit")
+        self.assertEqual(first.wait_for_exit(), 0)
+
+    def test_starts_after_the_first_was_killed(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        first.stop()
         second = self.program(desktop)
         second.wait_for_window()
-        for program in (first, second):
+
+    def test_starts_when_the_first_has_ended(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        first.process.send_signal(signal.SIGSTOP)
+        second = self.program(desktop)
+        time.sleep(1)
+        self.assertIsNone(second.process.poll(), "it waits for an answer")
+        first.stop()
+        second.wait_for_window()
+
+    def test_gives_up_when_the_first_does_not_respond(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        first.process.send_signal(signal.SIGSTOP)
+        second = self.program(desktop, stderr=subprocess.PIPE)
+        self.addCleanup(second.process.stderr.close)
+        self.assertEqual(second.wait_for_exit(), 1)
+        self.assertIn(b"is already running", second.process.stderr.read())
+
+    def test_homes_do_not_meet(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        other_home = Home()
+        self.addCleanup(other_home.remove)
+        other = Program(desktop, other_home)
+        self.addCleanup(other.stop)
+        other.wait_for_window()
+        for program, home in ((first, self.home), (other, other_home)):
             program.press("Exit")
             self.assertEqual(program.wait_for_exit(), 0)
-        self.assertEqual(self.home.query("pragma integrity_check"), [("ok",)])
+            self.assertEqual(home.query("pragma integrity_check"), [("ok",)])
 
 
 class TestFirstSize(SystemTest):
