@@ -6,13 +6,13 @@
 #include <memory>
 
 #include <QNetworkAccessManager>
-#include <QNetworkDiskCache>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPainter>
 #include <QPixmapCache>
 #include <QStandardPaths>
 
+#include "map/tilecache.h"
 #include "map/tileimage.h"
 #include "map/tileserver.h"
 #include "map/webmercator.h"
@@ -186,7 +186,7 @@ QNetworkAccessManager *MapsCore::network()
 {
     if (!manager) {
         manager = new QNetworkAccessManager(this);
-        auto *cache = new QNetworkDiskCache(manager);
+        auto *cache = new TileCache(manager);
         cache->setCacheDirectory(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
         manager->setCache(cache);
         connect(manager, &QNetworkAccessManager::finished, this, &MapsCore::handleNetworkData);
@@ -204,7 +204,7 @@ void MapsCore::download()
     if (tile.isNull())
         return;
     url = TileServer::tileUrl(server, zoom, tile);
-    fetch(tile);
+    fetch(tile, QNetworkRequest::PreferNetwork);
 }
 
 /// Returns the topmost missing tile of the rightmost column that has one, including a column and a
@@ -224,7 +224,7 @@ QPoint MapsCore::nextTile() const
     return next;
 }
 
-void MapsCore::fetch(const QPoint &tile)
+void MapsCore::fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cacheUse)
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", TileServer::userAgent());
@@ -235,6 +235,9 @@ void MapsCore::fetch(const QPoint &tile)
     // Cookies would let a tile server recognise the user.
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, cacheUse);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::UserVerifiedRedirectPolicy);
     request.setMaximumRedirectsAllowed(mostRedirects);
     QNetworkReply *reply = network()->get(request);
     // Qt stops reading somewhat below this limit without an error.
@@ -242,6 +245,15 @@ void MapsCore::fetch(const QPoint &tile)
     connect(reply, &QNetworkReply::readyRead, this, [reply] {
         if (reply->bytesAvailable() > TileImage::largestBody)
             reply->abort();
+    });
+    connect(reply, &QNetworkReply::redirected, reply, [reply](const QUrl &target) {
+        TileServer::checkRedirection(reply->request().url(), target, reply,
+                                     [reply](bool isAllowed) {
+                                         if (isAllowed)
+                                             emit reply->redirectAllowed();
+                                         else
+                                             reply->abort();
+                                     });
     });
     replyInFlight = reply;
     transferTimer.start();
@@ -263,6 +275,14 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     // cache again.
     if (image.isNull())
         network()->cache()->remove(request.url());
+    // A damaged file of the cache is replaced at once.
+    if (image.isNull() && reply->attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool() &&
+        reply->error() == QNetworkReply::NoError) {
+        url = fetching ? request.url() : QUrl();
+        if (fetching)
+            fetch(tile, QNetworkRequest::AlwaysNetwork);
+        return;
+    }
     loadPictures();
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
     emit updated(screenRect(tile));

@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <QIcon>
+#include <QNetworkRequest>
 #include <QObject>
 #include <QPixmap>
 #include <QPoint>
@@ -76,7 +77,7 @@ private:
     void moveCenter(double centerLatitude, double centerLongitude);
     void download();
     QPoint nextTile() const;
-    void fetch(const QPoint &tile);
+    void fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cacheUse);
     QByteArray bodyOf(QNetworkReply *reply);
     QByteArray cachedBody(const QUrl &source);
     QNetworkAccessManager *network();

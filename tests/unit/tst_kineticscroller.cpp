@@ -238,13 +238,16 @@ void TestKineticScroller::touchStopsTheGlideAtOnce()
 void TestKineticScroller::glideEndsWithTheContents()
 {
     Flickable f(tallArea());
-    f.bar()->setValue(f.bar()->maximum() - 20);
-    f.press(200);
-    for (int y = 199; y >= 190; --y)
-        f.move(y);
-    QVERIFY(f.moveAndTick(120)); // fast, and past the end
-    f.release(120);
-    QCOMPARE(f.bar()->value(), f.bar()->maximum());
+    // On a slow machine two ticks can follow the last move, and the finger seems to pause.
+    for (int attempt = 0; attempt < 10 && !f.scroller->isMoving(); ++attempt) {
+        f.bar()->setValue(f.bar()->maximum() - 20);
+        f.press(200);
+        for (int y = 199; y >= 190; --y)
+            f.move(y);
+        QVERIFY(f.moveAndTick(120)); // fast, and past the end
+        f.release(120);
+        QCOMPARE(f.bar()->value(), f.bar()->maximum());
+    }
     QVERIFY(f.scroller->isMoving());
     f.ticks->clear();
     QVERIFY(f.ticks->wait());

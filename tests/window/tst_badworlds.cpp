@@ -16,6 +16,7 @@
 #include "app/shopwindow.h"
 #include "platform/informationbox.h"
 #include "tests/support/databaselock.h"
+#include "tests/support/emulator.h"
 #include "tests/support/pagenames.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
@@ -89,6 +90,8 @@ private:
 /// ends with the banner.
 void TestBadWorlds::expectBannerAndExit()
 {
+    QElapsedTimer sinceStart;
+    sinceStart.start();
     ShopWindow window;
     QVERIFY(!QSqlDatabase::database(QSqlDatabase::defaultConnection, false).isOpen());
     QCOMPARE(window.findChild<QStackedWidget *>("pageStack")->count(), PageCount);
@@ -100,8 +103,8 @@ void TestBadWorlds::expectBannerAndExit()
     QCOMPARE(banner->text(), "Can't open database");
     QCOMPARE(window.children().last(), banner); // above the pages, which were created later
 
-    QElapsedTimer clock;
-    clock.start();
+    QElapsedTimer sinceSeen;
+    sinceSeen.start();
     bool hung = false;
     QTimer::singleShot(10000, &window, [&hung] {
         hung = true;
@@ -109,8 +112,8 @@ void TestBadWorlds::expectBannerAndExit()
     });
     QCOMPARE(QApplication::exec(), 0);
     QVERIFY(!hung);
-    QVERIFY2(clock.elapsed() > 2500 && clock.elapsed() < 4500,
-             qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(sinceStart.elapsed() > 2500, qPrintable(QString::number(sinceStart.elapsed())));
+    QVERIFY2(sinceSeen.elapsed() < 4500, qPrintable(QString::number(sinceSeen.elapsed())));
 }
 
 void TestBadWorlds::expectUsableWindowWithoutBanner(ShopWindow &window)
@@ -274,7 +277,8 @@ void TestBadWorlds::namesOfAMegabyte()
     paint();
     shop.press("editButton");
     paint();
-    QVERIFY2(clock.elapsed() < 30000, qPrintable(QString::number(clock.elapsed())));
+    const qint64 limit = Emulator::isUsed() ? 300000 : 30000;
+    QVERIFY2(clock.elapsed() < limit, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestBadWorlds::databaseIsReadOnly()
