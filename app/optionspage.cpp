@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -22,6 +23,7 @@
 #include "app/shopwindow.h"
 #include "base/installation.h"
 #include "base/trsettings.h"
+#include "platform/informationbox.h"
 #include "widgets/controls.h"
 #include "widgets/dragthrough.h"
 #include "widgets/namebutton.h"
@@ -198,6 +200,9 @@ void ShopWindow::saveSettings()
         language = Russian;
     if (language != languageId)
         changeLanguage(language);
+    if (!settings.isStored())
+        InformationBox::information(this, tr("The options could not be saved."),
+                                    InformationBox::adviceTime);
 }
 
 /// Builds all pages again in another language. The old pages are deleted later by the event loop,
@@ -227,6 +232,8 @@ void ShopWindow::loadTranslations(const QString &code)
     std::ignore = libraryTranslator->load(u"qt_"_s + locale,
                                           QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     QCoreApplication::installTranslator(libraryTranslator.get());
+    // Qt's translation for a system that writes from right to left must not mirror English pages.
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     applicationTranslator = std::make_unique<QTranslator>();
     std::ignore = applicationTranslator->load(u"trolleo_"_s + locale, installationFolder());
     QCoreApplication::installTranslator(applicationTranslator.get());

@@ -97,6 +97,14 @@ TrSettings &TrSettings::instance()
     return settings;
 }
 
+bool TrSettings::isStored() const
+{
+    // Qt keeps what could not be written for the next object.
+    QSettings settings(organization, application);
+    settings.sync();
+    return settings.status() == QSettings::NoError;
+}
+
 bool TrSettings::gpsEnabled() const
 {
     return readFlag(gpsEnabledKey);

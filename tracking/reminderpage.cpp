@@ -154,15 +154,14 @@ void ShopWindow::prepareAlert() const
 
 void ShopWindow::answerReminder(const QString &key)
 {
-    // The page may already have been answered while the notification is still shown.
-    const bool isAsked = pageStack->currentIndex() == PageReminder;
+    // Once the page is answered, answers of the notification are not reported any more.
     if (key == openAction)
         bringToFront();
-    else if (isAsked && key == nextAction)
+    else if (key == nextAction)
         skipStore();
-    else if (isAsked && key == stopAction)
+    else if (key == stopAction)
         stopTracking();
-    else if (isAsked && key == startAction) {
+    else if (key == startAction) {
         startShoppingGps();
         bringToFront();
     }

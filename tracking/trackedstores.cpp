@@ -21,6 +21,11 @@ float distanceTo(const TrackedStore &store, const QGeoCoordinate &here)
                            : std::numeric_limits<float>::infinity();
 }
 
+bool isWithinReach(float distance)
+{
+    return distance < TrackedStores::reminderMeters;
+}
+
 } // namespace
 
 TrackedStore TrackedStores::entry(const QSqlQuery &query, int storeId)
@@ -66,11 +71,11 @@ bool TrackedStores::isAnyWithinReach(const QList<TrackedStore> &stores, float la
     const QGeoCoordinate here(latitude, longitude);
     return std::ranges::any_of(stores, [&here, latitude](const TrackedStore &store) {
         return std::abs(store.latitude - latitude) < reach &&
-               distanceTo(store, here) < reminderMeters;
+               isWithinReach(distanceTo(store, here));
     });
 }
 
 bool TrackedStores::isNearestWithinReach(const QList<TrackedStore> &stores)
 {
-    return !stores.isEmpty() && stores.first().distance < reminderMeters;
+    return !stores.isEmpty() && isWithinReach(stores.first().distance);
 }

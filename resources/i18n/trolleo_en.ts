@@ -1084,6 +1084,10 @@
         <translation>Music</translation>
     </message>
     <message>
+        <source>The options could not be saved.</source>
+        <translation>The options could not be saved.</translation>
+    </message>
+    <message>
         <source>Tap it again to edit it</source>
         <translation>Tap it again to edit it</translation>
     </message>

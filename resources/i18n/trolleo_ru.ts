@@ -1084,6 +1084,10 @@
         <translation>Музыка</translation>
     </message>
     <message>
+        <source>The options could not be saved.</source>
+        <translation>Не удалось сохранить настройки.</translation>
+    </message>
+    <message>
         <source>Tap it again to edit it</source>
         <translation>Нажмите ещё раз, чтобы изменить</translation>
     </message>

@@ -16,6 +16,9 @@
 
 static const QString soundFile = TROLLEO_SOURCES "/resources/sounds/Alarm5.wav";
 
+/// How long the sound system may take to load completely, in milliseconds.
+static const int timeToLoad = Emulator::isUsed() ? 15000 : 1000;
+
 /// Samples from -1 to 1.
 struct Recording
 {
@@ -166,6 +169,7 @@ void TestAlarmSound::playingLoadsTheSoundSystem()
     AlarmSound sound(soundFile);
     sound.play();
     QTRY_VERIFY(isSoundSystemLoaded());
+    QTest::qWait(timeToLoad); // while it loads, the thread cannot end
 }
 
 void TestAlarmSound::preparingLoadsTheSoundSystem()
@@ -173,13 +177,14 @@ void TestAlarmSound::preparingLoadsTheSoundSystem()
     if (isSoundSystemLoaded()) { // by an earlier function
         QProcess child;
         Emulator::startSelf(child, {"preparingLoadsTheSoundSystem"});
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(2 * timeToLoad + 30000));
         QCOMPARE(child.exitCode(), 0);
         return;
     }
     AlarmSound sound(soundFile);
     sound.prepare();
     QTRY_VERIFY(isSoundSystemLoaded());
+    QTest::qWait(timeToLoad);
 }
 
 void TestAlarmSound::playingNeverWaits_data()
@@ -208,7 +213,7 @@ void TestAlarmSound::playingNeverWaits()
         sound.play();
         sound.play();
         QVERIFY2(clock.elapsed() < 100, qPrintable(QString::number(clock.elapsed())));
-        QTest::qWait(200);
+        QTest::qWait(Emulator::isUsed() ? timeToLoad : 200);
     }
     // If destroyed while it plays, it waits for its thread, which ends at once.
     QVERIFY(!AlarmSound::isAnyStuck());

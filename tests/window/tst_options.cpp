@@ -22,6 +22,7 @@
 
 #include "base/pages.h"
 #include "platform/alarmsound.h"
+#include "platform/informationbox.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
@@ -89,6 +90,8 @@ private slots:
     void dragThatBeginsOnARowScrolls();
     void pageOpensAtItsTop();
     void thousandLanguagesLeaveNothingBehind();
+    void optionsThatCannotBeSavedAreTold();
+    void optionsThatAreSavedTellNothing();
     void okAfterAReminderLeavesNoThread();
     void reminderClosesTheChoiceOfAFile();
     void reminderClosesWhatTheChoiceHasOpened();
@@ -619,6 +622,30 @@ void TestOptions::thousandLanguagesLeaveNothingBehind()
         change(round);
     QCOMPARE(objects(), before);
     QCOMPARE(shop.window->findChildren<AlarmSound *>().size(), alarms + 1000);
+}
+
+void TestOptions::optionsThatCannotBeSavedAreTold()
+{
+    auto home = std::make_unique<TestHome>();
+    // Permissions would not stop the superuser.
+    QVERIFY(QDir().mkpath(home->settingsFile()));
+    ShopDriver shop(std::move(home));
+    shop.press("optionsButton");
+    shop.press("enableGpsBox");
+    shop.press("okButton");
+    QCOMPARE(shop.page(), PageMain);
+    const auto *banner = shop.window->findChild<InformationBox *>();
+    QVERIFY(banner && banner->isVisible());
+    QCOMPARE(banner->text(), QString("The options could not be saved."));
+}
+
+void TestOptions::optionsThatAreSavedTellNothing()
+{
+    ShopDriver shop;
+    shop.press("optionsButton");
+    shop.press("enableGpsBox");
+    shop.press("okButton");
+    QVERIFY(!shop.window->findChild<InformationBox *>());
 }
 
 /// Returns the number of threads of this process that play alarms.
