@@ -8,9 +8,11 @@
 #include <QHash>
 #include <QIconEngine>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QPainter>
 #include <QPixmap>
 #include <QResource>
+#include <QVersionNumber>
 
 using namespace Qt::StringLiterals;
 
@@ -75,9 +77,12 @@ public:
         return iconAt(path, size).pixmap(size, 1, mode, state); // `size` is in device pixels
     }
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state,
-                         qreal /*scale*/) override
+                         qreal scale) override
     {
-        return pixmap(size, mode, state);
+        // Since Qt 6.8 the size is in device-independent pixels. A program that was built with an
+        // older one may run with it.
+        static const bool isScaled = QLibraryInfo::version() < QVersionNumber(6, 8);
+        return pixmap(isScaled ? size : (QSizeF(size) * scale).toSize(), mode, state);
     }
     QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {

@@ -11,6 +11,8 @@
 #include <QSvgRenderer>
 #include <QtTest>
 
+#include "widgets/pictures.h"
+
 class TestPictures : public QObject
 {
     Q_OBJECT
@@ -22,6 +24,7 @@ private slots:
     void everyPictureLoadsLargeEnough();
     void noTwoPicturesShowTheSame();
     void resourceHoldsTheWholeFolder();
+    void iconsAreCrispOnDenseScreens();
     void readyPicturesShowTheirFiles();
 
 private:
@@ -109,6 +112,16 @@ void TestPictures::resourceHoldsTheWholeFolder()
 /// resources/ready/ has the pictures of the first page in the sizes in which they are shown there.
 /// After a change of a picture or a size, run this test with TROLLEO_READY_PICTURES=1 to write
 /// them, and build again.
+void TestPictures::iconsAreCrispOnDenseScreens()
+{
+    for (const int ratio : {1, 2, 3}) {
+        const QPixmap pixmap =
+            Pictures::icon(":/img/trash.svg").pixmap(QSize(40, 40), double(ratio));
+        QCOMPARE(pixmap.size(), QSize(40, 40) * ratio);
+        QCOMPARE(pixmap.devicePixelRatio(), double(ratio));
+    }
+}
+
 void TestPictures::readyPicturesShowTheirFiles()
 {
     const QString folder = TROLLEO_SOURCES "/resources/ready/";
