@@ -25,24 +25,14 @@ bool anyIsStuck = false;
 class AlarmSound::Worker : public QObject
 {
 public:
-    void load()
-    {
-        if (player)
-            return;
-        QPluginLoader module(QStringLiteral("trolleo-sound"));
-        if (auto *factory = qobject_cast<SoundPlayerFactory *>(module.instance()))
-            player = factory->create();
-        else
-            qWarning("%s", qPrintable(module.errorString()));
-    }
-
     void play(const QString &file, int count)
     {
         stop();
         // Avoids loading the sound system needlessly.
         if (!QFileInfo(file).isFile())
             return;
-        load();
+        if (!player)
+            player = load();
         if (player)
             player->play(file, count);
     }
@@ -54,6 +44,15 @@ public:
     }
 
 private:
+    static std::unique_ptr<SoundPlayer> load()
+    {
+        QPluginLoader module(QStringLiteral("trolleo-sound"));
+        auto *factory = qobject_cast<SoundPlayerFactory *>(module.instance());
+        if (!factory)
+            qWarning("%s", qPrintable(module.errorString()));
+        return factory ? factory->create() : nullptr;
+    }
+
     std::unique_ptr<SoundPlayer> player;
 };
 
@@ -109,27 +108,16 @@ void AlarmSound::setLoops(int count)
     loops = count;
 }
 
-void AlarmSound::startThread()
-{
-    if (thread)
-        return;
-    thread = new QThread;
-    thread->setObjectName(QStringLiteral("alarm"));
-    worker = new Worker;
-    worker->moveToThread(thread);
-    connect(thread, &QThread::finished, worker, &QObject::deleteLater);
-    thread->start();
-}
-
-void AlarmSound::prepare()
-{
-    startThread();
-    QMetaObject::invokeMethod(worker, [target = worker] { target->load(); });
-}
-
 void AlarmSound::play()
 {
-    startThread();
+    if (!thread) {
+        thread = new QThread;
+        thread->setObjectName(QStringLiteral("alarm"));
+        worker = new Worker;
+        worker->moveToThread(thread);
+        connect(thread, &QThread::finished, worker, &QObject::deleteLater);
+        thread->start();
+    }
     QMetaObject::invokeMethod(
         worker, [target = worker, file = soundFile, count = loops] { target->play(file, count); });
 }

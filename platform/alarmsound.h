@@ -9,7 +9,7 @@
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
 /// A sound system can respond slowly or never, so it is used from a separate thread. The thread
-/// starts with the first prepare() or play(), and no function waits for it. Errors are not
+/// starts with the first play(), and neither function waits for it. Errors are not
 /// reported; a file that cannot be played is silent.
 class AlarmSound : public QObject
 {
@@ -26,17 +26,13 @@ public:
     /// Sets how many times play() plays the file; the default is once.
     void setLoops(int count);
 
-    /// Loads the libraries of the sound system. play() then rings without delay, and also if an
-    /// upgrade has replaced the files of the program since.
-    void prepare();
     /// Plays the file from its beginning, even if it is already playing.
     void play();
     /// Stops the sound. Does nothing if no sound is playing.
     void stop();
 
     /// Stops the sound for good, and ends the thread as soon as the sound system lets it. Does not
-    /// wait for that. prepare() and play() must not be
-    /// called any more.
+    /// wait for that. play() must not be called any more.
     void retire();
 
     /// Returns whether a destroyed AlarmSound has left a thread that still waits for the sound
@@ -45,8 +41,6 @@ public:
 
 private:
     class Worker;
-
-    void startThread();
 
     QString soundFile;
     int loops = 1;

@@ -227,7 +227,6 @@ void ShopWindow::startTracking()
     positionWait->expire();
     positionWait->tellAnew();
     setTrackingActive(true);
-    alarmSound->prepare();
     gps->startUpdates();
 }
 

@@ -46,7 +46,6 @@ private slots:
     void nothingStartsBeforeItPlays();
     void noFileLoadsNothing();
     void playingLoadsTheSoundSystem();
-    void preparingLoadsTheSoundSystem();
     void playingNeverWaits_data();
     void playingNeverWaits();
 
@@ -170,21 +169,6 @@ void TestAlarmSound::playingLoadsTheSoundSystem()
     sound.play();
     QTRY_VERIFY(isSoundSystemLoaded());
     QTest::qWait(timeToLoad); // while it loads, the thread cannot end
-}
-
-void TestAlarmSound::preparingLoadsTheSoundSystem()
-{
-    if (isSoundSystemLoaded()) { // by an earlier function
-        QProcess child;
-        Emulator::startSelf(child, {"preparingLoadsTheSoundSystem"});
-        QVERIFY(child.waitForFinished(2 * timeToLoad + 30000));
-        QCOMPARE(child.exitCode(), 0);
-        return;
-    }
-    AlarmSound sound(soundFile);
-    sound.prepare();
-    QTRY_VERIFY(isSoundSystemLoaded());
-    QTest::qWait(timeToLoad);
 }
 
 void TestAlarmSound::playingNeverWaits_data()
