@@ -275,13 +275,15 @@ class Program:
             for child in node:
                 visit(child, depth + 1)
 
-        try:
-            application = self.application()
-            if application is not None:
-                visit(application, 0)
-        except GONE:
-            return []
-        return found
+        for _ in range(3):
+            try:
+                application = self.application()
+                if application is not None:
+                    visit(application, 0)
+                return found
+            except GONE:
+                found.clear()  # objects disappeared meanwhile, so look again
+        return []
 
     def find(self, role, name=None):
         found = self.find_all(role, name)

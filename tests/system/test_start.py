@@ -210,7 +210,9 @@ class TestFirstSize(SystemTest):
             time.sleep(0.3)
             return before == geometry() and before
 
-        return wait_for("a window that stays as it is", settled)
+        size = wait_for("a window that stays as it is", settled)
+        program.stop()
+        return size
 
     def test_large_screen(self):
         self.assertEqual(self.window_size(1280, 800)[:2], [800, 480])
