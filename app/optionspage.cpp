@@ -187,6 +187,7 @@ void ShopWindow::saveSettings()
     trackAutoStart = p.autoStartTracking->isChecked();
     soundFileName = pendingSoundFileName;
     TrSettings &settings = TrSettings::instance();
+    std::ignore = settings.takeFailure(); // what was not stored before is of no interest here
     settings.setGpsEnabled(gpsEnabled);
     settings.setGpsAutoStart(gpsAutoStart);
     settings.setTrackAutoStart(trackAutoStart);
@@ -200,7 +201,7 @@ void ShopWindow::saveSettings()
         language = Russian;
     if (language != languageId)
         changeLanguage(language);
-    if (!settings.isStored())
+    if (settings.takeFailure())
         InformationBox::information(this, tr("The options could not be saved."),
                                     InformationBox::adviceTime);
 }

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 #include <QDateTime>
 #include <QDeadlineTimer>
@@ -33,6 +34,8 @@ QVariant read(const QString &key, const QVariant &fallback)
 {
     return QSettings(organization, application).value(key, fallback);
 }
+
+bool anyWriteFailed = false;
 
 /// QSettings locks its file while it writes. A program that is killed just after it has created the
 /// lock file leaves it empty, and QSettings would wait half a minute for an unknown owner. A living
@@ -66,6 +69,10 @@ void write(const QVariantMap &values)
         removeAbandonedLock(settings.fileName());
         settings.setValue(key, *value);
     }
+    // Otherwise the destructor would write, and tell nobody whether it could.
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        anyWriteFailed = true;
 }
 
 /// QVariant converts every text except "", "0" and "false" to true. A hand-written "no" or garbage
@@ -97,12 +104,9 @@ TrSettings &TrSettings::instance()
     return settings;
 }
 
-bool TrSettings::isStored() const
+bool TrSettings::takeFailure() const
 {
-    // Qt keeps what could not be written for the next object.
-    QSettings settings(organization, application);
-    settings.sync();
-    return settings.status() == QSettings::NoError;
+    return std::exchange(anyWriteFailed, false);
 }
 
 bool TrSettings::gpsEnabled() const

@@ -8,15 +8,15 @@
 ///
 /// Nothing is cached: every call opens the store, so each read returns what was written last. A
 /// missing key or a value of the wrong type is read as the default: false, 0 or an empty text.
-/// Setters do not report errors.
+/// Setters do not report errors; takeFailure() does.
 class TrSettings
 {
 public:
     /// Returns the instance that all callers share.
     static TrSettings &instance();
 
-    /// Returns whether everything that was set is stored. Tries once more to store what is not.
-    bool isStored() const;
+    /// Returns whether a setter could not store its value since the last call.
+    bool takeFailure() const;
 
     bool gpsEnabled() const;
     void setGpsEnabled(const bool &enabled);

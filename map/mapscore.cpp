@@ -47,6 +47,19 @@ QPixmap sharedEmptyTile()
     return tile;
 }
 
+/// Returns whether `reply`, which is no picture, comes from the cache or confirms what was there.
+/// It is then fetched again, once.
+bool isFromDamagedFile(const QNetworkReply &reply)
+{
+    constexpr int notModified = 304;
+    const bool isCached =
+        reply.attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool() ||
+        reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == notModified;
+    return isCached && reply.error() == QNetworkReply::NoError &&
+           reply.request().attribute(QNetworkRequest::CacheLoadControlAttribute).toInt() !=
+               QNetworkRequest::AlwaysNetwork;
+}
+
 } // namespace
 
 MapsCore::MapsCore(QObject *parent)
@@ -236,8 +249,6 @@ void MapsCore::fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cache
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, cacheUse);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::UserVerifiedRedirectPolicy);
     request.setMaximumRedirectsAllowed(mostRedirects);
     QNetworkReply *reply = network()->get(request);
     // Qt stops reading somewhat below this limit without an error.
@@ -245,15 +256,6 @@ void MapsCore::fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cache
     connect(reply, &QNetworkReply::readyRead, this, [reply] {
         if (reply->bytesAvailable() > TileImage::largestBody)
             reply->abort();
-    });
-    connect(reply, &QNetworkReply::redirected, reply, [reply](const QUrl &target) {
-        TileServer::checkRedirection(reply->request().url(), target, reply,
-                                     [reply](bool isAllowed) {
-                                         if (isAllowed)
-                                             emit reply->redirectAllowed();
-                                         else
-                                             reply->abort();
-                                     });
     });
     replyInFlight = reply;
     transferTimer.start();
@@ -273,11 +275,11 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     const QImage image = TileImage::read(bodyOf(reply));
     // A reply that is not a picture, for example a hotspot's login page, must not come from the
     // cache again.
-    if (image.isNull())
+    if (image.isNull()) {
         network()->cache()->remove(request.url());
-    // A damaged file of the cache is replaced at once.
-    if (image.isNull() && reply->attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool() &&
-        reply->error() == QNetworkReply::NoError) {
+        network()->cache()->remove(reply->url());
+    }
+    if (image.isNull() && isFromDamagedFile(*reply)) {
         url = fetching ? request.url() : QUrl();
         if (fetching)
             fetch(tile, QNetworkRequest::AlwaysNetwork);

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
-
 #include <QByteArray>
-#include <QHostAddress>
 #include <QPoint>
 #include <QString>
 #include <QUrl>
@@ -18,16 +15,6 @@ QUrl baseUrl(const QString &setting);
 
 /// Returns the URL of a tile on a standard slippy-map server.
 QUrl tileUrl(const QUrl &base, int zoom, const QPoint &tile);
-
-/// Calls `answer` with whether a request to `source` may be redirected to `target`, as soon as the
-/// address of another host is known. It may not redirect to an unsafe protocol, nor, except on its
-/// own host, to this machine or its network: a stranger's server must not make the program send
-/// requests there. `answer` is not called if `context` is destroyed meanwhile.
-void checkRedirection(const QUrl &source, const QUrl &target, QObject *context,
-                      const std::function<void(bool isAllowed)> &answer);
-
-/// Returns whether `address` is one on the internet, and not of this machine or a local network.
-bool isPublic(const QHostAddress &address);
 
 /// Returns the program name, the version and a contact, as the usage policy of the servers
 /// requires.

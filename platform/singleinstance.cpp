@@ -30,6 +30,7 @@ int remaining(const QDeadlineTimer &deadline)
 SingleInstance::SingleInstance(QString path, QObject *parent)
     : QObject(parent)
     , folder(std::move(path))
+    , server(this)
 {
     connect(&server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *other = server.nextPendingConnection()) {
@@ -53,7 +54,8 @@ SingleInstance::Result SingleInstance::start(const QByteArray &activationToken,
     const QDeadlineTimer deadline(patience);
     for (;;) {
         if (lock()) {
-            listen();
+            if (descriptor >= 0)
+                listen();
             return Result::First;
         }
         if (ask(activationToken, deadline))
@@ -100,7 +102,8 @@ void SingleInstance::listen()
 {
     // A process that was killed has left its socket.
     QLocalServer::removeServer(socketPath());
-    server.listen(socketPath());
+    if (!server.listen(socketPath()))
+        qWarning("Another start cannot show this window: %s", qPrintable(server.errorString()));
 }
 
 void SingleInstance::answer(QLocalSocket *other)

@@ -109,9 +109,6 @@ void TestPictures::resourceHoldsTheWholeFolder()
     QCOMPARE(pictures, files);
 }
 
-/// resources/ready/ has the pictures of the first page in the sizes in which they are shown there.
-/// After a change of a picture or a size, run this test with TROLLEO_READY_PICTURES=1 to write
-/// them, and build again.
 void TestPictures::iconsAreCrispOnDenseScreens()
 {
     for (const int ratio : {1, 2, 3}) {
@@ -122,6 +119,9 @@ void TestPictures::iconsAreCrispOnDenseScreens()
     }
 }
 
+/// resources/ready/ has the pictures of the first page in the sizes in which they are shown there.
+/// After a change of a picture or a size, run this test with TROLLEO_READY_PICTURES=1 to write
+/// them, and build again.
 void TestPictures::readyPicturesShowTheirFiles()
 {
     const QString folder = TROLLEO_SOURCES "/resources/ready/";

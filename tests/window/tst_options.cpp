@@ -90,6 +90,7 @@ private slots:
     void dragThatBeginsOnARowScrolls();
     void pageOpensAtItsTop();
     void thousandLanguagesLeaveNothingBehind();
+    void optionsThatCannotBeSavedAreTold_data();
     void optionsThatCannotBeSavedAreTold();
     void optionsThatAreSavedTellNothing();
     void okAfterAReminderLeavesNoThread();
@@ -624,11 +625,24 @@ void TestOptions::thousandLanguagesLeaveNothingBehind()
     QCOMPARE(shop.window->findChildren<AlarmSound *>().size(), alarms + 1000);
 }
 
+void TestOptions::optionsThatCannotBeSavedAreTold_data()
+{
+    QTest::addColumn<bool>("isFolder");
+    QTest::newRow("the file is a folder") << true;
+    QTest::newRow("the folder is a file") << false;
+}
+
 void TestOptions::optionsThatCannotBeSavedAreTold()
 {
+    QFETCH(bool, isFolder);
     auto home = std::make_unique<TestHome>();
     // Permissions would not stop the superuser.
-    QVERIFY(QDir().mkpath(home->settingsFile()));
+    if (isFolder) {
+        QVERIFY(QDir().mkpath(home->settingsFile()));
+    } else {
+        QFile file(home->path() + "/.config");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
     ShopDriver shop(std::move(home));
     shop.press("optionsButton");
     shop.press("enableGpsBox");
