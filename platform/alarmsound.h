@@ -9,8 +9,8 @@
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
 /// A sound system can respond slowly or never, so it is used from a separate thread. The thread
-/// starts with the first play(), and neither function waits for it. Errors are not
-/// reported; a file that cannot be played is silent.
+/// starts with the first play(), and neither function waits for it. Errors are not reported; a file
+/// that cannot be played is silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT
