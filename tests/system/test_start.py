@@ -134,13 +134,17 @@ class TestFirstStart(SystemTest):
 
 
 class TestSecondStart(SystemTest):
+    def start_first(self):
+        desktop = self.desktop()
+        first = self.program(desktop)
+        first.wait_for_window()
+        return desktop, first
+
     def is_viewable(self, desktop, window):
         return desktop.place_of(window) is not None
 
     def test_shows_the_first_window(self):
-        desktop = self.desktop()
-        first = self.program(desktop)
-        first.wait_for_window()
+        desktop, first = self.start_first()
         window = wait_for("the window", first.window_ids)[0]
         desktop.run([tool("xdotool"), "windowminimize", "--sync", window])
         wait_for("the window to be gone", lambda: not self.is_viewable(desktop, window))
@@ -151,17 +155,13 @@ class TestSecondStart(SystemTest):
         self.assertEqual(first.wait_for_exit(), 0)
 
     def test_starts_after_the_first_was_killed(self):
-        desktop = self.desktop()
-        first = self.program(desktop)
-        first.wait_for_window()
+        desktop, first = self.start_first()
         first.stop()
         second = self.program(desktop)
         second.wait_for_window()
 
     def test_starts_when_the_first_has_ended(self):
-        desktop = self.desktop()
-        first = self.program(desktop)
-        first.wait_for_window()
+        desktop, first = self.start_first()
         first.process.send_signal(signal.SIGSTOP)
         second = self.program(desktop)
         time.sleep(1)
@@ -170,9 +170,7 @@ class TestSecondStart(SystemTest):
         second.wait_for_window()
 
     def test_gives_up_when_the_first_does_not_respond(self):
-        desktop = self.desktop()
-        first = self.program(desktop)
-        first.wait_for_window()
+        desktop, first = self.start_first()
         first.process.send_signal(signal.SIGSTOP)
         second = self.program(desktop, stderr=subprocess.PIPE)
         self.addCleanup(second.process.stderr.close)
@@ -180,9 +178,7 @@ class TestSecondStart(SystemTest):
         self.assertIn(b"is already running", second.process.stderr.read())
 
     def test_homes_do_not_meet(self):
-        desktop = self.desktop()
-        first = self.program(desktop)
-        first.wait_for_window()
+        desktop, first = self.start_first()
         other_home = Home()
         self.addCleanup(other_home.remove)
         other = Program(desktop, other_home)
