@@ -11,6 +11,7 @@ import pathlib
 import re
 import shutil
 import signal
+import socket
 import sqlite3
 import subprocess
 import tempfile
@@ -60,6 +61,14 @@ def wait_for(what, condition, seconds=DEADLINE):
             return result
         time.sleep(0.02)
     raise AssertionError(f"waited {seconds} s in vain for {what}")
+
+
+def is_listening(address):
+    """Whether a server accepts connections: the path of a UNIX socket, or (host, port). The file of a
+    socket exists a moment earlier than that."""
+    family = socket.AF_INET if isinstance(address, tuple) else socket.AF_UNIX
+    with socket.socket(family) as probe:
+        return probe.connect_ex(address) == 0
 
 
 def start_session_bus():

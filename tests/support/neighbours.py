@@ -13,7 +13,7 @@ import tempfile
 import threading
 import time
 
-from desktop import PACKAGES, stop, tool, wait_for
+from desktop import PACKAGES, is_listening, stop, tool, wait_for
 
 PACKAGES.update({
     "gpsd": "gpsd",
@@ -106,8 +106,7 @@ class Receiver:
         return f"127.0.0.1:{self.port}"
 
     def listens(self):
-        with socket.socket() as probe:
-            return probe.connect_ex(("127.0.0.1", self.port)) == 0
+        return is_listening(("127.0.0.1", self.port))
 
     def listen(self):
         try:
@@ -144,7 +143,7 @@ class SoundServer:
             env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
         )
         self.file = self.folder / "monitor.raw"
-        wait_for("the sound server", (self.folder / "native").exists)
+        wait_for("the sound server", lambda: is_listening(f"{self.folder}/native"))
         with open(self.file, "wb") as output:
             self.recorder = subprocess.Popen(
                 [tool("parec"), "--device=nowhere.monitor", "--format=s16le", "--channels=1",

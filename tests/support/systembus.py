@@ -2,7 +2,7 @@
 """A separate system bus for a test, with all operations allowed."""
 import subprocess
 
-from desktop import stop, tool, wait_for
+from desktop import is_listening, stop, tool, wait_for
 
 CONFIGURATION = """
 <busconfig>
@@ -31,7 +31,7 @@ class SystemBus:
         self.process = subprocess.Popen(
             [tool("dbus-daemon"), f"--config-file={folder}/bus.conf", "--nofork"], **options)
         try:
-            wait_for("the system bus", (folder / "bus").exists)
+            wait_for("the system bus", lambda: is_listening(f"{folder}/bus"))
         except BaseException:
             self.stop()
             raise
