@@ -9,6 +9,8 @@
 
 #include <csignal>
 
+#include <sys/prctl.h>
+
 struct GeoClueTime
 {
     qulonglong seconds = 0;
@@ -52,6 +54,8 @@ PrivateBus::PrivateBus(const Caller &by)
     if (!configuration.open() || configuration.write(busConfiguration) < 0 ||
         !configuration.flush())
         stopTest("cannot write the configuration of a bus", by);
+    // It must not outlive a test that crashes.
+    daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     daemon.start("dbus-daemon",
                  {"--config-file=" + configuration.fileName(), "--nofork", "--print-address=1"});
     if (!daemon.waitForStarted() || !daemon.waitForReadyRead(10000))
@@ -62,7 +66,7 @@ PrivateBus::PrivateBus(const Caller &by)
 PrivateBus::~PrivateBus()
 {
     thaw();
-    daemon.kill();
+    daemon.terminate(); // it deletes its socket
     daemon.waitForFinished();
 }
 
