@@ -30,6 +30,9 @@ constexpr int mostRedirects = 5;
 constexpr int keptTiles = 2;
 /// The zoom level of the requested tile.
 constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
+/// The address of the tile before redirections, and their number.
+constexpr auto originAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 2);
+constexpr auto hopsAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 3);
 // In pixels. A marker marks the point at its lower right corner.
 constexpr int storePinExtent = 30;
 constexpr int positionMarkExtent = 20;
@@ -58,6 +61,11 @@ bool isFromDamagedFile(const QNetworkReply &reply)
     return isCached && reply.error() == QNetworkReply::NoError &&
            reply.request().attribute(QNetworkRequest::CacheLoadControlAttribute).toInt() !=
                QNetworkRequest::AlwaysNetwork;
+}
+
+QUrl originOf(const QNetworkRequest &request)
+{
+    return request.attribute(originAttribute, request.url()).toUrl();
 }
 
 } // namespace
@@ -99,10 +107,11 @@ void MapsCore::setPixelRatio(qreal ratio)
 void MapsCore::setFetching(bool on)
 {
     fetching = on;
-    if (!on && replyInFlight)
-        replyInFlight->abort();
-    else if (on && url.isEmpty())
+    // While fetching is disabled, download() only ends the search for an address.
+    if ((on && url.isEmpty()) || (!on && lookup))
         download();
+    else if (!on && replyInFlight)
+        replyInFlight->abort();
 }
 
 void MapsCore::setCenter(float centerLatitude, float centerLongitude)
@@ -211,13 +220,21 @@ QNetworkAccessManager *MapsCore::network()
 void MapsCore::download()
 {
     url.clear();
+    lookup.reset();
+    transferTimer.stop();
     if (!fetching)
         return;
     const QPoint tile = nextTile();
     if (tile.isNull())
         return;
     url = TileServer::tileUrl(server, zoom, tile);
-    fetch(tile, QNetworkRequest::PreferNetwork);
+    QNetworkRequest request(url);
+    request.setAttribute(QNetworkRequest::User, tile);
+    request.setAttribute(zoomAttribute, zoom);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
+                         QNetworkRequest::PreferNetwork);
+    transferTimer.start();
+    fetch(request);
 }
 
 /// Returns the topmost missing tile of the rightmost column that has one, including a column and a
@@ -237,19 +254,17 @@ QPoint MapsCore::nextTile() const
     return next;
 }
 
-void MapsCore::fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cacheUse)
+/// Starts the transfer of one tile, which is then in flight.
+void MapsCore::fetch(QNetworkRequest request)
 {
-    QNetworkRequest request(url);
     request.setRawHeader("User-Agent", TileServer::userAgent());
     // Qt would decompress the reply, and a small reply could become a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
-    request.setAttribute(QNetworkRequest::User, tile);
-    request.setAttribute(zoomAttribute, zoom);
     // Cookies would let a tile server recognise the user.
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, cacheUse);
-    request.setMaximumRedirectsAllowed(mostRedirects);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
     QNetworkReply *reply = network()->get(request);
     // Qt stops reading somewhat below this limit without an error.
     reply->setReadBufferSize(2 * TileImage::largestBody);
@@ -258,33 +273,73 @@ void MapsCore::fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cache
             reply->abort();
     });
     replyInFlight = reply;
-    transferTimer.start();
 }
 
 void MapsCore::handleNetworkData(QNetworkReply *reply)
 {
-    transferTimer.stop();
     reply->deleteLater();
-    const QNetworkRequest request = reply->request();
+    QNetworkRequest request = reply->request();
     const bool isGivenUp = reply->error() != QNetworkReply::NoError && !fetching;
-    if (isGivenUp || request.attribute(zoomAttribute, zoom).toInt() != zoom) {
+    if (isGivenUp || isOfAnotherZoom(request)) {
         download();
         return;
     }
-    const QPoint tile = request.attribute(QNetworkRequest::User).toPoint();
-    const QImage image = TileImage::read(bodyOf(reply));
-    // A reply that is not a picture, for example a hotspot's login page, must not come from the
-    // cache again.
-    if (image.isNull()) {
-        network()->cache()->remove(request.url());
-        network()->cache()->remove(reply->url());
-    }
-    if (image.isNull() && isFromDamagedFile(*reply)) {
-        url = fetching ? request.url() : QUrl();
-        if (fetching)
-            fetch(tile, QNetworkRequest::AlwaysNetwork);
+    const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    if (!target.isEmpty() && reply->error() == QNetworkReply::NoError) {
+        follow(request, request.url().resolved(target));
         return;
     }
+    const QImage image = imageOf(reply);
+    // A reply that is not a picture, for example a hotspot's login page, must not come from the
+    // cache again.
+    if (image.isNull() && reply->error() == QNetworkReply::NoError)
+        network()->cache()->remove(request.url());
+    if (image.isNull() && isFromDamagedFile(*reply)) {
+        request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
+                             QNetworkRequest::AlwaysNetwork);
+        fetching ? fetch(request) : download();
+        return;
+    }
+    showTile(request.attribute(QNetworkRequest::User).toPoint(), image);
+}
+
+bool MapsCore::isOfAnotherZoom(const QNetworkRequest &request) const
+{
+    return request.attribute(zoomAttribute, zoom).toInt() != zoom;
+}
+
+/// Fetches the tile of `request` from `target` if it may be there. Qt's own policies would either
+/// ask a host of the local network or stop at a redirection that is in the cache.
+void MapsCore::follow(const QNetworkRequest &request, const QUrl &target)
+{
+    const auto giveUp = [this, request] {
+        if (isOfAnotherZoom(request))
+            download();
+        else
+            showTile(request.attribute(QNetworkRequest::User).toPoint(),
+                     cachedImage(originOf(request)));
+    };
+    const auto goOn = [this, request, target, giveUp](bool isAllowed) {
+        const int hops = request.attribute(hopsAttribute).toInt() + 1;
+        if (!isAllowed || hops > mostRedirects || isOfAnotherZoom(request)) {
+            giveUp();
+            return;
+        }
+        QNetworkRequest next = request;
+        next.setUrl(target);
+        next.setAttribute(originAttribute, originOf(request));
+        next.setAttribute(hopsAttribute, hops);
+        lookup.reset();
+        fetch(next);
+    };
+    lookup = std::make_unique<QObject>();
+    connect(&transferTimer, &QTimer::timeout, lookup.get(), giveUp);
+    TileServer::checkRedirection(request.url(), target, lookup.get(), goOn);
+}
+
+/// Shows `image`, or the empty tile if it is null, and fetches the next tile.
+void MapsCore::showTile(const QPoint &tile, const QImage &image)
+{
     loadPictures();
     tilePixmaps.insert(tile, image.isNull() ? emptyTile : QPixmap::fromImage(image));
     emit updated(screenRect(tile));
@@ -293,34 +348,37 @@ void MapsCore::handleNetworkData(QNetworkReply *reply)
     download();
 }
 
-/// Returns the body of `reply`. If the request failed, returns the cached tile, even if it has
-/// expired: an old tile is better than none.
-QByteArray MapsCore::bodyOf(QNetworkReply *reply)
+/// Returns the picture in `reply`. If the request failed, or was redirected to a page, returns the
+/// cached tile, even if it has expired: an old tile is better than none.
+QImage MapsCore::imageOf(QNetworkReply *reply)
 {
-    const QUrl asked = reply->request().url();
+    const QUrl origin = originOf(reply->request());
     if (reply->error() != QNetworkReply::NoError) {
-        const QByteArray cached = cachedBody(asked);
-        return cached.isEmpty() ? cachedBody(reply->url()) : cached;
+        const QImage cached = cachedImage(origin);
+        return cached.isNull() ? cachedImage(reply->url()) : cached;
     }
-    QByteArray body = reply->read(TileImage::largestBody + 1);
-    // After a redirection, the cache has the tile only under its final address. Storing it under
-    // the requested address as well makes it available when the server cannot redirect.
-    if (reply->url() != asked) {
-        QNetworkCacheMetaData entry = network()->cache()->metaData(reply->url());
-        entry.setUrl(asked);
-        QIODevice *file = entry.isValid() ? network()->cache()->prepare(entry) : nullptr;
-        if (file) {
-            file->write(body);
-            network()->cache()->insert(file);
-        }
+    const QByteArray body = reply->read(TileImage::largestBody + 1);
+    QImage image = TileImage::read(body);
+    if (reply->url() == origin)
+        return image;
+    if (image.isNull())
+        return cachedImage(origin);
+    // The cache has the tile only under its final address. Storing it under the requested address
+    // as well makes it available when the server cannot redirect.
+    QNetworkCacheMetaData entry = network()->cache()->metaData(reply->url());
+    entry.setUrl(origin);
+    QIODevice *file = entry.isValid() ? network()->cache()->prepare(entry) : nullptr;
+    if (file) {
+        file->write(body);
+        network()->cache()->insert(file);
     }
-    return body;
+    return image;
 }
 
-QByteArray MapsCore::cachedBody(const QUrl &source)
+QImage MapsCore::cachedImage(const QUrl &source)
 {
     const std::unique_ptr<QIODevice> file(network()->cache()->data(source));
-    return file ? file->read(TileImage::largestBody + 1) : QByteArray();
+    return file ? TileImage::read(file->read(TileImage::largestBody + 1)) : QImage();
 }
 
 QRect MapsCore::screenRect(const QPoint &tile) const

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QHash>
 #include <QIcon>
+#include <QImage>
 #include <QNetworkRequest>
 #include <QObject>
 #include <QPixmap>
@@ -69,17 +72,21 @@ signals:
 
 public slots:
     /// Stores the tile in `reply` or in the cache, or else the empty tile, and fetches the next
-    /// one. Deletes `reply` later. The attribute QNetworkRequest::User of the request is the tile's
-    /// position in the grid.
+    /// one. Follows a redirection instead, unless it leads to the local network. Deletes `reply`
+    /// later. The attribute QNetworkRequest::User of the request is the tile's position in the
+    /// grid.
     void handleNetworkData(QNetworkReply *reply);
 
 private:
     void moveCenter(double centerLatitude, double centerLongitude);
     void download();
     QPoint nextTile() const;
-    void fetch(const QPoint &tile, QNetworkRequest::CacheLoadControl cacheUse);
-    QByteArray bodyOf(QNetworkReply *reply);
-    QByteArray cachedBody(const QUrl &source);
+    void fetch(QNetworkRequest request);
+    bool isOfAnotherZoom(const QNetworkRequest &request) const;
+    void follow(const QNetworkRequest &request, const QUrl &target);
+    void showTile(const QPoint &tile, const QImage &image);
+    QImage imageOf(QNetworkReply *reply);
+    QImage cachedImage(const QUrl &source);
     QNetworkAccessManager *network();
     QPointF centerTile() const;
     QRect screenRect(const QPoint &tile) const;
@@ -118,5 +125,7 @@ private:
     /// The address of the tile being fetched; empty if there is none.
     QUrl url;
     QPointer<QNetworkReply> replyInFlight;
+    /// The context of the search for the address of a redirection; null if there is none.
+    std::unique_ptr<QObject> lookup;
     QTimer transferTimer;
 };

@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <memory>
 
-#include <QIODevice>
+#include <QBuffer>
+#include <QNetworkRequest>
 
 using namespace Qt::StringLiterals;
 
@@ -36,4 +37,35 @@ QIODevice *TileCache::data(const QUrl &source)
     body.reset();
     remove(source);
     return nullptr;
+}
+
+QIODevice *TileCache::prepare(const QNetworkCacheMetaData &entry)
+{
+    constexpr int redirections = 3; // hundreds
+    const int status = entry.attributes().value(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status / 100 != redirections)
+        return QNetworkDiskCache::prepare(entry);
+    // Without a device, Qt would remove the entry of that address.
+    auto *device = new QBuffer(this);
+    device->open(QIODevice::WriteOnly);
+    delete discarded.take(entry.url());
+    discarded.insert(entry.url(), device);
+    return device;
+}
+
+void TileCache::insert(QIODevice *device)
+{
+    const QUrl source = discarded.key(device);
+    if (source.isEmpty())
+        QNetworkDiskCache::insert(device);
+    else
+        delete discarded.take(source);
+}
+
+/// Qt also calls this for a transfer that has failed. That of a redirection leaves the tile alone.
+bool TileCache::remove(const QUrl &source)
+{
+    QIODevice *device = discarded.take(source);
+    delete device;
+    return device || QNetworkDiskCache::remove(source);
 }

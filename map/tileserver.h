@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 #include <QByteArray>
+#include <QHostAddress>
 #include <QPoint>
 #include <QString>
 #include <QUrl>
@@ -15,6 +18,17 @@ QUrl baseUrl(const QString &setting);
 
 /// Returns the URL of a tile on a standard slippy-map server.
 QUrl tileUrl(const QUrl &base, int zoom, const QPoint &tile);
+
+/// Calls `answer` with whether the server at `source` may redirect a request to `target`, as soon
+/// as the address of another host is known. It may not redirect to an unsafe protocol, nor, except
+/// on its own host, to this machine or its network: a stranger's server must not make the program
+/// send requests there. `answer` is not called if `context` is destroyed meanwhile.
+void checkRedirection(const QUrl &source, const QUrl &target, QObject *context,
+                      const std::function<void(bool isAllowed)> &answer);
+
+/// Returns whether `address` is on the internet, and not on this machine or a network to which it
+/// is connected.
+bool isPublic(const QHostAddress &address);
 
 /// Returns the program name, the version and a contact, as the usage policy of the servers
 /// requires.

@@ -9,6 +9,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QImage>
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPainter>
 #include <QRandomGenerator>
@@ -117,6 +118,13 @@ private slots:
     void serversThatNeverFinishAreLeft();
     void redirectedTileKeepsItsPlace();
     void redirectedTileIsKeptOnTheDisk();
+    void redirectionsAreNotKept();
+    void oldTilesAreShownWhenARedirectionFails_data();
+    void oldTilesAreShownWhenARedirectionFails();
+    void redirectionsDoNotReachLocalServices_data();
+    void redirectionsDoNotReachLocalServices();
+    void redirectionsAreLeftWithTheView_data();
+    void redirectionsAreLeftWithTheView();
     void endlessBodyIsNotTakenIn();
     void pageInsteadOfATileIsForgotten();
     void damagedTilesOfTheDiskAreFetchedAgain_data();
@@ -551,9 +559,17 @@ void TestMapsCore::failedTileIsGreyAndTheNextIsFetched()
 
 void TestMapsCore::serversThatNeverFinishAreLeft()
 {
-    // Two servers at once: one that sends nothing, and one that sends a byte per second.
+    // Three servers at once: one that sends nothing, one that sends a byte per second, and one that
+    // sends half a redirection.
     TileHost silent;
     TileHost slow;
+    TileHost half;
+    half.answer = [&half](QTcpSocket *socket, const QString &path) {
+        if (path == "/16/101/199.png")
+            socket->write("HTTP/1.1 302 Found\r\nLocation: /second\r\nContent-Length: 99\r\n\r\n");
+        else if (path != "/second")
+            half.sendTile(socket, path);
+    };
     silent.answer = [&silent](QTcpSocket *socket, const QString &path) {
         if (path != "/16/101/199.png")
             silent.sendTile(socket, path);
@@ -569,7 +585,7 @@ void TestMapsCore::serversThatNeverFinishAreLeft()
         timer->start(1000);
     };
     std::vector<std::unique_ptr<MapsCore>> maps;
-    for (const TileHost *server : {&silent, &slow}) {
+    for (const TileHost *server : {&silent, &slow, &half}) {
         qputenv("TROLLEO_TILE_SERVER", server->address());
         maps.push_back(mapAt(100.25, 200.25, {256, 256}));
     }
@@ -577,6 +593,8 @@ void TestMapsCore::serversThatNeverFinishAreLeft()
     clock.start();
     QTRY_COMPARE_WITH_TIMEOUT(silent.paths.size(), 9, 40000);
     QTRY_COMPARE_WITH_TIMEOUT(slow.paths.size(), 9, 40000);
+    QTRY_COMPARE_WITH_TIMEOUT(half.paths.size(), 9, 40000);
+    QVERIFY(!half.paths.contains("/second"));
     QVERIFY(clock.elapsed() >= 29000);
 }
 
@@ -608,6 +626,136 @@ void TestMapsCore::redirectedTileIsKeptOnTheDisk()
     QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), QColor(Qt::blue));
     QTest::qWait(50);
     QCOMPARE(host->paths.size(), 8);
+}
+
+void TestMapsCore::redirectionsAreNotKept()
+{
+    // Two hops, with bodies and for ever, as web servers send them.
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        const auto move = [&](const QByteArray &to) {
+            host->finish(socket,
+                         TileHost::response("<html>Moved</html>", "text/html",
+                                            "Cache-Control: max-age=3600\r\nLocation: " + to +
+                                                path.mid(path.lastIndexOf('/')).toUtf8() + "\r\n",
+                                            "301 Moved Permanently"));
+        };
+        if (path.startsWith("/16/"))
+            move("/second");
+        else if (path.startsWith("/second/"))
+            move("/third");
+        else
+            host->finish(socket, TileHost::response("no", "text/plain", "", "503 Overloaded"));
+    };
+    visit(100.25, 200.25, {1, 1}, 4);
+    QCOMPARE(host->paths.filter("/third/").size(), 4);
+    // The first server has the tiles again.
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->sendTile(socket, path);
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    QTRY_COMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
+}
+
+void TestMapsCore::oldTilesAreShownWhenARedirectionFails_data()
+{
+    QTest::addColumn<QByteArray>("target");
+    QTest::newRow("to a server that fails") << QByteArray("/elsewhere");
+    QTest::newRow("to the local network") << QByteArray("http://192.168.1.1");
+    QTest::newRow("to a page") << QByteArray("/page");
+    QTest::newRow("and is cut short") << QByteArray("/cut");
+    QTest::newRow("in a circle") << QByteArray();
+}
+
+void TestMapsCore::oldTilesAreShownWhenARedirectionFails()
+{
+    QFETCH(QByteArray, target);
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        host->finish(socket, TileHost::response(TileHost::picture(TileHost::colorOf(path)),
+                                                "image/png", "Cache-Control: no-cache\r\n"));
+    };
+    visit(100.25, 200.25, {1, 1}, 4);
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        if (path.startsWith("/elsewhere")) {
+            host->finish(socket, TileHost::response("no", "text/plain", "", "503 Overloaded"));
+        } else if (path.startsWith("/page")) {
+            host->finish(socket, TileHost::response("<html>Welcome</html>", "text/html"));
+        } else if (target == "/cut") {
+            socket->write("HTTP/1.1 302 Found\r\nLocation: /cut\r\nCache-Control: max-age=60\r\n"
+                          "Transfer-Encoding: chunked\r\n\r\n20\r\n<html>");
+            socket->disconnectFromHost();
+        } else {
+            host->finish(socket, TileHost::response("<html>Moved</html>", "text/html",
+                                                    "Location: " + target + path.toUtf8() + "\r\n",
+                                                    "302 Found"));
+        }
+    };
+    for (int start = 0; start < 2; ++start) { // nothing is lost by the first
+        const auto core = mapAt(100.25, 200.25, {1, 1});
+        const QSignalSpy updated(core.get(), &MapsCore::updated);
+        QTRY_COMPARE(updated.count(), 4);
+        QCOMPARE(drawing(*core, {1, 1}).pixelColor(0, 0), TileHost::colorOf("/16/100/200.png"));
+    }
+}
+
+void TestMapsCore::redirectionsDoNotReachLocalServices_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::newRow("by name") << QByteArray("localhost");
+    QTest::newRow("by IPv6") << QByteArray("[::ffff:127.0.0.1]");
+}
+
+void TestMapsCore::redirectionsDoNotReachLocalServices()
+{
+    QFETCH(QByteArray, name);
+    const TileHost other;
+    const QByteArray place = "http://" + name + ":" + QByteArray::number(other.serverPort());
+    // The second hop leads there.
+    host->answer = [&](QTcpSocket *socket, const QString &path) {
+        const bool isSecond = path.startsWith("/second");
+        redirect(isSecond ? place + path.toUtf8() : "/second" + path.toUtf8())(*host, socket);
+    };
+    visit(100.25, 200.25, {1, 1}, 4);
+    QCOMPARE(host->paths.size(), 8);
+    QCOMPARE(other.paths, QStringList());
+}
+
+void TestMapsCore::redirectionsAreLeftWithTheView_data()
+{
+    QTest::addColumn<bool>("isHidden");
+    QTest::newRow("hidden") << true;
+    QTest::newRow("at another zoom level") << false;
+}
+
+void TestMapsCore::redirectionsAreLeftWithTheView()
+{
+    QFETCH(bool, isHidden);
+    host->answer = [this](QTcpSocket *socket, const QString &path) {
+        if (path.startsWith("/16/"))
+            redirect("http://localhost:9" + path.toUtf8())(*host, socket);
+        else
+            host->sendTile(socket, path);
+    };
+    const auto core = mapAt(100.25, 200.25, {1, 1});
+    const QSignalSpy updated(core.get(), &MapsCore::updated);
+    auto *manager = core->findChild<QNetworkAccessManager *>();
+    QVERIFY(manager);
+    // The name is being looked up then.
+    connect(manager, &QNetworkAccessManager::finished, core.get(), [&] {
+        if (isHidden)
+            core->setFetching(false);
+        else if (host->paths.size() == 1)
+            core->setZoom(15);
+    });
+    QTRY_VERIFY(!host->paths.isEmpty());
+    if (isHidden) {
+        QTest::qWait(200);
+        QCOMPARE(updated.count(), 0);
+        QCOMPARE(host->paths.size(), 1);
+        return;
+    }
+    moveTo(*core, 100.25, 200.25, 15);
+    QTRY_COMPARE(host->paths.filter("/15/").size(), 4); // the redirected one among them
+    QCOMPARE(host->paths.filter("/16/").size(), 1);
 }
 
 void TestMapsCore::endlessBodyIsNotTakenIn()

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include <QBuffer>
 #include <QImage>
 #include <QImageReader>
+#include <QNetworkInterface>
 #include <QRandomGenerator>
 #include <QtEndian>
 #include <QtTest>
@@ -31,6 +33,11 @@ private slots:
     void serverSetting_data();
     void serverSetting();
     void tileUrls();
+    void publicAddresses_data();
+    void publicAddresses();
+    void networksOfThisMachineAreNotPublic();
+    void redirections_data();
+    void redirections();
     void userAgentNamesAContact();
     void pictures_data();
     void pictures();
@@ -182,6 +189,102 @@ void TestTiles::tileUrls()
     QCOMPARE(url("https://tile.openstreetmap.org"),
              "https://tile.openstreetmap.org/16/34722/19060.png");
     QCOMPARE(url("http://localhost:80/osm//"), "http://localhost:80/osm/16/34722/19060.png");
+}
+
+void TestTiles::publicAddresses_data()
+{
+    QTest::addColumn<bool>("isPublic");
+    for (const char *address : {"127.0.0.1",
+                                "127.8.8.8",
+                                "0.0.0.0",
+                                "10.1.2.3",
+                                "172.16.0.1",
+                                "172.31.255.255",
+                                "192.168.1.1",
+                                "100.64.0.1",
+                                "100.127.255.255",
+                                "169.254.1.1",
+                                "224.0.0.1",
+                                "255.255.255.255",
+                                "::",
+                                "::1",
+                                "fe80::1",
+                                "fec0::1",
+                                "fc00::1",
+                                "fdff::1",
+                                "ff02::1",
+                                "::ffff:127.0.0.1",
+                                "::ffff:10.0.0.1",
+                                "::ffff:192.168.1.1",
+                                "::127.0.0.1",
+                                "64:ff9b::127.0.0.1",
+                                "64:ff9b::192.168.1.1",
+                                "64:ff9b:1::c0a8:101",
+                                "2001:0:1::1",
+                                "2002:c0a8:101::1",
+                                "192.0.0.4",
+                                "198.19.0.1"})
+        QTest::newRow(address) << false;
+    for (const char *address :
+         {"1.1.1.1", "9.255.255.255", "172.15.255.255", "172.32.0.0", "192.167.255.255",
+          "192.169.0.0", "100.63.255.255", "100.128.0.0", "2a00:1450::1", "::ffff:1.1.1.1",
+          "64:ff9b::1.1.1.1", "2001:4860::1"})
+        QTest::newRow(address) << true;
+}
+
+void TestTiles::publicAddresses()
+{
+    QFETCH(bool, isPublic);
+    QCOMPARE(TileServer::isPublic(QHostAddress(QString(QTest::currentDataTag()))), isPublic);
+}
+
+void TestTiles::networksOfThisMachineAreNotPublic()
+{
+    int networks = 0;
+    for (const QNetworkInterface &each : QNetworkInterface::allInterfaces()) {
+        for (const QNetworkAddressEntry &own : each.addressEntries()) {
+            QVERIFY2(!TileServer::isPublic(own.ip()), qPrintable(own.ip().toString()));
+            ++networks;
+        }
+    }
+    QVERIFY(networks > 0);
+}
+
+void TestTiles::redirections_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<bool>("isAllowed");
+    const QString tile = "https://8.8.8.8/16/1/2.png";
+    QTest::newRow("same server") << tile << "https://8.8.8.8/tile.png" << true;
+    QTest::newRow("local server, by https") << "http://localhost:8080/1.png"
+                                            << "https://localhost/1.png" << true;
+    QTest::newRow("local server, another port") << "http://localhost:8080/1.png"
+                                                << "http://localhost:631/1.png" << false;
+    QTest::newRow("public host") << tile << "https://1.1.1.1/tile.png" << true;
+    QTest::newRow("to a safer protocol") << "http://8.8.8.8/1.png"
+                                         << "https://8.8.8.8/1.png" << true;
+    QTest::newRow("to a less safe protocol") << tile << "http://8.8.8.8/1.png" << false;
+    QTest::newRow("to another protocol") << tile << "ftp://8.8.8.8/1.png" << false;
+    QTest::newRow("to a file") << tile << "file:///etc/passwd" << false;
+    QTest::newRow("to the local network") << tile << "https://192.168.1.1/1.png" << false;
+    QTest::newRow("from the local network to itself") << "http://192.168.1.1/1.png"
+                                                      << "http://192.168.1.1/2.png" << true;
+    QTest::newRow("to this machine by its name") << tile << "https://localhost/1.png" << false;
+    QTest::newRow("to this machine in hexadecimal") << tile << "https://0x7f.1/1.png" << false;
+}
+
+void TestTiles::redirections()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, target);
+    QFETCH(bool, isAllowed);
+    std::optional<bool> answer;
+    QObject context; // without it, an answer does not come later
+    TileServer::checkRedirection(QUrl(source), QUrl(target), &context,
+                                 [&answer](bool allowed) { answer = allowed; });
+    QTRY_VERIFY(answer);
+    QCOMPARE(*answer, isAllowed);
 }
 
 void TestTiles::userAgentNamesAContact()
