@@ -17,7 +17,6 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QGeoPositionInfo>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -161,13 +160,7 @@ void play(Daemon &daemon, GpsdClient &client, const std::vector<Step> &steps,
 void listen(Daemon &daemon, const std::vector<Step> &steps, const QByteArray &words)
 {
     GpsdClient client(daemon.address());
-    QObject::connect(
-        &client, &GpsdClient::positioned, &client, [](const QGeoPositionInfo &position) {
-            require(position.isValid(), "a position has its place and time");
-            const bool isAccurate = !position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy) ||
-                                    position.attribute(QGeoPositionInfo::HorizontalAccuracy) >= 0;
-            require(isAccurate, "an accuracy is a distance");
-        });
+    QObject::connect(&client, &GpsdClient::positioned, &client, FuzzSupport::requireSoundPosition);
     client.setWanted(true);
     daemon.accept();
     play(daemon, client, steps, words);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include <QApplication>
+#include <QGeoPositionInfo>
 #include <QStackedWidget>
 #include <QTextStream>
 
@@ -23,7 +24,7 @@ void tellFailuresOnly(QtMsgType type, const QMessageLogContext & /*context*/,
 
 // Only sanitizers call these two functions. The leak in the font library is not caused by this
 // program.
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" const char *__lsan_default_suppressions();
 extern "C" const char *__lsan_default_suppressions()
 {
@@ -35,7 +36,7 @@ extern "C" const char *__lsan_default_options()
 {
     return "print_suppressions=0";
 }
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTEND(bugprone-reserved-identifier)
 
 void FuzzSupport::startApplication()
 {
@@ -64,6 +65,14 @@ void FuzzSupport::require(bool holds, const char *what)
 {
     if (!holds)
         qFatal("does not hold: %s", what);
+}
+
+void FuzzSupport::requireSoundPosition(const QGeoPositionInfo &position)
+{
+    require(position.isValid(), "a position has its place and time");
+    const bool isAccurate = !position.hasAttribute(QGeoPositionInfo::HorizontalAccuracy) ||
+                            position.attribute(QGeoPositionInfo::HorizontalAccuracy) >= 0;
+    require(isAccurate, "an accuracy is a distance");
 }
 
 void FuzzSupport::requireSoundWindow(const ShopWindow &window)

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 
+class QGeoPositionInfo;
 class ShopWindow;
 
 /// The functions of every harness: the first is called once, the second for each input.
@@ -24,6 +25,9 @@ QByteArray bytesOf(const std::uint8_t *data, std::size_t size);
 
 /// Ends the process with a crash if a condition that must hold for any input is false.
 void require(bool holds, const char *what);
+
+/// Checks the conditions that must hold for a position, whatever was received.
+void requireSoundPosition(const QGeoPositionInfo &position);
 
 /// Checks the conditions that must hold for a window, whatever files it was started with.
 void requireSoundWindow(const ShopWindow &window);
