@@ -70,7 +70,12 @@ public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         const QSizeF size = QSizeF(rect.size()) * painter->device()->devicePixelRatio();
-        painter->drawPixmap(rect, pixmap(size.toSize(), mode, state));
+        const QPixmap drawn = pixmap(size.toSize(), mode, state);
+        // With this hint, which QStylePainter sets, Qt starts threads to draw a large picture.
+        const bool wasSmooth = painter->testRenderHint(QPainter::SmoothPixmapTransform);
+        painter->setRenderHint(QPainter::SmoothPixmapTransform, QSizeF(drawn.size()) != size);
+        painter->drawPixmap(rect, drawn);
+        painter->setRenderHint(QPainter::SmoothPixmapTransform, wasSmooth);
     }
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
     {

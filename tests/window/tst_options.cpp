@@ -26,6 +26,7 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
+#include "tests/support/threads.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
@@ -662,17 +663,6 @@ void TestOptions::optionsThatAreSavedTellNothing()
     QVERIFY(!shop.window->findChild<InformationBox *>());
 }
 
-/// Returns the number of threads of this process that play alarms.
-static int alarmThreads()
-{
-    int count = 0;
-    for (const QString &task : QDir("/proc/self/task").entryList(QDir::Dirs)) {
-        QFile name("/proc/self/task/" + task + "/comm");
-        count += name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "alarm" ? 1 : 0;
-    }
-    return count;
-}
-
 void TestOptions::okAfterAReminderLeavesNoThread()
 {
     ShopDriver shop(oneStore, {{"GpsEnabled", true}});
@@ -681,12 +671,12 @@ void TestOptions::okAfterAReminderLeavesNoThread()
         shop.press("startButton");
         source()->deliver(10.0095, 20);
         QCOMPARE(shop.page(), PageReminder);
-        QTRY_COMPARE(alarmThreads(), 1);
+        QTRY_COMPARE(threadsNamed("alarm"), 1);
         shop.press("stopButton");
         shop.press("backButton");
         shop.press("optionsButton");
         shop.press("okButton");
-        QTRY_COMPARE(alarmThreads(), 0);
+        QTRY_COMPARE(threadsNamed("alarm"), 0);
     }
 }
 

@@ -14,6 +14,7 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
+#include "tests/support/threads.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
@@ -36,6 +37,12 @@ static const QVariantMap gpsAlwaysOn{{"GpsEnabled", true}, {"GpsAutoStart", true
 class TestReminder : public QObject
 {
     Q_OBJECT
+
+public:
+    static void initMain()
+    {
+        RandomRun::takeYourTime("TROLLEO_TEST_ACCIDENTS");
+    }
 
 private slots:
     void farAwayNothingHappens();
@@ -715,25 +722,16 @@ void TestReminder::alarmRingsInAThreadOfItsOwn()
     // The audible result is tested with a sound server. This checks that the thread starts and that
     // nothing waits for it, with a file that is not a sound, with a missing one, and with a folder.
     // It does not count threads: those of the sound system have the same name until they change it.
-    const auto hasAlarmThread = [] {
-        const QString tasks = "/proc/self/task/";
-        for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            QFile name(tasks + task + "/comm");
-            if (name.open(QIODevice::ReadOnly) && name.readAll() == "alarm\n")
-                return true;
-        }
-        return false;
-    };
     for (const char *file : {"/bin/sh", "/no such file.wav", "/"}) {
         ShopDriver shop(threeStores, {{"GpsEnabled", true}, {"SoundFileName", file}});
         track(shop);
-        QTRY_VERIFY(!hasAlarmThread());
+        QTRY_COMPARE(threadsNamed("alarm"), 0);
         QElapsedTimer clock;
         clock.start();
         source()->deliver(10.0085, 20);
         QVERIFY(clock.elapsed() < 2000); // it must not hang
         QCOMPARE(shop.page(), PageReminder);
-        QTRY_VERIFY_WITH_TIMEOUT(hasAlarmThread(), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(threadsNamed("alarm") > 0, 30000);
         shop.press("stopButton");
         QCOMPARE(shop.page(), PageTracking);
     }

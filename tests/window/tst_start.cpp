@@ -17,6 +17,7 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
+#include "tests/support/threads.h"
 #include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/trlistdelegate.h"
@@ -45,6 +46,8 @@ class TestStart : public QObject
     Q_OBJECT
 
 private slots:
+    /// The first, because threads of other tests stay for a while.
+    void mainPageIsPaintedWithoutThreads();
     void firstStartMakesFolderAndTables();
     void laterStartsKeepWhatIsThere();
     void twentyPagesStandInTheirOrder();
@@ -73,6 +76,15 @@ private slots:
     void homeWithAnUnusualPath_data();
     void homeWithAnUnusualPath();
 };
+
+void TestStart::mainPageIsPaintedWithoutThreads()
+{
+    const ShopDriver shop;
+    shop.window->resize(800, 480);
+    shop.window->grab();
+    // Qt starts them to scale a picture or to draw it as if it were scaled.
+    QCOMPARE(threadsNamed("Thread (pooled)"), 0);
+}
 
 void TestStart::firstStartMakesFolderAndTables()
 {
