@@ -5,8 +5,10 @@
 
 #include <QBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QTranslator>
 
 #include "app/shopwindow.h"
 #include "gps/positionwait.h"
@@ -18,6 +20,42 @@
 #include "widgets/turningpage.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A store with its distance in meters, which is drawn and spoken as people say it: only for rows
+/// that are seen, because that takes longer than the number.
+class DistanceRow : public ListRow
+{
+public:
+    /// `language` is that of the page.
+    explicit DistanceRow(const QLocale &language)
+        : ListRow(QString(), 0)
+        , locale(language)
+    {}
+
+    QVariant data(int role) const override
+    {
+        if (role != ShownSecondRole)
+            return ListRow::data(role);
+        bool isNumber = false;
+        const double meters = ListRow::data(SecondColumnRole).toDouble(&isNumber);
+        if (!isNumber)
+            return ListRow::data(role);
+        constexpr double kilometer = 1000;
+        constexpr double far = 99.95; // kilometers; rounded from here on
+        const double kilometers = meters / kilometer;
+        if (std::round(meters) < kilometer)
+            return ShopWindow::tr("%1 m").arg(locale.toString(meters, 'f', 0));
+        return ShopWindow::tr("%1 km").arg(
+            locale.toString(kilometers, 'f', kilometers < far ? 1 : 0));
+    }
+
+private:
+    QLocale locale;
+};
+
+} // namespace
 
 bool TrackedListPage::showsMap() const
 {
@@ -117,9 +155,10 @@ void ShopWindow::fillTrackedList(bool distancesAreKnown)
     const int chosen = p.list->currentRow();
     const int chosenStoreId = chosen < 0 ? 0 : p.storeIds.value(chosen);
     if (p.list->count() != run.trackedStores.size()) {
+        const QLocale language(applicationTranslator->language());
         QList<QListWidgetItem *> rows;
         for (qsizetype row = 0; row < run.trackedStores.size(); ++row)
-            rows << new ListRow(QString(), 0);
+            rows << new DistanceRow(language);
         p.list->showRows(rows);
     }
     p.mapButton->setEnabled(distancesAreKnown);

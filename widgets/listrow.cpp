@@ -29,12 +29,12 @@ QVariant ListRow::data(int role) const
         return rowName;
     if (role == RowIdRole)
         return recordId;
-    if (role == SecondColumnRole)
+    if (role == SecondColumnRole || role == ShownSecondRole)
         return secondColumn;
     if (role != Qt::AccessibleTextRole)
         return QListWidgetItem::data(role);
     QStringList parts{rowName};
-    const QString second = secondColumn.toString();
+    const QString second = data(ShownSecondRole).toString();
     if (!second.isEmpty())
         parts << second;
     if (data(CheckableRole).toBool()) {

@@ -8,8 +8,9 @@
 /// for unchecked and 2 for checked.
 enum RowRole : int {
     RowIdRole = Qt::UserRole,            ///< the id of the record, 0 if it is not stored yet
-    SecondColumnRole = Qt::UserRole + 1, ///< an amount, or the name of a store or category
+    SecondColumnRole = Qt::UserRole + 1, ///< an amount, a distance, or the name of a record
     CheckableRole = Qt::UserRole + 2,    ///< whether the row has a check mark
+    ShownSecondRole = Qt::UserRole + 3,  ///< how the second column is drawn and spoken
 };
 
 /// A row of a list, with the name and the id of a record. Only the program sets the check mark; the

@@ -79,7 +79,8 @@ void TrListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
     painter->setFont(font);
 
     const QString text = index.data(Qt::DisplayRole).toString();
-    const QString second = index.data(SecondColumnRole).toString();
+    const QVariant shown = index.data(ShownSecondRole);
+    const QString second = (shown.isValid() ? shown : index.data(SecondColumnRole)).toString();
     QTextOption alignment(Qt::AlignLeft | Qt::AlignVCenter);
     alignment.setWrapMode(QTextOption::NoWrap);
     if (second.isEmpty()) {

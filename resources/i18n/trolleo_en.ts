@@ -664,6 +664,14 @@
         <translation>New list</translation>
     </message>
     <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 km</translation>
+    </message>
+    <message>
         <source>unknown</source>
         <translation>unknown</translation>
     </message>

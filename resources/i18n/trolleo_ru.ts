@@ -193,7 +193,7 @@
     </message>
     <message>
         <source>List of the Stores, distances are in meters;</source>
-        <translation>список магазинов, расстояния в метрах;</translation>
+        <translation>список магазинов и расстояния до них;</translation>
     </message>
     <message>
         <source>Map; this view is available only when GPS is active. Hold a finger on it to go to the closest Store or to Your position;</source>
@@ -662,6 +662,14 @@
     <message>
         <source>New list</source>
         <translation>Новый список</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 м</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 км</translation>
     </message>
     <message>
         <source>unknown</source>

@@ -69,8 +69,7 @@ class Story:
         rows = wait_for("the tracked stores", self.program.rows)
         assert len(rows) == 3, rows
         nearest, distance = rows[0].rsplit(", ", 1)
-        return (f"three stores have an open list; {nearest} is the nearest, "
-                f"{float(distance):.0f} m away")
+        return f"three stores have an open list; {nearest} is the nearest, {distance} away"
 
     def map(self):
         self.program.press("Map")

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <cmath>
+
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QIcon>
 #include <QScrollBar>
 #include <QSqlDatabase>
@@ -13,6 +16,7 @@
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 #include "tests/support/tilehost.h"
+#include "widgets/listrow.h"
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
@@ -36,6 +40,8 @@ private slots:
     void mapWithoutAPositionStaysWhereItIs();
     void viewIsKept();
     void withGpsOffThereIsNoMap();
+    void distancesAreToldAsPeopleSayThem_data();
+    void distancesAreToldAsPeopleSayThem();
     void everyPositionMovesTheMap();
     void reminderOnDistancesOfBefore();
     void nextStoreMovesTheMap();
@@ -198,6 +204,53 @@ void TestTrackedViews::withGpsOffThereIsNoMap()
     QVERIFY(!shop.isEnabled("mapViewButton"));
     QVERIFY(shop.list()->isVisible());
     QCOMPARE(shop.rows(), (QStringList{"Bakery|unknown", "Dairy|unknown", "Tools|unknown"}));
+}
+
+void TestTrackedViews::distancesAreToldAsPeopleSayThem_data()
+{
+    // One meter is 1 / 111195 degrees of latitude.
+    QTest::addColumn<double>("meters");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("russian");
+    QTest::newRow("near") << 253.4 << "253 m"
+                          << "253 м";
+    QTest::newRow("almost a kilometer") << 999.4 << "999 m"
+                                        << "999 м";
+    QTest::newRow("rounded to a kilometer") << 999.6 << "1.0 km"
+                                            << "1,0 км";
+    QTest::newRow("some kilometers") << 1640.0 << "1.6 km"
+                                     << "1,6 км";
+    QTest::newRow("rounded to a hundred") << 99960.0 << "100 km"
+                                          << "100 км";
+    QTest::newRow("far") << 345600.0 << "346 km"
+                         << "346 км";
+}
+
+void TestTrackedViews::distancesAreToldAsPeopleSayThem()
+{
+    QFETCH(double, meters);
+    QFETCH(QString, english);
+    QFETCH(QString, russian);
+    ShopDriver shop(store("Bakery").at(0, 20).openList("Bread"), {{"GpsEnabled", true}});
+    for (const QString &distance : {english, russian}) {
+        shop.press("reminderButton");
+        shop.press("viewButton");
+        if (shop.page() == PageWaiting)
+            source()->deliver(meters / 111195.0, 20);
+        QCOMPARE(shop.page(), PageTrackedList);
+        const QModelIndex row = shop.list()->model()->index(0, 0);
+        QVERIFY(std::abs(row.data(SecondColumnRole).toDouble() - meters) < meters * 1e-3);
+        QAccessibleInterface *list = QAccessible::queryAccessibleInterface(shop.list());
+        QCOMPARE(list->child(0)->text(QAccessible::Name), "Bakery, " + distance);
+        // The number of six decimals takes more room.
+        const QImage shown = shop.list()->grab().toImage();
+        static_cast<ListRow *>(shop.list()->item(0))->setTexts("Bakery", distance);
+        QCOMPARE(shop.list()->grab().toImage(), shown);
+        shop.press("backButton");
+        shop.press("backButton");
+        if (distance == english)
+            shop.changeLanguage("russianRadio");
+    }
 }
 
 void TestTrackedViews::everyPositionMovesTheMap()
