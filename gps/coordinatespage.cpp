@@ -28,6 +28,7 @@ namespace {
 
 /// Of the sheet of a tab, in device-independent pixels.
 constexpr QMargins tabMargins(6, 12, 6, 12);
+constexpr int tabPadding = 8; // more at the sides
 const QString decimalMask = u"#00.000000"_s;
 const QString wholeMask = u"00"_s;
 const QString secondsMask = u"00.00"_s;
@@ -65,7 +66,13 @@ void addTab(QTabWidget *tabs, TurningBoxes &turningBoxes, const QString &title,
     box->addLayout(latitude, 1);
     box->addWidget(line);
     box->addLayout(longitude, 1);
-    column->addLayout(box);
+    // Where the fields need the room, they get it.
+    auto *padded = new QHBoxLayout;
+    padded->setSpacing(0);
+    padded->addSpacerItem(new QSpacerItem(tabPadding, 0, QSizePolicy::Maximum));
+    padded->addLayout(box, 1);
+    padded->addSpacerItem(new QSpacerItem(tabPadding, 0, QSizePolicy::Maximum));
+    column->addLayout(padded);
     column->addStretch(1); // a keyboard on the screen covers what is below
     tabs->addTab(tab, title);
     turningBoxes.alongWidth << box;

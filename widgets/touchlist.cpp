@@ -16,6 +16,8 @@
 #include "widgets/pictures.h"
 #include "widgets/TrKineticScroller.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Device-independent pixels.
@@ -145,8 +147,12 @@ void TouchList::paintPlaceholder(QPainter &painter) const
 {
     const QFontMetrics metrics = window()->fontMetrics();
     const QRect room = viewport()->rect().adjusted(besideRows, 0, -besideRows, 0);
+    // Where one line is too short, each sentence has its own.
+    QString sentences = placeholderText;
+    if (metrics.horizontalAdvance(sentences) > room.width())
+        sentences.replace(u". "_s, u".\n"_s);
     const QRect text = metrics.boundingRect(QRect(0, 0, room.width(), room.height()),
-                                            Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
+                                            Qt::AlignHCenter | Qt::TextWordWrap, sentences);
     const int pictureHeight = placeholderExtent + metrics.descent();
     const bool hasRoom = pictureHeight + text.height() <= room.height();
     const int height = (hasRoom ? pictureHeight : 0) + text.height();
@@ -162,7 +168,7 @@ void TouchList::paintPlaceholder(QPainter &painter) const
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.setFont(window()->font());
     painter.drawText(QRect(room.left(), top, room.width(), text.height()),
-                     Qt::AlignHCenter | Qt::TextWordWrap, placeholderText);
+                     Qt::AlignHCenter | Qt::TextWordWrap, sentences);
 }
 
 /// Repaints the viewport, because the view repaints only rows and the selection is higher.

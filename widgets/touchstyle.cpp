@@ -2,6 +2,7 @@
 #include "widgets/touchstyle.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include <QAbstractScrollArea>
@@ -51,6 +52,10 @@ constexpr int scrollBarExtent = 12;
 constexpr int scrollHandle = 6;
 constexpr int leastHandle = 48;
 constexpr int menuPadding = 16;
+
+// Opacity.
+constexpr int opaque = 255;
+constexpr int faintest = 90; // of a disabled picture
 
 /// The colours of a palette, light or dark.
 struct Colors
@@ -510,9 +515,15 @@ void TouchStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opt
         if (showsFocus(*option))
             drawFocusRing(painter, option->rect, sheetRadius, option->palette);
         break;
-    case PE_FrameTabWidget:
-        fillRounded(painter, option->rect, sheetRadius, option->palette.brush(QPalette::Base));
+    case PE_FrameTabWidget: {
+        const QBrush sheet = option->palette.brush(QPalette::Base);
+        fillRounded(painter, option->rect, sheetRadius, sheet);
+        const auto *frame = qstyleoption_cast<const QStyleOptionTabWidgetFrame *>(option);
+        // The first tab continues the left edge of the sheet.
+        if (frame && frame->selectedTabRect.left() == frame->rect.left())
+            painter->fillRect(QRect(frame->rect.topLeft(), QSize(sheetRadius, sheetRadius)), sheet);
         break;
+    }
     case PE_FrameTabBarBase:
     case PE_FrameFocusRect:
     case PE_PanelItemViewRow:
@@ -724,6 +735,26 @@ QSize TouchStyle::sizeFromContents(ContentsType type, const QStyleOption *option
         break;
     }
     return QProxyStyle::sizeFromContents(type, option, contents, widget);
+}
+
+QPixmap TouchStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap &picture,
+                                        const QStyleOption *option) const
+{
+    if (mode != QIcon::Disabled)
+        return QProxyStyle::generatedIconPixmap(mode, picture, option);
+    const QRgb text = option->palette.color(QPalette::Disabled, QPalette::ButtonText).rgb();
+    const QRgb fill = option->palette.color(QPalette::Disabled, QPalette::Button).rgb();
+    const bool isDark = qGray(fill) < qGray(text);
+    QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (QRgb &pixel : std::span(line, static_cast<std::size_t>(image.width()))) {
+            const int strength = isDark ? qGray(pixel) : opaque - qGray(pixel);
+            const int cover = faintest + (opaque - faintest) * strength / opaque;
+            pixel = qRgba(qRed(text), qGreen(text), qBlue(text), qAlpha(pixel) * cover / opaque);
+        }
+    }
+    return QPixmap::fromImage(image);
 }
 
 int TouchStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,

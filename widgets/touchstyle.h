@@ -52,6 +52,10 @@ public:
                          const QWidget *widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                            const QWidget *widget) const override;
+    /// Draws a disabled picture in the colour of disabled texts, of which none of its parts is
+    /// stronger.
+    QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap &picture,
+                                const QStyleOption *option) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption *option,
                     const QWidget *widget) const override;
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

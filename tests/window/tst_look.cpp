@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QtTest>
 
 #include "tests/support/records.h"
@@ -31,7 +33,11 @@ private slots:
     void rowsAreAFingerHigh();
     void emptyListSaysWhatToDo();
     void lowEmptyListShowsItsTextOnly();
+    void sentencesOfAnEmptyListHaveTheirLines();
     void buttonIsDrawnPressed();
+    void disabledPictureIsNotStrongerThanItsText_data();
+    void disabledPictureIsNotStrongerThanItsText();
+    void firstTabContinuesTheEdgeOfTheSheet();
     void focusShowsForKeysOnly();
 };
 
@@ -250,6 +256,20 @@ void TestLook::lowEmptyListShowsItsTextOnly()
     }
 }
 
+void TestLook::sentencesOfAnEmptyListHaveTheirLines()
+{
+    TouchList list;
+    const auto drawn = [&list](int width, const QString &text) {
+        list.resize(width, 400);
+        list.setPlaceholder(":/img/edit.svg", text);
+        return list.grab().toImage();
+    };
+    const QString oneLine = "No goods yet. Press + to add one.";
+    const QString twoLines = "No goods yet.\nPress + to add one.";
+    QCOMPARE(drawn(200, oneLine), drawn(200, twoLines));
+    QVERIFY(drawn(800, oneLine) != drawn(800, twoLines));
+}
+
 void TestLook::buttonIsDrawnPressed()
 {
     useOurStyle(Qt::white);
@@ -265,6 +285,52 @@ void TestLook::buttonIsDrawnPressed()
     const auto *edit = shop.find<QPushButton>("editButton");
     QCOMPARE(const_cast<QPushButton *>(edit)->grab().toImage().pixelColor(QPoint(20, 4)),
              palette.color(QPalette::Disabled, QPalette::Button));
+}
+
+void TestLook::disabledPictureIsNotStrongerThanItsText_data()
+{
+    QTest::addColumn<QColor>("desktop");
+    QTest::newRow("light") << QColor(Qt::white);
+    QTest::newRow("dark") << QColor(53, 53, 53);
+}
+
+void TestLook::disabledPictureIsNotStrongerThanItsText()
+{
+    QFETCH(QColor, desktop);
+    useOurStyle(desktop);
+    ShopDriver shop;
+    shop.press("shopsButton");
+    auto *button = shop.find<QPushButton>("editButton");
+    QVERIFY(!button->isEnabled());
+    const QColor fill = QApplication::palette().color(QPalette::Disabled, QPalette::Button);
+    const QColor text = QApplication::palette().color(QPalette::Disabled, QPalette::ButtonText);
+    button->setText(" "); // only the picture is drawn
+    const QImage drawn = button->grab().toImage();
+    const QRect inside = drawn.rect().adjusted(20, 2, -20, -2);
+    double strongest = 1;
+    for (int x = inside.left(); x <= inside.right(); ++x)
+        for (int y = inside.top(); y <= inside.bottom(); ++y)
+            strongest = std::max(strongest, Contrast::ratio(drawn.pixelColor(x, y), fill));
+    QVERIFY2(strongest > 1.5, qPrintable(QString::number(strongest)));
+    QVERIFY2(strongest <= Contrast::ratio(text, fill) + 0.1,
+             qPrintable(QString::number(strongest)));
+}
+
+void TestLook::firstTabContinuesTheEdgeOfTheSheet()
+{
+    useOurStyle(Qt::white);
+    ShopDriver shop;
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.press("coordinatesButton");
+    shop.press("editViewButton");
+    auto *tabs = shop.find<QTabWidget>("coordinatesTabs");
+    QCOMPARE(tabs->currentIndex(), 0);
+    const QColor sheet = QApplication::palette().color(QPalette::Base);
+    const int top = tabs->tabBar()->geometry().bottom() + 1;
+    QCOMPARE(tabs->grab().toImage().pixelColor(0, top), sheet);
+    tabs->setCurrentIndex(1);
+    QVERIFY(tabs->grab().toImage().pixelColor(0, top) != sheet);
 }
 
 void TestLook::focusShowsForKeysOnly()
