@@ -176,7 +176,8 @@ void ShopWindow::buildItemEditPage()
     Frames::addField(p.fields, tr("Amount"), p.amount, amount);
     connect(less, &QPushButton::clicked, p.amount, &QSpinBox::stepDown);
     connect(more, &QPushButton::clicked, p.amount, &QSpinBox::stepUp);
-    Frames::setTabOrder({p.name, p.amount, p.save, p.remove});
+    Frames::setTabOrder(QWidgetList{p.name} + p.suggestions->wordWidgets() +
+                        QWidgetList{p.amount, p.save, p.remove});
 
     connect(p.remove, &QPushButton::clicked, this, &ShopWindow::deleteShoppingItemClicked);
     connect(p.back, &QPushButton::clicked, this, &ShopWindow::addShoppingItemCancelClicked);

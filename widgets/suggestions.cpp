@@ -30,7 +30,7 @@ Suggestions::Suggestions(QLineEdit *completedField, QWidget *parent)
         QFont smaller = button->font();
         smaller.setPointSize(pointSize);
         button->setFont(smaller);
-        button->setFocusPolicy(Qt::NoFocus);
+        button->setFocusPolicy(Qt::TabFocus);
         button->setProperty(Controls::leadsOnProperty, false);
         button->setMinimumWidth(1);
         QSizePolicy policy = button->sizePolicy();
@@ -38,6 +38,8 @@ Suggestions::Suggestions(QLineEdit *completedField, QWidget *parent)
         button->setSizePolicy(policy);
         button->hide();
         connect(button, &QPushButton::clicked, this, [this, button] {
+            if (button->hasFocus()) // it may be hidden now
+                field->setFocus();
             field->setText(button->accessibleName());
             suggest(field->text());
         });
@@ -51,6 +53,11 @@ void Suggestions::setWords(const QStringList &known)
 {
     words = known;
     suggest(QString());
+}
+
+QWidgetList Suggestions::wordWidgets() const
+{
+    return {buttons.cbegin(), buttons.cend()};
 }
 
 void Suggestions::suggest(const QString &typed)

@@ -8,9 +8,9 @@
 class NameButton;
 class QLineEdit;
 
-/// A row of words that complete what is being typed in a field. A tap on a word puts it into the
-/// field. The row always takes its room, so that nothing moves while typing, and it never takes the
-/// focus or covers anything.
+/// A row of words that complete what is being typed in a field. A tap on a word, or Enter when the
+/// focus has moved there by keys, puts it into the field. The row always takes its room, so that
+/// nothing moves while typing. It covers nothing, and a tap leaves the focus where it is.
 class Suggestions : public QWidget
 {
     Q_OBJECT
@@ -21,6 +21,9 @@ public:
 
     /// Sets the words to choose from, the best ones first.
     void setWords(const QStringList &known);
+
+    /// Returns the widgets of the words from left to right, for the tab order of the page.
+    QWidgetList wordWidgets() const;
 
 private:
     void suggest(const QString &typed);

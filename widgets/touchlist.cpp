@@ -124,8 +124,13 @@ void TouchList::paintEvent(QPaintEvent *event)
     {
         QPainter painter(viewport());
         painter.setRenderHint(QPainter::Antialiasing);
-        if (count() == 0 && !placeholderText.isEmpty())
+        const bool isEmpty = count() == 0 && !placeholderText.isEmpty();
+        if (isEmpty)
             paintPlaceholder(painter);
+        // Screen readers tell what the list shows.
+        const QString hint = isEmpty ? placeholderText : QString();
+        if (accessibleDescription() != hint)
+            setAccessibleDescription(hint);
         for (const QModelIndex &index : selectedIndexes()) {
             const QRectF pill =
                 QRectF(visualRect(index))

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
@@ -32,8 +33,10 @@ private slots:
     void namesAndStatements_data();
     void namesAndStatements();
     void strangeAmounts();
+    void emptyListTellsItsHint();
     void knownGoodsAreSuggested();
     void suggestionIsPutIntoTheField();
+    void suggestionIsReachedByKeys();
     void suggestionsTakeLittleTime();
     void tenThousandGoods();
     void randomEditingMatchesAModel();
@@ -300,6 +303,22 @@ void TestItems::namesAndStatements()
     QCOMPARE(shop.db->column("select name from purchase where id = 3"), QVariantList{"Other"});
 }
 
+void TestItems::emptyListTellsItsHint()
+{
+    ShopDriver shop(store("Bakery").openList("Bread"));
+    openGoods(shop);
+    const auto told = [&shop] {
+        QCoreApplication::processEvents();
+        return QAccessible::queryAccessibleInterface(shop.list())->text(QAccessible::Description);
+    };
+    QCOMPARE(told(), "No goods yet. Press + to add one.");
+    shop.press("addButton");
+    shop.type("Rye");
+    shop.press("saveButton");
+    QCOMPARE(shop.list()->count(), 1);
+    QCOMPARE(told(), QString());
+}
+
 static QStringList suggestions(const ShopDriver &shop)
 {
     QStringList words;
@@ -350,6 +369,25 @@ void TestItems::suggestionIsPutIntoTheField()
     shop.press("okButton");
     QCOMPARE(goods(shop).size(), 2);
     QCOMPARE(shop.db->column("select count(*) from purchase where name = 'Rye'"), QVariantList{2});
+}
+
+void TestItems::suggestionIsReachedByKeys()
+{
+    ShopDriver shop(store("Bakery").openList("Bread").good("Rye").good("Rice"));
+    openGoods(shop);
+    shop.press("addButton");
+    const auto *field = shop.find<QLineEdit>("nameField");
+    shop.type("r");
+    for (const char *name : {"suggestion0", "suggestion1", "amountField"}) {
+        QTest::keyClick(shop.window->focusWidget(), Qt::Key_Tab);
+        QVERIFY2(shop.find<QWidget>(name)->hasFocus(), name);
+    }
+    for (int step = 0; step < 2; ++step)
+        QTest::keyClick(shop.window->focusWidget(), Qt::Key_Backtab);
+    QTest::keyClick(shop.window->focusWidget(), Qt::Key_Return);
+    QCOMPARE(field->text(), "Rice");
+    QVERIFY(field->hasFocus());
+    QCOMPARE(shop.page(), PageItemEdit);
 }
 
 void TestItems::suggestionsTakeLittleTime()

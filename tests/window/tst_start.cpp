@@ -298,8 +298,9 @@ void TestStart::tabFollowsThePage_data()
     QTest::newRow("listEditPage") << QStringList{"helpButton",  "backButton",  "nameField",
                                                  "storeButton", "resetButton", "saveButton",
                                                  "deleteButton"};
-    QTest::newRow("itemEditPage") << QStringList{"helpButton",  "backButton", "nameField",
-                                                 "amountField", "saveButton", "deleteButton"};
+    QTest::newRow("itemEditPage") << QStringList{"helpButton",  "backButton",  "nameField",
+                                                 "suggestion0", "suggestion1", "suggestion2",
+                                                 "amountField", "saveButton",  "deleteButton"};
     QTest::newRow("storeEditPage")
         << QStringList{"helpButton",        "backButton", "nameField",   "categoryButton",
                        "coordinatesButton", "saveButton", "deleteButton"};
