@@ -73,7 +73,8 @@ void ShopWindow::buildMainPage()
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(buttons, 1);
-    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {toolbar}, .separators = {line}};
+    page->turningBoxes = {
+        .alongWidth = {box}, .acrossWidth = {toolbar}, .sideBySide = {}, .separators = {line}};
 
     connect(p.shopping, &QPushButton::clicked, this, &ShopWindow::buyClicked);
     connect(p.reminder, &QPushButton::clicked, this, &ShopWindow::trackingClicked);

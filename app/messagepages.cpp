@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QtMath>
 #include <QUrl>
 #include <QVariant>
 
@@ -20,6 +21,7 @@
 #include "widgets/TrKineticScroller.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +59,40 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
     return text;
 }
 
+/// A rich text whose font shrinks for a word that is wider than the text, so that it need not
+/// scroll sideways.
+class FittingText : public QLabel
+{
+public:
+    explicit FittingText(const QFont &usualFont)
+        : usual(usualFont)
+    {
+        setFont(usual);
+    }
+
+    QSize minimumSizeHint() const override
+    {
+        const QSize hint = QLabel::minimumSizeHint();
+        return {qCeil(TextBreaking::smallest * hint.width()), hint.height()};
+    }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        if (event->size().width() == event->oldSize().width() && text() == fitted)
+            return;
+        fitted = text();
+        setFont(usual);
+        const int word = QLabel::minimumSizeHint().width();
+        setFont(TextBreaking::fitting(usual, word - indent(), width() - indent()));
+    }
+
+private:
+    const QFont usual;
+    QString fitted;
+};
+
 /// Adds a sheet with `icon` at the top and `text` in the remaining height.
 void addIconAndText(QBoxLayout *box, QWidget *icon, QWidget *text)
 {
@@ -76,9 +112,8 @@ void ShopWindow::buildMessagePage()
 
     p.icon = Controls::pictureLabel(u"messageIcon"_s);
     p.title = titleLabel(u"messageTitle"_s);
-    p.text = new QLabel;
+    p.text = new FittingText(resized(page, -1));
     p.text->setObjectName(u"messageText"_s);
-    p.text->setFont(resized(page, -1));
     p.text->setTextFormat(Qt::RichText);
     p.text->setWordWrap(true);
     // With other flags the label would accept the mouse moves that TrKineticScroller needs.

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QtMath>
 
 #include "widgets/controls.h"
 #include "widgets/pictures.h"
@@ -15,6 +16,7 @@
 #include "widgets/trlistdelegate.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -71,8 +73,10 @@ void makeToolbar(ToolbarFrame &frame, TurningPage *page)
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(frame.contents, 1);
-    page->turningBoxes = {
-        .alongWidth = {box, frame.contents}, .acrossWidth = {toolbar}, .separators = {line}};
+    page->turningBoxes = {.alongWidth = {box, frame.contents},
+                          .acrossWidth = {toolbar},
+                          .sideBySide = {},
+                          .separators = {line}};
 }
 
 } // namespace
@@ -88,8 +92,8 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     frame.title->setText(title);
     Controls::setBold(frame.title);
     // On a narrow screen the buttons leave little room for the title.
-    frame.title->setMinimumWidth(leastTitleCharacters *
-                                 QFontMetrics(page->font()).averageCharWidth());
+    const int character = QFontMetrics(page->font()).averageCharWidth();
+    frame.title->setMinimumWidth(qCeil(TextBreaking::smallest * leastTitleCharacters * character));
     frame.help = helpButton(listToolExtent);
     frame.back = backButton(page, listToolExtent);
     frame.header = new QHBoxLayout;
@@ -115,7 +119,8 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     Controls::setPaneSpacing(box);
     box->addLayout(contents, 1);
     box->addLayout(frame.buttons);
-    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}, .separators = {}};
+    page->turningBoxes = {
+        .alongWidth = {box}, .acrossWidth = {frame.buttons}, .sideBySide = {}, .separators = {}};
     return frame;
 }
 

@@ -5,7 +5,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <QTabWidget>
+#include <QtMath>
 
 #include "app/shopwindow.h"
 #include "base/frames.h"
@@ -21,6 +23,7 @@
 #include "widgets/pictures.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -32,6 +35,34 @@ constexpr int tabPadding = 8; // more at the sides
 const QString decimalMask = u"#00.000000"_s;
 const QString wholeMask = u"00"_s;
 const QString secondsMask = u"00.00"_s;
+
+/// The bar of FittingTabs.
+class FittingTabBar : public QTabBar
+{
+public:
+    FittingTabBar()
+    {
+        setUsesScrollButtons(false);
+    }
+
+protected:
+    QSize minimumTabSizeHint(int index) const override
+    {
+        const QSize hint = tabSizeHint(index);
+        return {qCeil(TextBreaking::smallest * hint.width()), hint.height()};
+    }
+};
+
+/// Tabs that become narrower where they have no room. TouchStyle draws smaller texts then.
+class FittingTabs : public QTabWidget
+{
+public:
+    FittingTabs()
+    {
+        setTabBar(new FittingTabBar);
+        setElideMode(Qt::ElideNone);
+    }
+};
 
 /// Creates a field as wide as its mask. Screen readers speak `axis` and `unit`.
 MaskedField *maskedField(const QString &objectName, const QString &mask, const QString &axis,
@@ -238,26 +269,33 @@ void ShopWindow::buildCoordinatesEditView(TurningBoxes &turningBoxes)
         row->addWidget(axis.decimal);
         return row;
     };
-    const auto sexagesimalRow = [](AxisFields &axis, const QString &prefix, const QString &name) {
+    const auto sexagesimalRow = [&turningBoxes](AxisFields &axis, const QString &prefix,
+                                                const QString &name) {
         axis.degrees = maskedField(prefix + u"Degrees"_s, wholeMask, name, tr("degrees"));
         axis.minutes = maskedField(prefix + u"Minutes"_s, wholeMask, name, tr("minutes"));
         axis.seconds = maskedField(prefix + u"Seconds"_s, secondsMask, name, tr("seconds"));
         axis.hemisphere = new QPushButton(axis.positive);
         axis.hemisphere->setObjectName(prefix + u"Hemisphere"_s);
         axis.hemisphere->setAccessibleDescription(name);
+        auto *whole = new QHBoxLayout;
+        whole->addWidget(axis.degrees, 1);
+        whole->addWidget(new QLabel(u"°"_s));
+        whole->addWidget(axis.minutes, 1);
+        whole->addWidget(new QLabel(u"'"_s));
+        auto *rest = new QHBoxLayout;
+        rest->addWidget(axis.seconds, 3); // wider, for its decimals
+        rest->addWidget(new QLabel(u"''"_s));
+        rest->addWidget(axis.hemisphere, 1);
         auto *row = new QHBoxLayout;
-        row->setSpacing(2); // pixels, so that units stay close to their numbers
-        row->addWidget(axis.degrees, 2);
-        row->addWidget(new QLabel(u"°"_s));
-        row->addWidget(axis.minutes, 2);
-        row->addWidget(new QLabel(u"'"_s));
-        row->addWidget(axis.seconds, 3); // wider, for its decimals
-        row->addWidget(new QLabel(u"''"_s));
-        row->addWidget(axis.hemisphere, 1);
+        row->addLayout(whole, 1);
+        row->addLayout(rest, 1);
+        for (QBoxLayout *part : {whole, rest, row})
+            part->setSpacing(2); // pixels, so that units stay close to their numbers
+        turningBoxes.sideBySide << row;
         return row;
     };
 
-    p.tabs = new QTabWidget;
+    p.tabs = new FittingTabs;
     p.tabs->setObjectName(u"coordinatesTabs"_s);
     p.tabs->setAccessibleName(tr("Coords input"));
     addTab(p.tabs, turningBoxes, tr("DD.DD°"),

@@ -32,8 +32,13 @@ public:
 
     QSize minimumSizeHint() const override
     {
-        const int word = TextBreaking::widestWord(text(), fontMetrics());
-        return {std::max(word, iconSize().width()), sizeHint().height()};
+        return {std::max(leastTextWidth(), iconSize().width()), sizeHint().height()};
+    }
+
+protected:
+    int aroundText() const override
+    {
+        return width() < Controls::leastDoorBeside ? 0 : TextButton::aroundText();
     }
 };
 

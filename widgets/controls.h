@@ -23,6 +23,10 @@ namespace Controls {
 inline constexpr int logoExtent = 52;
 inline constexpr int pictureExtent = 60;
 
+/// A door of the main page that is narrower has its picture above its text. In device-independent
+/// pixels.
+inline constexpr int leastDoorBeside = 400;
+
 /// Distances, in device-independent pixels. besideSeparator is the distance on each side of a
 /// separator and also its width, so that panes are 12 apart. stackGap is the distance between
 /// stacked buttons, toolGap that between the tools of a header.

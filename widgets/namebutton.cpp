@@ -6,6 +6,7 @@
 #include <QKeySequence>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include "widgets/controls.h"
 #include "widgets/wrappingbutton.h"
@@ -14,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Minimum width in characters, which is enough to distinguish most names.
+/// Width in characters that is enough to distinguish most names.
 constexpr int leastCharacters = 17;
 
 } // namespace
@@ -50,18 +51,43 @@ QSize NameButton::sizeHint() const
     return sizeFor(fontMetrics().horizontalAdvance(TextBreaking::shownPart(text())));
 }
 
-QSize NameButton::minimumSizeHint() const
+/// Returns the width of the part of the name that is never elided.
+int NameButton::requiredTextWidth() const
 {
     const int least = leastCharacters * fontMetrics().averageCharWidth();
-    return sizeFor(
-        std::min(least, fontMetrics().horizontalAdvance(TextBreaking::shownPart(text()))));
+    return std::min(least, fontMetrics().horizontalAdvance(TextBreaking::shownPart(text())));
+}
+
+QSize NameButton::minimumSizeHint() const
+{
+    return sizeFor(TextBreaking::requiredWidth(this, requiredTextWidth()));
+}
+
+int NameButton::roomForText() const
+{
+    constexpr int wide = 1000; // more than the minimum width of a button in any style
+    return width() - (sizeFor(wide).width() - wide);
+}
+
+QFont NameButton::drawnFont() const
+{
+    return TextBreaking::fitting(font(), requiredTextWidth(), roomForText());
 }
 
 void NameButton::initStyleOption(QStyleOptionButton *option) const
 {
     QPushButton::initStyleOption(option);
-    constexpr int wide = 1000; // more than the minimum width of a button in any style
-    const int room = width() - (sizeFor(wide).width() - wide);
-    option->text = fontMetrics().elidedText(TextBreaking::shownPart(text()), Qt::ElideRight, room);
+    option->fontMetrics = QFontMetrics(drawnFont());
+    option->text = option->fontMetrics.elidedText(TextBreaking::shownPart(text()), Qt::ElideRight,
+                                                  roomForText());
     option->text.replace(QLatin1Char('&'), "&&"_L1);
+}
+
+void NameButton::paintEvent(QPaintEvent * /*event*/)
+{
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QStylePainter painter(this);
+    painter.setFont(drawnFont());
+    painter.drawControl(QStyle::CE_PushButton, option);
 }

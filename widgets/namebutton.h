@@ -4,7 +4,8 @@
 #include <QPushButton>
 
 /// A button whose text is a name. An ampersand in the name is drawn and is not a mnemonic. A name
-/// that is too long is elided, so that it does not widen the page. text() returns the full name.
+/// that is too long is elided, so that it does not widen the page. Where even a short name has no
+/// room, the text is smaller. text() returns the full name.
 class NameButton : public QPushButton
 {
     Q_OBJECT
@@ -20,7 +21,11 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionButton *option) const override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     QSize sizeFor(int textWidth) const;
+    int requiredTextWidth() const;
+    int roomForText() const;
+    QFont drawnFont() const;
 };

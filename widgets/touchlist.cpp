@@ -185,7 +185,7 @@ void TouchList::selectionChanged(const QItemSelection &selected, const QItemSele
 
 QSize TouchList::minimumSizeHint() const
 {
-    constexpr int characters = 12;
+    constexpr int characters = 10;
     constexpr int rows = 3;
     return {characters * fontMetrics().averageCharWidth(), rows * fontMetrics().height()};
 }

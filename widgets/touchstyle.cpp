@@ -20,6 +20,7 @@
 
 #include "widgets/contrast.h"
 #include "widgets/controls.h"
+#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,7 +35,6 @@ constexpr int rowHeight = 52;   // of a check or radio row
 constexpr int aroundPicture = 4;
 constexpr int besidePicture = 8; // between picture and text, and after the text
 constexpr int besideDoorPicture = 12;
-constexpr int leastDoorBeside = 400; // a narrower door has its picture above its text
 constexpr int besideText = 13;
 constexpr int chevronRoom = 34;
 constexpr QSizeF chevron(8, 16);
@@ -260,7 +260,7 @@ void drawButtonContents(QPainter *painter, const QStyleOptionButton &button, con
     const QIcon::State state = button.state.testFlag(QStyle::State_On) ? QIcon::On : QIcon::Off;
     QRect rect = button.rect;
     const bool isDoor = leadsOn(widget) && !button.icon.isNull();
-    const bool isPictureAbove = isDoor && rect.width() < leastDoorBeside;
+    const bool isPictureAbove = isDoor && rect.width() < Controls::leastDoorBeside;
     if (button.text.isEmpty()) {
         const QRect place =
             QStyle::alignedRect(button.direction, Qt::AlignCenter, button.iconSize, rect);
@@ -383,6 +383,9 @@ void drawTabLabel(QPainter *painter, const QStyleOptionTab &tab)
     const bool isSelected = tab.state.testFlag(QStyle::State_Selected);
     const QColor color = tab.palette.color(isSelected ? QPalette::Link : QPalette::PlaceholderText);
     painter->setPen(color);
+    const int text = TextBreaking::size(tab.text, painter->fontMetrics()).width();
+    painter->setFont(
+        TextBreaking::fitting(painter->font(), text, tab.rect.width() - 2 * aroundPicture));
     painter->drawText(tab.rect, Qt::AlignCenter | Qt::TextShowMnemonic, tab.text);
     if (isSelected) {
         const QRect line(tab.rect.left() + besideText, tab.rect.bottom() - 2 * focusedOutline,

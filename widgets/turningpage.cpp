@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/turningpage.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QAccessibleWidget>
@@ -29,6 +30,10 @@ bool TurningBoxes::turn(Qt::Orientation orientation) const
     for (QBoxLayout *box : acrossWidth) {
         changed |= box->direction() != acrossDirection;
         box->setDirection(acrossDirection);
+    }
+    for (QBoxLayout *box : sideBySide) {
+        changed |= box->direction() != QBoxLayout::LeftToRight;
+        box->setDirection(QBoxLayout::LeftToRight);
     }
     for (QFrame *line : separators)
         line->setFrameShape(landscape ? QFrame::VLine : QFrame::HLine);
@@ -154,7 +159,7 @@ void TurningPage::turnBoxes(Qt::Orientation orientation)
     if (!turningBoxes.turn(orientation))
         return;
     // The activate() call below updates boxes that are directly in the layout of the page.
-    for (const QBoxLayout *box : turningBoxes.alongWidth) {
+    for (const QBoxLayout *box : turningBoxes.alongWidth + turningBoxes.sideBySide) {
         if (box->parentWidget() != boxes()->parentWidget())
             measureAround(box);
     }
@@ -190,29 +195,71 @@ bool TurningPage::isTooHigh() const
     return needed > height();
 }
 
+bool TurningPage::isTight(const QWidget *widget)
+{
+    for (; widget; widget = widget->parentWidget()) {
+        if (const auto *page = qobject_cast<const TurningPage *>(widget))
+            return page->tight;
+    }
+    return false;
+}
+
+/// Sets whether texts may be smaller, and updates what the layouts know of their sizes.
+void TurningPage::setTight(bool mayShrink)
+{
+    if (tight == mayShrink)
+        return;
+    tight = mayShrink;
+    const QList<QWidget *> inside = findChildren<QWidget *>();
+    // The inner ones first: a layout caches what it has measured until it is activated.
+    std::for_each(inside.crbegin(), inside.crend(), [](QWidget *widget) {
+        if (widget->layout())
+            widget->layout()->activate();
+        widget->updateGeometry();
+    });
+    boxes()->activate();
+}
+
+/// Stacks the contents of `row`, boxes of the same direction, if the page is too wide and they are
+/// part of the reason.
+void TurningPage::stackIfTooWide(const QList<QBoxLayout *> &row)
+{
+    if (row.isEmpty() || !isTooWide())
+        return;
+    const auto turnRow = [&](QBoxLayout::Direction direction) {
+        for (QBoxLayout *box : row) {
+            box->setDirection(direction);
+            measureAround(box);
+        }
+    };
+    const bool fitsAlone = std::ranges::all_of(
+        row, [this](const QBoxLayout *box) { return box->minimumSize().width() <= width(); });
+    const int before = neededWidth();
+    const QBoxLayout::Direction direction = row.first()->direction();
+    turnRow(QBoxLayout::TopToBottom);
+    if (fitsAlone && neededWidth() == before) // another part of the page is the widest
+        turnRow(direction);
+}
+
 /// Uses the layout of portrait if the page is too wide for a window in landscape, and then stacks
 /// the boxes that are still too wide.
 void TurningPage::stackWhatIsTooWide()
 {
     if (isTooWide() && windowOrientation == Qt::Horizontal)
         turnBoxes(Qt::Vertical);
-    for (QBoxLayout *box : turningBoxes.acrossWidth) {
-        if (!isTooWide())
-            return;
-        const int before = neededWidth();
-        const QBoxLayout::Direction direction = box->direction();
-        box->setDirection(QBoxLayout::TopToBottom);
-        measureAround(box);
-        if (neededWidth() == before) { // another part of the page is the widest
-            box->setDirection(direction);
-            measureAround(box);
-        }
-    }
+    for (QBoxLayout *box : turningBoxes.acrossWidth)
+        stackIfTooWide({box});
+    stackIfTooWide(turningBoxes.sideBySide);
 }
 
+/// Lets texts shrink if the page is too wide, and lets it scroll if it is still too large.
 void TurningPage::scrollWhatIsTooLarge()
 {
-    if (area || !layout() || !(isTooWide() || isTooHigh()))
+    if (!layout())
+        return;
+    if (isTooWide())
+        setTight(true);
+    if (area || !(isTooWide() || isTooHigh()))
         return;
     const FocusKeeper focus(this);
     auto *contents = new QWidget;
@@ -266,6 +313,7 @@ void TurningPage::fit()
 {
     if (!layout())
         return;
+    setTight(false);
     turnBoxes(windowOrientation);
     stackWhatIsTooWide();
     scrollWhatIsTooLarge();

@@ -17,6 +17,8 @@ struct TurningBoxes
     QList<QBoxLayout *> alongWidth;
     /// Stacked in landscape, side by side in portrait.
     QList<QBoxLayout *> acrossWidth;
+    /// Side by side in both orientations, unless one of them is too wide: then all are stacked.
+    QList<QBoxLayout *> sideBySide;
     /// Lines between boxes of `alongWidth`.
     QList<QFrame *> separators;
 
@@ -26,7 +28,8 @@ struct TurningBoxes
 };
 
 /// A page that follows the orientation of the window and fits a window that is too small for its
-/// texts: boxes without room side by side are stacked, and a page that is still too large scrolls.
+/// texts: boxes without room side by side are stacked, then words without room are smaller, and a
+/// page that is still too large scrolls.
 /// The accessible name of a page is its title.
 class TurningPage : public QWidget
 {
@@ -40,6 +43,10 @@ public:
 
     /// Lays out the page for a window of that orientation.
     void turn(Qt::Orientation orientation);
+
+    /// Returns whether the page of `widget` is too narrow for its usual texts, also after its boxes
+    /// were stacked, so that texts may be smaller.
+    static bool isTight(const QWidget *widget);
 
     /// Gives the focus to firstFocus. A page that scrolls shows its top instead, unless a field to
     /// type in has the focus.
@@ -61,6 +68,8 @@ private:
     int neededWidth() const;
     bool isTooWide() const;
     bool isTooHigh() const;
+    void setTight(bool mayShrink);
+    void stackIfTooWide(const QList<QBoxLayout *> &row);
     void stackWhatIsTooWide();
     void scrollWhatIsTooLarge();
     void showFocused();
@@ -69,6 +78,7 @@ private:
     QAccessible::Role role;
     Qt::Orientation windowOrientation = Qt::Horizontal;
     /// Whether the focus has changed since the height of the contents changed last.
+    bool tight = false;
     bool focusIsNew = false;
     bool changedUnseen = true;
     /// Null while the page has always had enough room for its contents.

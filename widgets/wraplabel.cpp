@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Minimum width in characters, which is enough for most words.
+/// Minimum width in characters which is enough for most words.
 constexpr int leastCharacters = 10;
 
 /// Breaks the text of `layout` into lines for `width` and returns their common height.
@@ -55,7 +55,8 @@ QSize WrapLabel::sizeHint() const
 
 QSize WrapLabel::minimumSizeHint() const
 {
-    return {leastCharacters * fontMetrics().averageCharWidth(), fontMetrics().height()};
+    const int least = leastCharacters * fontMetrics().averageCharWidth();
+    return {TextBreaking::requiredWidth(this, least), fontMetrics().height()};
 }
 
 bool WrapLabel::hasHeightForWidth() const
@@ -67,16 +68,12 @@ bool WrapLabel::hasHeightForWidth() const
 /// font of the label.
 QFont WrapLabel::fontFor(int width) const
 {
-    constexpr qreal smallest = 0.75;
     static const QRegularExpression between(QStringLiteral("\\s|(?<=[-/])"));
     int widest = 0;
     for (const QString &word : TextBreaking::shownPart(text()).split(between))
         widest = std::max(widest, fontMetrics().horizontalAdvance(word));
-    QFont fitting = font();
-    const qreal scale = widest == 0 ? 1 : static_cast<qreal>(width) / widest;
-    if (scale < 1 && scale >= smallest)
-        fitting.setPixelSize(static_cast<int>(fontInfo().pixelSize() * scale));
-    return fitting;
+    return width < TextBreaking::smallest * widest ? font()
+                                                   : TextBreaking::fitting(font(), widest, width);
 }
 
 /// Breaks the text of `layout` like breakLines(), in a smaller font if a word is too wide.

@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/wrappingbutton.h"
 
+#include <algorithm>
+
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QStringList>
+#include <QtMath>
+
+#include "widgets/turningpage.h"
 
 QString TextBreaking::broken(const QString &text, const QFontMetrics &metrics, int width)
 {
@@ -23,6 +29,21 @@ int TextBreaking::widestWord(const QString &text, const QFontMetrics &metrics)
     for (const QString &word : text.split(u' '))
         widest = qMax(widest, size(word, metrics).width());
     return widest;
+}
+
+int TextBreaking::requiredWidth(const QWidget *widget, int width)
+{
+    return TurningPage::isTight(widget) ? qCeil(smallest * width) : width;
+}
+
+QFont TextBreaking::fitting(const QFont &font, int word, int width)
+{
+    if (word <= width)
+        return font;
+    QFont smaller = font;
+    const qreal scale = std::max(smallest, static_cast<qreal>(width) / word);
+    smaller.setPixelSize(static_cast<int>(QFontInfo(font).pixelSize() * scale));
+    return smaller;
 }
 
 QString TextBreaking::shownPart(const QString &name)

@@ -2,11 +2,19 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QFontMetrics>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
-/// Functions that break the texts of buttons. Sizes are in device-independent pixels.
+/// Functions that fit texts into buttons and labels. Sizes are in device-independent pixels.
 namespace TextBreaking {
+
+/// The least size of a text whose words are too wide, in parts of the size of its font.
+constexpr qreal smallest = 0.6;
+
+/// Returns the width that `widget` requires for words that are `width` wide in its font: less if
+/// its page is too narrow.
+int requiredWidth(const QWidget *widget, int width);
 
 /// Returns `text` with newlines between words. A line is wider than `width` only if a single word
 /// is.
@@ -14,6 +22,10 @@ QString broken(const QString &text, const QFontMetrics &metrics, int width);
 
 /// Returns the width of the widest word of `text`.
 int widestWord(const QString &text, const QFontMetrics &metrics);
+
+/// Returns `font`, or a smaller one if that makes a word of the width `word` as wide as `width`. It
+/// is not smaller than the least size.
+QFont fitting(const QFont &font, int word, int width);
 
 /// Returns the part of a name that a widget shows. Foreign files can have names of any length,
 /// which would take Qt minutes to lay out.
@@ -25,7 +37,8 @@ QSize size(const QString &text, const QFontMetrics &metrics);
 } // namespace TextBreaking
 
 /// A push button, check box or radio button that breaks a text without room in one line between
-/// words, and becomes higher. A button without text can be smaller than its picture, which is then
+/// words, and becomes higher. If a single word has no room, the text is smaller. A button without
+/// text can be smaller than its picture, which is then
 /// drawn smaller, down to 40 pixels. `element` is the control element that the style draws.
 template <typename Button, QStyle::ControlElement element>
 class WrappingButton : public Button
@@ -44,15 +57,27 @@ public:
         const QSize hint = sizeHint();
         if (this->text().isEmpty())
             return hint - this->iconSize() + this->iconSize().boundedTo(leastIcon);
-        const int word = TextBreaking::widestWord(this->text(), this->fontMetrics());
-        return {hint.width() - lineSize().width() + word, hint.height()};
+        return {aroundText() + leastTextWidth(), hint.height()};
     }
 
 protected:
+    int leastTextWidth() const
+    {
+        const int word = TextBreaking::widestWord(this->text(), this->fontMetrics());
+        return TextBreaking::requiredWidth(this, word);
+    }
+
+    /// Returns the width of picture, indicator and margins beside the text.
+    virtual int aroundText() const
+    {
+        return Button::sizeHint().width() - lineSize().width();
+    }
+
     void resizeEvent(QResizeEvent *event) override
     {
         Button::resizeEvent(event);
-        const QSize lines = TextBreaking::size(brokenText(), this->fontMetrics());
+        const QFontMetrics metrics(drawnFont());
+        const QSize lines = TextBreaking::size(brokenText(metrics), metrics);
         const int icon = this->icon().isNull() ? 0 : this->iconSize().height();
         const int around = Button::sizeHint().height() - qMax(icon, lineSize().height());
         const int needed = around + qMax(icon, lines.height());
@@ -66,12 +91,16 @@ protected:
     {
         QStyleOptionButton option;
         this->initStyleOption(&option);
-        option.text = brokenText();
+        const QFont font = drawnFont();
+        option.fontMetrics = QFontMetrics(font);
+        option.text = brokenText(option.fontMetrics);
         if (option.text.isEmpty()) {
             const QSize room = this->size() - (Button::sizeHint() - this->iconSize());
             option.iconSize = this->iconSize().boundedTo(room.expandedTo(leastIcon));
         }
-        QStylePainter(this).drawControl(element, option);
+        QStylePainter painter(this);
+        painter.setFont(font);
+        painter.drawControl(element, option);
     }
 
 private:
@@ -82,12 +111,25 @@ private:
         return TextBreaking::size(this->text(), this->fontMetrics());
     }
 
-    /// Returns the text, broken for the current width of the button.
-    QString brokenText() const
+    int roomForText() const
     {
-        // The width of picture, indicator and margins.
-        const int around = Button::sizeHint().width() - lineSize().width();
-        return TextBreaking::broken(this->text(), this->fontMetrics(), this->width() - around);
+        return this->width() - aroundText();
+    }
+
+    /// Returns the font in which every word has room.
+    QFont drawnFont() const
+    {
+        const int room = roomForText();
+        if (lineSize().width() <= room)
+            return this->font();
+        const int word = TextBreaking::widestWord(this->text(), this->fontMetrics());
+        return TextBreaking::fitting(this->font(), word, room);
+    }
+
+    /// Returns the text, broken for the current width of the button.
+    QString brokenText(const QFontMetrics &metrics) const
+    {
+        return TextBreaking::broken(this->text(), metrics, roomForText());
     }
 
     /// The height of the button that the broken text needs, in device-independent pixels.

@@ -258,10 +258,14 @@ void TestWidgets::turningBoxesTurn()
 {
     QBoxLayout along(QBoxLayout::LeftToRight);
     QBoxLayout across(QBoxLayout::TopToBottom);
+    QBoxLayout stacked(QBoxLayout::TopToBottom);
     QFrame line;
-    const TurningBoxes boxes{
-        .alongWidth = {&along}, .acrossWidth = {&across}, .separators = {&line}};
+    const TurningBoxes boxes{.alongWidth = {&along},
+                             .acrossWidth = {&across},
+                             .sideBySide = {&stacked},
+                             .separators = {&line}};
     boxes.turn(Qt::Vertical);
+    QCOMPARE(stacked.direction(), QBoxLayout::LeftToRight);
     QCOMPARE(along.direction(), QBoxLayout::TopToBottom);
     QCOMPARE(across.direction(), QBoxLayout::LeftToRight);
     QCOMPARE(line.frameShape(), QFrame::HLine);

@@ -81,7 +81,7 @@ static void checkNothingIsCut(const QWidget *page)
                                        : widget->objectName());
         if (label && label->wordWrap())
             QVERIFY2(label->height() >= label->heightForWidth(label->width()), qPrintable(what));
-        else if (label || bar || name)
+        else if (label || ((bar || name) && fontScale() == 1)) // larger ones have a smaller font
             QVERIFY2(widget->sizeHint().width() <= widget->width(), qPrintable(what));
         // A button that wraps its text must get the height of its lines.
         if (button)
@@ -106,10 +106,9 @@ void TestFitting::nothingIsCut_data()
     QTest::addColumn<QSize>("size");
     for (const auto &[name, language] : {std::pair("English", 1), std::pair("Russian", 2)}) {
         QTest::addRow("%s, landscape", name) << language << QSize(800, 480);
-        if (fontScale() > 1)
-            continue;
         QTest::addRow("%s, portrait", name) << language << QSize(480, 800);
-        QTest::addRow("%s, narrow phone", name) << language << QSize(360, 720);
+        if (fontScale() < 2)
+            QTest::addRow("%s, narrow phone", name) << language << QSize(360, 720);
     }
 }
 
