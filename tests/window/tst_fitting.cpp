@@ -29,6 +29,7 @@ private slots:
     void textIsScaled();
     void nothingIsCut_data();
     void nothingIsCut();
+    void buttonsAreStackedBeforeTextsShrink();
     void everythingIsInReach_data();
     void everythingIsInReach();
     void focusStaysWhenThePageBeginsToScroll();
@@ -162,6 +163,19 @@ void TestFitting::nothingIsCut()
         QVERIFY(menu);
         QVERIFY(menu->width() <= size.width());
     }
+}
+
+void TestFitting::buttonsAreStackedBeforeTextsShrink()
+{
+    ShopDriver shop({}, {{"LanguageId", 1}});
+    shop.window->resize(360, 720);
+    shop.press("shopsButton");
+    shop.press("newButton");
+    QCoreApplication::processEvents();
+    const QRect save = shop.find<QPushButton>("saveButton")->geometry();
+    const QRect remove = shop.find<QPushButton>("deleteButton")->geometry();
+    QCOMPARE(remove.left(), save.left());
+    QVERIFY(remove.top() > save.bottom());
 }
 
 void TestFitting::everythingIsInReach_data()
