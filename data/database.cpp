@@ -2,6 +2,8 @@
 #include "data/database.h"
 
 #include <chrono>
+#include <optional>
+#include <utility>
 
 #include <QDir>
 #include <QSqlError>
@@ -29,6 +31,22 @@ bool hasStoresTable(const QSqlDatabase &database)
 {
     return database.tables(QSql::Tables).contains("magazin"_L1);
 }
+
+/// As long as this object exists, statements do not wait for the disk.
+class NoWaitForDisk
+{
+public:
+    NoWaitForDisk()
+    {
+        Database::execute(Statements::doNotWaitForDisk);
+    }
+    ~NoWaitForDisk()
+    {
+        Database::execute(Statements::waitForDisk);
+    }
+    NoWaitForDisk(const NoWaitForDisk &) = delete;
+    NoWaitForDisk &operator=(const NoWaitForDisk &) = delete;
+};
 
 } // namespace
 
@@ -73,7 +91,12 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
         return Tables::Unreadable;
     if (!hasStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};
-        for (const QLatin1StringView statement : Statements::createTables) {
+        std::optional<NoWaitForDisk> noWait(std::in_place);
+        for (const QLatin1StringView &statement : Statements::createTables) {
+            // On flash memory, seven waits would delay the first window of all by half a second.
+            // The last statement waits for what all of them have written.
+            if (&statement == &Statements::createTables.back())
+                noWait.reset();
             query.exec(statement);
             // Another process may write while this one can read.
             if (codeOf(query.lastError()) == Busy)

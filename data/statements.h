@@ -29,6 +29,9 @@ inline constexpr std::array<Text, 7> createTables{
 
 // How long a statement waits for a file that another process has locked, in milliseconds.
 inline constexpr Text setBusyTimeout{"pragma busy_timeout = %1"};
+// Whether statements wait until the disk has stored what they have changed, as they usually do.
+inline constexpr Text waitForDisk{"pragma synchronous = full"};
+inline constexpr Text doNotWaitForDisk{"pragma synchronous = off"};
 
 // Store categories.
 inline constexpr Text newCategoryId{"select max(id)+1 as ad from category"};

@@ -1,10 +1,23 @@
 // SPDX-License-Identifier: MIT
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <QSqlError>
 #include <QtTest>
 
 #include "data/database.h"
 #include "data/statements.h"
 #include "tests/support/testhome.h"
+
+static int syncs = 0;
+
+/// Counts how often SQLite waits for the disk. The program's own symbols come before those of the C
+/// library.
+extern "C" int fdatasync(int file)
+{
+    ++syncs;
+    return static_cast<int>(::syscall(SYS_fdatasync, file));
+}
 
 static QList<QLatin1StringView> statements()
 {
@@ -68,6 +81,7 @@ private slots:
     void cleanup();
 
     void folderAndFile();
+    void firstStartWaitsForTheDiskOnce();
     void tablesHaveExactlyTheirColumns();
     void connectionIsTheDefaultOne();
     void newIds_data();
@@ -87,6 +101,7 @@ private:
 
 void TestDatabase::init()
 {
+    syncs = 0;
     home = std::make_unique<TestHome>();
     Database::prepareFolder();
     database = Database::open(Database::filePath());
@@ -104,6 +119,18 @@ void TestDatabase::folderAndFile()
     QCOMPARE(Database::folder(), home->path() + "/.trolleo/");
     QCOMPARE(Database::filePath(), home->path() + "/.trolleo/trolleo.db");
     QVERIFY(QFile::exists(home->databaseFile()));
+}
+
+void TestDatabase::firstStartWaitsForTheDiskOnce()
+{
+    // init() has made the tables. One statement waits for its journal, twice, for the folder and
+    // for the file.
+    constexpr int ofOneStatement = 4;
+    QVERIFY2(syncs <= ofOneStatement, qPrintable(QString::number(syncs)));
+    // What is changed later is on the disk at once.
+    syncs = 0;
+    Database::run(Statements::insertCategory, 1, QString("Food"));
+    QCOMPARE(syncs, ofOneStatement);
 }
 
 void TestDatabase::tablesHaveExactlyTheirColumns()
