@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/privatebus.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
@@ -101,8 +102,13 @@ MadeUpService::~MadeUpService()
 
 void MadeUpService::leave()
 {
-    if (!connectionName.isEmpty())
-        QDBusConnection::disconnectFromBus(connectionName);
+    if (connectionName.isEmpty())
+        return;
+    // A call that was not handled yet is answered by its connection when its event is deleted, so
+    // that must not happen after the connection was closed.
+    QDBusConnection(connectionName).unregisterObject(rootPath, QDBusConnection::UnregisterTree);
+    QCoreApplication::removePostedEvents(this);
+    QDBusConnection::disconnectFromBus(connectionName);
     connectionName.clear();
 }
 
