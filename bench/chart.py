@@ -4,6 +4,7 @@
 
 Usage: bench/chart.py FILE.png < table
 """
+import itertools
 import math
 import sys
 
@@ -82,7 +83,7 @@ class Chart:
         # Names beside the ends of their lines, and below each other where those are too close.
         least = TOP
         ends = sorted(self.series.items(), key=lambda item: -item[1][-1][1])
-        for (what, points), color in zip(ends, COLORS):
+        for (what, points), color in zip(ends, itertools.cycle(COLORS)):
             places = [self.place(*point) for point in points]
             self.line(places, color, 2)
             for x, y in places:
