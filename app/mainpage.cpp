@@ -73,8 +73,7 @@ void ShopWindow::buildMainPage()
     box->addLayout(toolbar);
     box->addWidget(line);
     box->addLayout(buttons, 1);
-    page->turningBoxes = {
-        .alongWidth = {box}, .acrossWidth = {toolbar}, .sideBySide = {}, .separators = {line}};
+    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {toolbar}, .separators = {line}};
 
     connect(p.shopping, &QPushButton::clicked, this, &ShopWindow::buyClicked);
     connect(p.reminder, &QPushButton::clicked, this, &ShopWindow::trackingClicked);

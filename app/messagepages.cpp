@@ -59,8 +59,8 @@ QLabel *largeText(const QString &objectName, const QWidget *page)
     return text;
 }
 
-/// A rich text whose font shrinks for a word that is wider than the text, so that it need not
-/// scroll sideways.
+/// The text of a scroll area, whose font shrinks for a word that is wider than the area, so that it
+/// need not scroll sideways.
 class FittingText : public QLabel
 {
 public:
@@ -73,24 +73,34 @@ public:
     QSize minimumSizeHint() const override
     {
         const QSize hint = QLabel::minimumSizeHint();
-        return {qCeil(TextBreaking::smallest * hint.width()), hint.height()};
+        return {indent() + qCeil(TextBreaking::smallest * widestWord), hint.height()};
     }
 
 protected:
     void resizeEvent(QResizeEvent *event) override
     {
         QLabel::resizeEvent(event);
-        if (event->size().width() == event->oldSize().width() && text() == fitted)
+        const auto *area = qobject_cast<QAbstractScrollArea *>(parentWidget()->parentWidget());
+        if (!area)
             return;
-        fitted = text();
+        // If the font depended on whether the area has a scroll bar, the text could need one in the
+        // larger font only.
+        const int room =
+            area->maximumViewportSize().width() - area->verticalScrollBar()->sizeHint().width();
+        if (room == fittedRoom && text() == fittedText)
+            return;
+        fittedRoom = room;
+        fittedText = text();
         setFont(usual);
-        const int word = QLabel::minimumSizeHint().width();
-        setFont(TextBreaking::fitting(usual, word - indent(), width() - indent()));
+        widestWord = QLabel::minimumSizeHint().width() - indent();
+        setFont(TextBreaking::fitting(usual, widestWord, room - indent()));
     }
 
 private:
     const QFont usual;
-    QString fitted;
+    int fittedRoom = 0;
+    QString fittedText;
+    int widestWord = 0;
 };
 
 /// Adds a sheet with `icon` at the top and `text` in the remaining height.

@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
-#include <QtMath>
 
 #include "widgets/controls.h"
 #include "widgets/pictures.h"
@@ -16,7 +15,6 @@
 #include "widgets/trlistdelegate.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
-#include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
 
@@ -86,14 +84,14 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     ListFrame frame;
     frame.picture = Controls::pictureLabel(u"picture"_s);
     frame.picture->setPicture(picture, listPictureExtent);
-    frame.title = new WrapLabel;
-    frame.title->setObjectName(u"title"_s);
-    frame.title->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    frame.title->setText(title);
-    Controls::setBold(frame.title);
+    auto *label = new WrapLabel;
+    frame.title = label;
+    label->setObjectName(u"title"_s);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    label->setText(title);
+    Controls::setBold(label);
     // On a narrow screen the buttons leave little room for the title.
-    const int character = QFontMetrics(page->font()).averageCharWidth();
-    frame.title->setMinimumWidth(qCeil(TextBreaking::smallest * leastTitleCharacters * character));
+    label->setLeastCharacters(leastTitleCharacters);
     frame.help = helpButton(listToolExtent);
     frame.back = backButton(page, listToolExtent);
     frame.header = new QHBoxLayout;
@@ -119,8 +117,7 @@ ListFrame Frames::makeListFrame(TurningPage *page, const QString &picture, const
     Controls::setPaneSpacing(box);
     box->addLayout(contents, 1);
     box->addLayout(frame.buttons);
-    page->turningBoxes = {
-        .alongWidth = {box}, .acrossWidth = {frame.buttons}, .sideBySide = {}, .separators = {}};
+    page->turningBoxes = {.alongWidth = {box}, .acrossWidth = {frame.buttons}};
     return frame;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gps/coordinatespage.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -21,6 +22,7 @@
 #include "widgets/maskedfield.h"
 #include "widgets/namebutton.h"
 #include "widgets/pictures.h"
+#include "widgets/touchstyle.h"
 #include "widgets/turningpage.h"
 #include "widgets/wraplabel.h"
 #include "widgets/wrappingbutton.h"
@@ -36,15 +38,9 @@ const QString decimalMask = u"#00.000000"_s;
 const QString wholeMask = u"00"_s;
 const QString secondsMask = u"00.00"_s;
 
-/// The bar of FittingTabs.
+/// A bar whose tabs become narrower where they have no room.
 class FittingTabBar : public QTabBar
 {
-public:
-    FittingTabBar()
-    {
-        setUsesScrollButtons(false);
-    }
-
 protected:
     QSize minimumTabSizeHint(int index) const override
     {
@@ -53,13 +49,16 @@ protected:
     }
 };
 
-/// Tabs that become narrower where they have no room. TouchStyle draws smaller texts then.
 class FittingTabs : public QTabWidget
 {
 public:
     FittingTabs()
     {
+        // Other styles do not draw smaller texts in narrower tabs.
+        if (!qobject_cast<const TouchStyle *>(QApplication::style()))
+            return;
         setTabBar(new FittingTabBar);
+        setUsesScrollButtons(false);
         setElideMode(Qt::ElideNone);
     }
 };

@@ -23,8 +23,8 @@ namespace Controls {
 inline constexpr int logoExtent = 52;
 inline constexpr int pictureExtent = 60;
 
-/// A door of the main page that is narrower has its picture above its text. In device-independent
-/// pixels.
+/// TouchStyle draws the picture of a door of the main page above its text if the door is narrower.
+/// In device-independent pixels.
 inline constexpr int leastDoorBeside = 400;
 
 /// Distances, in device-independent pixels. besideSeparator is the distance on each side of a

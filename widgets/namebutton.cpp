@@ -9,6 +9,7 @@
 #include <QStylePainter>
 
 #include "widgets/controls.h"
+#include "widgets/turningpage.h"
 #include "widgets/wrappingbutton.h"
 
 using namespace Qt::StringLiterals;
@@ -71,7 +72,9 @@ int NameButton::roomForText() const
 
 QFont NameButton::drawnFont() const
 {
-    return TextBreaking::fitting(font(), requiredTextWidth(), roomForText());
+    return TurningPage::isTight(this)
+               ? TextBreaking::fitting(font(), requiredTextWidth(), roomForText())
+               : font();
 }
 
 void NameButton::initStyleOption(QStyleOptionButton *option) const

@@ -4,8 +4,8 @@
 #include <QPushButton>
 
 /// A button whose text is a name. An ampersand in the name is drawn and is not a mnemonic. A name
-/// that is too long is elided, so that it does not widen the page. Where even a short name has no
-/// room, the text is smaller. text() returns the full name.
+/// that is too long is elided, so that it does not widen the page. On a tight page the text may be
+/// smaller. text() returns the full name.
 class NameButton : public QPushButton
 {
     Q_OBJECT

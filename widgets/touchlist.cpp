@@ -66,6 +66,7 @@ void TouchList::showRows(const QList<QListWidgetItem *> &rows)
             addItem(row);
     }
     emit items->layoutChanged();
+    tellPlaceholder(); // before the list gets the focus
 }
 
 void TouchList::moveRow(int from, int to)
@@ -124,13 +125,9 @@ void TouchList::paintEvent(QPaintEvent *event)
     {
         QPainter painter(viewport());
         painter.setRenderHint(QPainter::Antialiasing);
-        const bool isEmpty = count() == 0 && !placeholderText.isEmpty();
-        if (isEmpty)
+        if (count() == 0 && !placeholderText.isEmpty())
             paintPlaceholder(painter);
-        // Screen readers tell what the list shows.
-        const QString hint = isEmpty ? placeholderText : QString();
-        if (accessibleDescription() != hint)
-            setAccessibleDescription(hint);
+        tellPlaceholder();
         for (const QModelIndex &index : selectedIndexes()) {
             const QRectF pill =
                 QRectF(visualRect(index))
@@ -146,6 +143,14 @@ void TouchList::paintEvent(QPaintEvent *event)
         }
     }
     QListWidget::paintEvent(event);
+}
+
+/// Lets screen readers tell what the list shows.
+void TouchList::tellPlaceholder()
+{
+    const QString told = count() == 0 ? placeholderText : QString();
+    if (accessibleDescription() != told)
+        setAccessibleDescription(told);
 }
 
 void TouchList::paintPlaceholder(QPainter &painter) const

@@ -66,6 +66,7 @@ protected:
 
 private:
     void paintPlaceholder(QPainter &painter) const;
+    void tellPlaceholder();
 
     TrKineticScroller *scroller;
     QString placeholderPicture;

@@ -111,10 +111,12 @@ bool TurningPage::event(QEvent *event)
     const bool handled = QWidget::event(event);
     // A size hint has changed, for example that of a long name. A hidden page has no size yet.
     if (event->type() == QEvent::LayoutRequest) {
-        if (isVisible())
-            scrollWhatIsTooLarge();
-        else
+        if (!isVisible())
             changedUnseen = true;
+        else if (layout() && isTooWide() && !tight)
+            fit();
+        else
+            scrollWhatIsTooLarge();
     }
     return handled;
 }

@@ -14,13 +14,13 @@ class QScrollArea;
 struct TurningBoxes
 {
     /// Side by side in landscape, stacked in portrait.
-    QList<QBoxLayout *> alongWidth;
+    QList<QBoxLayout *> alongWidth = {};
     /// Stacked in landscape, side by side in portrait.
-    QList<QBoxLayout *> acrossWidth;
+    QList<QBoxLayout *> acrossWidth = {};
     /// Side by side in both orientations, unless one of them is too wide: then all are stacked.
-    QList<QBoxLayout *> sideBySide;
+    QList<QBoxLayout *> sideBySide = {};
     /// Lines between boxes of `alongWidth`.
-    QList<QFrame *> separators;
+    QList<QFrame *> separators = {};
 
     /// Sets the directions of all boxes for landscape (Qt::Horizontal) or portrait (Qt::Vertical).
     /// Returns whether the direction of a box has changed.
@@ -77,8 +77,9 @@ private:
 
     QAccessible::Role role;
     Qt::Orientation windowOrientation = Qt::Horizontal;
-    /// Whether the focus has changed since the height of the contents changed last.
+    /// Whether texts may be smaller.
     bool tight = false;
+    /// Whether the focus has changed since the height of the contents changed last.
     bool focusIsNew = false;
     bool changedUnseen = true;
     /// Null while the page has always had enough room for its contents.

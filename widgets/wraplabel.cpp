@@ -12,9 +12,6 @@
 
 namespace {
 
-/// Minimum width in characters which is enough for most words.
-constexpr int leastCharacters = 10;
-
 /// Breaks the text of `layout` into lines for `width` and returns their common height.
 qreal breakLines(QTextLayout &layout, int width, Qt::Alignment alignment)
 {
@@ -46,6 +43,12 @@ WrapLabel::WrapLabel(QWidget *parent)
 {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
+}
+
+void WrapLabel::setLeastCharacters(int characters)
+{
+    leastCharacters = characters;
+    updateGeometry();
 }
 
 QSize WrapLabel::sizeHint() const

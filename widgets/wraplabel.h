@@ -16,6 +16,9 @@ class WrapLabel : public QLabel
 public:
     explicit WrapLabel(QWidget *parent = nullptr);
 
+    /// Sets the least width in average characters of the font.
+    void setLeastCharacters(int characters);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override;
@@ -28,4 +31,6 @@ protected:
 private:
     QFont fontFor(int width) const;
     qreal layOut(QTextLayout &layout, int width) const;
+
+    int leastCharacters = 10; // enough for most words
 };

@@ -23,8 +23,8 @@ QString broken(const QString &text, const QFontMetrics &metrics, int width);
 /// Returns the width of the widest word of `text`.
 int widestWord(const QString &text, const QFontMetrics &metrics);
 
-/// Returns `font`, or a smaller one if that makes a word of the width `word` as wide as `width`. It
-/// is not smaller than the least size.
+/// Returns `font`, or a smaller one in which a word of the width `word` is at most as wide as
+/// `width`, unless it would be below the least size.
 QFont fitting(const QFont &font, int word, int width);
 
 /// Returns the part of a name that a widget shows. Foreign files can have names of any length,
@@ -76,7 +76,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override
     {
         Button::resizeEvent(event);
-        const QFontMetrics metrics(drawnFont());
+        // In the usual font: a smaller one needs no more lines. If its height counted, a narrower
+        // button could be lower, and a page might need its scroll bar only while that is hidden.
+        const QFontMetrics metrics = this->fontMetrics();
         const QSize lines = TextBreaking::size(brokenText(metrics), metrics);
         const int icon = this->icon().isNull() ? 0 : this->iconSize().height();
         const int around = Button::sizeHint().height() - qMax(icon, lineSize().height());
@@ -116,7 +118,7 @@ private:
         return this->width() - aroundText();
     }
 
-    /// Returns the font in which every word has room.
+    /// Returns the font in which every word has room, if it is not below the least size.
     QFont drawnFont() const
     {
         const int room = roomForText();

@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QStackedWidget>
 #include <QTabBar>
+#include <QTextDocument>
 #include <QtTest>
 
 #include "base/pages.h"
@@ -37,6 +38,28 @@ private slots:
     void scrolledPageBeginsAtItsTop();
     void keyboardBelowAddsNoHorizontalBar();
     void fieldToTypeInIsSeen();
+    void longWordsOfAMessageSettle();
+};
+
+/// Counts the resize events of a widget.
+class ResizeCounter : public QObject
+{
+public:
+    explicit ResizeCounter(QWidget *widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject * /*object*/, QEvent *event) override
+    {
+        count += event->type() == QEvent::Resize ? 1 : 0;
+        if (count > most)
+            qFatal("the widget is resized again and again");
+        return false;
+    }
+
+    static constexpr int most = 100;
+    int count = 0;
 };
 
 static double fontScale()
@@ -327,6 +350,28 @@ void TestFitting::fieldToTypeInIsSeen()
         QCOMPARE(field->visibleRegion().boundingRect().height(), field->height());
         QTest::keyClick(shop.window->windowHandle(), Qt::Key_Escape);
     }
+}
+
+void TestFitting::longWordsOfAMessageSettle()
+{
+    ShopDriver shop({}, {{"LanguageId", 2}});
+    shop.press("aboutButton");
+    auto *text = shop.find<QLabel>("messageText");
+    ResizeCounter resizes(text);
+    // At some heights the text fits only in a smaller font, or without its scroll bar.
+    for (int height = 700; height < 1300; height += 8) {
+        resizes.count = 0;
+        shop.window->resize(qRound(300 * fontScale()), height);
+        QCoreApplication::processEvents();
+    }
+    // No word ends beyond the text.
+    QTextDocument words;
+    words.setDefaultFont(text->font());
+    words.setDocumentMargin(0);
+    words.setHtml(text->text());
+    words.setTextWidth(0);
+    QVERIFY2(words.idealWidth() <= text->width() - text->indent(),
+             qPrintable(QString("%1 in %2").arg(words.idealWidth()).arg(text->width())));
 }
 
 STOPPABLE_TEST_MAIN(TestFitting)

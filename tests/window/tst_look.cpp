@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <QAbstractButton>
+#include <QBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QStyleOptionTab>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QtTest>
@@ -13,8 +16,10 @@
 #include "tests/support/shopdriver.h"
 #include "widgets/contrast.h"
 #include "widgets/controls.h"
+#include "widgets/namebutton.h"
 #include "widgets/touchlist.h"
 #include "widgets/touchstyle.h"
+#include "widgets/turningpage.h"
 
 /// Tests the program's own style on all pages. With the environment variable TROLLEO_PICTURES set
 /// to a folder, it also leaves a picture of each page there.
@@ -38,6 +43,8 @@ private slots:
     void disabledPictureIsNotStrongerThanItsText_data();
     void disabledPictureIsNotStrongerThanItsText();
     void firstTabContinuesTheEdgeOfTheSheet();
+    void wholeWordsAreDrawnOnATightPage();
+    void narrowTabDrawsItsWholeText();
     void focusShowsForKeysOnly();
 };
 
@@ -331,6 +338,62 @@ void TestLook::firstTabContinuesTheEdgeOfTheSheet()
     QCOMPARE(tabs->grab().toImage().pixelColor(0, top), sheet);
     tabs->setCurrentIndex(1);
     QVERIFY(tabs->grab().toImage().pixelColor(0, top) != sheet);
+}
+
+void TestLook::wholeWordsAreDrawnOnATightPage()
+{
+    useOurStyle(Qt::white);
+    QWidget window;
+    auto *page = new TurningPage(QAccessible::Pane, &window);
+    QFont large = page->font();
+    large.setPointSize(22);
+    page->setFont(large);
+    auto *box = new QVBoxLayout(page);
+    QPushButton *button = Controls::textButton("button", QString(), 0, QString());
+    auto *name = new NameButton;
+    box->addWidget(button);
+    box->addWidget(name);
+    window.show();
+    const int wordWidth = page->fontMetrics().horizontalAdvance("Unforgettable1");
+    // A name has an arrow.
+    for (QPushButton *shown : {button, static_cast<QPushButton *>(name)}) {
+        page->resize(wordWidth * (shown == name ? 95 : 75) / 100, 200);
+        const auto drawn = [&](const QString &word) {
+            button->setText(word);
+            name->setName(word);
+            QCoreApplication::processEvents();
+            return shown->grab().toImage();
+        };
+        // All digits have the same width.
+        const QImage one = drawn("Unforgettable1");
+        QVERIFY(TurningPage::isTight(shown));
+        QVERIFY2(drawn("Unforgettable7") != one, shown->metaObject()->className());
+    }
+}
+
+void TestLook::narrowTabDrawsItsWholeText()
+{
+    useOurStyle(Qt::white);
+    QStyleOptionTab tab;
+    tab.text = "Unforgettable";
+    tab.palette = QApplication::palette();
+    const int width = QFontMetrics(QApplication::font()).horizontalAdvance(tab.text) * 8 / 10;
+    tab.rect = QRect(0, 0, width, 60);
+    QImage drawn(tab.rect.size(), QImage::Format_RGB32);
+    drawn.fill(Qt::white);
+    QPainter painter(&drawn);
+    painter.setFont(QApplication::font());
+    QApplication::style()->drawControl(QStyle::CE_TabBarTabLabel, &tab, &painter);
+    painter.end();
+    const auto isEmpty = [&drawn](int x) {
+        for (int y = 0; y < drawn.height(); ++y) {
+            if (drawn.pixel(x, y) != 0xffffffff)
+                return false;
+        }
+        return true;
+    };
+    QVERIFY(!isEmpty(width / 2));
+    QVERIFY(isEmpty(0) && isEmpty(width - 1));
 }
 
 void TestLook::focusShowsForKeysOnly()
