@@ -212,13 +212,14 @@ void TurningPage::setTight(bool mayShrink)
     if (tight == mayShrink)
         return;
     tight = mayShrink;
-    const QList<QWidget *> inside = findChildren<QWidget *>();
+    QList<QWidget *> inside = findChildren<QWidget *>();
     // The inner ones first: a layout caches what it has measured until it is activated.
-    std::for_each(inside.crbegin(), inside.crend(), [](QWidget *widget) {
+    std::ranges::reverse(inside);
+    for (QWidget *widget : std::as_const(inside)) {
         if (widget->layout())
             widget->layout()->activate();
         widget->updateGeometry();
-    });
+    }
     boxes()->activate();
 }
 
