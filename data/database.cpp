@@ -81,8 +81,11 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
     if (!database.isOpen())
         return Tables::Unreadable;
     const ShorterWait shorter(wait); // a locked file must not delay the window
-    if (hasStoresTable(database))
+    if (hasStoresTable(database)) {
+        // If an earlier attempt found the file locked, it could not set this either.
+        execute(Statements::waitForDisk);
         return Tables::Complete;
+    }
     // A file that cannot be read seems to have no tables.
     const int code = codeOf(run(Statements::noTrackedStores).lastError());
     if (code == Busy)
@@ -91,7 +94,9 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
         return Tables::Unreadable;
     if (!hasStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};
-        std::optional<NoWaitForDisk> noWait(std::in_place);
+        std::optional<NoWaitForDisk> noWait;
+        if (database.tables(QSql::Tables).isEmpty()) // there is nothing to lose
+            noWait.emplace();
         for (const QLatin1StringView &statement : Statements::createTables) {
             // On flash memory, seven waits would delay the first window of all by half a second.
             // The last statement waits for what all of them have written.

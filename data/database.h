@@ -41,7 +41,9 @@ enum class Tables {
 /// Creates all tables if the table of stores does not exist. Only that table is checked: a file
 /// that has it is not changed, even if another table is missing. A file that is locked or
 /// unreadable is not changed either; for a lock to end each statement waits for at most `wait`. If
-/// the program is killed meanwhile, or the disk is full, the tables created so far remain.
+/// the program is killed meanwhile, or the disk is full, the tables created so far remain. In a new
+/// file only the last of these statements waits for the disk, for all of them, so a loss of power
+/// meanwhile can leave a file that cannot be read.
 Tables createMissingTables(const QSqlDatabase &database,
                            std::chrono::milliseconds wait = std::chrono::milliseconds(250));
 

@@ -135,7 +135,8 @@ void TurningPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     // The widgets have received their font only now, or other sizes while the page was hidden.
-    if (std::exchange(changedUnseen, false))
+    // A page with a scroll area is not notified of changes in it.
+    if (std::exchange(changedUnseen, false) || area)
         fit();
 }
 

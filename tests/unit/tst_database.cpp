@@ -126,7 +126,7 @@ void TestDatabase::firstStartWaitsForTheDiskOnce()
     // init() has made the tables. One statement waits for its journal, twice, for the folder and
     // for the file.
     constexpr int ofOneStatement = 4;
-    QVERIFY2(syncs <= ofOneStatement, qPrintable(QString::number(syncs)));
+    QCOMPARE(syncs, ofOneStatement);
     // What is changed later is on the disk at once.
     syncs = 0;
     Database::run(Statements::insertCategory, 1, QString("Food"));

@@ -39,6 +39,7 @@ private slots:
     void keyboardBelowAddsNoHorizontalBar();
     void fieldToTypeInIsSeen();
     void longWordsOfAMessageSettle();
+    void longNameOnAPageThatScrolls();
 };
 
 /// Counts the resize events of a widget.
@@ -372,6 +373,25 @@ void TestFitting::longWordsOfAMessageSettle()
     words.setTextWidth(0);
     QVERIFY2(words.idealWidth() <= text->width() - text->indent(),
              qPrintable(QString("%1 in %2").arg(words.idealWidth()).arg(text->width())));
+}
+
+void TestFitting::longNameOnAPageThatScrolls()
+{
+    ShopDriver shop(
+        {store("A").openList("One"), store("Wholemeal bakery of the old town").openList("Two")});
+    // There is little room above a keyboard.
+    shop.window->resize(fontScale() < 2 ? QSize(360, 300) : QSize(480, 450));
+    shop.press("shoppingButton");
+    for (int row = 0; row < 2; ++row) {
+        shop.press("listsButton");
+        shop.tap(row);
+        shop.press("selectButton");
+        shop.press("editButton");
+        QCoreApplication::processEvents();
+        const auto *area = shop.find<QScrollArea>("pageArea");
+        QVERIFY2(!area->horizontalScrollBar()->isVisible(), qPrintable(QString::number(row)));
+        shop.press("backButton");
+    }
 }
 
 STOPPABLE_TEST_MAIN(TestFitting)
