@@ -224,25 +224,28 @@ void TurningPage::setTight(bool mayShrink)
     boxes()->activate();
 }
 
+/// Stacks the contents of the boxes, or puts them side by side.
+void TurningPage::turnRow(const QList<QBoxLayout *> &row, Qt::Orientation orientation)
+{
+    for (QBoxLayout *box : row) {
+        box->setDirection(orientation == Qt::Vertical ? QBoxLayout::TopToBottom
+                                                      : QBoxLayout::LeftToRight);
+        measureAround(box);
+    }
+}
+
 /// Stacks the contents of `row`, boxes of the same direction, if the page is too wide and they are
 /// part of the reason.
 void TurningPage::stackIfTooWide(const QList<QBoxLayout *> &row)
 {
-    if (row.isEmpty() || !isTooWide())
+    if (row.isEmpty() || row.first()->direction() == QBoxLayout::TopToBottom || !isTooWide())
         return;
-    const auto turnRow = [&](QBoxLayout::Direction direction) {
-        for (QBoxLayout *box : row) {
-            box->setDirection(direction);
-            measureAround(box);
-        }
-    };
     const bool fitsAlone = std::ranges::all_of(
         row, [this](const QBoxLayout *box) { return box->minimumSize().width() <= width(); });
     const int before = neededWidth();
-    const QBoxLayout::Direction direction = row.first()->direction();
-    turnRow(QBoxLayout::TopToBottom);
+    turnRow(row, Qt::Vertical);
     if (fitsAlone && neededWidth() == before) // another part of the page is the widest
-        turnRow(direction);
+        turnRow(row, Qt::Horizontal);
 }
 
 /// Uses the layout of portrait if the page is too wide for a window in landscape, and then stacks

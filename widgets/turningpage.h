@@ -69,6 +69,7 @@ private:
     bool isTooWide() const;
     bool isTooHigh() const;
     void setTight(bool mayShrink);
+    void turnRow(const QList<QBoxLayout *> &row, Qt::Orientation orientation);
     void stackIfTooWide(const QList<QBoxLayout *> &row);
     void stackWhatIsTooWide();
     void scrollWhatIsTooLarge();
