@@ -9,7 +9,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
-#include <QtMath>
 #include <QUrl>
 #include <QVariant>
 
@@ -70,12 +69,6 @@ public:
         setFont(usual);
     }
 
-    QSize minimumSizeHint() const override
-    {
-        const QSize hint = QLabel::minimumSizeHint();
-        return {indent() + qCeil(TextBreaking::smallest * widestWord), hint.height()};
-    }
-
 protected:
     void resizeEvent(QResizeEvent *event) override
     {
@@ -92,7 +85,7 @@ protected:
         fittedRoom = room;
         fittedText = text();
         setFont(usual);
-        widestWord = QLabel::minimumSizeHint().width() - indent();
+        const int widestWord = minimumSizeHint().width() - indent();
         setFont(TextBreaking::fitting(usual, widestWord, room - indent()));
     }
 
@@ -100,7 +93,6 @@ private:
     const QFont usual;
     int fittedRoom = 0;
     QString fittedText;
-    int widestWord = 0;
 };
 
 /// Adds a sheet with `icon` at the top and `text` in the remaining height.
