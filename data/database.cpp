@@ -48,6 +48,23 @@ public:
     NoWaitForDisk &operator=(const NoWaitForDisk &) = delete;
 };
 
+/// As long as this object exists, statements keep the lock of the file, so that no other process
+/// comes between them. The next statement releases it.
+class KeptLock
+{
+public:
+    KeptLock()
+    {
+        Database::execute(Statements::keepLock);
+    }
+    ~KeptLock()
+    {
+        Database::execute(Statements::releaseLock);
+    }
+    KeptLock(const KeptLock &) = delete;
+    KeptLock &operator=(const KeptLock &) = delete;
+};
+
 } // namespace
 
 QString Database::folder()
@@ -97,11 +114,15 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
         std::optional<NoWaitForDisk> noWait;
         if (database.tables(QSql::Tables).isEmpty()) // there is nothing to lose
             noWait.emplace();
+        // The next attempt would not create the rest of the tables.
+        std::optional<KeptLock> lock(std::in_place);
         for (const QLatin1StringView &statement : Statements::createTables) {
             // On flash memory, seven waits would delay the first window of all by half a second.
             // The last statement waits for what all of them have written.
-            if (&statement == &Statements::createTables.back())
+            if (&statement == &Statements::createTables.back()) {
                 noWait.reset();
+                lock.reset();
+            }
             query.exec(statement);
             // Another process may write while this one can read.
             if (codeOf(query.lastError()) == Busy)

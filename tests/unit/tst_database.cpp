@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
+#include <memory>
+
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QSqlError>
+#include <QThread>
 #include <QtTest>
 
 #include "data/database.h"
 #include "data/statements.h"
 #include "tests/support/testhome.h"
+
+using namespace std::chrono_literals;
 
 static int syncs = 0;
 
@@ -82,6 +88,8 @@ private slots:
 
     void folderAndFile();
     void firstStartWaitsForTheDiskOnce();
+    void allTablesAreMadeOrNone();
+    void refusedAttemptLeavesTheFileToOthers();
     void tablesHaveExactlyTheirColumns();
     void connectionIsTheDefaultOne();
     void newIds_data();
@@ -131,6 +139,63 @@ void TestDatabase::firstStartWaitsForTheDiskOnce()
     syncs = 0;
     Database::run(Statements::insertCategory, 1, QString("Food"));
     QCOMPARE(syncs, ofOneStatement);
+}
+
+/// Reads `file` as soon as it has a table, and goes on reading until `ends`.
+static void readBetweenTables(const QString &file, const std::atomic<bool> &ends)
+{
+    {
+        auto reader = QSqlDatabase::addDatabase("QSQLITE", "neighbour");
+        reader.setDatabaseName(file);
+        reader.setConnectOptions("QSQLITE_BUSY_TIMEOUT=0");
+        reader.open();
+        while (!ends) {
+            reader.transaction();
+            while (!ends && !reader.tables().isEmpty())
+                QThread::msleep(1);
+            reader.rollback();
+        }
+    }
+    QSqlDatabase::removeDatabase("neighbour");
+}
+
+/// A table that is missing because of a lock would be missing for good.
+void TestDatabase::allTablesAreMadeOrNone()
+{
+    const auto tableCount = [this] {
+        return database.tables().size();
+    };
+    const QString file = home->path() + "/contended.db";
+    for (int round = 0; round < 20; ++round) {
+        Database::close(database);
+        QFile::remove(file);
+        database = Database::open(file);
+        std::atomic<bool> ends = false;
+        const std::unique_ptr<QThread> neighbour(
+            QThread::create([&file, &ends] { readBetweenTables(file, ends); }));
+        neighbour->start();
+        const Database::Tables tables = Database::createMissingTables(database, 0ms);
+        ends = true;
+        QVERIFY(neighbour->wait());
+        QCOMPARE(tableCount(), tables == Database::Tables::Locked ? 0 : 7);
+        QCOMPARE(Database::createMissingTables(database), Database::Tables::Complete);
+        QCOMPARE(tableCount(), 7);
+    }
+}
+
+void TestDatabase::refusedAttemptLeavesTheFileToOthers()
+{
+    const QString file = home->path() + "/shared.db";
+    Database::close(database);
+    database = Database::open(file);
+    SecondConnection other(file);
+    QVERIFY(other.run("begin"));
+    QVERIFY(other.run("select * from sqlite_master"));
+    QCOMPARE(Database::createMissingTables(database, 0ms), Database::Tables::Locked);
+    QVERIFY(other.run("create table diary (day int)"));
+    QVERIFY(other.run("commit"));
+    QCOMPARE(Database::createMissingTables(database, 0ms), Database::Tables::Complete);
+    QCOMPARE(other.tables().size(), 8);
 }
 
 void TestDatabase::tablesHaveExactlyTheirColumns()
