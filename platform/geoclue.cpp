@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include <QDateTime>
 #include <QDBusArgument>
@@ -39,6 +40,11 @@ const QString desktopId = u"trolleo"_s;
 constexpr uint exactLevel = 8;
 /// Seconds between two positions, the same as with gpsd.
 constexpr uint timeThreshold = 3;
+/// A position that follows sooner does not become a new location, but changes the latest one, and
+/// this is not signalled.
+constexpr std::chrono::seconds untilChanged{timeThreshold + 1};
+/// For the first position, which the service may have kept for another program.
+constexpr std::chrono::seconds oldestKept = 30s;
 
 constexpr std::chrono::seconds firstPause = 5s;
 constexpr std::chrono::seconds longestPause = 30s;
@@ -81,6 +87,9 @@ GeoClue::GeoClue(MessageBus &systemBus, QObject *parent)
 {
     retry.setSingleShot(true);
     connect(&retry, &QTimer::timeout, this, &GeoClue::begin);
+    reread.setSingleShot(true);
+    reread.setInterval(untilChanged);
+    connect(&reread, &QTimer::timeout, this, &GeoClue::readLocation);
     connect(&bus, &MessageBus::lost, this, [this] {
         if (isWanted)
             tryLater();
@@ -208,6 +217,7 @@ void GeoClue::startClient()
 void GeoClue::end()
 {
     retry.stop();
+    reread.stop();
     if (!attempt)
         return;
     // Replies of this attempt are ignored from here on.
@@ -221,6 +231,7 @@ void GeoClue::end()
     }
     owner.clear();
     client.clear();
+    isFirstLocation = true;
 }
 
 void GeoClue::connectSignals(bool on)
@@ -266,7 +277,11 @@ void GeoClue::ownerChanged(const QString &name, const QString &before, const QSt
 
 void GeoClue::locationUpdated(const QDBusObjectPath & /*before*/, const QDBusObjectPath &now)
 {
-    readLocation(now);
+    if (!attempt)
+        return; // received after the end of the attempt
+    location = now.path();
+    readLocation();
+    reread.start();
 }
 
 void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &changed,
@@ -280,18 +295,25 @@ void GeoClue::propertiesChanged(const QString &interface, const QVariantMap &cha
     emit refused();
 }
 
-void GeoClue::readLocation(const QDBusObjectPath &location)
+void GeoClue::readLocation()
 {
-    if (!attempt)
-        return; // received after the end of the attempt
     bus.call(attempt.get(),
-             {owner, location.path(), propertiesInterface, u"GetAll"_s, {locationInterface}},
-             u"a{sv}"_s, [this](const QVariantList &results) {
-                 const auto info = position(qdbus_cast<QVariantMap>(results.constFirst()));
-                 if (!info || info->timestamp() == lastTimestamp)
-                     return;
-                 lastTimestamp = info->timestamp();
-                 pause = firstPause;
-                 emit positioned(*info);
+             {owner, location, propertiesInterface, u"GetAll"_s, {locationInterface}}, u"a{sv}"_s,
+             [this](const QVariantList &results) {
+                 takeLocation(qdbus_cast<QVariantMap>(results.constFirst()));
              });
+}
+
+void GeoClue::takeLocation(const QVariantMap &properties)
+{
+    const auto info = position(properties);
+    if (!info || info->timestamp() == lastTimestamp)
+        return;
+    lastTimestamp = info->timestamp();
+    pause = firstPause;
+    const auto age =
+        std::chrono::milliseconds(info->timestamp().msecsTo(QDateTime::currentDateTimeUtc()));
+    if (std::exchange(isFirstLocation, false) && age > oldestKept)
+        return;
+    emit positioned(*info);
 }

@@ -34,8 +34,9 @@ public:
 
 signals:
     /// The service has a new position. A position with the timestamp of the previous one is the
-    /// same and is not reported again. Timestamps are compared only for equality, since clocks may
-    /// be wrong.
+    /// same and is not reported again. Otherwise timestamps do not matter, since clocks may be
+    /// wrong, except that of the first position: another program may have had the service keep it
+    /// for hours, so it is not reported if it is more than half a minute old.
     void positioned(const QGeoPositionInfo &position);
     /// The service refuses to report positions: location is switched off, or not allowed for this
     /// program.
@@ -57,7 +58,8 @@ private:
     void end();
     void tryLater();
     void startFailed(const QString &error);
-    void readLocation(const QDBusObjectPath &location);
+    void readLocation();
+    void takeLocation(const QVariantMap &properties);
     void connectSignals(bool on);
 
     MessageBus &bus;
@@ -67,6 +69,10 @@ private:
     /// The service's unique name and the path of our client object, once they are known.
     QString owner;
     QString client;
+    /// The path of the latest location, whose contents may change.
+    QString location;
+    QTimer reread;
+    bool isFirstLocation = true;
     QTimer retry;
     std::chrono::seconds pause;
     std::optional<QDateTime> lastTimestamp;

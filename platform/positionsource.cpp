@@ -30,6 +30,10 @@ PositionSource::PositionSource(const GpsdAddress &gpsdAddress, MessageBus &syste
         timer->setSingleShot(true);
     connect(&gpsdSilence, &QTimer::timeout, this, &PositionSource::askGeoClueToo);
     connect(&missing, &QTimer::timeout, this, [this] {
+        // GeoClue withholds positions that are older than the last one, so after the clock was set
+        // back it is silent until it is asked anew.
+        geoClue.setWanted(false);
+        geoClue.setWanted(!gpsdDelivers);
         tell(UpdateTimeoutError);
         emit positionMissing();
     });

@@ -93,6 +93,7 @@ class Receiver:
         self.is_speaking = threading.Event()
         self.is_speaking.set()
         self.is_over = threading.Event()
+        self.clock_offset = 0  # seconds by which its clock is ahead
         self.said = []  # (time, latitude, longitude) that a client has received
         self.server = socket.socket(socket.AF_UNIX)
         self.server.bind(str(path))
@@ -123,7 +124,7 @@ class Receiver:
         """Starts a walk as soon as a client is connected. After that it continues with or without
         clients.
 
-        Every fix has the current time: GeoClue passes the time of a fix to its clients, and drops a fix
+        Every fix has the time of the receiver's clock: GeoClue passes the time of a fix to its clients, and drops a fix
         that is older than the last one.
         """
         places = [place for line in walk.splitlines() if (place := nmea.place_of(line)) is not None]
@@ -136,7 +137,7 @@ class Receiver:
         for place in places:
             while not self.is_over.is_set():
                 self.is_speaking.wait()
-                if self.feed(nmea.fix(second_of_day(), *place)):
+                if self.feed(nmea.fix(second_of_day() + self.clock_offset, *place)):
                     is_begun = True
                     self.said.append((time.monotonic(), *place))
                 self.is_over.wait(seconds_per_fix if is_begun else 0.1)
@@ -291,6 +292,19 @@ class GeoClue:
 
     def add_agent(self, is_on=True):
         self.agent = Agent(self.address, EXACT if is_on else NOWHERE)
+
+    def add_client(self):
+        """Adds another program that wants positions."""
+        def call(path, interface, method, arguments=None):
+            return self.connection.call_sync(NAME, path, interface, method, arguments, None,
+                                             Gio.DBusCallFlags.NONE, -1, None).unpack()
+
+        path, = call("/org/freedesktop/GeoClue2/Manager", NAME + ".Manager", "GetClient")
+        for name, value in (("DesktopId", GLib.Variant("s", "trolleo")),
+                            ("RequestedAccuracyLevel", GLib.Variant("u", EXACT))):
+            call(path, "org.freedesktop.DBus.Properties", "Set",
+                 GLib.Variant("(ssv)", (NAME + ".Client", name, value)))
+        call(path, NAME + ".Client", "Start")
 
     def is_in_use(self):
         """Returns whether GeoClue locates the user for any client. Does not start it."""

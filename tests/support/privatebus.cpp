@@ -194,14 +194,19 @@ bool MadeUpGeoClue::isStarted() const
     return started;
 }
 
-void MadeUpGeoClue::locate(double latitude, double longitude, int second, double accuracy)
+void MadeUpGeoClue::correct(double latitude, double longitude, int second, double accuracy)
 {
-    const GeoClueTime time{.seconds = 1795341600ULL + qulonglong(second), .microseconds = 0};
+    const GeoClueTime time{.seconds = qulonglong(start + second), .microseconds = 0};
     location = {{"Latitude", latitude},
                 {"Longitude", longitude},
                 {"Accuracy", accuracy},
                 {"Altitude", std::numeric_limits<double>::lowest()},
                 {"Timestamp", QVariant::fromValue(time)}};
+}
+
+void MadeUpGeoClue::locate(double latitude, double longitude, int second, double accuracy)
+{
+    correct(latitude, longitude, second, accuracy);
     if (!started)
         return;
     const QDBusObjectPath before("/org/freedesktop/GeoClue2/Location/" +

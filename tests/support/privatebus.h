@@ -72,8 +72,11 @@ class MadeUpGeoClue : public MadeUpService
 public:
     explicit MadeUpGeoClue(const QString &busAddress);
 
-    /// Reports a position to its client; `second` is the time of its clock.
+    /// Reports a position to its client; `second` is its time, counted from the start of this
+    /// service.
     void locate(double latitude, double longitude, int second, double accuracy = 10);
+    /// Changes the position it has reported last, without a signal.
+    void correct(double latitude, double longitude, int second, double accuracy = 10);
     bool isStarted() const;
     /// The properties that the client has set, by name.
     QVariantMap properties;
@@ -83,6 +86,7 @@ public:
 private:
     QDBusMessage answerTo(const QDBusMessage &message);
 
+    const qint64 start = QDateTime::currentSecsSinceEpoch();
     QVariantMap location;
     int locations = 0;
     bool started = false;

@@ -14,13 +14,17 @@ import unittest  # noqa: E402
 
 import bakery  # noqa: E402
 from desktop import Desktop, Home, Program, wait_for  # noqa: E402
-from geoclue import GeoClue  # noqa: E402
+from geoclue import GeoClue, second_of_day  # noqa: E402
 from neighbours import free_port  # noqa: E402
 import nmea  # noqa: E402
 
 REMINDER_METERS = 250
 METERS_PER_SECOND = 10
 RETURN_SECONDS = 40  # from the service's return, at the latest
+
+
+def latitude_before(meters):
+    return bakery.LATITUDE - meters / nmea.METERS_PER_DEGREE
 
 
 class TestGeoClue(unittest.TestCase):
@@ -30,14 +34,22 @@ class TestGeoClue(unittest.TestCase):
         self.desktop = Desktop()
         self.addCleanup(self.desktop.stop)
 
-    def walk(self, meters, **options):
-        """Starts a GeoClue with a walk that begins at that distance before Bakery and leads past it."""
+    def start_service(self, **options):
         self.service = GeoClue(**options)
         self.addCleanup(self.service.stop)
-        start = bakery.LATITUDE - meters / nmea.METERS_PER_DEGREE
-        self.service.play(nmea.walk_north(start, meters + 200, METERS_PER_SECOND, bakery.LONGITUDE))
 
-    def start_tracking(self):
+    def walk(self, meters, meters_per_second=METERS_PER_SECOND, **options):
+        """Starts a GeoClue with a walk that begins at that distance before Bakery and leads past it."""
+        self.start_service(**options)
+        self.service.play(nmea.walk_north(latitude_before(meters), meters + 200, meters_per_second,
+                                          bakery.LONGITUDE))
+
+    def tell(self, meters):
+        """The receiver says once that it is at that distance before Bakery."""
+        fix = nmea.fix(second_of_day(), latitude_before(meters), bakery.LONGITUDE)
+        wait_for("GeoClue to listen", lambda: self.service.feed(fix))
+
+    def start_tracking(self, beside_others=False):
         self.home.write_settings(GpsEnabled="true")
         self.program = Program(self.desktop, self.home, TROLLEO_GPSD=f"127.0.0.1:{free_port()}",
                                DBUS_SYSTEM_BUS_ADDRESS=self.service.address,
@@ -46,7 +58,7 @@ class TestGeoClue(unittest.TestCase):
         self.program.wait_for_window()
         self.home.run(bakery.ROWS)
         # Before a position is needed, the service is not used.
-        self.assertFalse(self.service.is_in_use())
+        self.assertEqual(self.service.is_in_use(), beside_others)
         self.program.press("Reminder")
         self.program.press("Start")
 
@@ -156,6 +168,39 @@ class TestGeoClue(unittest.TestCase):
         self.assert_no_reminder(5)
         self.service.add_agent()
         self.assert_reminded_after_return()
+
+    def test_clock_is_set_back(self):
+        # GeoClue passes no position on that is older than the last one.
+        hour = 3600
+        self.walk(405, meters_per_second=4)
+        receiver = self.service.receiver
+        before, after = (0, -hour) if second_of_day() > 2 * hour else (hour, 0)
+        receiver.clock_offset = before
+        self.start_tracking()
+        self.wait_for_walk(3)
+        receiver.clock_offset = after
+        self.assert_no_reminder(45)
+        self.reminded(40)
+
+    def test_position_kept_for_another_program(self):
+        self.walk(150)
+        self.service.add_client()
+        self.wait_for_walk(3)
+        self.service.pause()
+        time.sleep(32)
+        self.start_tracking(beside_others=True)
+        self.assert_no_reminder(8)
+        self.service.resume()
+        self.reminded(10)
+
+    def test_position_that_soon_follows_another(self):
+        # GeoClue does not signal it.
+        self.start_service()
+        self.start_tracking()
+        self.tell(300)
+        time.sleep(1)
+        self.tell(200)
+        self.reminded(10)
 
 
 if __name__ == "__main__":

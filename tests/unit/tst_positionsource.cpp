@@ -52,10 +52,13 @@ private slots:
     void geoClueAtOnceWhenNobodyListens();
     void sameTimestampIsTheSamePosition();
     void wrongClocksDoNotMatter();
+    void keptPositionIsNotReported();
+    void correctedPositionIsNoticed();
     void roughPositionsAreToldApart();
     void refusalIsTold();
     void switchedOffWhileItRuns();
     void missingIsToldOnce();
+    void silentGeoClueIsAskedAnew();
     void requestIsServedOnce();
     void requestThatIsCancelled();
     void requestThatTimesOut();
@@ -166,6 +169,45 @@ void TestPositionSource::wrongClocksDoNotMatter()
     }
 }
 
+void TestPositionSource::keptPositionIsNotReported()
+{
+    World world;
+    for (const int later : {0, 10}) {
+        world.source.startUpdates();
+        QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
+        world.geoClue.locate(50, 14, later - 60);
+        QTest::qWait(300);
+        QVERIFY(world.positions.isEmpty());
+        // It is new, although by its receiver's clock it is old.
+        world.geoClue.locate(51, 14, later - 59);
+        QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
+        QCOMPARE(latitudeOf(world.positions), 51);
+        world.source.stopUpdates();
+        QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted(), soon);
+        world.positions.clear();
+    }
+    world.source.startUpdates();
+    QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
+    world.geoClue.locate(52, 14, -10);
+    QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
+}
+
+void TestPositionSource::correctedPositionIsNoticed()
+{
+    World world;
+    world.source.startUpdates();
+    QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
+    world.geoClue.locate(50, 14, 1, 25000);
+    QTRY_COMPARE_WITH_TIMEOUT(world.rough.count(), 1, soon);
+    world.geoClue.correct(51, 14, 2);
+    QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
+    QCOMPARE(latitudeOf(world.positions), 51);
+    // Nothing else happens while the service is silent.
+    const auto reads = world.geoClue.calls("GetAll").size();
+    QTest::qWait(soon);
+    QCOMPARE(world.geoClue.calls("GetAll").size(), reads);
+}
+
 void TestPositionSource::roughPositionsAreToldApart()
 {
     World world;
@@ -235,6 +277,24 @@ void TestPositionSource::missingIsToldOnce()
     world.source.stopUpdates();
     QTest::qWait(2000);
     QCOMPARE(world.missing.count(), 2);
+}
+
+/// The real one withholds positions that are older than the last one.
+void TestPositionSource::silentGeoClueIsAskedAnew()
+{
+    World world({300ms, 1500ms});
+    world.source.startUpdates();
+    QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
+    QTRY_COMPARE_WITH_TIMEOUT(world.missing.count(), 1, soon);
+    QTRY_COMPARE_WITH_TIMEOUT(world.geoClue.calls("GetClient").size(), 2, soon);
+    QTRY_VERIFY_WITH_TIMEOUT(world.geoClue.isStarted(), soon);
+    world.geoClue.locate(50, 14, -3600); // might have been kept
+    QTest::qWait(300);
+    world.geoClue.locate(50, 14, -3599);
+    QTRY_COMPARE_WITH_TIMEOUT(world.positions.count(), 1, soon);
+    // While gpsd delivers, there is nobody to ask.
+    world.gpsd.tell(1, 10.5);
+    QTRY_VERIFY_WITH_TIMEOUT(!world.geoClue.isStarted(), soon);
 }
 
 void TestPositionSource::requestIsServedOnce()
