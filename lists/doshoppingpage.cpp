@@ -109,7 +109,7 @@ void ShopWindow::doShoppingItemActivated(QListWidgetItem *item)
 void ShopWindow::toggleGood(int row)
 {
     TouchList *list = doShoppingPage->list;
-    QListWidgetItem *good = list->item(row);
+    const QListWidgetItem *good = list->item(row);
     const int id = rowId(*good);
     lastTappedGoodId = id;
     const int left = list->count() - 1;
@@ -117,14 +117,12 @@ void ShopWindow::toggleGood(int row)
     if (good->checkState() == Qt::Checked) {
         const int below = left - checkedCount + 1;
         --checkedCount;
-        good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Unchecked));
-        list->moveRow(row, below);
+        list->moveRow(row, below, Qt::Unchecked);
         list->setCurrentRow(below);
     } else {
         const int above = left - checkedCount;
         ++checkedCount;
-        good->setData(Qt::CheckStateRole, static_cast<int>(Qt::Checked));
-        list->moveRow(row, above);
+        list->moveRow(row, above, Qt::Checked);
         list->setCurrentRow(row);
         checkState = 1;
     }

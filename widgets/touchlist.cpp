@@ -69,12 +69,14 @@ void TouchList::showRows(const QList<QListWidgetItem *> &rows)
     tellPlaceholder(); // before the list gets the focus
 }
 
-void TouchList::moveRow(int from, int to)
+void TouchList::moveRow(int from, int to, Qt::CheckState checkState)
 {
     {
         // The view would lay out all rows again, although their number and heights do not change.
         const QSignalBlocker blocker(model());
-        insertItem(to, takeItem(from));
+        QListWidgetItem *row = takeItem(from);
+        row->setCheckState(checkState); // a row of a list would look for its index first
+        insertItem(to, row);
     }
     viewport()->update();
     if (QAccessible::isActive()) {

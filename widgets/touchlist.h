@@ -27,10 +27,10 @@ public:
     /// than adding each of them.
     void showRows(const QList<QListWidgetItem *> &rows);
 
-    /// Moves the row `from` to the index `to`, which is counted without the row. With many rows
-    /// this is much faster than takeItem() and insertItem(). Afterwards any row, or none, may be
-    /// current.
-    void moveRow(int from, int to);
+    /// Moves the row `from` to the index `to`, which is counted without the row, and sets its check
+    /// mark. With many rows this is much faster than takeItem(), setCheckState() and insertItem().
+    /// Afterwards any row, or none, may be current.
+    void moveRow(int from, int to, Qt::CheckState checkState);
 
     /// Makes `row` the current row without scrolling. -1 clears the current row.
     void chooseInPlace(int row);
