@@ -13,7 +13,7 @@ QList<QListWidgetItem *> recordRows(QSqlQuery &query,
     const int idColumn = Database::column(query, "id"_L1);
     QList<QListWidgetItem *> rows;
     while (query.next()) {
-        rows << new ListRow(query.value(nameColumn).toString(), query.value(idColumn).toInt(),
+        rows << new ListRow(query.value(nameColumn).toString(), Database::integer(query, idColumn),
                             second ? second(query) : QVariant());
     }
     return rows;

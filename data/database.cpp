@@ -164,6 +164,11 @@ int Database::column(const QSqlQuery &query, QLatin1StringView name)
     return query.record().indexOf(name);
 }
 
+int Database::integer(const QSqlQuery &query, int column)
+{
+    return static_cast<int>(query.value(column).toLongLong());
+}
+
 std::optional<QString> Database::name(QLatin1StringView statement, int id)
 {
     QSqlQuery query = run(statement, id);
@@ -190,7 +195,7 @@ std::optional<QString> Database::Names::of(int id)
         const int idColumn = column(query, "id"_L1);
         const int nameColumn = column(query, "name"_L1);
         while (query.next())
-            known.insert(query.value(idColumn).toInt(), query.value(nameColumn).toString());
+            known.insert(integer(query, idColumn), query.value(nameColumn).toString());
     }
     return known.value(id);
 }

@@ -80,8 +80,9 @@ void ShopWindow::buildItemsListPage()
 QList<QListWidgetItem *> ShopWindow::goodsRows(QSqlQuery &query)
 {
     const int amountColumn = Database::column(query, "amount"_L1);
-    return recordRows(
-        query, [amountColumn](const QSqlQuery &good) { return good.value(amountColumn).toInt(); });
+    return recordRows(query, [amountColumn](const QSqlQuery &good) {
+        return Database::integer(good, amountColumn);
+    });
 }
 
 void ShopWindow::listEditClicked()

@@ -55,7 +55,7 @@ void ShopWindow::showShoppingLists()
     const int storeColumn = Database::column(query, "magazinid"_L1);
     Database::Names storeNames(Statements::storeName, Statements::allStores);
     shoppingListsPage->list->showRows(recordRows(query, [&](const QSqlQuery &list) {
-        const int storeId = list.value(storeColumn).toInt();
+        const int storeId = Database::integer(list, storeColumn);
         const auto store = storeId == 0 ? std::nullopt : storeNames.of(storeId);
         return store ? QVariant(*store) : QVariant();
     }));

@@ -151,7 +151,7 @@ void ShopWindow::viewShopsClicked()
     const int categoryColumn = Database::column(query, "categoryid"_L1);
     Database::Names categories(Statements::categoryName, Statements::allCategories);
     const QList<QListWidgetItem *> rows = recordRows(query, [&](const QSqlQuery &store) {
-        const auto category = categories.of(store.value(categoryColumn).toInt());
+        const auto category = categories.of(Database::integer(store, categoryColumn));
         return category && !category->isEmpty() ? QVariant(*category) : QVariant();
     });
     storeListPage->list->showRows(rows);
