@@ -80,7 +80,7 @@ void ShopWindow::backFromCategoryClicked()
 
 void ShopWindow::categoryItemClicked(QListWidgetItem *item)
 {
-    if (tappedAgain(*item, lastTappedCategoryId, tr("Tap it again to choose it")))
+    if (tappedAgain(*item, lastTappedCategoryId, tr("Tap it again to edit it")))
         categoryItemActivated(item);
 }
 

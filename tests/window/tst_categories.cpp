@@ -90,6 +90,7 @@ void TestCategories::tappingTwiceInSuccessionEdits()
     shop.tap(1);
     shop.tap(0);
     QCOMPARE(shop.page(), PageCategoryList);
+    QTRY_COMPARE(shop.banner(), "Tap it again to edit it");
     shop.tap(0);
     QCOMPARE(shop.page(), PageCategoryEdit);
     QCOMPARE(shop.find<QLineEdit>("nameField")->text(), "a");

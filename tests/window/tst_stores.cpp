@@ -363,12 +363,22 @@ void TestStores::coordinatesButtonTexts()
 void TestStores::coordinatesButtonNeverTellsOfAnotherStore()
 {
     ShopDriver shop(threeStores, {{"GpsEnabled", true}});
-    for (const int row : {2, 0}) {
-        choose(shop, row);
-        shop.press("editButton");
-        QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
-        shop.press("backButton");
-    }
+    choose(shop, 2);
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
+    shop.press("coordinatesButton");
+    shop.press("gpsViewButton");
+    shop.press("getFromGpsButton");
+    TestPositionSource::instance()->deliver(59.9, 10.7);
+    shop.press("setButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
+    shop.press("backButton");
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "coords is set (edit...)");
+    shop.press("backButton");
+    choose(shop, 0);
+    shop.press("editButton");
+    QCOMPARE(shop.buttonText("coordinatesButton"), "(set Coordinates)");
 }
 
 void TestStores::editing()
