@@ -6,7 +6,6 @@
 #include <QHostInfo>
 #include <QNetworkInterface>
 #include <QtEndian>
-#include <QTextStream>
 
 using namespace Qt::StringLiterals;
 
@@ -98,8 +97,8 @@ QUrl TileServer::baseUrl(const QString &setting)
     const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
     if (isWeb && url.isValid() && !url.host().isEmpty() && !url.hasQuery() && !url.hasFragment())
         return url;
-    QTextStream(stderr) << "trolleo: TROLLEO_TILE_SERVER is not an http or https URL, "
-                        << usual.toString() << " is used\n";
+    qWarning("TROLLEO_TILE_SERVER is not an http or https URL, %s is used",
+             qPrintable(usual.toString()));
     return usual;
 }
 

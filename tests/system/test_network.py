@@ -13,8 +13,11 @@ import configparser  # noqa: E402
 import time  # noqa: E402
 import unittest  # noqa: E402
 
+import bakery  # noqa: E402
 from desktop import Desktop, Home, Program, wait_for  # noqa: E402
+from neighbours import Receiver, free_port  # noqa: E402
 from networkmanager import NetworkManager  # noqa: E402
+import nmea  # noqa: E402
 from tiles import TileServer  # noqa: E402
 
 
@@ -36,13 +39,16 @@ class TestNetwork(unittest.TestCase):
         self.house = self.network.add_profile("House", "house0", "10.1.0.2/24")
         self.office = self.network.add_profile("Office", "office0", "10.2.0.2/24")
 
+    def launch(self, bus=None, **environment):
+        self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER=self.tiles.address,
+                               DBUS_SYSTEM_BUS_ADDRESS=bus or self.network.address, **environment)
+        self.addCleanup(self.program.stop)
+        self.program.wait_for_window()
+
     def start(self, stored=None, bus=None):
         if stored is not None:
             self.home.write_settings(DefaultNetworkConfiguration=stored)
-        self.program = Program(self.desktop, self.home, TROLLEO_TILE_SERVER=self.tiles.address,
-                               DBUS_SYSTEM_BUS_ADDRESS=bus or self.network.address)
-        self.addCleanup(self.program.stop)
-        self.program.wait_for_window()
+        self.launch(bus)
         self.program.press("Shops")
         self.program.press("New")
         self.program.press("(set Coordinates)")
@@ -77,6 +83,21 @@ class TestNetwork(unittest.TestCase):
         self.start(self.house)
         self.assert_opens(self.house)
         self.assertEqual(self.network.active(), {self.house})
+
+    def test_map_of_the_tracked_stores(self):
+        self.make_network()
+        self.home.write_settings(GpsEnabled="true", DefaultNetworkConfiguration=self.house)
+        start = bakery.LATITUDE - 1000 / nmea.METERS_PER_DEGREE
+        receiver = Receiver(nmea.walk_north(start, 300, 1, bakery.LONGITUDE), free_port(), 0.25)
+        self.addCleanup(receiver.kill)
+        self.launch(TROLLEO_GPSD=receiver.address)
+        self.home.run(bakery.ROWS)
+        self.program.press("Reminder")
+        self.program.press("View tracked")
+        wait_for("the tracked stores", lambda: self.program.find("list item"))
+        self.assertEqual(self.network.active(), set())
+        self.open_map()
+        self.assert_opens(self.house)
 
     def test_nothing_stored(self):
         self.make_network()
