@@ -144,13 +144,13 @@ class TestReminder(unittest.TestCase):
     def assert_silenced_by(self, sound, name):
         """Presses a button while the horn sounds."""
         button = wait_for(f"the button {name}", lambda: self.program.find("button", name))
-        wait_for("the horn", lambda: max(sound.loudness(sound.recorded() - 1), default=0) > 0.3)
-        self.assertEqual(sound.roles(), ["alarm"])
-        before = sound.recorded()
+        wait_for("the stream", lambda: sound.roles() == ["alarm"])
+        # Just before the button is pressed: a sound server that had no processor for a while records
+        # silence for that time.
+        wait_for("the horn", lambda: max(sound.loudness(sound.recorded() - 0.5), default=0) > 0.3)
         self.program.push(button)
         after = sound.recorded()
         wait_for("the recording", lambda: sound.recorded() > after + 3)
-        self.assertGreater(max(sound.loudness(before - 1, before)), 0.3)
         self.assertEqual(max(sound.loudness(after + 0.5)), 0)
 
     def test_walk_past_three_stores(self):
