@@ -8,9 +8,9 @@
 #include <QDataStream>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QIODevice>
 #include <QMetaMethod>
 #include <QPointer>
-#include <QUrl>
 
 #include <unistd.h>
 
@@ -26,26 +26,21 @@ constexpr std::chrono::seconds longestPause = 60s;
 
 const QString wrongSignature = u"org.freedesktop.DBus.Error.InvalidSignature"_s;
 
-struct SocketName
-{
-    QString name;
-    bool isAbstract = false;
-};
-
-/// Returns the first UNIX socket of a D-Bus address such as "unix:path=/run/bus,guid=1;tcp:host=a",
-/// or an empty name if there is none.
-SocketName unixSocket(const QString &address)
+/// Returns the name of the first UNIX socket of a D-Bus address such as
+/// "unix:path=/run/bus,guid=1;tcp:host=a", or an empty name if there is none.
+QByteArray unixSocket(const QString &address)
 {
     for (const QString &each : address.split(u';')) {
         if (!each.startsWith("unix:"_L1))
             continue;
         for (const QString &pair : each.sliced(5).split(u',')) {
-            const QString value =
-                QUrl::fromPercentEncoding(pair.section(u'=', 1).toLatin1()); // as D-Bus escapes
+            // Escaped as in a URL.
+            const QByteArray value =
+                QByteArray::fromPercentEncoding(pair.section(u'=', 1).toUtf8());
             if (pair.startsWith("path="_L1))
-                return {.name = value};
+                return value;
             if (pair.startsWith("abstract="_L1))
-                return {.name = value, .isAbstract = true};
+                return '\0' + value;
         }
     }
     return {};
@@ -125,15 +120,8 @@ MessageBus::MessageBus(const QString &busAddress, QObject *parent)
             probe();
     });
     connect(&silence, &QTimer::timeout, this, &MessageBus::probeFailed);
-    connect(&socket, &QLocalSocket::connected, this, [this] {
-        const QByteArray user = QByteArray::number(getuid()).toHex();
-        // The zero byte carries the credentials of the process.
-        socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
-    });
-    connect(&socket, &QLocalSocket::readyRead, this, &MessageBus::readHandshake);
-    // Queued, so that the socket is never aborted within one of its own signals.
-    connect(&socket, &QLocalSocket::errorOccurred, this, &MessageBus::probeFailed,
-            Qt::QueuedConnection);
+    connect(&socket, &LocalSocket::received, this, &MessageBus::readHandshake);
+    connect(&socket, &LocalSocket::closed, this, &MessageBus::probeFailed);
 }
 
 MessageBus::~MessageBus()
@@ -209,36 +197,40 @@ void MessageBus::disconnectSignal(const Signal &signal, QObject *receiver, const
 
 void MessageBus::probe()
 {
-    const SocketName name = unixSocket(address);
-    if (name.name.isEmpty())
+    const QByteArray name = unixSocket(address);
+    if (name.isEmpty())
         return; // no address that can be tried without blocking
-    socket.setSocketOptions(name.isAbstract ? QLocalSocket::AbstractNamespaceOption
-                                            : QLocalSocket::NoOptions);
     isAccepted = false;
     silence.start();
-    socket.connectToServer(name.name);
+    if (!socket.connectTo(name)) {
+        probeFailed();
+        return;
+    }
+    const QByteArray user = QByteArray::number(getuid()).toHex();
+    // The zero byte carries the credentials of the process.
+    socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
 }
 
 /// The bus sends "OK" and then the reply to Hello.
 void MessageBus::readHandshake()
 {
-    if (!silence.isActive())
-        return; // the probe has already failed
+    QByteArray &answer = socket.buffer();
     if (!isAccepted) {
-        constexpr qint64 longestAnswer = 1024; // bytes
-        if (!socket.canReadLine() && socket.bytesAvailable() < longestAnswer)
+        constexpr qsizetype longestAnswer = 1024; // bytes
+        const qsizetype end = answer.indexOf('\n');
+        if (end < 0 && answer.size() < longestAnswer)
             return;
-        isAccepted = socket.readLine(longestAnswer).startsWith("OK ");
+        isAccepted = end >= 0 && answer.startsWith("OK ");
         if (!isAccepted) {
             probeFailed();
             return;
         }
+        answer.remove(0, end + 1);
         socket.write("BEGIN\r\n" + helloMessage());
     }
     constexpr char methodReturn = 2;
-    const QByteArray reply = socket.peek(2);
-    if (reply.size() == 2) {
-        if (reply.at(1) == methodReturn)
+    if (answer.size() >= 2) {
+        if (answer.at(1) == methodReturn)
             connectToBus();
         else
             probeFailed();
@@ -247,10 +239,8 @@ void MessageBus::readHandshake()
 
 void MessageBus::probeFailed()
 {
-    if (!silence.isActive() && socket.state() == QLocalSocket::UnconnectedState)
-        return; // already reported, or the bus has answered
     silence.stop();
-    socket.abort();
+    socket.close();
     tryLater();
 }
 
@@ -263,7 +253,7 @@ void MessageBus::tryLater()
 void MessageBus::connectToBus()
 {
     silence.stop();
-    socket.abort();
+    socket.close();
     static int count = 0;
     connectionName = u"trolleo-bus-%1"_s.arg(++count);
     connection = QDBusConnection::connectToBus(address, connectionName);

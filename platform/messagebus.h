@@ -5,10 +5,11 @@
 #include <functional>
 
 #include <QDBusConnection>
-#include <QLocalSocket>
 #include <QObject>
 #include <QTimer>
 #include <QVariant>
+
+#include "platform/localsocket.h"
 
 /// A D-Bus message bus that never blocks. QDBusConnection blocks its caller, and all other
 /// connections, until the bus answers. This class therefore first does a handshake of its own, and
@@ -95,7 +96,7 @@ private:
     QString address;
     QString connectionName;
     QDBusConnection connection;
-    QLocalSocket socket;
+    LocalSocket socket;
     /// The bus has accepted the authentication.
     bool isAccepted = false;
     QTimer silence;

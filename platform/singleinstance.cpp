@@ -2,6 +2,7 @@
 #include "platform/singleinstance.h"
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -9,21 +10,13 @@
 #include <unistd.h>
 
 #include <QFile>
-#include <QLocalSocket>
 #include <QThread>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 longestToken = 4096;
+constexpr qsizetype longestToken = 4096;
 /// Between two attempts while the other process starts or ends.
 constexpr unsigned long retryPause = 50; // ms
-
-int remaining(const QDeadlineTimer &deadline)
-{
-    return static_cast<int>(deadline.remainingTime());
-}
 
 } // namespace
 
@@ -32,12 +25,10 @@ SingleInstance::SingleInstance(QString path, QObject *parent)
     , folder(std::move(path))
     , server(this)
 {
-    connect(&server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket *other = server.nextPendingConnection()) {
-            connect(other, &QLocalSocket::readyRead, this, [this, other] { answer(other); });
-            connect(other, &QLocalSocket::disconnected, other, &QObject::deleteLater);
-            answer(other);
-        }
+    connect(&server, &LocalServer::connected, this, [this](LocalSocket *other) {
+        other->setParent(this);
+        connect(other, &LocalSocket::received, this, [this, other] { answer(other); });
+        connect(other, &LocalSocket::closed, other, &QObject::deleteLater);
     });
 }
 
@@ -52,18 +43,20 @@ SingleInstance::Result SingleInstance::start(const QByteArray &activationToken,
                                              std::chrono::milliseconds patience)
 {
     const QDeadlineTimer deadline(patience);
-    for (;;) {
-        if (lock()) {
-            if (descriptor >= 0)
-                listen();
-            return Result::First;
-        }
+    if (descriptor < 0)
+        descriptor =
+            ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return Result::First;
+    while (!lock()) {
         if (ask(activationToken, deadline))
             return Result::Answered;
         if (deadline.hasExpired())
             return Result::Unanswered;
         QThread::msleep(retryPause);
     }
+    listen();
+    return Result::First;
 }
 
 void SingleInstance::stopListening()
@@ -74,50 +67,41 @@ void SingleInstance::stopListening()
 /// Returns false if another process has locked the folder.
 bool SingleInstance::lock()
 {
-    const int opened =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (opened < 0)
-        return true;
-    if (::flock(opened, LOCK_EX | LOCK_NB) == 0) {
-        descriptor = opened;
-        return true;
-    }
-    const bool isLocked = errno == EWOULDBLOCK;
-    ::close(opened);
-    return !isLocked;
+    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 /// Returns false if there was no answer.
 bool SingleInstance::ask(const QByteArray &activationToken, const QDeadlineTimer &deadline) const
 {
-    QLocalSocket other;
-    other.connectToServer(socketPath());
-    if (!other.waitForConnected(remaining(deadline)))
+    LocalSocket other;
+    if (!other.connectTo(socketPath()))
         return false;
     other.write(activationToken.left(longestToken) + '\n');
-    return other.waitForReadyRead(remaining(deadline));
+    return other.waitForData(deadline);
 }
 
 void SingleInstance::listen()
 {
-    // A process that was killed has left its socket.
-    QLocalServer::removeServer(socketPath());
+    // A process that was killed has left its socket, which is replaced.
     if (!server.listen(socketPath()))
-        qWarning("Another start cannot show this window: %s", qPrintable(server.errorString()));
+        qWarning("Another start cannot show this window: %s", std::strerror(errno));
 }
 
-void SingleInstance::answer(QLocalSocket *other)
+void SingleInstance::answer(LocalSocket *other)
 {
-    if (other->canReadLine()) {
-        emit startedAgain(QString::fromUtf8(other->readLine().trimmed()));
+    const qsizetype end = other->buffer().indexOf('\n');
+    if (end >= 0) {
+        emit startedAgain(QString::fromUtf8(other->buffer().first(end).trimmed()));
         other->write("\n");
-        other->disconnectFromServer();
-    } else if (other->bytesAvailable() > longestToken) {
-        other->abort();
+    } else if (other->buffer().size() <= longestToken) {
+        return;
     }
+    other->close();
+    other->deleteLater();
 }
 
-QString SingleInstance::socketPath() const
+/// The path to a socket has room for about 100 bytes, and that to the folder may be longer.
+QByteArray SingleInstance::socketPath() const
 {
-    return folder + u"trolleo.socket"_s;
+    return "/proc/self/fd/" + QByteArray::number(descriptor) + "/trolleo.socket";
 }

@@ -4,9 +4,10 @@
 #include <chrono>
 
 #include <QDeadlineTimer>
-#include <QLocalServer>
 #include <QObject>
 #include <QString>
+
+#include "platform/localsocket.h"
 
 /// Ensures that only one process uses a folder. A second one asks the first to show its window.
 ///
@@ -46,10 +47,10 @@ private:
     bool lock();
     bool ask(const QByteArray &activationToken, const QDeadlineTimer &deadline) const;
     void listen();
-    void answer(QLocalSocket *other);
-    QString socketPath() const;
+    void answer(LocalSocket *other);
+    QByteArray socketPath() const;
 
     QString folder;
-    QLocalServer server;
-    int descriptor = -1; // of the locked folder
+    LocalServer server;
+    int descriptor = -1; // of the folder
 };

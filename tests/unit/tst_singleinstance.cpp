@@ -22,6 +22,7 @@ private slots:
     void foldersDoNotMeet();
     void missingFolderIsNotLocked();
     void socketOfAKilledProcessIsReplaced();
+    void longHome();
     void tokenIsHandedOn_data();
     void tokenIsHandedOn();
     void tokenInPartsIsHandedOnOnce();
@@ -85,6 +86,23 @@ void TestSingleInstance::socketOfAKilledProcessIsReplaced()
     QLocalSocket other;
     other.connectToServer(left.fileName());
     QVERIFY(other.waitForConnected(1000));
+}
+
+/// The address of a socket has room for 107 bytes.
+void TestSingleInstance::longHome()
+{
+    folder += QString(200, 'h') + '/';
+    QVERIFY(QDir().mkpath(folder));
+    SingleInstance first(folder);
+    const QSignalSpy startedAgain(&first, &SingleInstance::startedAgain);
+    QCOMPARE(first.start({}), Result::First);
+    Result result = Result::First;
+    const std::unique_ptr<QThread> process(
+        QThread::create([this, &result] { result = SingleInstance(folder).start("token"); }));
+    process->start();
+    QTRY_VERIFY(process->isFinished());
+    QCOMPARE(result, Result::Answered);
+    QCOMPARE(startedAgain.size(), 1);
 }
 
 void TestSingleInstance::tokenIsHandedOn_data()
