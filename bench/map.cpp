@@ -18,8 +18,8 @@
 #include "bench/report.h"
 #include "map/mapscore.h"
 #include "map/mapswidget.h"
-#include "map/tileserver.h"
 #include "map/webmercator.h"
+#include "network/httptilefetcher.h"
 #include "tests/support/testhome.h"
 #include "tests/support/tilehost.h"
 
@@ -128,7 +128,7 @@ void fetchBare(const QByteArray &server, const QStringList &paths)
     qsizetype next = 0;
     const auto fetch = [&] {
         QNetworkRequest request(QUrl(server + paths.at(next).toLatin1()));
-        request.setRawHeader("User-Agent", TileServer::userAgent());
+        request.setRawHeader("User-Agent", HttpTileFetcher::userAgent());
         ++next;
         manager.get(request);
     };

@@ -21,7 +21,7 @@
 #include <QTcpSocket>
 
 #include "fuzz/support.h"
-#include "platform/gpsdclient.h"
+#include "network/gpsdclient.h"
 
 using FuzzSupport::require;
 

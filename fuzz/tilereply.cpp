@@ -26,8 +26,8 @@
 
 #include "fuzz/support.h"
 #include "map/mapscore.h"
-#include "map/tileimage.h"
 #include "map/webmercator.h"
+#include "network/tileimage.h"
 #include "tests/support/testhome.h"
 
 using FuzzSupport::require;

@@ -1,38 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "map/mapscore.h"
 
-#include <chrono>
 #include <cmath>
-#include <memory>
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
+#include <QImage>
 #include <QPainter>
 #include <QPixmapCache>
-#include <QStandardPaths>
 
-#include "map/tilecache.h"
-#include "map/tileimage.h"
+#include "map/tilefetcher.h"
 #include "map/tileserver.h"
 #include "map/webmercator.h"
+#include "platform/networkfactory.h"
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using WebMercator::tileExtent;
 
 namespace {
 
-/// Limit for a whole transfer. Qt's own timeout starts again with every byte received.
-constexpr auto transferLimit = 30s;
-constexpr int mostRedirects = 5;
 /// Number of tiles beyond the view that are kept.
 constexpr int keptTiles = 2;
-/// The zoom level of the requested tile.
-constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
-/// The address of the tile before redirections, and their number.
-constexpr auto originAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 2);
-constexpr auto hopsAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 3);
 // In pixels. A marker marks the point at its lower right corner.
 constexpr int storePinExtent = 30;
 constexpr int positionMarkExtent = 20;
@@ -50,24 +36,6 @@ QPixmap sharedEmptyTile()
     return tile;
 }
 
-/// Returns whether `reply`, which is no picture, comes from the cache or confirms what was there.
-/// It is then fetched again, once.
-bool isFromDamagedFile(const QNetworkReply &reply)
-{
-    constexpr int notModified = 304;
-    const bool isCached =
-        reply.attribute(QNetworkRequest::SourceIsFromCacheAttribute).toBool() ||
-        reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == notModified;
-    return isCached && reply.error() == QNetworkReply::NoError &&
-           reply.request().attribute(QNetworkRequest::CacheLoadControlAttribute).toInt() !=
-               QNetworkRequest::AlwaysNetwork;
-}
-
-QUrl originOf(const QNetworkRequest &request)
-{
-    return request.attribute(originAttribute, request.url()).toUrl();
-}
-
 } // namespace
 
 MapsCore::MapsCore(QObject *parent)
@@ -75,16 +43,7 @@ MapsCore::MapsCore(QObject *parent)
     , exactLatitude(latitude)
     , exactLongitude(longitude)
     , server(TileServer::baseUrl(qEnvironmentVariable("TROLLEO_TILE_SERVER")))
-{
-    transferTimer.setSingleShot(true);
-    transferTimer.setInterval(transferLimit);
-    connect(&transferTimer, &QTimer::timeout, this, [this] {
-        if (replyInFlight)
-            replyInFlight->abort();
-    });
-}
-
-MapsCore::~MapsCore() = default;
+{}
 
 void MapsCore::setSize(const QSize &size)
 {
@@ -94,9 +53,11 @@ void MapsCore::setSize(const QSize &size)
 
 void MapsCore::setZoom(int level)
 {
-    if (level != zoom)
-        tilePixmaps.clear();
+    if (level == zoom)
+        return;
     zoom = level;
+    tilePixmaps.clear();
+    giveUp();
 }
 
 void MapsCore::setPixelRatio(qreal ratio)
@@ -107,11 +68,10 @@ void MapsCore::setPixelRatio(qreal ratio)
 void MapsCore::setFetching(bool on)
 {
     fetching = on;
-    // While fetching is disabled, download() only ends the search for an address.
-    if ((on && url.isEmpty()) || (!on && lookup))
+    if (!on)
+        giveUp();
+    else if (url.isEmpty())
         download();
-    else if (!on && replyInFlight)
-        replyInFlight->abort();
 }
 
 void MapsCore::setCenter(float centerLatitude, float centerLongitude)
@@ -202,39 +162,36 @@ void MapsCore::placeStorePinAt(int x, int y)
                     WebMercator::longitudeFromTile(place.x(), zoom))));
 }
 
-/// Creates the network manager when it is first needed. The cache creates its folders at once,
-/// which would delay the start of a program whose map may never be opened.
-QNetworkAccessManager *MapsCore::network()
+/// Creates the fetcher when it is first needed, because it takes time, and most maps are never
+/// shown. Returns null if that is not possible.
+TileFetcher *MapsCore::tileFetcher()
 {
-    if (!manager) {
-        manager = new QNetworkAccessManager(this);
-        auto *cache = new TileCache(manager);
-        cache->setCacheDirectory(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
-        manager->setCache(cache);
-        connect(manager, &QNetworkAccessManager::finished, this, &MapsCore::handleNetworkData);
+    if (!fetcher) {
+        if (NetworkFactory *factory = NetworkFactory::instance())
+            fetcher = factory->createTileFetcher(
+                [this](QNetworkReply *reply) { handleNetworkData(reply); },
+                [this](const QPoint &tile, const QImage &image) { showTile(tile, image); }, this);
     }
-    return manager;
+    return fetcher;
+}
+
+/// Gives up the tile on its way, if any.
+void MapsCore::giveUp()
+{
+    url.clear();
+    if (fetcher)
+        fetcher->giveUp();
 }
 
 /// Starts to fetch the next missing tile, if any.
 void MapsCore::download()
 {
     url.clear();
-    lookup.reset();
-    transferTimer.stop();
-    if (!fetching)
-        return;
-    const QPoint tile = nextTile();
-    if (tile.isNull())
+    const QPoint tile = fetching ? nextTile() : QPoint();
+    if (tile.isNull() || !tileFetcher())
         return;
     url = TileServer::tileUrl(server, zoom, tile);
-    QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::User, tile);
-    request.setAttribute(zoomAttribute, zoom);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                         QNetworkRequest::PreferNetwork);
-    transferTimer.start();
-    fetch(request);
+    fetcher->fetch(url, tile);
 }
 
 /// Returns the topmost missing tile of the rightmost column that has one, including a column and a
@@ -254,87 +211,10 @@ QPoint MapsCore::nextTile() const
     return next;
 }
 
-/// Starts the transfer of one tile, which is then in flight.
-void MapsCore::fetch(QNetworkRequest request)
-{
-    request.setRawHeader("User-Agent", TileServer::userAgent());
-    // Qt would decompress the reply, and a small reply could become a huge one.
-    request.setRawHeader("Accept-Encoding", "identity");
-    // Cookies would let a tile server recognise the user.
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    QNetworkReply *reply = network()->get(request);
-    // Qt stops reading somewhat below this limit without an error.
-    reply->setReadBufferSize(2 * TileImage::largestBody);
-    connect(reply, &QNetworkReply::readyRead, this, [reply] {
-        if (reply->bytesAvailable() > TileImage::largestBody)
-            reply->abort();
-    });
-    replyInFlight = reply;
-}
-
 void MapsCore::handleNetworkData(QNetworkReply *reply)
 {
-    reply->deleteLater();
-    QNetworkRequest request = reply->request();
-    const bool isGivenUp = reply->error() != QNetworkReply::NoError && !fetching;
-    if (isGivenUp || isOfAnotherZoom(request)) {
-        download();
-        return;
-    }
-    const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
-    if (!target.isEmpty() && reply->error() == QNetworkReply::NoError) {
-        follow(request, request.url().resolved(target));
-        return;
-    }
-    const QImage image = imageOf(reply);
-    // A reply that is not a picture, for example a hotspot's login page, must not come from the
-    // cache again.
-    if (image.isNull() && reply->error() == QNetworkReply::NoError)
-        network()->cache()->remove(request.url());
-    if (image.isNull() && isFromDamagedFile(*reply)) {
-        request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                             QNetworkRequest::AlwaysNetwork);
-        fetching ? fetch(request) : download();
-        return;
-    }
-    showTile(request.attribute(QNetworkRequest::User).toPoint(), image);
-}
-
-bool MapsCore::isOfAnotherZoom(const QNetworkRequest &request) const
-{
-    return request.attribute(zoomAttribute, zoom).toInt() != zoom;
-}
-
-/// Fetches the tile of `request` from `target` if it may be there. Qt's own policies would either
-/// ask a host of the local network or stop at a redirection that is in the cache.
-void MapsCore::follow(const QNetworkRequest &request, const QUrl &target)
-{
-    const auto giveUp = [this, request] {
-        if (isOfAnotherZoom(request))
-            download();
-        else
-            showTile(request.attribute(QNetworkRequest::User).toPoint(),
-                     cachedImage(originOf(request)));
-    };
-    const auto goOn = [this, request, target, giveUp](bool isAllowed) {
-        const int hops = request.attribute(hopsAttribute).toInt() + 1;
-        if (!isAllowed || hops > mostRedirects || isOfAnotherZoom(request)) {
-            giveUp();
-            return;
-        }
-        QNetworkRequest next = request;
-        next.setUrl(target);
-        next.setAttribute(originAttribute, originOf(request));
-        next.setAttribute(hopsAttribute, hops);
-        lookup.reset();
-        fetch(next);
-    };
-    lookup = std::make_unique<QObject>();
-    connect(&transferTimer, &QTimer::timeout, lookup.get(), giveUp);
-    TileServer::checkRedirection(request.url(), target, lookup.get(), goOn);
+    if (tileFetcher())
+        fetcher->handle(reply);
 }
 
 /// Shows `image`, or the empty tile if it is null, and fetches the next tile.
@@ -346,39 +226,6 @@ void MapsCore::showTile(const QPoint &tile, const QImage &image)
     const QRect kept = tilesRect.adjusted(-keptTiles, -keptTiles, keptTiles, keptTiles);
     tilePixmaps.removeIf([&kept](const auto &entry) { return !kept.contains(entry.key()); });
     download();
-}
-
-/// Returns the picture in `reply`. If the request failed, or was redirected to a page, returns the
-/// cached tile, even if it has expired: an old tile is better than none.
-QImage MapsCore::imageOf(QNetworkReply *reply)
-{
-    const QUrl origin = originOf(reply->request());
-    if (reply->error() != QNetworkReply::NoError) {
-        const QImage cached = cachedImage(origin);
-        return cached.isNull() ? cachedImage(reply->url()) : cached;
-    }
-    const QByteArray body = reply->read(TileImage::largestBody + 1);
-    QImage image = TileImage::read(body);
-    if (reply->url() == origin)
-        return image;
-    if (image.isNull())
-        return cachedImage(origin);
-    // The cache has the tile only under its final address. Storing it under the requested address
-    // as well makes it available when the server cannot redirect.
-    QNetworkCacheMetaData entry = network()->cache()->metaData(reply->url());
-    entry.setUrl(origin);
-    QIODevice *file = entry.isValid() ? network()->cache()->prepare(entry) : nullptr;
-    if (file) {
-        file->write(body);
-        network()->cache()->insert(file);
-    }
-    return image;
-}
-
-QImage MapsCore::cachedImage(const QUrl &source)
-{
-    const std::unique_ptr<QIODevice> file(network()->cache()->data(source));
-    return file ? TileImage::read(file->read(TileImage::largestBody + 1)) : QImage();
 }
 
 QRect MapsCore::screenRect(const QPoint &tile) const

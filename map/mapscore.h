@@ -1,23 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
-
 #include <QHash>
 #include <QIcon>
-#include <QImage>
-#include <QNetworkRequest>
 #include <QObject>
 #include <QPixmap>
 #include <QPoint>
-#include <QPointer>
 #include <QRect>
-#include <QTimer>
 #include <QUrl>
 
-class QNetworkAccessManager;
+class QImage;
 class QNetworkReply;
 class QPainter;
+class TileFetcher;
 
 /// The map without a widget. It computes which tiles cover a view, fetches the missing ones, one at
 /// a time and through a disk cache, and paints them with two markers.
@@ -31,7 +26,6 @@ class MapsCore : public QObject
 public:
     /// Uses the tile server in the environment variable TROLLEO_TILE_SERVER.
     explicit MapsCore(QObject *parent = nullptr);
-    ~MapsCore() override;
 
     /// These three setters compute nothing; call invalidate() afterwards.
     void setSize(const QSize &size);
@@ -72,22 +66,16 @@ signals:
 
 public slots:
     /// Stores the tile in `reply` or in the cache, or else the empty tile, and fetches the next
-    /// one. Follows a redirection instead, unless it leads to the local network. Deletes `reply`
-    /// later. The attribute QNetworkRequest::User of the request is the tile's position in the
-    /// grid.
+    /// one. See TileFetcher::handle().
     void handleNetworkData(QNetworkReply *reply);
 
 private:
     void moveCenter(double centerLatitude, double centerLongitude);
     void download();
     QPoint nextTile() const;
-    void fetch(QNetworkRequest request);
-    bool isOfAnotherZoom(const QNetworkRequest &request) const;
-    void follow(const QNetworkRequest &request, const QUrl &target);
+    TileFetcher *tileFetcher();
+    void giveUp();
     void showTile(const QPoint &tile, const QImage &image);
-    QImage imageOf(QNetworkReply *reply);
-    QImage cachedImage(const QUrl &source);
-    QNetworkAccessManager *network();
     QPointF centerTile() const;
     QRect screenRect(const QPoint &tile) const;
     void loadPictures();
@@ -120,12 +108,8 @@ private:
     QHash<QPoint, QPixmap> tilePixmaps;
 
     QUrl server;
-    QNetworkAccessManager *manager = nullptr;
+    TileFetcher *fetcher = nullptr;
     bool fetching = true;
     /// The address of the tile being fetched; empty if there is none.
     QUrl url;
-    QPointer<QNetworkReply> replyInFlight;
-    /// The context of the search for the address of a redirection; null if there is none.
-    std::unique_ptr<QObject> lookup;
-    QTimer transferTimer;
 };

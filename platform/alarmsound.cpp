@@ -6,8 +6,8 @@
 
 #include <QDeadlineTimer>
 #include <QFileInfo>
-#include <QPluginLoader>
 
+#include "platform/module.h"
 #include "platform/soundplayer.h"
 
 using namespace std::chrono_literals;
@@ -46,10 +46,7 @@ public:
 private:
     static std::unique_ptr<SoundPlayer> load()
     {
-        QPluginLoader module(QStringLiteral("trolleo-sound"));
-        auto *factory = qobject_cast<SoundPlayerFactory *>(module.instance());
-        if (!factory)
-            qWarning("%s", qPrintable(module.errorString()));
+        auto *factory = loadModule<SoundPlayerFactory>(QStringLiteral("trolleo-sound"));
         return factory ? factory->create() : nullptr;
     }
 

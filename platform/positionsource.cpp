@@ -2,6 +2,7 @@
 #include "platform/positionsource.h"
 
 #include "platform/messagebus.h"
+#include "platform/networkfactory.h"
 
 using namespace std::chrono_literals;
 
@@ -23,7 +24,7 @@ PositionSource::PositionSource(const GpsdAddress &gpsdAddress, MessageBus &syste
                                const Patience &howLong, QObject *parent)
     : QGeoPositionInfoSource(parent)
     , patience(howLong)
-    , gpsd(gpsdAddress)
+    , address(gpsdAddress)
     , geoClue(systemBus)
 {
     for (QTimer *timer : {&gpsdSilence, &missing, &request})
@@ -41,22 +42,14 @@ PositionSource::PositionSource(const GpsdAddress &gpsdAddress, MessageBus &syste
         startOrStop();
         tell(UpdateTimeoutError);
     });
-    connect(&gpsd, &GpsdClient::positioned, this, [this](const QGeoPositionInfo &position) {
-        if (!isRough(position)) {
-            gpsdDelivers = true;
-            gpsdSilence.start(patience.gpsd);
-            geoClue.setWanted(false);
-        }
-        takePosition(position);
-    });
-    // A gpsd that cannot be reached delivers nothing, so GeoClue is asked at once.
-    connect(&gpsd, &GpsdClient::connectionLost, this, &PositionSource::askGeoClueToo);
     connect(&geoClue, &GeoClue::positioned, this, &PositionSource::takePosition);
     connect(&geoClue, &GeoClue::refused, this, [this] {
         tell(AccessError);
         emit locationRefused();
     });
 }
+
+PositionSource::~PositionSource() = default;
 
 QGeoPositionInfo
 PositionSource::lastKnownPosition(bool /*fromSatellitePositioningMethodsOnly*/) const
@@ -118,8 +111,9 @@ void PositionSource::startOrStop()
     if (isWanted() == asking)
         return;
     asking = isWanted();
-    gpsd.setWanted(asking);
     if (!asking) {
+        if (gpsd)
+            gpsd->setWanted(false);
         gpsdSilence.stop();
         missing.stop();
         geoClue.setWanted(false);
@@ -130,6 +124,29 @@ void PositionSource::startOrStop()
         gpsdSilence.start(patience.gpsd);
     else
         geoClue.setWanted(true);
+    askGpsd();
+}
+
+void PositionSource::askGpsd()
+{
+    NetworkFactory *factory = NetworkFactory::instance();
+    if (!gpsd && factory)
+        gpsd = factory->createGpsdFeed(
+            address,
+            [this](const QGeoPositionInfo &position) {
+                if (!isRough(position)) {
+                    gpsdDelivers = true;
+                    gpsdSilence.start(patience.gpsd);
+                    geoClue.setWanted(false);
+                }
+                takePosition(position);
+            },
+            // A gpsd that cannot be reached delivers nothing, so GeoClue is asked at once.
+            [this] { askGeoClueToo(); });
+    if (gpsd)
+        gpsd->setWanted(true);
+    else
+        askGeoClueToo();
 }
 
 void PositionSource::askGeoClueToo()

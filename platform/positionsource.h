@@ -2,14 +2,16 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 
 #include <QGeoPositionInfoSource>
 #include <QGeoPositionInfoSourceFactory>
 #include <QTimer>
 
 #include "platform/geoclue.h"
-#include "platform/gpsdclient.h"
+#include "platform/gpsdaddress.h"
 
+class GpsdFeed;
 class MessageBus;
 
 /// Positions from gpsd, and from GeoClue2 while gpsd delivers none. Either service may be started,
@@ -37,6 +39,7 @@ public:
     /// `systemBus` must outlive this object.
     PositionSource(const GpsdAddress &gpsdAddress, MessageBus &systemBus, const Patience &howLong,
                    QObject *parent = nullptr);
+    ~PositionSource() override;
 
     QGeoPositionInfo lastKnownPosition(bool fromSatellitePositioningMethodsOnly) const override;
     PositioningMethods supportedPositioningMethods() const override;
@@ -65,12 +68,14 @@ signals:
 private:
     bool isWanted() const;
     void startOrStop();
+    void askGpsd();
     void askGeoClueToo();
     void takePosition(const QGeoPositionInfo &position);
     void tell(Error problem);
 
     Patience patience;
-    GpsdClient gpsd;
+    GpsdAddress address;
+    std::unique_ptr<GpsdFeed> gpsd; // created when positions are first wanted
     GeoClue geoClue;
     /// Fire when a position has not arrived in time.
     QTimer gpsdSilence;

@@ -7,7 +7,7 @@
 #include <QTcpSocket>
 #include <QTimeZone>
 
-#include "platform/gpsdclient.h"
+#include "network/gpsdclient.h"
 #include "tests/support/stoppable.h"
 
 /// Simulates gpsd in cases where the real one cannot be made to fail, or to report a position at a

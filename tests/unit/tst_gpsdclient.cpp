@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-#include "platform/gpsdclient.h"
+#include "network/gpsdclient.h"
 #include "tests/support/madeupgpsd.h"
 
 static const QByteArray watch = "?WATCH={\"enable\":true};\n";

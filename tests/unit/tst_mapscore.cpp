@@ -18,8 +18,8 @@
 #include <QtTest>
 
 #include "map/mapscore.h"
-#include "map/tileimage.h"
 #include "map/webmercator.h"
+#include "network/tileimage.h"
 #include "tests/support/testhome.h"
 #include "tests/support/tilehost.h"
 

@@ -11,9 +11,11 @@
 #include <QtEndian>
 #include <QtTest>
 
-#include "map/tileimage.h"
 #include "map/tileserver.h"
 #include "map/webmercator.h"
+#include "network/httptilefetcher.h"
+#include "network/redirections.h"
+#include "network/tileimage.h"
 #include "tests/support/tilehost.h"
 
 class TestTiles : public QObject
@@ -235,7 +237,7 @@ void TestTiles::publicAddresses_data()
 void TestTiles::publicAddresses()
 {
     QFETCH(bool, isPublic);
-    QCOMPARE(TileServer::isPublic(QHostAddress(QString(QTest::currentDataTag()))), isPublic);
+    QCOMPARE(Redirections::isPublic(QHostAddress(QString(QTest::currentDataTag()))), isPublic);
 }
 
 void TestTiles::networksOfThisMachineAreNotPublic()
@@ -243,7 +245,7 @@ void TestTiles::networksOfThisMachineAreNotPublic()
     int networks = 0;
     for (const QNetworkInterface &each : QNetworkInterface::allInterfaces()) {
         for (const QNetworkAddressEntry &own : each.addressEntries()) {
-            QVERIFY2(!TileServer::isPublic(own.ip()), qPrintable(own.ip().toString()));
+            QVERIFY2(!Redirections::isPublic(own.ip()), qPrintable(own.ip().toString()));
             ++networks;
         }
     }
@@ -281,7 +283,7 @@ void TestTiles::redirections()
     QFETCH(bool, isAllowed);
     std::optional<bool> answer;
     QObject context; // without it, an answer does not come later
-    TileServer::checkRedirection(QUrl(source), QUrl(target), &context,
+    Redirections::check(QUrl(source), QUrl(target), &context,
                                  [&answer](bool allowed) { answer = allowed; });
     QTRY_VERIFY(answer);
     QCOMPARE(*answer, isAllowed);
@@ -290,7 +292,7 @@ void TestTiles::redirections()
 void TestTiles::userAgentNamesAContact()
 {
     const QRegularExpression pattern("^Trolleo/\\d+\\.\\d+\\.\\d+ \\([^ @]+@[^ @]+\\)$");
-    QVERIFY(pattern.match(TileServer::userAgent()).hasMatch());
+    QVERIFY(pattern.match(HttpTileFetcher::userAgent()).hasMatch());
     QCOMPARE(TileServer::attribution(), QString::fromUtf8("© OpenStreetMap contributors"));
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/tilecache.h"
+#include "network/tilecache.h"
 
 #include <algorithm>
 #include <memory>

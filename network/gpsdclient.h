@@ -12,16 +12,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-/// The address of a gpsd.
-struct GpsdAddress
-{
-    QString host;
-    quint16 port = 0;
-
-    /// Returns the address in TROLLEO_GPSD, as host:port with an IPv6 host in brackets, or gpsd's
-    /// default. An invalid value is refused with a line on standard error.
-    static GpsdAddress fromEnvironment();
-};
+#include "platform/gpsdaddress.h"
 
 /// The fix of one receiver in gpsd's answer to ?POLL (a TPV object, see gpsd_json(5)).
 struct GpsdFix

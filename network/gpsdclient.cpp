@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/gpsdclient.h"
+#include "network/gpsdclient.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,16 +9,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QUrl>
-
-#include "platform/standarderror.h"
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr quint16 defaultPort = 2947;
 constexpr std::chrono::seconds firstRetryPause = 1s;
 constexpr std::chrono::seconds longestRetryPause = 25s;
 /// The first answer contains only what was known before. A receiver reports every second.
@@ -80,23 +76,6 @@ qreal accuracyOf(const GpsdFix &fix)
 }
 
 } // namespace
-
-GpsdAddress GpsdAddress::fromEnvironment()
-{
-    GpsdAddress usual{.host = u"127.0.0.1"_s, .port = defaultPort};
-    const QString value = qEnvironmentVariable("TROLLEO_GPSD");
-    if (value.isEmpty())
-        return usual;
-    QUrl url;
-    url.setAuthority(value, QUrl::StrictMode);
-    if (!url.isValid() || url.host().isEmpty() || url.port() < 1 || !url.userInfo().isEmpty()) {
-        StandardError::write(
-            u"trolleo: TROLLEO_GPSD is not host:port, %1:%2 is used instead: %3"_s.arg(
-                usual.host, QString::number(usual.port), value));
-        return usual;
-    }
-    return {.host = url.host(), .port = static_cast<quint16>(url.port())};
-}
 
 std::optional<QList<GpsdFix>> GpsdFix::fromPoll(const QByteArray &line)
 {

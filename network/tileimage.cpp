@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "map/tileimage.h"
+#include "network/tileimage.h"
 
 #include <QBuffer>
 #include <QImageReader>
