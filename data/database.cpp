@@ -49,7 +49,7 @@ public:
 };
 
 /// As long as this object exists, statements keep the lock of the file, so that no other process
-/// comes between them. The next statement releases it.
+/// comes between them. The next statement that uses the file releases it.
 class KeptLock
 {
 public:
@@ -125,8 +125,11 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
             }
             query.exec(statement);
             // Another process may write while this one can read.
-            if (codeOf(query.lastError()) == Busy)
+            if (codeOf(query.lastError()) == Busy) {
+                lock.reset();
+                hasStoresTable(database); // releases what the refused statement has locked
                 return Tables::Locked;
+            }
         }
     }
     return Tables::Complete;

@@ -5,12 +5,12 @@
 //     asked http://127.0.0.1/16/34722/19057.png     the requested address
 //     from http://127.0.0.1/elsewhere.png           the final address, after redirections
 //     tile 34722 19057                              the attributes of the request, each as a
-//     zoom 16                                       number, or else as a text
+//     number 7                                      number, or else as a text; a reply with
+//                                                   another number than 0 was given up
 //     error 203                                     a QNetworkReply error
 //     sums                                          corrects the checksums of PNG chunks
 //     at 59.9 10.7                                  moves the map, and the two markers with it
-//     online                                        tiles are wanted, so failed ones are searched
-//                                                   in the cache
+//     online                                        tiles are wanted
 //     Cache-Control: max-age=3600                   every other line is a header
 #include <algorithm>
 #include <array>
@@ -35,7 +35,7 @@ using FuzzSupport::require;
 namespace {
 
 constexpr QSize viewSize(400, 300);
-constexpr auto zoomAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
+constexpr auto serialAttribute = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
 
 quint32 checksum(const QByteArray &bytes)
 {
@@ -98,6 +98,7 @@ public:
     float longitude = 0;
     bool movesTheMap = false;
     bool isOnline = false;
+    bool hasNumber = false;
 
 protected:
     qint64 readData(char *data, qint64 size) override
@@ -130,8 +131,9 @@ private:
             const QPoint tile(tileNumber(number), tileNumber(words.last().toInt()));
             asked.setAttribute(QNetworkRequest::User,
                                isNumber ? QVariant(tile) : QVariant(QString(value)));
-        } else if (name == "zoom") {
-            asked.setAttribute(zoomAttribute,
+        } else if (name == "number") {
+            hasNumber = true;
+            asked.setAttribute(serialAttribute,
                                isNumber ? QVariant(number) : QVariant(QString(value)));
         } else if (name == "error") {
             setError(NetworkError(std::clamp<int>(number, NoError, UnknownServerError)), {});
@@ -184,6 +186,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     core.setSize(viewSize);
     core.setFetching(false);
     core.invalidate();
+    bool isUpdated = false;
+    QObject::connect(&core, &MapsCore::updated, [&isUpdated] { isUpdated = true; });
 
     constexpr QByteArrayView separator = "\n----\n";
     for (qsizetype begin = 0; begin <= input.size();) {
@@ -202,7 +206,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             core.setPositionMark(reply->longitude, reply->latitude);
         }
         requireTile(TileImage::read(reply->body()));
+        isUpdated = false;
         core.handleNetworkData(reply);
+        require(isUpdated || reply->hasNumber, "a reply for the tile on its way updates the map");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     render(core);

@@ -14,7 +14,7 @@ class TileFetcher : public QObject
 public:
     using QObject::QObject;
 
-    /// Starts to fetch the tile of that place in the grid. No other one may be on its way.
+    /// Starts to fetch the tile of that place in the grid, and gives up the one on its way, if any.
     virtual void fetch(const QUrl &address, const QPoint &tile) = 0;
     /// Gives up the tile on its way, if any, and reports nothing for it.
     virtual void giveUp() = 0;

@@ -12,7 +12,7 @@ QUrl TileServer::baseUrl(const QString &setting)
     const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
     if (isWeb && url.isValid() && !url.host().isEmpty() && !url.hasQuery() && !url.hasFragment())
         return url;
-    qWarning("TROLLEO_TILE_SERVER is not an http or https URL, %s is used",
+    qWarning("trolleo: TROLLEO_TILE_SERVER is not an http or https URL, %s is used",
              qPrintable(usual.toString()));
     return usual;
 }

@@ -9,7 +9,7 @@
 namespace TileServer {
 
 /// Returns the base URL in `setting`, or the public OpenStreetMap server if it is empty. A value
-/// that is not an http or https URL with a host is refused with a line on standard error.
+/// that is not an http or https URL with a host is refused with a warning.
 QUrl baseUrl(const QString &setting);
 
 /// Returns the URL of a tile on a standard slippy-map server.

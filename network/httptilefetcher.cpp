@@ -65,9 +65,10 @@ HttpTileFetcher::HttpTileFetcher(const Replied &replied, Fetched fetched, QObjec
 
 void HttpTileFetcher::fetch(const QUrl &address, const QPoint &tile)
 {
+    giveUp();
     QNetworkRequest request(address);
     request.setAttribute(QNetworkRequest::User, tile);
-    request.setAttribute(serialAttribute, ++serial);
+    request.setAttribute(serialAttribute, serial);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                          QNetworkRequest::PreferNetwork);
     transferTimer.start();

@@ -20,8 +20,6 @@ class QNetworkReply;
 /// redirections, size and kind of the picture.
 class HttpTileFetcher : public TileFetcher
 {
-    Q_OBJECT
-
 public:
     using Replied = std::function<void(QNetworkReply *reply)>;
     using Fetched = std::function<void(const QPoint &tile, const QImage &image)>;
@@ -50,6 +48,6 @@ private:
     /// The context of the search for the address of a redirection; null if there is none.
     std::unique_ptr<QObject> lookup;
     QTimer transferTimer;
-    /// Counts the tiles. A reply for an earlier one was given up.
+    /// The number of the tile on its way. A reply for another one was given up.
     int serial = 0;
 };

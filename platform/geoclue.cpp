@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -132,6 +133,13 @@ std::optional<QGeoPositionInfo> GeoClue::position(const QVariantMap &location)
     if (accuracy && *accuracy >= 0)
         position.setAttribute(QGeoPositionInfo::HorizontalAccuracy, *accuracy);
     return position;
+}
+
+void GeoClue::askAnew()
+{
+    // A receiver that is still searching would begin again.
+    if (!isFirstLocation)
+        begin();
 }
 
 /// Starts an attempt and ends the current one, if any.
@@ -307,13 +315,17 @@ void GeoClue::readLocation()
 void GeoClue::takeLocation(const QVariantMap &properties)
 {
     const auto info = position(properties);
-    if (!info || info->timestamp() == lastTimestamp)
+    if (!info)
+        return;
+    const bool isFirst = std::exchange(isFirstLocation, false);
+    if (info->timestamp() == lastTimestamp)
         return;
     lastTimestamp = info->timestamp();
     pause = firstPause;
-    const auto age =
-        std::chrono::milliseconds(info->timestamp().msecsTo(QDateTime::currentDateTimeUtc()));
-    if (std::exchange(isFirstLocation, false) && age > oldestKept)
+    // One from the future was kept as well, if the clock was set back since.
+    const auto age = std::chrono::milliseconds(
+        std::abs(info->timestamp().msecsTo(QDateTime::currentDateTimeUtc())));
+    if (isFirst && age > oldestKept)
         return;
     emit positioned(*info);
 }

@@ -27,6 +27,10 @@ public:
     /// Starts or stops asking the service. While it is stopped, nothing is connected and no timer
     /// runs.
     void setWanted(bool wanted);
+    /// Asks the service by a new client, unless the current one has received nothing yet. The
+    /// service withholds from a client what is older than its last position, which is everything
+    /// after the clock was set back.
+    void askAnew();
 
     /// Returns the position in the properties of an org.freedesktop.GeoClue2.Location. Returns
     /// nothing if a required property is missing, has another type or is not a valid coordinate.
@@ -36,7 +40,7 @@ signals:
     /// The service has a new position. A position with the timestamp of the previous one is the
     /// same and is not reported again. Otherwise timestamps do not matter, since clocks may be
     /// wrong, except that of the first position: another program may have had the service keep it
-    /// for hours, so it is not reported if it is more than half a minute old.
+    /// for hours, so it is not reported if it differs from the clock by more than half a minute.
     void positioned(const QGeoPositionInfo &position);
     /// The service refuses to report positions: location is switched off, or not allowed for this
     /// program.

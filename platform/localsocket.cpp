@@ -166,6 +166,8 @@ bool LocalServer::listen(const QByteArray &path)
             ::accept4(descriptor, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
         if (connection >= 0)
             emit connected(new LocalSocket(connection));
+        else if (errno != EAGAIN && errno != EINTR && errno != ECONNABORTED)
+            close(); // it would fail again at once, and for ever
     });
     socketPath = path;
     return true;

@@ -35,8 +35,7 @@ QByteArray unixSocket(const QString &address)
             continue;
         for (const QString &pair : each.sliced(5).split(u',')) {
             // Escaped as in a URL.
-            const QByteArray value =
-                QByteArray::fromPercentEncoding(pair.section(u'=', 1).toUtf8());
+            QByteArray value = QByteArray::fromPercentEncoding(pair.section(u'=', 1).toUtf8());
             if (pair.startsWith("path="_L1))
                 return value;
             if (pair.startsWith("abstract="_L1))
@@ -209,6 +208,8 @@ void MessageBus::probe()
     const QByteArray user = QByteArray::number(getuid()).toHex();
     // The zero byte carries the credentials of the process.
     socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
+    if (!socket.isConnected())
+        probeFailed();
 }
 
 /// The bus sends "OK" and then the reply to Hello.

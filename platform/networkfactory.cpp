@@ -5,6 +5,8 @@
 
 NetworkFactory *NetworkFactory::instance()
 {
-    static auto *factory = loadModule<NetworkFactory>(QStringLiteral("trolleo-network"));
+    static NetworkFactory *factory = nullptr;
+    if (!factory) // may be missing for a moment while the program is upgraded
+        factory = loadModule<NetworkFactory>(QStringLiteral("trolleo-network"));
     return factory;
 }

@@ -40,7 +40,7 @@ public:
     virtual ~NetworkFactory() = default;
 
     /// Returns the factory of the module, which is loaded by the first call, or null if it cannot
-    /// be loaded.
+    /// be loaded now.
     static NetworkFactory *instance();
 
     /// The functions are called for the signals of GpsdClient.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/positionsource.h"
 
+#include <utility>
+
 #include "platform/messagebus.h"
 #include "platform/networkfactory.h"
 
@@ -31,10 +33,10 @@ PositionSource::PositionSource(const GpsdAddress &gpsdAddress, MessageBus &syste
         timer->setSingleShot(true);
     connect(&gpsdSilence, &QTimer::timeout, this, &PositionSource::askGeoClueToo);
     connect(&missing, &QTimer::timeout, this, [this] {
-        // GeoClue withholds positions that are older than the last one, so after the clock was set
-        // back it is silent until it is asked anew.
-        geoClue.setWanted(false);
-        geoClue.setWanted(!gpsdDelivers);
+        missing.start(patience.position);
+        geoClue.askAnew();
+        if (std::exchange(isMissingTold, true))
+            return;
         tell(UpdateTimeoutError);
         emit positionMissing();
     });
@@ -119,6 +121,7 @@ void PositionSource::startOrStop()
         geoClue.setWanted(false);
         return;
     }
+    isMissingTold = false;
     missing.start(patience.position);
     if (gpsdDelivers)
         gpsdSilence.start(patience.gpsd);
@@ -158,6 +161,7 @@ void PositionSource::askGeoClueToo()
 
 void PositionSource::takePosition(const QGeoPositionInfo &position)
 {
+    isMissingTold = false;
     missing.start(patience.position);
     if (isRough(position)) {
         emit roughPositionUpdated(position);

@@ -80,6 +80,7 @@ private:
     /// Fire when a position has not arrived in time.
     QTimer gpsdSilence;
     QTimer missing;
+    bool isMissingTold = false;
     /// Runs while a request is pending.
     QTimer request;
     bool updating = false;

@@ -11,10 +11,12 @@
 
 #include <QFile>
 #include <QThread>
+#include <QTimer>
 
 namespace {
 
 constexpr qsizetype longestToken = 4096;
+constexpr auto longestQuestion = std::chrono::seconds(5);
 /// Between two attempts while the other process starts or ends.
 constexpr unsigned long retryPause = 50; // ms
 
@@ -29,6 +31,7 @@ SingleInstance::SingleInstance(QString path, QObject *parent)
         other->setParent(this);
         connect(other, &LocalSocket::received, this, [this, other] { answer(other); });
         connect(other, &LocalSocket::closed, other, &QObject::deleteLater);
+        QTimer::singleShot(longestQuestion, other, &QObject::deleteLater);
     });
 }
 
@@ -55,7 +58,8 @@ SingleInstance::Result SingleInstance::start(const QByteArray &activationToken,
             return Result::Unanswered;
         QThread::msleep(retryPause);
     }
-    listen();
+    if (isLocked)
+        listen();
     return Result::First;
 }
 
@@ -67,7 +71,8 @@ void SingleInstance::stopListening()
 /// Returns false if another process has locked the folder.
 bool SingleInstance::lock()
 {
-    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+    isLocked = ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+    return isLocked || errno != EWOULDBLOCK;
 }
 
 /// Returns false if there was no answer.

@@ -53,4 +53,5 @@ private:
     QString folder;
     LocalServer server;
     int descriptor = -1; // of the folder
+    bool isLocked = false;
 };

@@ -98,6 +98,7 @@ private slots:
     void init();
     void cleanup();
 
+    void withoutTheModule(); // before another function loads it
     void requestsFollowTheRule_data();
     void requestsFollowTheRule();
     void oneRequestAtATime();
@@ -213,6 +214,19 @@ void TestMapsCore::waitForPaths(int count)
     QTRY_COMPARE(host->paths.size(), count);
     QTest::qWait(50);
     QCOMPARE(host->paths.size(), count);
+}
+
+void TestMapsCore::withoutTheModule()
+{
+    const QStringList paths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^Module trolleo-network: "));
+    const auto core = mapAt(100.25, 200.25, {256, 256});
+    core->pan({300, 300});
+    QCOMPARE(drawing(*core, {256, 256}).pixelColor(10, 10), QColor(Qt::lightGray));
+    QCoreApplication::setLibraryPaths(paths);
+    core->pan({1, 1});
+    QTRY_VERIFY(!host->paths.isEmpty());
 }
 
 void TestMapsCore::requestsFollowTheRule_data()

@@ -174,7 +174,7 @@ void TestSingleInstance::rubbishIsIgnored()
     }
     QTest::qWait(50);
     QCOMPARE(startedAgain.size(), 0);
-    QCOMPARE(first.findChildren<QLocalSocket *>().size(), 0);
+    QCOMPARE(first.findChildren<LocalSocket *>().size(), 0);
 }
 
 void TestSingleInstance::nobodyAnswersNearTheEnd()

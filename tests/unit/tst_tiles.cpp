@@ -284,7 +284,7 @@ void TestTiles::redirections()
     std::optional<bool> answer;
     QObject context; // without it, an answer does not come later
     Redirections::check(QUrl(source), QUrl(target), &context,
-                                 [&answer](bool allowed) { answer = allowed; });
+                        [&answer](bool allowed) { answer = allowed; });
     QTRY_VERIFY(answer);
     QCOMPARE(*answer, isAllowed);
 }

@@ -143,7 +143,7 @@ void TestCoordinatesPage::initTestCase()
     QVERIFY(!QIcon(":/img/smile.svg").pixmap(20).isNull());
     // Qt's own sources must not be found, since one of them is always available.
     QVERIFY(QSqlDatabase::isDriverAvailable("QSQLITE"));
-    QCoreApplication::setLibraryPaths({});
+    QCoreApplication::setLibraryPaths({qEnvironmentVariable("QT_PLUGIN_PATH")});
 }
 
 void TestCoordinatesPage::startsOnTheEditView()
