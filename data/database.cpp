@@ -32,37 +32,24 @@ bool hasStoresTable(const QSqlDatabase &database)
     return database.tables(QSql::Tables).contains("magazin"_L1);
 }
 
-/// As long as this object exists, statements do not wait for the disk.
-class NoWaitForDisk
+/// Changes a setting of the connection as long as this object exists.
+class Temporarily
 {
 public:
-    NoWaitForDisk()
+    Temporarily(QLatin1StringView statement, QLatin1StringView undoingStatement)
+        : undoing(undoingStatement)
     {
-        Database::execute(Statements::doNotWaitForDisk);
+        Database::execute(statement);
     }
-    ~NoWaitForDisk()
+    ~Temporarily()
     {
-        Database::execute(Statements::waitForDisk);
+        Database::execute(undoing);
     }
-    NoWaitForDisk(const NoWaitForDisk &) = delete;
-    NoWaitForDisk &operator=(const NoWaitForDisk &) = delete;
-};
+    Temporarily(const Temporarily &) = delete;
+    Temporarily &operator=(const Temporarily &) = delete;
 
-/// As long as this object exists, statements keep the lock of the file, so that no other process
-/// comes between them. The next statement that uses the file releases it.
-class KeptLock
-{
-public:
-    KeptLock()
-    {
-        Database::execute(Statements::keepLock);
-    }
-    ~KeptLock()
-    {
-        Database::execute(Statements::releaseLock);
-    }
-    KeptLock(const KeptLock &) = delete;
-    KeptLock &operator=(const KeptLock &) = delete;
+private:
+    QLatin1StringView undoing;
 };
 
 } // namespace
@@ -111,11 +98,13 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
         return Tables::Unreadable;
     if (!hasStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};
-        std::optional<NoWaitForDisk> noWait;
+        std::optional<Temporarily> noWait;
         if (database.tables(QSql::Tables).isEmpty()) // there is nothing to lose
-            noWait.emplace();
-        // The next attempt would not create the rest of the tables.
-        std::optional<KeptLock> lock(std::in_place);
+            noWait.emplace(Statements::doNotWaitForDisk, Statements::waitForDisk);
+        // Another process must not come between them, because the next attempt would not create the
+        // rest of the tables.
+        std::optional<Temporarily> lock(std::in_place, Statements::keepLock,
+                                        Statements::releaseLock);
         for (const QLatin1StringView &statement : Statements::createTables) {
             // On flash memory, seven waits would delay the first window of all by half a second.
             // The last statement waits for what all of them have written.

@@ -32,7 +32,8 @@ inline constexpr Text setBusyTimeout{"pragma busy_timeout = %1"};
 // Whether statements wait until the disk has stored what they have changed, as they usually do.
 inline constexpr Text waitForDisk{"pragma synchronous = full"};
 inline constexpr Text doNotWaitForDisk{"pragma synchronous = off"};
-// Whether statements keep the lock of the file, which they usually do not.
+// Whether statements keep the lock of the file, which they usually do not. It is released by the
+// next statement that uses the file.
 inline constexpr Text keepLock{"pragma locking_mode = exclusive"};
 inline constexpr Text releaseLock{"pragma locking_mode = normal"};
 
