@@ -137,7 +137,7 @@ class Receiver:
         for place in places:
             while not self.is_over.is_set():
                 self.is_speaking.wait()
-                if self.feed(nmea.fix(second_of_day() + self.clock_offset, *place)):
+                if self.feed(nmea.fix((second_of_day() + self.clock_offset) % 86400, *place)):
                     is_begun = True
                     self.said.append((time.monotonic(), *place))
                 self.is_over.wait(seconds_per_fix if is_begun else 0.1)

@@ -184,12 +184,13 @@ class TestGeoClue(unittest.TestCase):
 
     def test_position_kept_for_another_program(self):
         self.walk(150)
+        self.service.receiver.clock_offset = -40  # as if it had been kept for that long
         self.service.add_client()
         self.wait_for_walk(3)
         self.service.pause()
-        time.sleep(32)
         self.start_tracking(beside_others=True)
         self.assert_no_reminder(8)
+        self.service.receiver.clock_offset = 0
         self.service.resume()
         self.reminded(10)
 
