@@ -168,7 +168,7 @@ void TestSingleInstance::rubbishIsIgnored()
         other.connectToServer(folder + "trolleo.socket");
         other.write(sent);
         if (sent.size() > 4096)
-            QTRY_COMPARE(other.state(), QLocalSocket::UnconnectedState);
+            QTRY_COMPARE_WITH_TIMEOUT(other.state(), QLocalSocket::UnconnectedState, 2000);
         else
             QTest::qWait(50);
     }
