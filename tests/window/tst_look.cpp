@@ -153,6 +153,10 @@ void TestLook::everyTargetIsLargeEnough()
                                     .arg(widget->height())));
             ++targets;
         }
+        for (const QTabBar *tabs : page->findChildren<QTabBar *>()) {
+            for (int tab = 0; tabs->isVisible() && tab < tabs->count(); ++tab)
+                QVERIFY2(tabs->tabRect(tab).height() >= 48, qPrintable(tabs->tabText(tab)));
+        }
         if (!pictures.isEmpty())
             shop.window->grab().save(QString("%1/%2-%3-%4.png")
                                          .arg(pictures, QTest::currentDataTag())
