@@ -23,10 +23,6 @@ METERS_PER_SECOND = 10
 RETURN_SECONDS = 40  # from the service's return, at the latest
 
 
-def latitude_before(meters):
-    return bakery.LATITUDE - meters / nmea.METERS_PER_DEGREE
-
-
 class TestGeoClue(unittest.TestCase):
     def setUp(self):
         self.home = Home()
@@ -41,12 +37,12 @@ class TestGeoClue(unittest.TestCase):
     def walk(self, meters, meters_per_second=METERS_PER_SECOND, **options):
         """Starts a GeoClue with a walk that begins at that distance before Bakery and leads past it."""
         self.start_service(**options)
-        self.service.play(nmea.walk_north(latitude_before(meters), meters + 200, meters_per_second,
+        self.service.play(nmea.walk_north(bakery.latitude_before(meters), meters + 200, meters_per_second,
                                           bakery.LONGITUDE))
 
     def tell(self, meters):
         """The receiver says once that it is at that distance before Bakery."""
-        fix = nmea.fix(second_of_day(), latitude_before(meters), bakery.LONGITUDE)
+        fix = nmea.fix(second_of_day(), bakery.latitude_before(meters), bakery.LONGITUDE)
         wait_for("GeoClue to listen", lambda: self.service.feed(fix))
 
     def start_tracking(self, beside_others=False):

@@ -24,14 +24,14 @@ POSITION_SECONDS = 40  # from the first delivery, at the latest
 
 def walk(sentences, meters_before=300, first_second=36000, seconds=90):
     """A walk at 10 m a second towards the store and past it."""
-    start = bakery.LATITUDE - meters_before / nmea.METERS_PER_DEGREE
+    start = bakery.latitude_before(meters_before)
     return "".join(sentences(first_second + second, start + second * 10 / nmea.METERS_PER_DEGREE,
                              bakery.LONGITUDE) for second in range(seconds))
 
 
 def stand(sentences, first_second=36000, seconds=90):
     """Standing 50 m from the store."""
-    return "".join(sentences(first_second + second, bakery.LATITUDE - 50 / nmea.METERS_PER_DEGREE
+    return "".join(sentences(first_second + second, bakery.latitude_before(50)
                              + second / 1e7, bakery.LONGITUDE) for second in range(seconds))
 
 

@@ -87,7 +87,7 @@ class TestNetwork(unittest.TestCase):
     def test_map_of_the_tracked_stores(self):
         self.make_network()
         self.home.write_settings(GpsEnabled="true", DefaultNetworkConfiguration=self.house)
-        start = bakery.LATITUDE - 1000 / nmea.METERS_PER_DEGREE
+        start = bakery.latitude_before(1000)
         receiver = Receiver(nmea.walk_north(start, 300, 1, bakery.LONGITUDE), free_port(), 0.25)
         self.addCleanup(receiver.kill)
         self.launch(TROLLEO_GPSD=receiver.address)

@@ -22,7 +22,6 @@ private slots:
     void foldersDoNotMeet();
     void missingFolderIsNotLocked();
     void socketOfAKilledProcessIsReplaced();
-    void longHome();
     void tokenIsHandedOn_data();
     void tokenIsHandedOn();
     void tokenInPartsIsHandedOnOnce();
@@ -88,34 +87,23 @@ void TestSingleInstance::socketOfAKilledProcessIsReplaced()
     QVERIFY(other.waitForConnected(1000));
 }
 
-/// The address of a socket has room for 107 bytes.
-void TestSingleInstance::longHome()
-{
-    folder += QString(200, 'h') + '/';
-    QVERIFY(QDir().mkpath(folder));
-    SingleInstance first(folder);
-    const QSignalSpy startedAgain(&first, &SingleInstance::startedAgain);
-    QCOMPARE(first.start({}), Result::First);
-    Result result = Result::First;
-    const std::unique_ptr<QThread> process(
-        QThread::create([this, &result] { result = SingleInstance(folder).start("token"); }));
-    process->start();
-    QTRY_VERIFY(process->isFinished());
-    QCOMPARE(result, Result::Answered);
-    QCOMPARE(startedAgain.size(), 1);
-}
-
 void TestSingleInstance::tokenIsHandedOn_data()
 {
     QTest::addColumn<QByteArray>("token");
-    QTest::newRow("none") << QByteArray();
-    QTest::newRow("one") << QByteArray("4f2a-77_TIME123");
-    QTest::newRow("longest") << QByteArray(4096, 'x');
+    QTest::addColumn<QString>("subfolder");
+    QTest::newRow("none") << QByteArray() << QString();
+    QTest::newRow("one") << QByteArray("4f2a-77_TIME123") << QString();
+    QTest::newRow("longest") << QByteArray(4096, 'x') << QString();
+    // The address of a socket has room for 107 bytes.
+    QTest::newRow("one in a long home") << QByteArray("token") << QString(200, 'h') + '/';
 }
 
 void TestSingleInstance::tokenIsHandedOn()
 {
     QFETCH(QByteArray, token);
+    QFETCH(QString, subfolder);
+    folder += subfolder;
+    QVERIFY(QDir().mkpath(folder));
     SingleInstance first(folder);
     const QSignalSpy startedAgain(&first, &SingleInstance::startedAgain);
     QCOMPARE(first.start({}), Result::First);
