@@ -6,6 +6,7 @@
 
 #include <QDeadlineTimer>
 #include <QFileInfo>
+#include <QThread>
 
 #include "platform/module.h"
 #include "platform/soundplayer.h"
@@ -19,10 +20,8 @@ constexpr auto patience = 500ms;
 
 bool anyIsStuck = false;
 
-} // namespace
-
 /// Lives in the thread and loads the module there.
-class AlarmSound::Worker : public QObject
+class Worker : public QObject
 {
 public:
     void play(const QString &file, int count)
@@ -53,6 +52,65 @@ private:
     std::unique_ptr<SoundPlayer> player;
 };
 
+} // namespace
+
+/// Qt's sound system belongs to the thread that first uses it, and connects to a restarted sound
+/// server only while that thread runs. So all alarms share a thread, which ends with the last
+/// AlarmSound that has played.
+class AlarmSound::Thread
+{
+public:
+    static std::shared_ptr<Thread> shared()
+    {
+        static std::weak_ptr<Thread> common;
+        std::shared_ptr<Thread> found = common.lock();
+        if (!found) {
+            found = std::make_shared<Thread>();
+            common = found;
+        }
+        return found;
+    }
+
+    Thread()
+        : thread(new QThread)
+        , worker(new Worker)
+    {
+        thread->setObjectName(QStringLiteral("alarm"));
+        worker->moveToThread(thread);
+        QObject::connect(thread, &QThread::finished, worker, &QObject::deleteLater);
+        thread->start();
+    }
+
+    ~Thread()
+    {
+        thread->quit();
+        // A thread that hangs in the sound system ends with the process. Deleting it would abort
+        // the process.
+        if (thread->wait(QDeadlineTimer(patience)))
+            delete thread;
+        else
+            anyIsStuck = true;
+    }
+
+    Thread(const Thread &) = delete;
+    Thread &operator=(const Thread &) = delete;
+
+    void play(const QString &file, int count)
+    {
+        QMetaObject::invokeMethod(worker,
+                                  [target = worker, file, count] { target->play(file, count); });
+    }
+
+    void stop()
+    {
+        QMetaObject::invokeMethod(worker, [target = worker] { target->stop(); });
+    }
+
+private:
+    QThread *thread;
+    Worker *worker; // lives in the thread
+};
+
 AlarmSound::AlarmSound(const QString &file, QObject *parent)
     : QObject(parent)
     , soundFile(file)
@@ -65,29 +123,7 @@ AlarmSound::AlarmSound(const QString &file, QObject *parent)
 
 AlarmSound::~AlarmSound()
 {
-    if (!thread)
-        return;
     stop();
-    thread->quit();
-    // A thread that hangs in the sound system ends with the process. Deleting it would abort the
-    // process.
-    if (thread->wait(QDeadlineTimer(patience)))
-        delete thread;
-    else
-        anyIsStuck = true;
-}
-
-void AlarmSound::retire()
-{
-    if (!worker)
-        return;
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    // In the thread, because quit() would keep it from stopping the sound first.
-    QMetaObject::invokeMethod(worker, [target = worker] {
-        target->stop();
-        target->thread()->quit();
-    });
-    worker = nullptr;
 }
 
 bool AlarmSound::isAnyStuck()
@@ -107,20 +143,13 @@ void AlarmSound::setLoops(int count)
 
 void AlarmSound::play()
 {
-    if (!thread) {
-        thread = new QThread;
-        thread->setObjectName(QStringLiteral("alarm"));
-        worker = new Worker;
-        worker->moveToThread(thread);
-        connect(thread, &QThread::finished, worker, &QObject::deleteLater);
-        thread->start();
-    }
-    QMetaObject::invokeMethod(
-        worker, [target = worker, file = soundFile, count = loops] { target->play(file, count); });
+    if (!thread)
+        thread = Thread::shared();
+    thread->play(soundFile, loops);
 }
 
 void AlarmSound::stop()
 {
-    if (worker)
-        QMetaObject::invokeMethod(worker, [target = worker] { target->stop(); });
+    if (thread)
+        thread->stop();
 }

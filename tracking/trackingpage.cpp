@@ -297,9 +297,9 @@ void ShopWindow::refreshTrackedDistances()
 void ShopWindow::applyGpsSettings()
 {
     // Created before anything can ring. The previous object is silent and lives as long as the
-    // window, but its thread does not.
+    // window.
     if (alarmSound)
-        alarmSound->retire();
+        alarmSound->stop();
     alarmSound = new AlarmSound(soundFileName, this);
     alarmSound->setLoops(alarmLoops);
     if (gpsEnabled)

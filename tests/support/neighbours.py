@@ -136,13 +136,16 @@ class SoundServer:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="trolleo-sound-"))
         self.address = f"unix:{self.folder}/native"
         self.environment = dict(os.environ, HOME=str(self.folder), PULSE_SERVER=self.address)
+        self.file = self.folder / "monitor.raw"
+        self.start()
+
+    def start(self):
         self.server = subprocess.Popen(
             [tool("pulseaudio"), "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
              "--disallow-exit", "-L", "module-null-sink sink_name=nowhere rate=44100", "-L",
              f"module-native-protocol-unix auth-anonymous=1 socket={self.folder}/native"],
             env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
         )
-        self.file = self.folder / "monitor.raw"
         wait_for("the sound server", lambda: is_listening(f"{self.folder}/native"))
         with open(self.file, "wb") as output:
             self.recorder = subprocess.Popen(
@@ -151,6 +154,15 @@ class SoundServer:
                 env=self.environment, stdout=output, stderr=subprocess.DEVNULL,
             )
         wait_for("the recording", lambda: self.recorded() > 0)
+
+    def restart(self):
+        """Ends the server and starts another one at the same address. The recording begins anew."""
+        stop(self.recorder)
+        stop(self.server)
+        begin = time.monotonic()
+        self.start()
+        if time.monotonic() - begin > 2.5:
+            raise AssertionError("the sound server was away for as long as Qt waits for it")
 
     def recorded(self):
         """Returns the duration of the recording in seconds."""

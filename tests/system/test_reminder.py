@@ -169,6 +169,11 @@ class TestReminder(unittest.TestCase):
         self.assert_front(other)
         self.assert_silenced_by(sound, "Next Store")
 
+        # The options are confirmed, and the sound server is another one afterwards.
+        for button in ("Back", "Options", "OK"):
+            self.program.press(button)
+        sound.restart()
+
         # The window is minimised, and was maximised before. The alarm sounds to its end.
         shutil.copy(ALARM, chosen)
         self.double_click_on_title()

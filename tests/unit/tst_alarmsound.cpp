@@ -13,6 +13,7 @@
 
 #include "platform/alarmsound.h"
 #include "tests/support/emulator.h"
+#include "tests/support/threads.h"
 
 static const QString soundFile = TROLLEO_SOURCES "/resources/sounds/Alarm5.wav";
 
@@ -44,6 +45,8 @@ private slots:
     void fileLoopsCleanly();
     void fileIsWhereALoudspeakerIsGood();
     void nothingStartsBeforeItPlays();
+    void alarmsShareAThread();
+    void threadEndsWithTheLastAlarm();
     void noFileLoadsNothing();
     void playingLoadsTheSoundSystem();
     void playingNeverWaits_data();
@@ -149,9 +152,33 @@ void TestAlarmSound::nothingStartsBeforeItPlays()
     AlarmSound sound(soundFile);
     sound.setLoops(3);
     sound.stop();
-    QVERIFY(!sound.findChild<QThread *>());
+    QCOMPARE(threadsNamed("alarm"), 0);
     QVERIFY(!AlarmSound::isAnyStuck());
     QVERIFY(!isSoundSystemLoaded());
+}
+
+void TestAlarmSound::alarmsShareAThread()
+{
+    AlarmSound first("/no such file.wav");
+    first.play();
+    QTRY_COMPARE(threadsNamed("alarm"), 1);
+    {
+        AlarmSound second("/no such file.wav");
+        second.play();
+    }
+    QTest::qWait(200); // a thread that starts or ends
+    QCOMPARE(threadsNamed("alarm"), 1);
+}
+
+void TestAlarmSound::threadEndsWithTheLastAlarm()
+{
+    {
+        AlarmSound sound("/no such file.wav");
+        sound.play();
+        QTRY_COMPARE(threadsNamed("alarm"), 1);
+    }
+    QTRY_COMPARE(threadsNamed("alarm"), 0);
+    QVERIFY(!AlarmSound::isAnyStuck());
 }
 
 /// The functions of a test run in their order, and nothing unloads the module.
