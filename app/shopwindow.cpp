@@ -244,12 +244,15 @@ void ShopWindow::awaitTables()
             tries->deleteLater();
             if (tables == Database::Tables::Unreadable)
                 refuseDatabase();
+            else
+                tablesAreThere();
         } else if (!findChild<InformationBox *>()) {
             banner = tell(); // another one has replaced it
         }
     };
     connect(tries, &QTimer::timeout, this, tryAgain);
     tries->start(betweenTries);
+    tablesAreAwaited = true;
 }
 
 void ShopWindow::setSharedTexts()

@@ -407,6 +407,8 @@ private:
     // ---- Data ---------------------------------------------------------------------------------
     QString dbFilePath;
     QSqlDatabase db;
+    /// Another process keeps the database locked, and it is not known whether it has its tables.
+    bool tablesAreAwaited = false;
 
     // ---- Shopping lists -----------------------------------------------------------------------
     // lists/shoppingpage.cpp
@@ -523,6 +525,9 @@ private:
     // ---- Tracking and reminders ---------------------------------------------------------------
     // tracking/trackingpage.cpp
     void applyGpsSettings();
+    void startTrackingByItself();
+    void tablesAreThere();
+    void trackFoundStores();
     void buildTrackingServices();
     void setTrackingActive(bool active);
     void endTracking();

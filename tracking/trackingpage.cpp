@@ -223,6 +223,11 @@ void ShopWindow::startTracking()
             warning, PageTracking);
         return;
     }
+    trackFoundStores();
+}
+
+void ShopWindow::trackFoundStores()
+{
     // The last known position may be far from the current one.
     positionWait->expire();
     positionWait->tellAnew();
@@ -314,8 +319,28 @@ void ShopWindow::applyGpsSettings()
         gps->startUpdates();
     else if (positionWait->haveGpsFix() || gps->isUpdating())
         gps->stopUpdates();
-    if (trackAutoStart && !run.trackingActive) {
-        trackingPage->all->setChecked(true);
+    startTrackingByItself();
+}
+
+/// Starts tracking all stores if that is set.
+void ShopWindow::startTrackingByItself()
+{
+    if (!trackAutoStart || run.trackingActive)
+        return;
+    trackingPage->all->setChecked(true);
+    // While the stores cannot be read, there only seem to be none.
+    if (!tablesAreAwaited || !gpsAvailable || !gpsEnabled)
         startTracking();
-    }
+}
+
+/// Starts the tracking that had to wait for the tables. What the person does meanwhile is not
+/// interrupted, so it says nothing if there is no store.
+void ShopWindow::tablesAreThere()
+{
+    tablesAreAwaited = false;
+    if (!trackAutoStart || run.trackingActive || !gpsAvailable || !gpsEnabled)
+        return;
+    takeTrackingChoices();
+    if (queryTrackedStores())
+        trackFoundStores();
 }

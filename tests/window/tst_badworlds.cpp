@@ -14,6 +14,7 @@
 #include <QtTest>
 
 #include "app/shopwindow.h"
+#include "base/trsettings.h"
 #include "platform/informationbox.h"
 #include "tests/support/databaselock.h"
 #include "tests/support/emulator.h"
@@ -73,6 +74,8 @@ private slots:
     void databaseIsReadOnly();
     void databaseIsLockedByAnotherProcess();
     void tablesAreMadeWhenTheLockIsGone();
+    void trackingStartsWhenTheLockIsGone();
+    void endOfALockInterruptsNobody();
     void tablesAreMadeWhenAnotherProcessHasWritten();
     void lockThatEndsDuringTheStartAltersNothing();
     void databaseHasTheStoresTableOnly();
@@ -355,6 +358,57 @@ void TestBadWorlds::tablesAreMadeWhenTheLockIsGone()
     QCOMPARE(second.tables().size(), 7);
     QSqlQuery query;
     QVERIFY(query.exec("insert into category values (1, 'Food')"));
+}
+
+void TestBadWorlds::trackingStartsWhenTheLockIsGone()
+{
+    const TestHome home;
+    home.writeDatabaseFile(goodDatabase());
+    {
+        SecondConnection second(home.databaseFile());
+        QVERIFY(second.run("insert into magazin values (9, 'Bakery', null, null)"));
+        QVERIFY(second.run("insert into gpscoord values (9, 10, 20, 0)"));
+        QVERIFY(second.run("insert into shoplist values (9, 'Bread', 9, 1)"));
+    }
+    qputenv("TROLLEO_GPSD", "127.0.0.1:9"); // none
+    TrSettings::instance().setGpsEnabled(true);
+    TrSettings::instance().setTrackAutoStart(true);
+    DatabaseLock lock(home);
+    QElapsedTimer clock;
+    clock.start();
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
+    const auto *stack = window.findChild<QStackedWidget *>("pageStack");
+    const auto *stop = stack->widget(PageTracking)->findChild<QPushButton *>("stopButton");
+    QCOMPARE(stack->currentIndex(), int(PageMain));
+    QVERIFY(!stop->isEnabled());
+    lock.releaseAfter(0ms);
+    QVERIFY(lock.waitUntilReleased());
+    QTRY_VERIFY(stop->isEnabled());
+    QCOMPARE(stack->currentIndex(), int(PageMain));
+}
+
+/// There is nothing to track, and a person types meanwhile.
+void TestBadWorlds::endOfALockInterruptsNobody()
+{
+    const TestHome home;
+    home.writeDatabaseFile(goodDatabase());
+    qputenv("TROLLEO_GPSD", "127.0.0.1:9"); // none
+    TrSettings::instance().setGpsEnabled(true);
+    TrSettings::instance().setTrackAutoStart(true);
+    DatabaseLock lock(home);
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *stack = window.findChild<QStackedWidget *>("pageStack");
+    stack->setCurrentIndex(PageListEdit);
+    lock.releaseAfter(0ms);
+    QVERIFY(lock.waitUntilReleased());
+    QTRY_VERIFY(!window.findChild<InformationBox *>());
+    QTest::qWait(100);
+    QCOMPARE(stack->currentIndex(), int(PageListEdit));
 }
 
 /// The other process only writes, so this one can read.
