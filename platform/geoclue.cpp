@@ -30,8 +30,6 @@ const QString locationInterface = u"org.freedesktop.GeoClue2.Location"_s;
 const QString propertiesInterface = u"org.freedesktop.DBus.Properties"_s;
 const QString busService = u"org.freedesktop.DBus"_s;
 const QString busPath = u"/org/freedesktop/DBus"_s;
-const MessageBus::Signal ownerSignal{busService, busPath, busService, u"NameOwnerChanged"_s,
-                                     u"sss"_s,   service};
 const QString noReply = u"org.freedesktop.DBus.Error.NoReply"_s;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_s;
 
@@ -148,7 +146,8 @@ void GeoClue::begin()
     end();
     attempt = std::make_unique<QObject>();
     bus.whenReady(attempt.get(), [this] {
-        bus.connectSignal(ownerSignal, this, SLOT(ownerChanged(QString, QString, QString)));
+        bus.connectSignal(MessageBus::ownerChange(service), this,
+                          SLOT(ownerChanged(QString, QString, QString)));
         askForClient();
     });
 }
@@ -230,7 +229,8 @@ void GeoClue::end()
         return;
     // Replies of this attempt are ignored from here on.
     attempt.reset();
-    bus.disconnectSignal(ownerSignal, this, SLOT(ownerChanged(QString, QString, QString)));
+    bus.disconnectSignal(MessageBus::ownerChange(service), this,
+                         SLOT(ownerChanged(QString, QString, QString)));
     if (!owner.isEmpty()) {
         connectSignals(false);
         // A client that is stopped but not deleted would keep the service running. If its agent

@@ -129,6 +129,12 @@ MessageBus::~MessageBus()
         QDBusConnection::disconnectFromBus(connectionName);
 }
 
+MessageBus::Signal MessageBus::ownerChange(const QString &service)
+{
+    const QString bus = u"org.freedesktop.DBus"_s;
+    return {bus, u"/org/freedesktop/DBus"_s, bus, u"NameOwnerChanged"_s, u"sss"_s, service};
+}
+
 MessageBus &MessageBus::system()
 {
     static QPointer<MessageBus> bus;

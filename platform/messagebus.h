@@ -46,6 +46,8 @@ public:
         /// The required first argument, a string; empty for any.
         QString firstArgument = {};
     };
+    /// The signal of the bus that `service` has started, ended or been replaced.
+    static Signal ownerChange(const QString &service);
     using Done = std::function<void(const QVariantList &results)>;
     /// `error` is a D-Bus error name.
     using Failed = std::function<void(const QString &error)>;

@@ -26,7 +26,7 @@ Notifier::Notifier(MessageBus &sessionBus, QObject *parent)
 {
     connect(&bus, &MessageBus::lost, this, [this] {
         signalsAreConnected = false;
-        id = 0;
+        forget();
     });
 }
 
@@ -94,6 +94,7 @@ void Notifier::connectSignals()
                       SLOT(takeToken(uint, QString)));
     bus.connectSignal({{}, path, service, u"NotificationClosed"_s, u"uu"_s}, this,
                       SLOT(takeClosing(uint, uint)));
+    bus.connectSignal(MessageBus::ownerChange(service), this, SLOT(forget()));
 }
 
 void Notifier::takeAction(uint notification, const QString &key)
@@ -106,6 +107,12 @@ void Notifier::takeToken(uint notification, const QString &token)
 {
     if (id != 0 && notification == id)
         emit activationTokenGiven(token);
+}
+
+/// A service that starts anew gives the same ids to other notifications.
+void Notifier::forget()
+{
+    id = 0;
 }
 
 void Notifier::takeClosing(uint notification, uint /*reason*/)

@@ -51,6 +51,7 @@ private slots:
     void takeAction(uint notification, const QString &key);
     void takeToken(uint notification, const QString &token);
     void takeClosing(uint notification, uint reason);
+    void forget();
 
 private:
     void connectSignals();

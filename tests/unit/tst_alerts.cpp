@@ -107,6 +107,7 @@ private slots:
     void notificationIsShownAndClosed();
     void bodyIsNoMarkup();
     void actionsOfTheOneThatShows();
+    void idsEndWithTheService();
     void closedBeforeItShows();
     void replacedByTheNext();
     void serviceThatComesLate();
@@ -191,6 +192,29 @@ void TestAlerts::actionsOfTheOneThatShows()
     notifier.close(); // it is already closed
     QTest::qWait(100);
     QVERIFY(service.closed().isEmpty());
+}
+
+/// A service that starts anew gives the same ids to notifications of other programs.
+void TestAlerts::idsEndWithTheService()
+{
+    const PrivateBus daemon;
+    Notifications service(daemon.address());
+    MessageBus bus(daemon.address());
+    Notifier notifier(bus);
+    QSignalSpy actions(&notifier, &Notifier::actionInvoked);
+    notifier.show({.summary = "Bakery"});
+    QTRY_COMPARE_WITH_TIMEOUT(service.calls("Notify").size(), 1, soon);
+    service.tell("ActionInvoked", {1U, "next"});
+    QTRY_COMPARE_WITH_TIMEOUT(actions.count(), 1, soon);
+    service.leave();
+    service.comeBack();
+    service.tell("ActionInvoked", {1U, "next"});
+    QTest::qWait(200);
+    QCOMPARE(actions.count(), 1);
+    service.heard.clear();
+    notifier.show({.summary = "Butcher"});
+    QTRY_COMPARE_WITH_TIMEOUT(service.calls("Notify").size(), 1, soon);
+    QCOMPARE(service.calls("Notify").first().arguments().at(1), 0U); // replaces none
 }
 
 void TestAlerts::closedBeforeItShows()
