@@ -189,7 +189,8 @@ void ShopWindow::createShopList()
     pageStack->setCurrentIndex(PageShoppingLists);
 
     itemsListPage->list->clear();
-    goodsWereRead = true;
+    // If the list was refused, its id may be that of another one, whose goods are not shown.
+    goodsWereRead = isNew;
     itemsListPage->title->setText(name);
     itemsReturnPage = PageShoppingLists;
     showMessage(tr("List Created"),

@@ -139,14 +139,15 @@ void ShopWindow::addShopConfirmClicked()
     const int id = Database::newId(Statements::newStoreId);
     const bool isNew =
         Database::run(Statements::insertStore, id, name, categoryId, missingReference).isActive();
-    // If the row of an earlier store was refused, its coordinates may have been stored under this
-    // id. An id that is in use, which a damaged file can lead to, keeps its coordinates.
-    if (isNew)
+    // Coordinates of a store that is not there may be in the file under this id. An id that is in
+    // use, which a damaged file or a locked one can lead to, keeps its coordinates.
+    if (isNew) {
         Database::run(Statements::deleteCoordinates, id);
-    if (coordinatesWereTaken())
-        insertTakenCoordinates(id);
+        if (coordinatesWereTaken())
+            insertTakenCoordinates(id);
+    }
     currentStoreId = id;
-    coordinatesTextStoreId = id;
+    coordinatesTextStoreId = isNew ? id : 0;
     if (storeEditReturnPage == PageStoreList) {
         auto *row = new ListRow(name, id);
         if (categoryId != missingReference)

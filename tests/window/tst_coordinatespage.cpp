@@ -38,6 +38,7 @@ private slots:
     void startsOnTheEditView();
     void showsTheCoordinatesOfTheStore();
     void storeWithoutCoordinatesStartsEmpty();
+    void coordinatesOfARefusedStoreAreNotAnothers();
     void newStoreStartsEmpty();
     void viewIsKeptExceptTheMap();
     void tabsConvert();
@@ -189,6 +190,22 @@ void TestCoordinatesPage::storeWithoutCoordinatesStartsEmpty()
     QCOMPARE(shop.labelText("gpsStatus"), "Coordinates is not Set");
     QCOMPARE(shop.labelText("gpsLatitude"), "");
     QCOMPARE(shop.labelText("gpsLongitude"), "");
+}
+
+/// After the largest id no new one is found, and id 1 is tried.
+void TestCoordinatesPage::coordinatesOfARefusedStoreAreNotAnothers()
+{
+    ShopDriver shop({store(1, "Bakery"), store(2147483647, "Dairy")}, gpsOn);
+    shop.press("shopsButton");
+    shop.press("newButton");
+    shop.type("Corner shop");
+    shop.press("coordinatesButton");
+    typeInto(shop, "latitudeField", "10.5");
+    typeInto(shop, "longitudeField", "20.25");
+    shop.press("setButton");
+    shop.press("saveButton");
+    QCOMPARE(shop.page(), PageStores);
+    QCOMPARE(stored(shop, 1), QVariantList());
 }
 
 void TestCoordinatesPage::newStoreStartsEmpty()

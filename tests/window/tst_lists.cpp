@@ -336,6 +336,15 @@ void TestLists::listThatIsRefusedLeavesOthersAlone()
     QCOMPARE(shop.db->column("select name from shoplist order by id"),
              (QVariantList{"Weekend", "Party"}));
     QCOMPARE(shop.db->column("select name from purchase"), QVariantList{"Milk"});
+    // The goods of the list whose id was tried are not shown, so they must not be deleted.
+    shop.press("messageOkButton");
+    QCOMPARE(shop.page(), PageItemsList);
+    QVERIFY(shop.rows().isEmpty());
+    shop.press("addButton");
+    shop.type("Tent");
+    shop.press("saveButton");
+    shop.press("okButton");
+    QVERIFY(shop.db->column("select name from purchase").contains("Milk"));
 }
 
 void TestLists::creatingWithAStore()

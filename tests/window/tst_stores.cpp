@@ -505,7 +505,8 @@ void TestStores::namesAndStatements_data()
                            << "🥐";
 }
 
-/// A row that is refused leaves its coordinates. They must not become those of the next store.
+/// Coordinates of a store that is not there, as earlier versions left them when the row of a store
+/// was refused.
 void TestStores::newStoreHasNoCoordinatesOfARefusedOne()
 {
     ShopDriver shop(Records().sql("insert into gpscoord values (1, 10.1, 20.2, 0)"));
