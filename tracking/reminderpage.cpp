@@ -112,9 +112,6 @@ Sight ShopWindow::seenByPerson() const
 void ShopWindow::showReminder()
 {
     constexpr int decimals = 2;
-    // Checked goods are already in the database. The state of the list would be updated only by
-    // "OK".
-    finishShopping();
     alarmSound->play();
     gps->stopUpdates();
     const TrackedStore &nearest = run.nearest();
@@ -125,6 +122,9 @@ void ShopWindow::showReminder()
     page->setAccessibleName(reminderPage->heading->text() + u' ' + reminderPage->store->text());
     prepareAlert();
     alertHelper->alert(true);
+    // Checked goods are already in the database. The state of the list would be updated only by
+    // "OK". A locked database delays what follows, but not the alarm.
+    finishShopping();
     closeWhatCoversPages();
     pageStack->setCurrentIndex(PageReminder);
     // The page has the focus and not a button, because a key already pressed must not press a

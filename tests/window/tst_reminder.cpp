@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <stop_token>
+#include <thread>
 
 #include <QElapsedTimer>
 #include <QLabel>
@@ -10,11 +14,14 @@
 
 #include "base/pages.h"
 #include "gps/trshopgps.h"
+#include "tests/support/databaselock.h"
 #include "tests/support/randomrun.h"
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testpositionplugin.h"
 #include "tests/support/threads.h"
+
+using namespace std::chrono_literals;
 
 Q_IMPORT_PLUGIN(TestPositionPlugin)
 
@@ -80,6 +87,7 @@ private slots:
     void keysAnswerLater();
     void startForgetsThePosition();
     void alarmRingsInAThreadOfItsOwn();
+    void alarmRingsWhileTheDatabaseIsLocked();
     void hundredThousandPositionsTakeNoMemory();
 
 private:
@@ -735,6 +743,42 @@ void TestReminder::alarmRingsInAThreadOfItsOwn()
         shop.press("stopButton");
         QCOMPARE(shop.page(), PageTracking);
     }
+}
+
+/// The alarm does not wait for the database, although the program stores what was bought.
+void TestReminder::alarmRingsWhileTheDatabaseIsLocked()
+{
+    ShopDriver shop(threeStores, {{"GpsEnabled", true}, {"SoundFileName", "/no such file.wav"}});
+    shop.press("reminderButton");
+    shop.press("startButton");
+    shop.press("backButton");
+    shop.press("shoppingButton");
+    shop.press("listsButton");
+    shop.tap(0);
+    shop.press("selectButton");
+    shop.press("startButton");
+    QCOMPARE(shop.page(), PageDoShopping);
+    QTRY_COMPARE(threadsNamed("alarm"), 0); // of the test before
+    DatabaseLock lock(*shop.home);
+    lock.releaseAfter(2s);
+    QElapsedTimer clock;
+    clock.start();
+    std::atomic<qint64> rang = -1;
+    std::jthread watcher([&](const std::stop_token &end) {
+        while (!end.stop_requested() && rang < 0) {
+            if (threadsNamed("alarm") > 0)
+                rang = clock.elapsed();
+            std::this_thread::sleep_for(10ms);
+        }
+    });
+    source()->deliver(10.0085, 20);
+    const qint64 shown = clock.elapsed();
+    watcher.request_stop();
+    watcher.join();
+    QVERIFY(lock.waitUntilReleased());
+    QCOMPARE(shop.page(), PageReminder);
+    QVERIFY2(shown > 1500, qPrintable(QString::number(shown))); // it was locked indeed
+    QVERIFY2(rang >= 0 && rang < 1500, qPrintable(QString::number(rang)));
 }
 
 static qint64 residentKib()
