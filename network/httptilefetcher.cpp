@@ -152,7 +152,7 @@ void HttpTileFetcher::follow(const QNetworkRequest &request, const QUrl &target)
     };
     lookup = std::make_unique<QObject>();
     connect(&transferTimer, &QTimer::timeout, lookup.get(), reportCached);
-    Redirections::check(request.url(), target, lookup.get(), goOn);
+    Redirections::check(originOf(request), request.url(), target, lookup.get(), goOn);
 }
 
 void HttpTileFetcher::report(const QNetworkRequest &request, const QImage &image)

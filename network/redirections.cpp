@@ -73,17 +73,16 @@ QHostAddress withoutTranslation(const QHostAddress &address)
     return QHostAddress(qFromBigEndian<quint32>(bytes.c + sizeof bytes - sizeof(quint32)));
 }
 
-/// Returns whether `target` is on the server of `source`, or on the usual port for https of its
-/// host.
-bool isSameServer(const QUrl &source, const QUrl &target)
+/// Returns whether `target` is on the server of `url`, or on the usual port for https of its host.
+bool isSameServer(const QUrl &url, const QUrl &target)
 {
     constexpr int http = 80;
     constexpr int https = 443;
-    const auto portOf = [](const QUrl &url) {
-        return url.port(url.scheme() == u"https"_s ? https : http);
+    const auto portOf = [](const QUrl &each) {
+        return each.port(each.scheme() == u"https"_s ? https : http);
     };
-    return target.host() == source.host() &&
-           (portOf(target) == portOf(source) || portOf(target) == https);
+    return target.host() == url.host() &&
+           (portOf(target) == portOf(url) || portOf(target) == https);
 }
 
 } // namespace
@@ -95,13 +94,13 @@ bool Redirections::isPublic(const QHostAddress &address)
     return (isIPv4 ? isPublicIPv4(plain) : isPublicIPv6(plain)) && !isOfThisNetwork(plain);
 }
 
-void Redirections::check(const QUrl &source, const QUrl &target, QObject *context,
-                         const std::function<void(bool)> &answer)
+void Redirections::check(const QUrl &server, const QUrl &source, const QUrl &target,
+                         QObject *context, const std::function<void(bool)> &answer)
 {
     const bool isSafe = target.scheme() == u"https"_s ||
                         (target.scheme() == u"http"_s && source.scheme() == u"http"_s);
     const QHostAddress literal(target.host());
-    if (!isSafe || isSameServer(source, target)) {
+    if (!isSafe || isSameServer(server, target)) {
         answer(isSafe);
     } else if (!literal.isNull()) {
         answer(isPublic(literal));

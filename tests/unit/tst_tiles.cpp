@@ -254,36 +254,54 @@ void TestTiles::networksOfThisMachineAreNotPublic()
 
 void TestTiles::redirections_data()
 {
+    QTest::addColumn<QString>("server");
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("target");
     QTest::addColumn<bool>("isAllowed");
     const QString tile = "https://8.8.8.8/16/1/2.png";
-    QTest::newRow("same server") << tile << "https://8.8.8.8/tile.png" << true;
+    QTest::newRow("same server") << tile << tile << "https://8.8.8.8/tile.png" << true;
     QTest::newRow("local server, by https") << "http://localhost:8080/1.png"
+                                            << "http://localhost:8080/1.png"
                                             << "https://localhost/1.png" << true;
     QTest::newRow("local server, another port") << "http://localhost:8080/1.png"
+                                                << "http://localhost:8080/1.png"
                                                 << "http://localhost:631/1.png" << false;
-    QTest::newRow("public host") << tile << "https://1.1.1.1/tile.png" << true;
+    QTest::newRow("public host") << tile << tile << "https://1.1.1.1/tile.png" << true;
     QTest::newRow("to a safer protocol") << "http://8.8.8.8/1.png"
+                                         << "http://8.8.8.8/1.png"
                                          << "https://8.8.8.8/1.png" << true;
-    QTest::newRow("to a less safe protocol") << tile << "http://8.8.8.8/1.png" << false;
-    QTest::newRow("to another protocol") << tile << "ftp://8.8.8.8/1.png" << false;
-    QTest::newRow("to a file") << tile << "file:///etc/passwd" << false;
-    QTest::newRow("to the local network") << tile << "https://192.168.1.1/1.png" << false;
+    QTest::newRow("to a less safe protocol") << tile << tile << "http://8.8.8.8/1.png" << false;
+    QTest::newRow("to another protocol") << tile << tile << "ftp://8.8.8.8/1.png" << false;
+    QTest::newRow("to a file") << tile << tile << "file:///etc/passwd" << false;
+    QTest::newRow("to the local network") << tile << tile << "https://192.168.1.1/1.png" << false;
     QTest::newRow("from the local network to itself") << "http://192.168.1.1/1.png"
+                                                      << "http://192.168.1.1/1.png"
                                                       << "http://192.168.1.1/2.png" << true;
-    QTest::newRow("to this machine by its name") << tile << "https://localhost/1.png" << false;
-    QTest::newRow("to this machine in hexadecimal") << tile << "https://0x7f.1/1.png" << false;
+    QTest::newRow("to this machine by its name")
+        << tile << tile << "https://localhost/1.png" << false;
+    QTest::newRow("back to the local server") << "http://localhost:8080/1.png"
+                                              << "http://8.8.8.8/1.png"
+                                              << "http://localhost:8080/2.png" << true;
+    QTest::newRow("another host, to itself by another address")
+        << "https://8.8.8.8/1.png"
+        << "https://localhost/1.png"
+        << "https://localhost/2.png" << false;
+    QTest::newRow("a safer protocol, and back") << "http://8.8.8.8/1.png"
+                                                << "https://1.1.1.1/1.png"
+                                                << "http://1.1.1.1/1.png" << false;
+    QTest::newRow("to this machine in hexadecimal")
+        << tile << tile << "https://0x7f.1/1.png" << false;
 }
 
 void TestTiles::redirections()
 {
+    QFETCH(QString, server);
     QFETCH(QString, source);
     QFETCH(QString, target);
     QFETCH(bool, isAllowed);
     std::optional<bool> answer;
     QObject context; // without it, an answer does not come later
-    Redirections::check(QUrl(source), QUrl(target), &context,
+    Redirections::check(QUrl(server), QUrl(source), QUrl(target), &context,
                         [&answer](bool allowed) { answer = allowed; });
     QTRY_VERIFY(answer);
     QCOMPARE(*answer, isAllowed);
