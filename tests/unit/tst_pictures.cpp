@@ -40,8 +40,8 @@ void TestPictures::initTestCase()
     QVERIFY(!pictures.isEmpty());
 
     static const QRegularExpression path(":/img/([A-Za-z0-9_-]+\\.(svg|png))");
-    for (const char *folder :
-         {"app", "base", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"}) {
+    for (const char *folder : {"app", "base", "lists", "stores", "gps", "tracking", "map",
+                               "network", "widgets", "platform"}) {
         QDirIterator files(QStringLiteral(TROLLEO_SOURCES "/") + folder, {"*.cpp", "*.h"},
                            QDir::Files);
         while (files.hasNext()) {

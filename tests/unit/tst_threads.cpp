@@ -38,8 +38,8 @@ void TestThreads::onlyTheSoundHasAThread()
     const QDir sources(TROLLEO_SOURCES);
     QStringList found;
     int read = 0;
-    for (const char *folder : {"app", "base", "data", "gps", "lists", "map", "platform", "stores",
-                               "tracking", "widgets"}) {
+    for (const char *folder : {"app", "base", "data", "gps", "lists", "map", "network", "platform",
+                               "stores", "tracking", "widgets"}) {
         for (QDirIterator each(sources.filePath(folder), {"*.cpp", "*.h"}, QDir::Files);
              each.hasNext(); ++read) {
             QFile file(each.next());

@@ -91,8 +91,8 @@ void TestTranslations::everyTextIsThere()
     const QString copy = folder.filePath("copy.ts");
     QVERIFY(QFile::copy(fileOf(language), copy));
     QStringList arguments{"-silent", "-locations", "none"};
-    for (const char *source :
-         {"app", "base", "lists", "stores", "gps", "tracking", "map", "widgets", "platform"})
+    for (const char *source : {"app", "base", "lists", "stores", "gps", "tracking", "map",
+                               "network", "widgets", "platform"})
         arguments << QStringLiteral(TROLLEO_SOURCES "/") + source;
     QProcess lupdate;
     lupdate.start(LUPDATE, arguments << "-ts" << copy);

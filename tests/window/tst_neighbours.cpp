@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "base/pages.h"
+#include "map/mapswidget.h"
 #include "platform/informationbox.h"
 #include "platform/positionsource.h"
 #include "tests/support/madeupgpsd.h"
@@ -97,6 +98,8 @@ void TestNeighbours::roughPositionCentresTheMap()
     gpsd.tell(11, 48, 2, "\"eph\":5000.0");
     QTRY_COMPARE_WITH_TIMEOUT(shop.banner(), "Your position is known to within 5 km only.", soon);
     QCOMPARE(shop.page(), PageTrackedList);
+    QCOMPARE(shop.map()->centerLatitude(), 48.0F);
+    QCOMPARE(shop.map()->centerLongitude(), 2.0F);
 }
 
 void TestNeighbours::refusalIsToldOnce()
