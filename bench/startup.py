@@ -143,10 +143,10 @@ def start(program, home, before=lambda: None):
             return milliseconds, memory_mib(process.pid)
 
 
-def first_start(program):
-    """Returns the milliseconds to the first paint in a new home."""
+def first_and_later_start(program):
+    """Returns the milliseconds to the first paint in a new home, and there once more."""
     with tempfile.TemporaryDirectory(dir=os.path.dirname(program)) as home:
-        return start(program, home)[0]
+        return start(program, home)[0], start(program, home)[0]
 
 
 def idle(program, home):
@@ -188,8 +188,8 @@ def main():
                  millions_of_instructions(bare), INSTRUCTIONS_GOAL)
         ours, floor = alternately()
         line("start to first paint", median(ours), median(floor), START_GOAL)
-        line("first start of all, of a later", statistics.median(
-            first_start(program) for _ in range(rounds)), median(ours), FIRST_GOAL)
+        firsts = [first_and_later_start(program) for _ in range(rounds)]
+        line("first start of all, of a later", median(firsts), median(firsts, 1), FIRST_GOAL)
         line("memory 3 s later, MiB", median(ours, 1), median(floor, 1), MEMORY_GOAL)
         if os.access(DROP_CACHES, os.W_OK):
             cold, cold_floor = alternately(drop_caches)
