@@ -677,7 +677,8 @@ void TestKilled::whatWasShownAsDoneIsInTheFile()
         const bool meetsChange = !meetsTables && random.bounded(3) > 0;
         const int count = int(random.bounded(1, 10));
         const int statements = random.bounded(2) == 0 ? 1 : 3;
-        const QDeadlineTimer moment(meetsTables || meetsChange ? 30000 : random.bounded(500));
+        const int patience = Emulator::isUsed() ? 120000 : 30000; // ms
+        const QDeadlineTimer moment(meetsTables || meetsChange ? patience : random.bounded(500));
         Account account;
         account.confirmed = known;
         const auto hear = [&] {
