@@ -525,7 +525,6 @@ private:
     // ---- Tracking and reminders ---------------------------------------------------------------
     // tracking/trackingpage.cpp
     void applyGpsSettings();
-    void startTrackingByItself();
     void tablesAreThere();
     void trackFoundStores();
     void buildTrackingServices();

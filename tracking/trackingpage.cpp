@@ -319,18 +319,12 @@ void ShopWindow::applyGpsSettings()
         gps->startUpdates();
     else if (positionWait->haveGpsFix() || gps->isUpdating())
         gps->stopUpdates();
-    startTrackingByItself();
-}
-
-/// Starts tracking all stores if that is set.
-void ShopWindow::startTrackingByItself()
-{
-    if (!trackAutoStart || run.trackingActive)
-        return;
-    trackingPage->all->setChecked(true);
-    // While the stores cannot be read, there only seem to be none.
-    if (!tablesAreAwaited || !gpsAvailable || !gpsEnabled)
-        startTracking();
+    if (trackAutoStart && !run.trackingActive) {
+        trackingPage->all->setChecked(true);
+        // While the stores cannot be read, there only seem to be none.
+        if (!tablesAreAwaited || !gpsAvailable || !gpsEnabled)
+            startTracking();
+    }
 }
 
 /// Starts the tracking that had to wait for the tables. What the person does meanwhile is not

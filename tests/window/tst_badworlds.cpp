@@ -360,6 +360,13 @@ void TestBadWorlds::tablesAreMadeWhenTheLockIsGone()
     QVERIFY(query.exec("insert into category values (1, 'Food')"));
 }
 
+static void letTrackingStartByItself()
+{
+    qputenv("TROLLEO_GPSD", "127.0.0.1:9"); // none
+    TrSettings::instance().setGpsEnabled(true);
+    TrSettings::instance().setTrackAutoStart(true);
+}
+
 void TestBadWorlds::trackingStartsWhenTheLockIsGone()
 {
     const TestHome home;
@@ -370,9 +377,7 @@ void TestBadWorlds::trackingStartsWhenTheLockIsGone()
         QVERIFY(second.run("insert into gpscoord values (9, 10, 20, 0)"));
         QVERIFY(second.run("insert into shoplist values (9, 'Bread', 9, 1)"));
     }
-    qputenv("TROLLEO_GPSD", "127.0.0.1:9"); // none
-    TrSettings::instance().setGpsEnabled(true);
-    TrSettings::instance().setTrackAutoStart(true);
+    letTrackingStartByItself();
     DatabaseLock lock(home);
     QElapsedTimer clock;
     clock.start();
@@ -395,9 +400,7 @@ void TestBadWorlds::endOfALockInterruptsNobody()
 {
     const TestHome home;
     home.writeDatabaseFile(goodDatabase());
-    qputenv("TROLLEO_GPSD", "127.0.0.1:9"); // none
-    TrSettings::instance().setGpsEnabled(true);
-    TrSettings::instance().setTrackAutoStart(true);
+    letTrackingStartByItself();
     DatabaseLock lock(home);
     ShopWindow window;
     window.show();
