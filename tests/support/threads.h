@@ -5,7 +5,8 @@
 #include <QDir>
 #include <QFile>
 
-/// Returns the number of threads of this process with that name.
+/// Returns the number of threads of this process with that name. A joined thread may count for a
+/// moment longer, and a new one has its creator's name until it runs.
 inline int threadsNamed(const QByteArray &name)
 {
     int count = 0;

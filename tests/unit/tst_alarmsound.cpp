@@ -172,6 +172,7 @@ void TestAlarmSound::alarmsShareAThread()
 
 void TestAlarmSound::threadEndsWithTheLastAlarm()
 {
+    QTRY_COMPARE(threadsNamed("alarm"), 0); // of the test before
     {
         AlarmSound sound("/no such file.wav");
         sound.play();

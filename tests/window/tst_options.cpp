@@ -665,7 +665,8 @@ void TestOptions::optionsThatAreSavedTellNothing()
 
 void TestOptions::remindersShareAThread()
 {
-    ShopDriver shop(oneStore, {{"GpsEnabled", true}});
+    ShopDriver shop(oneStore, {{"GpsEnabled", true}, {"SoundFileName", "/no such file.wav"}});
+    QTRY_COMPARE(threadsNamed("alarm"), 0); // of the test before
     for (int round = 0; round < 5; ++round) {
         shop.press("reminderButton");
         shop.press("startButton");
