@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
 #include <span>
 
 #include <sys/stat.h>
@@ -11,7 +10,6 @@
 
 #include "app/shopwindow.h"
 #include "data/database.h"
-#include "platform/alarmsound.h"
 #include "platform/quitsignals.h"
 #include "platform/singleinstance.h"
 #include "platform/standarderror.h"
@@ -56,17 +54,13 @@ int main(int argc, char **argv)
     QObject::connect(&application, &QApplication::aboutToQuit, &instance,
                      &SingleInstance::stopListening);
 
-    auto window = std::make_unique<ShopWindow>();
-    QObject::connect(&instance, &SingleInstance::startedAgain, window.get(),
+    ShopWindow window;
+    QObject::connect(&instance, &SingleInstance::startedAgain, &window,
                      &ShopWindow::bringToFrontBy);
     // ShopWindow has registered the resources.
     constexpr int windowIconExtent = 96;
     QApplication::setWindowIcon(
         QIcon(Pictures::icon(u":/img/House.png"_s).pixmap(windowIconExtent)));
-    window->show();
-    const int result = QApplication::exec();
-    window.reset();
-    if (AlarmSound::isAnyStuck())
-        std::quick_exit(result);
-    return result;
+    window.show();
+    return QApplication::exec();
 }

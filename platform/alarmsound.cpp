@@ -1,134 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "platform/alarmsound.h"
 
-#include <chrono>
-#include <memory>
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
 
-#include <QDeadlineTimer>
+#include <QCoreApplication>
 #include <QFileInfo>
-#include <QThread>
-
-#include "platform/module.h"
-#include "platform/soundplayer.h"
+#include <QProcess>
+#include <QStandardPaths>
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How long the program waits at its end for a sound system that does not respond.
-constexpr auto patience = 500ms;
-
-bool anyIsStuck = false;
-
-/// Lives in the thread and loads the module there.
-class Worker : public QObject
-{
-public:
-    void play(const QString &file, int count)
-    {
-        stop();
-        // Avoids loading the sound system needlessly.
-        if (!QFileInfo(file).isFile())
-            return;
-        if (!player)
-            player = load();
-        if (player)
-            player->play(file, count);
-    }
-
-    void stop()
-    {
-        if (player)
-            player->stop();
-    }
-
-private:
-    static std::unique_ptr<SoundPlayer> load()
-    {
-        auto *factory = loadModule<SoundPlayerFactory>(QStringLiteral("trolleo-sound"));
-        return factory ? factory->create() : nullptr;
-    }
-
-    std::unique_ptr<SoundPlayer> player;
-};
+constexpr std::chrono::seconds firstRetryPause = 1s;
+constexpr std::chrono::seconds longestRetryPause = 25s;
 
 } // namespace
-
-/// Qt's sound system belongs to the thread that first uses it, and connects to a restarted sound
-/// server only while that thread runs. So all alarms share a thread, which ends with the last
-/// AlarmSound that has played.
-class AlarmSound::Thread
-{
-public:
-    static std::shared_ptr<Thread> shared()
-    {
-        static std::weak_ptr<Thread> common;
-        std::shared_ptr<Thread> found = common.lock();
-        if (!found) {
-            found = std::make_shared<Thread>();
-            common = found;
-        }
-        return found;
-    }
-
-    Thread()
-        : thread(new QThread)
-        , worker(new Worker)
-    {
-        thread->setObjectName(QStringLiteral("alarm"));
-        worker->moveToThread(thread);
-        QObject::connect(thread, &QThread::finished, worker, &QObject::deleteLater);
-        thread->start();
-    }
-
-    ~Thread()
-    {
-        thread->quit();
-        // A thread that hangs in the sound system ends with the process. Deleting it would abort
-        // the process.
-        if (thread->wait(QDeadlineTimer(patience)))
-            delete thread;
-        else
-            anyIsStuck = true;
-    }
-
-    Thread(const Thread &) = delete;
-    Thread &operator=(const Thread &) = delete;
-
-    void play(const QString &file, int count)
-    {
-        QMetaObject::invokeMethod(worker,
-                                  [target = worker, file, count] { target->play(file, count); });
-    }
-
-    void stop()
-    {
-        QMetaObject::invokeMethod(worker, [target = worker] { target->stop(); });
-    }
-
-private:
-    QThread *thread;
-    Worker *worker; // lives in the thread
-};
 
 AlarmSound::AlarmSound(const QString &file, QObject *parent)
     : QObject(parent)
     , soundFile(file)
+    , retryPause(firstRetryPause)
 {
-    // PULSE_PROP sets the properties that libpulse gives to the streams of this process. The role
-    // lets a desktop treat an alarm differently from music. Qt 6 has no function for it.
-    if (!qEnvironmentVariableIsSet("PULSE_PROP"))
-        qputenv("PULSE_PROP", "media.role=alarm");
+    retry.setSingleShot(true);
+    connect(&retry, &QTimer::timeout, this, &AlarmSound::startPlayer);
 }
 
 AlarmSound::~AlarmSound()
 {
     stop();
-}
-
-bool AlarmSound::isAnyStuck()
-{
-    return anyIsStuck;
+    for (QProcess *stopped : findChildren<QProcess *>())
+        stopped->waitForFinished();
 }
 
 QString AlarmSound::fileName() const
@@ -143,13 +48,49 @@ void AlarmSound::setLoops(int count)
 
 void AlarmSound::play()
 {
-    if (!thread)
-        thread = Thread::shared();
-    thread->play(soundFile, loops);
+    stop();
+    retryPause = firstRetryPause;
+    startPlayer();
 }
 
 void AlarmSound::stop()
 {
-    if (thread)
-        thread->stop();
+    retry.stop();
+    if (!player)
+        return;
+    QProcess *stopped = std::exchange(player, nullptr);
+    stopped->disconnect(this);
+    connect(stopped, &QProcess::finished, stopped, &QObject::deleteLater);
+    stopped->kill();
+}
+
+void AlarmSound::startPlayer()
+{
+    if (!QFileInfo(soundFile).isFile())
+        return;
+    player = new QProcess(this);
+    player->setProcessChannelMode(QProcess::ForwardedChannels);
+    player->setStandardInputFile(QProcess::nullDevice());
+    connect(player, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {
+        takeResult(status == QProcess::NormalExit && code == EXIT_SUCCESS);
+    });
+    connect(player, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            qWarning("The alarm: %s", qPrintable(player->errorString()));
+            takeResult(false);
+        }
+    });
+    // Found where Qt finds plugins: beside this program.
+    const QString program =
+        QStandardPaths::findExecutable(u"trolleo-alarm"_s, QCoreApplication::libraryPaths());
+    player->start(program, {soundFile, QString::number(loops)});
+}
+
+void AlarmSound::takeResult(bool isPlayed)
+{
+    std::exchange(player, nullptr)->deleteLater();
+    if (isPlayed)
+        return;
+    retry.start(retryPause);
+    retryPause = std::min(2 * retryPause, longestRetryPause);
 }

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
+#include <chrono>
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
+
+class QProcess;
 
 /// Plays a sound file, .wav or .mp3, a number of times.
 ///
-/// A sound system can respond slowly or never, so it is used from a separate thread, which all
-/// objects share, and which plays one sound at a time. The thread starts with the first play(),
-/// and neither function waits for it. Errors are not reported; a file that cannot be played is
-/// silent.
+/// The program "trolleo-alarm" does it, a process for each alarm: a sound system can respond slowly
+/// or never, its libraries would take a tenth of the start of this program, and Qt connects to a
+/// sound server only once in a process. No function waits for it. If there is no sound device, or
+/// if it is gone before the end, the file is played again from its beginning after 1, 2, 4, and so
+/// on up to 25 s. A file that cannot be played is silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT
@@ -29,17 +33,16 @@ public:
 
     /// Plays the file from its beginning, even if it is already playing.
     void play();
-    /// Stops the sound, also that of another object. Does nothing if no sound is playing.
+    /// Stops the sound. Does nothing if no sound is playing.
     void stop();
 
-    /// Returns whether a destroyed AlarmSound has left a thread that still waits for the sound
-    /// system. Qt would wait for that thread at the end of the process.
-    static bool isAnyStuck();
-
 private:
-    class Thread;
+    void startPlayer();
+    void takeResult(bool isPlayed);
 
     QString soundFile;
     int loops = 1;
-    std::shared_ptr<Thread> thread;
+    QProcess *player = nullptr; // owned; null if none is playing
+    QTimer retry;
+    std::chrono::seconds retryPause;
 };

@@ -2,23 +2,27 @@
 #include <cmath>
 #include <numbers>
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QThread>
 #include <QtTest>
 
 #include "platform/alarmsound.h"
 #include "tests/support/emulator.h"
-#include "tests/support/threads.h"
+#include "tests/support/mutesoundserver.h"
+#include "tests/support/processes.h"
 
 static const QString soundFile = TROLLEO_SOURCES "/resources/sounds/Alarm5.wav";
 
-/// How long the sound system may take to load completely, in milliseconds.
-static const int timeToLoad = Emulator::isUsed() ? 15000 : 1000;
+/// How long starting or stopping a few processes may take, in milliseconds. A sound server that
+/// does not answer would block for 30 seconds.
+static const int timeToStart = Emulator::isUsed() ? 10000 : 1000;
+
+/// How long a player may take to find that there is no sound server, in milliseconds.
+static const int timeToFail = Emulator::isUsed() ? 60000 : 10000;
 
 /// Samples from -1 to 1.
 struct Recording
@@ -27,10 +31,9 @@ struct Recording
     QList<double> samples;
 };
 
-static bool isSoundSystemLoaded()
+static int alarms()
 {
-    QFile maps("/proc/self/maps");
-    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libQt6Multimedia");
+    return childrenNamed("trolleo-alarm");
 }
 
 /// The alarm file and how it is played. The audible result is tested with a sound server.
@@ -45,10 +48,11 @@ private slots:
     void fileLoopsCleanly();
     void fileIsWhereALoudspeakerIsGood();
     void nothingStartsBeforeItPlays();
-    void alarmsShareAThread();
-    void threadEndsWithTheLastAlarm();
-    void noFileLoadsNothing();
-    void playingLoadsTheSoundSystem();
+    void missingFileStartsNothing();
+    void playsInAProcess();
+    void playsOnceTheServerIsThere();
+    void stoppedSoundIsNotTriedAgain();
+    void playsOnceThePlayerIsThere();
     void playingNeverWaits_data();
     void playingNeverWaits();
 
@@ -152,51 +156,77 @@ void TestAlarmSound::nothingStartsBeforeItPlays()
     AlarmSound sound(soundFile);
     sound.setLoops(3);
     sound.stop();
-    QCOMPARE(threadsNamed("alarm"), 0);
-    QVERIFY(!AlarmSound::isAnyStuck());
-    QVERIFY(!isSoundSystemLoaded());
+    QCOMPARE(alarms(), 0);
 }
 
-void TestAlarmSound::alarmsShareAThread()
+void TestAlarmSound::missingFileStartsNothing()
 {
-    AlarmSound first("/no such file.wav");
-    first.play();
-    QTRY_COMPARE(threadsNamed("alarm"), 1);
-    {
-        AlarmSound second("/no such file.wav");
-        second.play();
-    }
-    QTest::qWait(200); // a thread that starts or ends
-    QCOMPARE(threadsNamed("alarm"), 1);
-}
-
-void TestAlarmSound::threadEndsWithTheLastAlarm()
-{
-    QTRY_COMPARE(threadsNamed("alarm"), 0); // of the test before
-    {
-        AlarmSound sound("/no such file.wav");
-        sound.play();
-        QTRY_COMPARE(threadsNamed("alarm"), 1);
-    }
-    QTRY_COMPARE(threadsNamed("alarm"), 0);
-    QVERIFY(!AlarmSound::isAnyStuck());
-}
-
-/// The functions of a test run in their order, and nothing unloads the module.
-void TestAlarmSound::noFileLoadsNothing()
-{
+    MuteSoundServer server;
+    QVERIFY(server.listen());
     AlarmSound sound("/no such file.wav");
     sound.play();
     QTest::qWait(200);
-    QVERIFY(!isSoundSystemLoaded());
+    QCOMPARE(alarms(), 0);
 }
 
-void TestAlarmSound::playingLoadsTheSoundSystem()
+void TestAlarmSound::playsInAProcess()
 {
+    MuteSoundServer server;
+    QVERIFY(server.listen());
+    {
+        AlarmSound sound(soundFile);
+        sound.play();
+        QTRY_COMPARE(alarms(), 1);
+        sound.play();
+        QTRY_COMPARE(alarms(), 1); // another one
+        sound.stop();
+        QTRY_COMPARE(alarms(), 0);
+        QTRY_VERIFY(sound.children().isEmpty());
+        sound.play();
+        QTRY_COMPARE(alarms(), 1);
+    }
+    QCOMPARE(alarms(), 0);
+    // The libraries of the sound system are not loaded into this process.
+    QFile maps("/proc/self/maps");
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    const QByteArray libraries = maps.readAll();
+    QVERIFY(libraries.contains("libQt6Core"));
+    QVERIFY(!libraries.contains("libQt6Multimedia"));
+}
+
+void TestAlarmSound::playsOnceTheServerIsThere()
+{
+    MuteSoundServer server;
     AlarmSound sound(soundFile);
     sound.play();
-    QTRY_VERIFY(isSoundSystemLoaded());
-    QTest::qWait(timeToLoad); // while it loads, the thread cannot end
+    QTRY_COMPARE_WITH_TIMEOUT(sound.children().size(), 0, timeToFail); // it has ended
+    QVERIFY(server.listen());
+    QTRY_COMPARE_WITH_TIMEOUT(alarms(), 1, timeToFail);
+}
+
+void TestAlarmSound::stoppedSoundIsNotTriedAgain()
+{
+    MuteSoundServer server;
+    AlarmSound sound(soundFile);
+    sound.play();
+    QTRY_COMPARE_WITH_TIMEOUT(sound.children().size(), 0, timeToFail);
+    sound.stop();
+    QVERIFY(server.listen());
+    QTest::qWait(1500);
+    QCOMPARE(alarms(), 0);
+}
+
+void TestAlarmSound::playsOnceThePlayerIsThere()
+{
+    MuteSoundServer server;
+    QVERIFY(server.listen());
+    const QStringList paths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({"/nonexistent"});
+    AlarmSound sound(soundFile);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^The alarm: "));
+    sound.play();
+    QCoreApplication::setLibraryPaths(paths);
+    QTRY_COMPARE(alarms(), 1);
 }
 
 void TestAlarmSound::playingNeverWaits_data()
@@ -213,6 +243,8 @@ void TestAlarmSound::playingNeverWaits_data()
 void TestAlarmSound::playingNeverWaits()
 {
     QFETCH(QString, file);
+    MuteSoundServer server;
+    QVERIFY(server.listen());
     QElapsedTimer clock;
     clock.start();
     {
@@ -224,11 +256,13 @@ void TestAlarmSound::playingNeverWaits()
         }
         sound.play();
         sound.play();
-        QVERIFY2(clock.elapsed() < 100, qPrintable(QString::number(clock.elapsed())));
-        QTest::qWait(Emulator::isUsed() ? timeToLoad : 200);
+        QVERIFY2(clock.elapsed() < timeToStart, qPrintable(QString::number(clock.elapsed())));
+        QTest::qWait(200);
+        clock.start();
     }
-    // If destroyed while it plays, it waits for its thread, which ends at once.
-    QVERIFY(!AlarmSound::isAnyStuck());
+    // It ends a sound system that does not answer.
+    QVERIFY2(clock.elapsed() < timeToStart, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(alarms(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestAlarmSound)

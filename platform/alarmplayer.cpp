@@ -1,21 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+
+#include <sys/prctl.h>
 
 #include <QAudioBuffer>
 #include <QAudioDecoder>
 #include <QAudioDevice>
 #include <QAudioFormat>
 #include <QAudioSink>
+#include <QCoreApplication>
 #include <QIODevice>
 #include <QMediaDevices>
 #include <QUrl>
 
-#include "platform/soundplayer.h"
+#include "platform/standarderror.h"
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -106,92 +112,101 @@ private:
     bool complete = false;
 };
 
-/// Uses the sound system, and holds it only while it plays. It decodes the file and feeds the
-/// device itself: Qt's media player repeats a file by seeking in it, and the sound is then often
-/// lost.
-class Player : public SoundPlayer
+/// Plays a file and ends the process. It decodes the file and feeds the device itself: Qt's media
+/// player repeats a file by seeking in it, and the sound is then often lost.
+class Player : public QObject
 {
 public:
-    void play(const QString &file, int count) override
+    Player(const QString &file, int count)
+        : device(QMediaDevices::defaultAudioOutput())
+        , format(device.preferredFormat())
     {
-        stop();
-        const QAudioDevice device = QMediaDevices::defaultAudioOutput();
-        if (device.isNull())
+        if (device.isNull()) {
+            end(EXIT_FAILURE);
             return;
-        QAudioFormat format = device.preferredFormat();
+        }
         format.setSampleFormat(QAudioFormat::Int16); // silence is 0 in this format
         sound = std::make_unique<LoopedSound>(
             count, format.bytesForDuration(std::chrono::microseconds(tail).count()));
         sink = std::make_unique<QAudioSink>(device, format);
-        decoder = std::make_unique<QAudioDecoder>();
-        decoder->setAudioFormat(format);
-        decoder->setSource(QUrl::fromLocalFile(file));
-        connect(decoder.get(), &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
+        connect(sink.get(), &QAudioSink::stateChanged, this, &Player::endIfOver);
+        decoder.setAudioFormat(format);
+        decoder.setSource(QUrl::fromLocalFile(file));
+        connect(&decoder, &QAudioDecoder::bufferReady, this, &Player::takeBuffer);
         // If the file is damaged, the part that could be decoded is played.
-        connect(decoder.get(), &QAudioDecoder::finished, this, &Player::finish);
-        connect(decoder.get(), qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
+        connect(&decoder, &QAudioDecoder::finished, this, &Player::finish);
+        connect(&decoder, qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
                 &Player::finish);
-        // Queued, because the sink must not be destroyed within its own signal.
-        connect(sink.get(), &QAudioSink::stateChanged, this, &Player::stopIfOver,
-                Qt::QueuedConnection);
-        decoder->start();
-    }
-
-    void stop() override
-    {
-        decoder.reset();
-        sink.reset();
-        sound.reset();
+        decoder.start();
     }
 
 private:
+    void takeBuffer()
+    {
+        const QAudioBuffer buffer = decoder.read();
+        const bool isFirst = sound->isEmpty();
+        const bool isAll = !sound->append(buffer.constData<char>(), buffer.byteCount());
+        if (isFirst)
+            sink->start(sound.get());
+        if (isAll) {
+            decoder.stop();
+            sound->finish();
+        }
+        endIfOver();
+    }
+
     void finish()
     {
         sound->finish();
-        QMetaObject::invokeMethod(this, &Player::stopIfOver, Qt::QueuedConnection);
+        endIfOver();
     }
 
-    void stopIfOver()
+    void endIfOver()
     {
-        if (!sink)
-            return;
-        // The stopped state means that nothing could be decoded, or that the device is gone.
         const QAudio::State state = sink->state();
-        if (sound->isComplete() &&
-            (state == QAudio::StoppedState || (state == QAudio::IdleState && sound->isOver())))
-            stop();
-    }
-
-    void takeBuffer()
-    {
-        const QAudioBuffer buffer = decoder->read();
-        const bool isFirst = sound->isEmpty();
-        if (!sound->append(buffer.constData<char>(), buffer.byteCount())) {
-            decoder->stop();
-            finish();
+        if (sound->isEmpty()) {
+            if (sound->isComplete())
+                end(EXIT_SUCCESS); // nothing could be decoded
+        } else if (state == QAudio::StoppedState) {
+            end(EXIT_FAILURE); // the device is gone
+        } else if (state == QAudio::IdleState && sound->isOver()) {
+            end(EXIT_SUCCESS);
         }
-        if (isFirst)
-            sink->start(sound.get());
     }
 
+    /// Queued, because this may be called before the event loop runs.
+    void end(int result)
+    {
+        QMetaObject::invokeMethod(
+            this, [result] { QCoreApplication::exit(result); }, Qt::QueuedConnection);
+    }
+
+    QAudioDevice device;
+    QAudioFormat format;
     std::unique_ptr<LoopedSound> sound;
     std::unique_ptr<QAudioSink> sink;
-    std::unique_ptr<QAudioDecoder> decoder;
+    QAudioDecoder decoder;
 };
 
 } // namespace
 
-class SoundModule : public QObject, public SoundPlayerFactory
+/// Plays a sound file a number of times: trolleo-alarm FILE COUNT. Fails if there is no device, or
+/// none any more. A file that cannot be played is silent.
+int main(int argc, char *argv[])
 {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID SoundPlayerFactory_iid)
-    Q_INTERFACES(SoundPlayerFactory)
-
-public:
-    std::unique_ptr<SoundPlayer> create() override
-    {
-        return std::make_unique<Player>();
+    StandardError::takeMessages();
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // the alarm ends with the program, however that ends
+    // PULSE_PROP sets the properties that libpulse gives to the streams of this process. The role
+    // lets a desktop treat an alarm differently from music. Qt 6 has no function for it.
+    if (!qEnvironmentVariableIsSet("PULSE_PROP"))
+        qputenv("PULSE_PROP", "media.role=alarm");
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(u"trolleo"_s);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 3) {
+        qCritical("usage: trolleo-alarm FILE COUNT");
+        return EXIT_FAILURE;
     }
-};
-
-#include "soundmodule.moc"
+    Player player(arguments.at(1), arguments.at(2).toInt());
+    return QCoreApplication::exec();
+}
