@@ -183,6 +183,17 @@ void ShopDriver::changeLanguage(const char *radio, const Caller &by)
     stack = window->findChild<QStackedWidget *>("pageStack");
 }
 
+void ShopDriver::startShopping(const Caller &by) const
+{
+    press("shoppingButton", by);
+    press("listsButton", by);
+    tap(0, by);
+    press("selectButton", by);
+    press("startButton", by);
+    if (page() != PageDoShopping)
+        stopTest("no goods, but " + pageWidget()->objectName(), by);
+}
+
 bool ShopDriver::isEnabled(const char *button, const Caller &by) const
 {
     return find<QAbstractButton>(button, by)->isEnabled();

@@ -80,6 +80,8 @@ public:
     /// Goes from the main page to the options, selects a language and returns. The pages of the
     /// window are rebuilt.
     void changeLanguage(const char *radio, const Caller &by = Caller::here());
+    /// Goes from the main page to the goods of the first list.
+    void startShopping(const Caller &by = Caller::here()) const;
     bool isEnabled(const char *button, const Caller &by = Caller::here()) const;
     QString buttonText(const char *button, const Caller &by = Caller::here()) const;
     QString labelText(const char *label, const Caller &by = Caller::here()) const;

@@ -38,17 +38,6 @@ private slots:
     void rowsAreReadOut();
     void spaceChecksNothing();
     void randomTogglesMatchAModel();
-
-private:
-    static void openShopping(ShopDriver &shop)
-    {
-        shop.press("shoppingButton");
-        shop.press("listsButton");
-        shop.tap(0);
-        shop.press("selectButton");
-        shop.press("startButton");
-        QCOMPARE(shop.page(), PageDoShopping);
-    }
 };
 
 /// Goods A, B, C and so on with the amounts 1, 2, 3; the last ones are checked. There is another
@@ -68,7 +57,7 @@ static Records listOf(int goods, int checked = 0)
 void TestDoShopping::uncheckedGoodsComeFirst()
 {
     ShopDriver shop(listOf(4).sql("update purchase set checkstate = 1 where id in (1, 3)"));
-    openShopping(shop);
+    shop.startShopping();
     QCOMPARE(shop.rows(), (QStringList{"B|2", "D|4", "A|1*", "C|3*"}));
     QCOMPARE(shop.labelText("title"), "Weekend");
     for (int row = 0; row < 4; ++row)
@@ -78,7 +67,7 @@ void TestDoShopping::uncheckedGoodsComeFirst()
 void TestDoShopping::checkedGoodMovesToTheTopOfTheCheckedOnes()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     shop.tap(1);
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3"}));
     shop.tap(1);
@@ -93,7 +82,7 @@ void TestDoShopping::checkedGoodMovesToTheTopOfTheCheckedOnes()
 void TestDoShopping::uncheckedGoodMovesBelowTheLastUncheckedOne()
 {
     ShopDriver shop(listOf(5, 3));
-    openShopping(shop);
+    shop.startShopping();
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*", "D|4*", "E|5*"}));
     shop.tap(4);
     shop.tap(4);
@@ -106,7 +95,7 @@ void TestDoShopping::uncheckedGoodMovesBelowTheLastUncheckedOne()
 void TestDoShopping::everyToggleIsStoredAtOnce()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     shop.tap(1);
     shop.tap(1);
     QCOMPARE(shop.db->column("select checkstate from purchase order by id"),
@@ -120,7 +109,7 @@ void TestDoShopping::everyToggleIsStoredAtOnce()
 void TestDoShopping::buttonsActOnTheCurrentGoodOnly()
 {
     ShopDriver shop(listOf(3, 1));
-    openShopping(shop);
+    shop.startShopping();
     shop.list()->setCurrentRow(2);
     shop.press("checkButton");
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
@@ -137,7 +126,7 @@ void TestDoShopping::buttonsActOnTheCurrentGoodOnly()
 void TestDoShopping::buttonsWithoutACurrentGoodDoNothing()
 {
     ShopDriver shop(listOf(2, 1));
-    openShopping(shop);
+    shop.startShopping();
     QCOMPARE(shop.list()->currentRow(), -1);
     shop.press("checkButton");
     shop.press("uncheckButton");
@@ -147,7 +136,7 @@ void TestDoShopping::buttonsWithoutACurrentGoodDoNothing()
 void TestDoShopping::tapsOnDifferentRowsCheckNothing()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     for (const int row : {0, 1, 2, 0}) {
         shop.tap(row);
         QCOMPARE(shop.list()->currentRow(), row);
@@ -158,7 +147,7 @@ void TestDoShopping::tapsOnDifferentRowsCheckNothing()
 void TestDoShopping::tapBeforeLeavingIsForgotten()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     shop.tap(1);
     shop.press("okButton");
     shop.press("startButton");
@@ -171,7 +160,7 @@ void TestDoShopping::tapBeforeLeavingIsForgotten()
 void TestDoShopping::quickDoubleTapActsOnce()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     shop.doubleTap(0);
     QCOMPARE(shop.rows(), (QStringList{"B|2", "C|3", "A|1*"}));
     // B is remembered now. The first tap checks it; the second one is not for C.
@@ -182,7 +171,7 @@ void TestDoShopping::quickDoubleTapActsOnce()
 void TestDoShopping::sixTapsAreFiveToggles()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     const QPoint first = shop.list()->viewport()->mapTo(shop.window.get(), QPoint(100, 10));
     const QList<QStringList> after{{"A|1", "B|2", "C|3"},   {"B|2", "C|3", "A|1*"},
                                    {"C|3", "B|2*", "A|1*"}, {"C|3*", "B|2*", "A|1*"},
@@ -197,7 +186,7 @@ void TestDoShopping::sixTapsAreFiveToggles()
 void TestDoShopping::enterToggles()
 {
     ShopDriver shop(listOf(3));
-    openShopping(shop);
+    shop.startShopping();
     shop.tap(2);
     QTest::keyClick(shop.list(), Qt::Key_Return);
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2", "C|3*"}));
@@ -252,7 +241,7 @@ void TestDoShopping::leavingRecomputesTheState()
     QFETCH(int, state);
     QFETCH(QString, text);
     ShopDriver shop(listOf(goods, checked).sql("update shoplist set state = 0"));
-    openShopping(shop);
+    shop.startShopping();
     QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{0});
     shop.press("okButton");
     QCOMPARE(shop.page(), PageShopping);
@@ -263,7 +252,7 @@ void TestDoShopping::leavingRecomputesTheState()
 void TestDoShopping::uncheckingAGoodReopensAFinishedList()
 {
     ShopDriver shop(listOf(2));
-    openShopping(shop);
+    shop.startShopping();
     for (int good = 0; good < 2; ++good) {
         shop.list()->setCurrentRow(0);
         shop.press("checkButton");
@@ -309,7 +298,7 @@ void TestDoShopping::fromAReminderAllListsOfTheStoreAreShopped()
 void TestDoShopping::backIsOk()
 {
     ShopDriver shop(listOf(2, 2));
-    openShopping(shop);
+    shop.startShopping();
     shop.press("backButton");
     QCOMPARE(shop.page(), PageShopping);
     QCOMPARE(shop.db->column("select state from shoplist where id = 1"), QVariantList{3});
@@ -364,7 +353,7 @@ void TestDoShopping::selectingAfterAStartOnlySelects()
 void TestDoShopping::rowsAreReadOut()
 {
     ShopDriver shop(listOf(2, 1));
-    openShopping(shop);
+    shop.startShopping();
     const auto *model = shop.list()->model();
     QCOMPARE(model->index(0, 0).data(Qt::AccessibleTextRole).toString(), "A, 1, unchecked");
     QCOMPARE(model->index(1, 0).data(Qt::AccessibleTextRole).toString(), "B, 2, checked");
@@ -373,7 +362,7 @@ void TestDoShopping::rowsAreReadOut()
 void TestDoShopping::spaceChecksNothing()
 {
     ShopDriver shop(listOf(2));
-    openShopping(shop);
+    shop.startShopping();
     shop.tap(0);
     QTest::keyClick(shop.list(), Qt::Key_Space);
     QCOMPARE(shop.rows(), (QStringList{"A|1", "B|2"}));
@@ -392,7 +381,7 @@ void TestDoShopping::randomTogglesMatchAModel()
     while (toggles < 2000) {
         const int count = random.bounded(1, 61);
         ShopDriver shop(listOf(count, random.bounded(count + 1)));
-        openShopping(shop);
+        shop.startShopping();
         QList<Good> model;
         for (int row = 0; row < count; ++row)
             model << Good{shop.list()->item(row)->data(Qt::UserRole).toInt(),

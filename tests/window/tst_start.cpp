@@ -388,15 +388,6 @@ void TestStart::exitButtonEndsTheEventLoop()
 
 static const Records oneGood{openList(1, "Weekend").good("Milk")};
 
-static void startShopping(ShopDriver &shop)
-{
-    shop.press("shoppingButton");
-    shop.press("listsButton");
-    shop.tap(0);
-    shop.press("selectButton");
-    shop.press("startButton");
-}
-
 void TestStart::endOfTheProgramRecomputesTheState_data()
 {
     QTest::addColumn<QString>("button");
@@ -409,7 +400,7 @@ void TestStart::endOfTheProgramRecomputesTheState()
 {
     QFETCH(QString, button);
     ShopDriver shop(oneGood);
-    startShopping(shop);
+    shop.startShopping();
     shop.list()->setCurrentRow(0);
     shop.press("checkButton");
     if (!button.isEmpty())
@@ -429,7 +420,7 @@ void TestStart::endOfTheProgramRecomputesTheState()
 void TestStart::endOfTheProgramLeavesListsAlone()
 {
     ShopDriver shop(oneGood);
-    startShopping(shop);
+    shop.startShopping();
     shop.press("okButton");
     shop.db->add(Records().sql("update shoplist set state = 0"));
     QTimer::singleShot(0, shop.window.get(), [&shop] { shop.window->close(); });
