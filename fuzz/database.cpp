@@ -367,7 +367,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     {
         QSettings settings(u"Vantor"_s, u"Trolleo"_s);
         settings.setValue(u"GpsEnabled"_s, true);
-        // The alarm is silent, and the sound system is not loaded.
+        // A missing file starts no alarm.
         settings.setValue(u"SoundFileName"_s, home.path() + u"/no sound.wav"_s);
     }
     if (script.isFile)

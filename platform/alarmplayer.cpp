@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-
-#include <sys/prctl.h>
+#include <utility>
 
 #include <QAudioBuffer>
 #include <QAudioDecoder>
@@ -16,6 +14,7 @@
 #include <QCoreApplication>
 #include <QIODevice>
 #include <QMediaDevices>
+#include <QTimer>
 #include <QUrl>
 
 #include "platform/standarderror.h"
@@ -30,6 +29,9 @@ namespace {
 constexpr qsizetype longestSound = qsizetype{64} * 1024 * 1024;
 /// Duration of the silence after the sound, which lets the device play its buffered data.
 constexpr auto tail = 1s;
+/// A device that takes no data for this time is lost: if it is removed while the sound server goes
+/// on, Qt 6.4 does not tell.
+constexpr auto longestStall = 3s;
 
 /// Decoded sound that is read a number of times. Reading can begin as soon as the first part is
 /// decoded. Where no data is available yet, it returns silence, because a device that once gets no
@@ -65,10 +67,20 @@ public:
     {
         return complete;
     }
+    /// Returns whether all rounds have been read.
+    bool isRead() const
+    {
+        return complete && roundsLeft <= 1 && position == sound.size();
+    }
     /// Returns whether all rounds and the silence after them have been read.
     bool isOver() const
     {
         return complete && tailLeft == 0;
+    }
+    /// Returns whether anything has been read since the previous call.
+    bool takeProgress()
+    {
+        return std::exchange(progress, false);
     }
 
     bool isSequential() const override
@@ -79,6 +91,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
+        progress = true;
         if (position == sound.size() && complete && roundsLeft > 1) {
             position = 0;
             --roundsLeft;
@@ -110,6 +123,7 @@ private:
     int roundsLeft;
     qsizetype tailLeft; // bytes
     bool complete = false;
+    bool progress = false;
 };
 
 /// Plays a file and ends the process. It decodes the file and feeds the device itself: Qt's media
@@ -121,10 +135,8 @@ public:
         : device(QMediaDevices::defaultAudioOutput())
         , format(device.preferredFormat())
     {
-        if (device.isNull()) {
+        if (device.isNull())
             end(EXIT_FAILURE);
-            return;
-        }
         format.setSampleFormat(QAudioFormat::Int16); // silence is 0 in this format
         sound = std::make_unique<LoopedSound>(
             count, format.bytesForDuration(std::chrono::microseconds(tail).count()));
@@ -137,6 +149,10 @@ public:
         connect(&decoder, &QAudioDecoder::finished, this, &Player::finish);
         connect(&decoder, qOverload<QAudioDecoder::Error>(&QAudioDecoder::error), this,
                 &Player::finish);
+        connect(&stall, &QTimer::timeout, this, [this] {
+            if (!sound->takeProgress())
+                end(EXIT_FAILURE);
+        });
         decoder.start();
     }
 
@@ -146,8 +162,10 @@ private:
         const QAudioBuffer buffer = decoder.read();
         const bool isFirst = sound->isEmpty();
         const bool isAll = !sound->append(buffer.constData<char>(), buffer.byteCount());
-        if (isFirst)
+        if (isFirst) {
             sink->start(sound.get());
+            stall.start(longestStall);
+        }
         if (isAll) {
             decoder.stop();
             sound->finish();
@@ -168,17 +186,16 @@ private:
             if (sound->isComplete())
                 end(EXIT_SUCCESS); // nothing could be decoded
         } else if (state == QAudio::StoppedState) {
-            end(EXIT_FAILURE); // the device is gone
+            end(sound->isRead() ? EXIT_SUCCESS : EXIT_FAILURE); // the device is gone
         } else if (state == QAudio::IdleState && sound->isOver()) {
             end(EXIT_SUCCESS);
         }
     }
 
-    /// Queued, because this may be called before the event loop runs.
-    void end(int result)
+    /// Ends the process without the destructors, in which a sound system that is gone can hang.
+    [[noreturn]] static void end(int result)
     {
-        QMetaObject::invokeMethod(
-            this, [result] { QCoreApplication::exit(result); }, Qt::QueuedConnection);
+        std::_Exit(result);
     }
 
     QAudioDevice device;
@@ -186,16 +203,16 @@ private:
     std::unique_ptr<LoopedSound> sound;
     std::unique_ptr<QAudioSink> sink;
     QAudioDecoder decoder;
+    QTimer stall;
 };
 
 } // namespace
 
 /// Plays a sound file a number of times: trolleo-alarm FILE COUNT. Fails if there is no device, or
-/// none any more. A file that cannot be played is silent.
+/// if it is lost before the end. A file that cannot be decoded is silent.
 int main(int argc, char *argv[])
 {
     StandardError::takeMessages();
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // the alarm ends with the program, however that ends
     // PULSE_PROP sets the properties that libpulse gives to the streams of this process. The role
     // lets a desktop treat an alarm differently from music. Qt 6 has no function for it.
     if (!qEnvironmentVariableIsSet("PULSE_PROP"))

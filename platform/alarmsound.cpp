@@ -2,8 +2,12 @@
 #include "platform/alarmsound.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <utility>
+
+#include <sys/prctl.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -17,6 +21,9 @@ namespace {
 
 constexpr std::chrono::seconds firstRetryPause = 1s;
 constexpr std::chrono::seconds longestRetryPause = 25s;
+/// How long the end of the program waits for a killed player, which the kernel may hold, for
+/// instance while it reads from a drive that does not respond.
+constexpr auto patience = 500ms;
 
 } // namespace
 
@@ -32,8 +39,10 @@ AlarmSound::AlarmSound(const QString &file, QObject *parent)
 AlarmSound::~AlarmSound()
 {
     stop();
-    for (QProcess *stopped : findChildren<QProcess *>())
-        stopped->waitForFinished();
+    for (QProcess *stopped : findChildren<QProcess *>()) {
+        if (!stopped->waitForFinished(std::chrono::milliseconds(patience).count()))
+            stopped->setParent(nullptr); // its destructor would wait for half a minute
+    }
 }
 
 QString AlarmSound::fileName() const
@@ -61,6 +70,7 @@ void AlarmSound::stop()
     QProcess *stopped = std::exchange(player, nullptr);
     stopped->disconnect(this);
     connect(stopped, &QProcess::finished, stopped, &QObject::deleteLater);
+    connect(stopped, &QProcess::errorOccurred, stopped, &QObject::deleteLater);
     stopped->kill();
 }
 
@@ -71,6 +81,12 @@ void AlarmSound::startPlayer()
     player = new QProcess(this);
     player->setProcessChannelMode(QProcess::ForwardedChannels);
     player->setStandardInputFile(QProcess::nullDevice());
+    // The player ends with the program, however that ends.
+    player->setChildProcessModifier([program = getpid()] {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != program) // it has ended already
+            _exit(EXIT_FAILURE);
+    });
     connect(player, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {
         takeResult(status == QProcess::NormalExit && code == EXIT_SUCCESS);
     });

@@ -13,9 +13,9 @@ class QProcess;
 ///
 /// The program "trolleo-alarm" does it, a process for each alarm: a sound system can respond slowly
 /// or never, its libraries would take a tenth of the start of this program, and Qt connects to a
-/// sound server only once in a process. No function waits for it. If there is no sound device, or
-/// if it is gone before the end, the file is played again from its beginning after 1, 2, 4, and so
-/// on up to 25 s. A file that cannot be played is silent.
+/// sound server only once in a process. No function waits for it. If there is no sound device, if
+/// it is lost before the end, or if the player crashes, the file is played again from its beginning
+/// after 1, 2, 4, and so on up to 25 s. A file that cannot be decoded is silent.
 class AlarmSound : public QObject
 {
     Q_OBJECT

@@ -26,3 +26,8 @@ inline void startSelf(QProcess &process, QStringList arguments)
 }
 
 } // namespace Emulator
+
+/// The program starts the player of the alarm by itself, which takes no emulator then.
+#define SKIP_WITHOUT_PLAYER()                                                                      \
+    if (Emulator::isUsed())                                                                        \
+    QSKIP("The program cannot start the player of another architecture.")

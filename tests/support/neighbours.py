@@ -160,6 +160,9 @@ class SoundServer:
             env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
         )
         wait_for("the sound server", lambda: is_listening(f"{self.folder}/native"))
+        self.record()
+
+    def record(self):
         with open(self.file, "wb") as output:
             self.recorder = subprocess.Popen(
                 [tool("parec"), "--device=nowhere.monitor", "--format=s16le", "--channels=1",
@@ -178,6 +181,15 @@ class SoundServer:
         self.end()
         time.sleep(away)
         self.start()
+
+    def replace_device(self):
+        """Removes the device, which ends its streams, and adds another one. The recording begins anew."""
+        stop(self.recorder)
+        for command in (["unload-module", "module-null-sink"],
+                        ["load-module", "module-null-sink", "sink_name=nowhere", "rate=44100"]):
+            subprocess.run([tool("pactl"), *command], env=self.environment, stdout=subprocess.DEVNULL,
+                           check=True)
+        self.record()
 
     def recorded(self):
         """Returns the duration of the recording in seconds."""

@@ -4,13 +4,14 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
+#include <QList>
 
 #include <unistd.h>
 
-/// Returns the number of running children of this process with that name.
-inline int childrenNamed(const QByteArray &name)
+/// Returns the ids of the running children of this process with that name.
+inline QList<int> childrenNamed(const QByteArray &name)
 {
-    int count = 0;
+    QList<int> children;
     const QString processes = "/proc/";
     for (const QString &process : QDir(processes).entryList({"[1-9]*"}, QDir::Dirs)) {
         QFile file(processes + process + "/stat");
@@ -18,8 +19,9 @@ inline int childrenNamed(const QByteArray &name)
         const QByteArray stat = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         const qsizetype end = stat.lastIndexOf(')');
         const QList<QByteArray> rest = stat.mid(end + 2).split(' ');
-        count += stat.left(end).endsWith('(' + name) && rest.value(0) != "Z" &&
-                 rest.value(1).toInt() == getpid();
+        if (stat.left(end).endsWith('(' + name) && rest.value(0) != "Z" &&
+            rest.value(1).toInt() == getpid())
+            children << process.toInt();
     }
-    return count;
+    return children;
 }

@@ -30,7 +30,7 @@ ShopDriver::ShopDriver(const Caller &by)
 ShopDriver::ShopDriver(const Records &records, const QVariantMap &settings, const Caller &by)
     : home(std::make_unique<TestHome>())
 {
-    // Silent, and without loading the sound system, unless a test needs the alarm.
+    // A missing file starts no alarm, unless a test needs one.
     if (!settings.isEmpty())
         QSettings("Vantor", "Trolleo").setValue("SoundFileName", home->path() + "/no sound.wav");
     for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)

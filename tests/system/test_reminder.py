@@ -198,6 +198,9 @@ class TestReminder(unittest.TestCase):
         wait_for("the alarm to have ended",
                  lambda: (levels := sound.loudness(begin)) and max(levels) > 0.3
                  and len(levels) > 900 and max(levels[-100:]) == 0)
+        wait_for("the player to have ended", lambda: not self.alarms())
+        after = sound.recorded()
+        wait_for("the silence after it", lambda: sound.recorded() > after + 3)
         levels = sound.loudness(begin)
         self.assertGreater(max(levels), 0.5)
         self.assertLess(max(levels), 0.95)  # no clipping
@@ -245,6 +248,8 @@ class TestReminder(unittest.TestCase):
         sound.start()
         wait_for("the stream", lambda: sound.roles() == ["alarm"])
         sound.restart(away=1)
+        wait_for("the stream", lambda: sound.roles() == ["alarm"])
+        sound.replace_device()
         self.assert_silenced_by(sound, "Stop tracking")
         wait_for("the alarm's process to end", lambda: not self.alarms())
 
@@ -269,6 +274,7 @@ class TestReminder(unittest.TestCase):
         self.start_tracking()
         sound.freeze()
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
+        wait_for("the alarm", self.alarms)
         self.program.press("Stop tracking")
         wait_for("tracking to end", lambda: self.program.find("button", "Start"), 2)
         wait_for("the alarm to end", lambda: not self.alarms())
