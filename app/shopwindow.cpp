@@ -213,6 +213,7 @@ void ShopWindow::openDatabase()
         break;
     case Database::Tables::Unreadable:
         refuseDatabase();
+        QCoreApplication::quit(); // it has no effect before the event loop runs
     }
 }
 
@@ -220,9 +221,8 @@ void ShopWindow::openDatabase()
 void ShopWindow::refuseDatabase()
 {
     db.close();
-    const auto *banner = InformationBox::information(this, tr("Can't open database"), bannerTime);
-    // quit() has no effect before the event loop runs.
-    QCoreApplication::quit();
+    auto *banner = InformationBox::information(this, tr("Can't open database"), bannerTime);
+    banner->keep();
     connect(banner, &InformationBox::gone, this, &ShopWindow::exitClicked);
 }
 

@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::milliseconds waitForStatement = 5s;
 
 /// SQLite's codes of errors.
-enum { Busy = 5, Corrupt = 11, NotADatabase = 26 };
+enum { NoError = 0, NoSuchTable = 1, Busy = 5 };
 
 int codeOf(const QSqlError &error)
 {
@@ -94,7 +94,7 @@ Database::Tables Database::createMissingTables(const QSqlDatabase &database,
     const int code = codeOf(run(Statements::noTrackedStores).lastError());
     if (code == Busy)
         return Tables::Locked;
-    if (code == Corrupt || code == NotADatabase)
+    if (code != NoError && code != NoSuchTable)
         return Tables::Unreadable;
     if (!hasStoresTable(database)) {
         QSqlQuery query{QString(), QSqlDatabase()};

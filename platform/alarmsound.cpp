@@ -40,7 +40,8 @@ AlarmSound::~AlarmSound()
 {
     stop();
     for (QProcess *stopped : findChildren<QProcess *>()) {
-        if (!stopped->waitForFinished(std::chrono::milliseconds(patience).count()))
+        if (stopped->state() != QProcess::NotRunning &&
+            !stopped->waitForFinished(std::chrono::milliseconds(patience).count()))
             stopped->setParent(nullptr); // its destructor would wait for half a minute
     }
 }

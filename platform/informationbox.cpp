@@ -32,8 +32,11 @@ InformationBox *InformationBox::information(QWidget *window, const QString &text
     // Installing the same factory again has no effect.
     QAccessible::installFactory(accessibleBanner);
     for (InformationBox *earlier :
-         window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly))
+         window->findChildren<InformationBox *>(Qt::FindDirectChildrenOnly)) {
+        if (earlier->isKept)
+            return earlier;
         earlier->vanish();
+    }
     auto *box = new InformationBox(window, text, time);
     box->show();
     return box;
@@ -63,6 +66,11 @@ InformationBox::InformationBox(QWidget *window, const QString &text, std::chrono
     connect(&timer, &QTimer::timeout, this, &InformationBox::vanish);
     window->installEventFilter(this);
     place();
+}
+
+void InformationBox::keep()
+{
+    isKept = true;
 }
 
 bool InformationBox::eventFilter(QObject *object, QEvent *event)

@@ -16,11 +16,14 @@ public:
     /// How long a sentence that advises what to do is shown.
     static constexpr std::chrono::milliseconds adviceTime{8000};
 
-    /// Shows `text` above `window` and replaces the current banner, if any. The time starts when
-    /// the banner becomes visible, that is, once the window is shown. `window` owns the banner,
-    /// which deletes itself.
+    /// Shows `text` above `window` and replaces the current banner, if any; a banner that is kept
+    /// stays, and is returned. The time starts when the banner becomes visible, that is, once the
+    /// window is shown. `window` owns the banner, which deletes itself.
     static InformationBox *information(QWidget *window, const QString &text,
                                        std::chrono::milliseconds time);
+
+    /// From now on no other banner replaces this one.
+    void keep();
 
 signals:
     /// The banner disappears: its time is over, or another one replaces it.
@@ -38,4 +41,5 @@ private:
     void vanish();
 
     QTimer timer;
+    bool isKept = false;
 };

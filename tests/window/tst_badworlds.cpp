@@ -62,6 +62,9 @@ class TestBadWorlds : public QObject
 private slots:
     void dataFolderIsAFile();
     void databaseIsAFolder();
+    void databaseHasAJournalThatCannotBeRead();
+    void databaseIsDamagedBehindALock();
+    void anotherBannerDoesNotReplaceTheLast();
     void closingTheWindowWhileTheBannerShowsIsSafe();
     void homeIsReadOnly();
     void homeIsAFile();
@@ -85,6 +88,7 @@ private slots:
 
 private:
     void expectBannerAndExit();
+    void expectExitWithBanner(const QElapsedTimer &sinceStart);
     void expectUsableWindowWithoutBanner(ShopWindow &window);
     QByteArray goodDatabase();
 };
@@ -105,14 +109,22 @@ void TestBadWorlds::expectBannerAndExit()
     QVERIFY(banner->isVisible());
     QCOMPARE(banner->text(), "Can't open database");
     QCOMPARE(window.children().last(), banner); // above the pages, which were created later
+    expectExitWithBanner(sinceStart);
+}
 
+/// Checks that the program ends three seconds after the banner was seen, which was after the start
+/// of the clock and just now.
+void TestBadWorlds::expectExitWithBanner(const QElapsedTimer &sinceStart)
+{
     QElapsedTimer sinceSeen;
     sinceSeen.start();
     bool hung = false;
-    QTimer::singleShot(10000, &window, [&hung] {
+    QTimer limit;
+    limit.callOnTimeout([&hung] {
         hung = true;
         QCoreApplication::exit(1);
     });
+    limit.start(10000);
     QCOMPARE(QApplication::exec(), 0);
     QVERIFY(!hung);
     QVERIFY2(sinceStart.elapsed() > 2500, qPrintable(QString::number(sinceStart.elapsed())));
@@ -160,6 +172,49 @@ void TestBadWorlds::databaseIsAFolder()
     QVERIFY(QDir().mkpath(home.databaseFile()));
     expectBannerAndExit();
     QVERIFY(QDir(home.databaseFile()).isEmpty());
+}
+
+/// As when a power loss was followed by a mount without writing: what the last program left cannot
+/// be taken back. It is not a file without tables.
+void TestBadWorlds::databaseHasAJournalThatCannotBeRead()
+{
+    const TestHome home;
+    const QByteArray before = goodDatabase();
+    home.writeDatabaseFile(before);
+    QVERIFY(QDir().mkpath(home.databaseFile() + "-journal"));
+    expectBannerAndExit();
+    QCOMPARE(home.readDatabaseFile(), before);
+}
+
+void TestBadWorlds::databaseIsDamagedBehindALock()
+{
+    const TestHome home;
+    home.writeDatabaseFile(QByteArray());
+    DatabaseLock lock(home);
+    ShopWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    home.writeDatabaseFile(QByteArray(5000, '?'));
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    lock.releaseAfter(0ms);
+    expectExitWithBanner(sinceStart);
+}
+
+void TestBadWorlds::anotherBannerDoesNotReplaceTheLast()
+{
+    auto home = std::make_unique<TestHome>();
+    home->writeDatabaseFile(QByteArray(5000, '?'));
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    ShopDriver shop(std::move(home));
+    shop.press("shopsButton");
+    shop.press("storesButton");
+    shop.press("addButton");
+    shop.press("coordinatesButton");
+    shop.type("-122.25", "longitudeField"); // is refused with advice
+    QCOMPARE(shop.banner(), "Can't open database");
+    expectExitWithBanner(sinceStart);
 }
 
 void TestBadWorlds::closingTheWindowWhileTheBannerShowsIsSafe()
