@@ -151,7 +151,7 @@ public:
                 &Player::finish);
         connect(&stall, &QTimer::timeout, this, [this] {
             if (!sound->takeProgress())
-                end(EXIT_FAILURE);
+                endLost();
         });
         decoder.start();
     }
@@ -186,10 +186,16 @@ private:
             if (sound->isComplete())
                 end(EXIT_SUCCESS); // nothing could be decoded
         } else if (state == QAudio::StoppedState) {
-            end(sound->isRead() ? EXIT_SUCCESS : EXIT_FAILURE); // the device is gone
+            endLost();
         } else if (state == QAudio::IdleState && sound->isOver()) {
             end(EXIT_SUCCESS);
         }
+    }
+
+    /// Ends the process because the device is lost, which does not matter after the sound.
+    [[noreturn]] void endLost()
+    {
+        end(sound->isRead() ? EXIT_SUCCESS : EXIT_FAILURE);
     }
 
     /// Ends the process without the destructors, in which a sound system that is gone can hang.
