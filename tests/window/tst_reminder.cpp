@@ -14,8 +14,8 @@
 
 #include "base/pages.h"
 #include "gps/trshopgps.h"
-#include "tests/support/emulator.h"
 #include "tests/support/databaselock.h"
+#include "tests/support/emulator.h"
 #include "tests/support/mutesoundserver.h"
 #include "tests/support/processes.h"
 #include "tests/support/randomrun.h"
