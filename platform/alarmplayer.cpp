@@ -131,12 +131,12 @@ private:
 class Player : public QObject
 {
 public:
-    Player(const QString &file, int count)
-        : device(QMediaDevices::defaultAudioOutput())
-        , format(device.preferredFormat())
+    void play(const QString &file, int count)
     {
+        const QAudioDevice device = QMediaDevices::defaultAudioOutput();
         if (device.isNull())
             end(EXIT_FAILURE);
+        QAudioFormat format = device.preferredFormat();
         format.setSampleFormat(QAudioFormat::Int16); // silence is 0 in this format
         sound = std::make_unique<LoopedSound>(
             count, format.bytesForDuration(std::chrono::microseconds(tail).count()));
@@ -204,8 +204,6 @@ private:
         std::_Exit(result);
     }
 
-    QAudioDevice device;
-    QAudioFormat format;
     std::unique_ptr<LoopedSound> sound;
     std::unique_ptr<QAudioSink> sink;
     QAudioDecoder decoder;
@@ -230,6 +228,7 @@ int main(int argc, char *argv[])
         qCritical("usage: trolleo-alarm FILE COUNT");
         return EXIT_FAILURE;
     }
-    Player player(arguments.at(1), arguments.at(2).toInt());
+    Player player;
+    player.play(arguments.at(1), arguments.at(2).toInt());
     return QCoreApplication::exec();
 }
