@@ -216,13 +216,18 @@ class TestReminder(unittest.TestCase):
         for earlier, later in zip(groups, groups[1:]):
             self.assertAlmostEqual(later - earlier, 120, delta=15)
 
-    def test_start_shopping(self):
+    def approach_bakery(self, sound_file):
+        """Starts a walk that rings within half a minute. Returns the sound server and the receiver."""
         sound = SoundServer()
         self.addCleanup(sound.stop)
         start = BAKERY - 320 / nmea.METERS_PER_DEGREE
         receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
-        self.start(receiver.address, sound.address, SoundFileName=self.make_horn())
+        self.start(receiver.address, sound.address, SoundFileName=sound_file)
         self.start_tracking()
+        return sound, receiver
+
+    def test_start_shopping(self):
+        sound, receiver = self.approach_bakery(self.make_horn())
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
         self.assert_silenced_by(sound, "Start Shopping")
         goods = wait_for("the goods", lambda: self.program.find_all("list item"))
@@ -236,12 +241,7 @@ class TestReminder(unittest.TestCase):
         self.assertEqual(self.home.query("select state from shoplist where id = 1"), [(3,)])
 
     def test_sound_server_that_comes_late_and_goes(self):
-        sound = SoundServer()
-        self.addCleanup(sound.stop)
-        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
-        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
-        self.start(receiver.address, sound.address, SoundFileName=self.make_horn())
-        self.start_tracking()
+        sound, receiver = self.approach_bakery(self.make_horn())
         sound.end()
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
         time.sleep(1)
@@ -254,24 +254,14 @@ class TestReminder(unittest.TestCase):
         wait_for("the alarm's process to end", lambda: not self.alarms())
 
     def test_program_that_is_killed_while_it_rings(self):
-        sound = SoundServer()
-        self.addCleanup(sound.stop)
-        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
-        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
-        self.start(receiver.address, sound.address, SoundFileName=self.make_horn())
-        self.start_tracking()
+        sound, _ = self.approach_bakery(self.make_horn())
         self.reminded_of("Bakery", 30)
         wait_for("the stream", lambda: sound.roles() == ["alarm"])
         self.program.process.kill()
         wait_for("the alarm to end", lambda: sound.roles() == [])
 
     def test_sound_server_that_never_answers(self):
-        sound = SoundServer()
-        self.addCleanup(sound.stop)
-        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
-        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
-        self.start(receiver.address, sound.address, SoundFileName=ALARM)
-        self.start_tracking()
+        sound, receiver = self.approach_bakery(ALARM)
         sound.freeze()
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
         wait_for("the alarm", self.alarms)
@@ -283,14 +273,9 @@ class TestReminder(unittest.TestCase):
         self.assertEqual(self.program.process.wait(5), 0)
 
     def test_sound_file_that_is_none(self):
-        sound = SoundServer()
-        self.addCleanup(sound.stop)
         noise = self.home.path / "noise.wav"
         noise.write_bytes(pathlib.Path("/opt/trolleo/bin/trolleo").read_bytes()[:100000])
-        start = BAKERY - 320 / nmea.METERS_PER_DEGREE
-        receiver = self.play(nmea.walk_north(start, 600, 10, LONGITUDE))
-        self.start(receiver.address, sound.address, SoundFileName=noise)
-        self.start_tracking()
+        sound, receiver = self.approach_bakery(noise)
         begin = sound.recorded()
         self.assert_in_time(receiver, BAKERY, self.reminded_of("Bakery", 30))
         tries = set(self.alarms())
