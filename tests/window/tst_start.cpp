@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QAccessible>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -17,7 +18,6 @@
 #include "tests/support/records.h"
 #include "tests/support/shopdriver.h"
 #include "tests/support/testhome.h"
-#include "tests/support/threads.h"
 #include "widgets/controls.h"
 #include "widgets/TrKineticScroller.h"
 #include "widgets/trlistdelegate.h"
@@ -38,6 +38,18 @@ public:
         return false;
     }
 };
+
+/// Returns the number of threads of this process with that name.
+int threadsNamed(const QByteArray &name)
+{
+    int count = 0;
+    const QString tasks = "/proc/self/task/";
+    for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks + task + "/comm");
+        count += file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == name ? 1 : 0;
+    }
+    return count;
+}
 
 } // namespace
 
